@@ -1,0 +1,45 @@
+// How a failure travels: the platform throws a Failure with one of the numbers
+// below, nothing else carries a failure upward, and the guard around a user's
+// operation turns the number into a sentence (shell/failure_messages.h).
+#pragma once
+
+#include <exception>
+
+namespace quorrix {
+
+namespace failure {
+inline constexpr int kOverflow = 6;              // a number does not fit in 16 bits
+inline constexpr int kOutOfMemory = 7;
+inline constexpr int kIndexOutOfRange = 9;
+inline constexpr int kOutOfStackSpace = 28;
+inline constexpr int kFileNotFound = 53;
+inline constexpr int kDeviceIo = 57;
+inline constexpr int kDiskFull = 61;             // or the user's quota is used up
+inline constexpr int kTooManyFiles = 67;
+inline constexpr int kDeviceUnavailable = 68;
+inline constexpr int kDiskNotReady = 71;         // a drive without a medium
+inline constexpr int kPathFileAccess = 75;       // refused, read-only, exists already, is a folder
+inline constexpr int kPathNotFound = 76;         // the folder above is missing too
+inline constexpr int kInvalidFileFormat = 321;
+inline constexpr int kOutOfControlMemory = 31001;
+inline constexpr int kElementNotFound = 35601;   // no node of the tree has the key
+inline constexpr int kUnknown = 51;              // whatever has no number of its own
+}  // namespace failure
+
+class Failure final : public std::exception {
+ public:
+  explicit Failure(int number) noexcept : number_(number) {}
+
+  [[nodiscard]] int number() const noexcept { return number_; }
+  [[nodiscard]] const char* what() const noexcept override { return "Quorrix failure"; }
+
+ private:
+  int number_;
+};
+
+// The number of the exception now being handled: a Failure's own, 7 for
+// std::bad_alloc, 9 for std::out_of_range, 6 for std::overflow_error, else 51.
+// Call it only inside a catch block.
+[[nodiscard]] int currentFailureNumber() noexcept;
+
+}  // namespace quorrix

@@ -1,0 +1,58 @@
+// What Quorrix asks of the file system. Every method throws Failure with the
+// number from system_errors.h; a test replaces the whole by a wrapper that fails
+// at a call of its choice. The real one is linux/posix_file_system.h or
+// windows/windows_file_system.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace quorrix {
+
+using Path = std::filesystem::path;
+
+// A file opened for positioned reading and writing. The object holds an
+// advisory lock on the file from open to destruction, so that two running
+// programs never interleave; the destructor closes without syncing.
+class RandomAccessFile {
+ public:
+  virtual ~RandomAccessFile() = default;
+
+  // In bytes.
+  [[nodiscard]] virtual std::uint64_t length() = 0;
+
+  // Reads from byte `offset` (counted from 0) until `into` is full or the file
+  // ends; returns the number of bytes read.
+  [[nodiscard]] virtual std::size_t readAt(std::uint64_t offset, std::span<char> into) = 0;
+
+  // Writes all of `bytes` at `offset`; a gap behind the old end reads as NULs.
+  virtual void writeAt(std::uint64_t offset, std::span<const char> bytes) = 0;
+
+  // Returns once everything written has reached the disk.
+  virtual void sync() = 0;
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  // False when there is nothing at `path` or something that is no folder.
+  [[nodiscard]] virtual bool folderExists(const Path& path) = 0;
+
+  // One level; private to the user. 75 when there is something at `path` already.
+  virtual void makeFolder(const Path& path) = 0;
+
+  // Opens for reading and writing and creates a missing file, private to the
+  // user. 75 for a folder, a read-only file (also for root), and a file that
+  // another program keeps locked for longer than two seconds.
+  [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) = 0;
+
+  // The bytes before the first line end (LF, CR or both); empty for an empty file.
+  [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;
+};
+
+}  // namespace quorrix

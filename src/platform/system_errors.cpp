@@ -1,0 +1,121 @@
+#include "platform/system_errors.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+struct ErrnoRow {
+  int code;
+  int number;
+};
+
+constexpr ErrnoRow kErrnoTable[] = {
+    {ENOENT, failure::kFileNotFound},
+    {ENOTDIR, failure::kPathNotFound},
+    {ENAMETOOLONG, failure::kPathFileAccess},
+    {EINVAL, failure::kPathFileAccess},
+    {EACCES, failure::kPathFileAccess},
+    {EPERM, failure::kPathFileAccess},
+    {EROFS, failure::kPathFileAccess},
+    {EEXIST, failure::kPathFileAccess},
+    {EISDIR, failure::kPathFileAccess},
+    {ENOTEMPTY, failure::kPathFileAccess},
+    {EBUSY, failure::kPathFileAccess},
+#ifdef ETXTBSY
+    {ETXTBSY, failure::kPathFileAccess},
+#endif
+#ifdef ELOOP
+    {ELOOP, failure::kPathFileAccess},
+#endif
+    {ENOSPC, failure::kDiskFull},
+#ifdef EDQUOT
+    {EDQUOT, failure::kDiskFull},
+#endif
+    {EFBIG, failure::kDiskFull},
+    {EMFILE, failure::kTooManyFiles},
+    {ENFILE, failure::kTooManyFiles},
+    {EIO, failure::kDeviceIo},
+    {ENODEV, failure::kDeviceUnavailable},
+    {ENXIO, failure::kDeviceUnavailable},
+#ifdef ESTALE
+    {ESTALE, failure::kDeviceUnavailable},
+#endif
+#ifdef ENOMEDIUM
+    {ENOMEDIUM, failure::kDiskNotReady},
+#endif
+    {ENOMEM, failure::kOutOfMemory},
+};
+
+struct WindowsRow {
+  std::uint32_t code;
+  int number;
+};
+
+// The codes' names stand beside them: <windows.h> is not there on every system
+// that compiles and tests this table.
+constexpr WindowsRow kWindowsTable[] = {
+    {2, failure::kFileNotFound},         // ERROR_FILE_NOT_FOUND
+    {3, failure::kPathNotFound},         // ERROR_PATH_NOT_FOUND
+    {4, failure::kTooManyFiles},         // ERROR_TOO_MANY_OPEN_FILES
+    {5, failure::kPathFileAccess},       // ERROR_ACCESS_DENIED
+    {8, failure::kOutOfMemory},          // ERROR_NOT_ENOUGH_MEMORY
+    {14, failure::kOutOfMemory},         // ERROR_OUTOFMEMORY
+    {15, failure::kDeviceUnavailable},   // ERROR_INVALID_DRIVE
+    {16, failure::kPathFileAccess},      // ERROR_CURRENT_DIRECTORY
+    {17, failure::kPathFileAccess},      // ERROR_NOT_SAME_DEVICE
+    {19, failure::kPathFileAccess},      // ERROR_WRITE_PROTECT
+    {20, failure::kDeviceUnavailable},   // ERROR_BAD_UNIT
+    {21, failure::kDiskNotReady},        // ERROR_NOT_READY
+    {23, failure::kDeviceIo},            // ERROR_CRC
+    {29, failure::kDeviceIo},            // ERROR_WRITE_FAULT
+    {30, failure::kDeviceIo},            // ERROR_READ_FAULT
+    {31, failure::kDeviceIo},            // ERROR_GEN_FAILURE
+    {32, failure::kPathFileAccess},      // ERROR_SHARING_VIOLATION
+    {33, failure::kPathFileAccess},      // ERROR_LOCK_VIOLATION
+    {39, failure::kDiskFull},            // ERROR_HANDLE_DISK_FULL
+    {53, failure::kPathNotFound},        // ERROR_BAD_NETPATH
+    {55, failure::kDeviceUnavailable},   // ERROR_DEV_NOT_EXIST
+    {67, failure::kPathNotFound},        // ERROR_BAD_NET_NAME
+    {80, failure::kPathFileAccess},      // ERROR_FILE_EXISTS
+    {112, failure::kDiskFull},           // ERROR_DISK_FULL
+    {123, failure::kPathFileAccess},     // ERROR_INVALID_NAME
+    {145, failure::kPathFileAccess},     // ERROR_DIR_NOT_EMPTY
+    {183, failure::kPathFileAccess},     // ERROR_ALREADY_EXISTS
+    {206, failure::kPathFileAccess},     // ERROR_FILENAME_EXCED_RANGE
+    {267, failure::kPathNotFound},       // ERROR_DIRECTORY
+    {433, failure::kDeviceUnavailable},  // ERROR_NO_SUCH_DEVICE
+    {1112, failure::kDiskNotReady},      // ERROR_NO_MEDIA_IN_DRIVE
+    {1117, failure::kDeviceIo},          // ERROR_IO_DEVICE
+    {1167, failure::kDeviceUnavailable}, // ERROR_DEVICE_NOT_CONNECTED
+    {1295, failure::kDiskFull},          // ERROR_DISK_QUOTA_EXCEEDED
+};
+
+template <typename Rows, typename Code>
+int numberIn(const Rows& rows, Code code) noexcept {
+  const auto row = std::find_if(std::begin(rows), std::end(rows),
+                                [code](const auto& candidate) { return candidate.code == code; });
+  return row == std::end(rows) ? failure::kUnknown : row->number;
+}
+
+}  // namespace
+
+int failureNumberOfErrno(int code) noexcept { return numberIn(kErrnoTable, code); }
+
+int failureNumberOfWindowsError(std::uint32_t code) noexcept {
+  return numberIn(kWindowsTable, code);
+}
+
+int failureNumberForPath(int number, const std::filesystem::path& path) noexcept {
+  if (number != failure::kFileNotFound) return number;
+  std::error_code ignored;
+  const auto parent = path.parent_path();
+  const bool parentIsThere = parent.empty() || std::filesystem::is_directory(parent, ignored);
+  return parentIsThere ? number : failure::kPathNotFound;
+}
+
+}  // namespace quorrix

@@ -1,0 +1,20 @@
+// The one table from the operating systems' error codes to failure numbers.
+// Both columns are compiled everywhere, so that each is tested on either system.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+namespace quorrix {
+
+// `code` is an errno value. "No such file" is 53 here; when the path at hand is
+// known, failureNumberForPath() tells 53 and 76 apart.
+[[nodiscard]] int failureNumberOfErrno(int code) noexcept;
+
+// `code` is a GetLastError() value.
+[[nodiscard]] int failureNumberOfWindowsError(std::uint32_t code) noexcept;
+
+// `number`, or 76 in place of 53 when the folder that should hold `path` is missing too.
+[[nodiscard]] int failureNumberForPath(int number, const std::filesystem::path& path) noexcept;
+
+}  // namespace quorrix
