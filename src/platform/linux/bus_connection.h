@@ -1,0 +1,45 @@
+// One private connection to a message bus that never blocks longer than it is
+// told to. dbus_bus_get() and dbus_bus_register() are no use here: they wait up to
+// 25 seconds for a bus that is stopped and end the program when the bus goes away.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "platform/linux/dbus_handles.h"
+
+namespace quorrix {
+
+class BusConnection {
+ public:
+  // Connects to the first local socket among `addresses` (in the notation of
+  // D-Bus, separated by ";") on which somebody listens, and introduces itself;
+  // nullptr when there is none.
+  [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& addresses);
+
+  ~BusConnection();
+  BusConnection(const BusConnection&) = delete;
+  BusConnection& operator=(const BusConnection&) = delete;
+
+  // False once the bus has gone away; such a connection stays closed.
+  [[nodiscard]] bool isOpen() const;
+
+  // True once the bus has answered the introduction; nothing may be sent before.
+  [[nodiscard]] bool isReady() const { return isOpen() && !introduction_; }
+
+  // The call has no time limit of its own; its owner decides how long to wait.
+  [[nodiscard]] PendingCall send(const Message& call);
+
+  // Sends and receives what is waiting, after `wait` at the latest.
+  void exchange(std::chrono::milliseconds wait);
+
+ private:
+  explicit BusConnection(DBusConnection* connection);
+  void finishIntroduction();
+
+  DBusConnection* connection_;
+  PendingCall introduction_;
+};
+
+}  // namespace quorrix

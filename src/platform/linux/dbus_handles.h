@@ -1,0 +1,38 @@
+// Owners for the reference-counted objects of libdbus. A null message stands for
+// "no answer" wherever one is read.
+#pragma once
+
+#include <dbus/dbus.h>
+
+#include <memory>
+
+namespace quorrix {
+
+struct MessageRelease {
+  void operator()(DBusMessage* message) const noexcept { dbus_message_unref(message); }
+};
+using Message = std::unique_ptr<DBusMessage, MessageRelease>;
+
+// Letting go of a call also takes away libdbus's interest in its answer.
+struct PendingCallRelease {
+  void operator()(DBusPendingCall* call) const noexcept {
+    dbus_pending_call_cancel(call);
+    dbus_pending_call_unref(call);
+  }
+};
+using PendingCall = std::unique_ptr<DBusPendingCall, PendingCallRelease>;
+
+class ErrorHolder {
+ public:
+  ErrorHolder() { dbus_error_init(&error_); }
+  ~ErrorHolder() { dbus_error_free(&error_); }
+  ErrorHolder(const ErrorHolder&) = delete;
+  ErrorHolder& operator=(const ErrorHolder&) = delete;
+
+  [[nodiscard]] DBusError* get() noexcept { return &error_; }
+
+ private:
+  DBusError error_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,28 @@
+// The end of a wait. It runs on the steady clock itself and not on the program's
+// Clock: waiting in poll() takes real time, also where a test holds Clock still.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+
+namespace quorrix {
+
+class Deadline {
+ public:
+  explicit Deadline(std::chrono::microseconds fromNow)
+      : end_(std::chrono::steady_clock::now() + fromNow) {}
+
+  // Rounded up to whole milliseconds, the unit of poll(); 0 once it has passed.
+  [[nodiscard]] std::chrono::milliseconds left() const {
+    const auto rest = end_ - std::chrono::steady_clock::now();
+    return std::max(std::chrono::ceil<std::chrono::milliseconds>(rest),
+                    std::chrono::milliseconds::zero());
+  }
+
+  [[nodiscard]] bool hasPassed() const { return std::chrono::steady_clock::now() >= end_; }
+
+ private:
+  std::chrono::steady_clock::time_point end_;
+};
+
+}  // namespace quorrix

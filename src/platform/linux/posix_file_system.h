@@ -1,0 +1,35 @@
+// The file system of Linux. Locks are flock locks: advisory, and the kernel takes
+// them back from a program that crashed.
+#pragma once
+
+#include <chrono>
+
+#include "platform/file_system.h"
+#include "platform/lock_patience.h"
+
+namespace quorrix {
+
+class PosixFileSystem final : public FileSystem {
+ public:
+  // `lockPatience` is how long openRandomAccess() waits for another program's lock.
+  explicit PosixFileSystem(std::chrono::milliseconds lockPatience = kLockPatience)
+      : lockPatience_(lockPatience) {}
+
+  // Fails when it cannot tell, for example inside a folder that may not be entered.
+  [[nodiscard]] bool folderExists(const Path& path) override;
+
+  // Mode 0700. Returns once the new folder's name has reached the disk.
+  void makeFolder(const Path& path) override;
+
+  // New files get mode 0600. Whatever is no regular file is refused with 75,
+  // without waiting for the other end of a pipe.
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+
+  // Reads at most 64 KiB: a longer line is cut there.
+  [[nodiscard]] std::string readFirstLine(const Path& path) override;
+
+ private:
+  std::chrono::milliseconds lockPatience_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,98 @@
+#include "platform/linux/posix_random_access_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/failure.h"
+#include "platform/system_errors.h"
+
+namespace quorrix {
+namespace {
+
+static_assert(sizeof(off_t) == 8, "build with 64-bit file offsets");
+
+// Repeats a system call that a signal interrupted.
+template <typename Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+}  // namespace
+
+void failWithErrno(const Path& path) {
+  throw Failure(failureNumberForPath(failureNumberOfErrno(errno), path));
+}
+
+void syncFolder(const Path& folder) {
+  const Path opened = folder.empty() ? Path(".") : folder;
+  const FileDescriptor handle(::open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!handle.isOpen() && errno == EACCES) return;
+  if (!handle.isOpen()) failWithErrno(opened);
+  // Some file systems keep folders safe by themselves and answer EINVAL.
+  const int result = uninterrupted([&] { return ::fsync(handle.number()); });
+  if (result != 0 && errno != EINVAL) failWithErrno(opened);
+}
+
+// An empty file may have been made a moment ago, by this open or by an earlier
+// one that then had nothing to write and did not sync.
+PosixRandomAccessFile::PosixRandomAccessFile(FileDescriptor file, Path path)
+    : file_(std::move(file)), path_(std::move(path)), nameMayBeUnsynced_(length() == 0) {}
+
+std::uint64_t PosixRandomAccessFile::length() {
+  struct stat status {};
+  if (::fstat(file_.number(), &status) != 0) failWithErrno(path_);
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+std::size_t PosixRandomAccessFile::readAt(std::uint64_t offset, std::span<char> into) {
+  std::size_t done = 0;
+  while (done < into.size()) {
+    const ssize_t count = uninterrupted([&] {
+      return ::pread(file_.number(), into.data() + done, into.size() - done,
+                     static_cast<off_t>(offset + done));
+    });
+    if (count < 0) failWithErrno(path_);
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+void PosixRandomAccessFile::writeAt(std::uint64_t offset, std::span<const char> bytes) {
+  const std::uint64_t oldLength = length();
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t count = uninterrupted([&] {
+      return ::pwrite(file_.number(), bytes.data() + done, bytes.size() - done,
+                      static_cast<off_t>(offset + done));
+    });
+    if (count < 0) {
+      const int reason = errno;
+      if (done > 0 && offset + done > oldLength) shortenTo(oldLength);
+      errno = reason;
+      failWithErrno(path_);
+    }
+    done += static_cast<std::size_t>(count);
+  }
+}
+
+// For a write that failed half-way. When this fails too, the write's own reason is
+// the one to report.
+void PosixRandomAccessFile::shortenTo(std::uint64_t length) {
+  [[maybe_unused]] const int result = ::ftruncate(file_.number(), static_cast<off_t>(length));
+}
+
+void PosixRandomAccessFile::sync() {
+  if (uninterrupted([&] { return ::fdatasync(file_.number()); }) != 0) failWithErrno(path_);
+  if (!nameMayBeUnsynced_) return;
+  syncFolder(path_.parent_path());
+  nameMayBeUnsynced_ = false;
+}
+
+}  // namespace quorrix

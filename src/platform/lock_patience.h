@@ -1,0 +1,27 @@
+// How long opening a file waits for another program to unlock it. A record file
+// is locked for the few milliseconds of one operation, so a lock that outlasts
+// this is not going to end while the user watches. Both file systems use it.
+#pragma once
+
+#include <chrono>
+#include <thread>
+
+namespace quorrix {
+
+inline constexpr std::chrono::milliseconds kLockPatience{2000};
+inline constexpr std::chrono::milliseconds kLockRetryPause{10};
+
+// Calls `attempt` until it returns true, at least once and with a brief pause
+// between calls; false when `patience` has run out. Neither flock nor LockFileEx
+// can wait for a limited time, which is why this asks again and again.
+template <typename Attempt>
+[[nodiscard]] bool succeedsWithin(std::chrono::milliseconds patience, Attempt attempt) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (!attempt()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(kLockRetryPause);
+  }
+  return true;
+}
+
+}  // namespace quorrix

@@ -1,0 +1,189 @@
+#include "shell/failure_messages.h"
+
+#include <algorithm>
+#include <iterator>
+#include <span>
+#include <string_view>
+
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+using namespace failure;  // the numbers: every line below names one
+
+struct Sentence {
+  int number;
+  std::string_view text;
+};
+
+using Sentences = std::span<const Sentence>;
+
+constexpr Sentence kReasons[] = {
+    {kOutOfMemory, "Out of memory."},        {kOutOfStackSpace, "Out of memory."},
+    {kOutOfControlMemory, "Out of memory."}, {kFileNotFound, "Unable to find file."},
+    {kDeviceIo, "Device I/O error."},        {kDiskFull, "Disk full."},
+    {kTooManyFiles, "Too many files open."}, {kDeviceUnavailable, "Device not ready."},
+    {kDiskNotReady, "Disk not ready."},      {kPathFileAccess, "Path/file access error."},
+    {kPathNotFound, "Path not found."},      {kInvalidFileFormat, "Invalid file format."},
+};
+
+// The reasons that a family does not tell apart although the table words them.
+// Only archiving and loading fill disks.
+constexpr int kAllButDiskFull[] = {kDiskFull};
+constexpr int kAllButDiskFullAndPath[] = {kDiskFull, kPathNotFound};
+
+constexpr Sentence kReasonsOfCreatingAnArchive[] = {
+    {kOutOfMemory, "Not enough memory available."},
+    {kOutOfControlMemory, "Not enough memory available."},
+    {kDeviceIo, "Device I/O error."},
+    {kDiskFull, "Disk full."},
+    {kDeviceUnavailable, "Device not ready."},
+    {kDiskNotReady, "Disk not ready."},
+    {kPathFileAccess, "Path/file access error."},
+    {kPathNotFound, "Path not found."},
+};
+
+constexpr Sentence kTrackingSentences[] = {
+    {kOutOfMemory, "Out of memory. Stopping tracking."},
+    {kOutOfStackSpace, "Out of memory. Stopping tracking."},
+    {kOutOfControlMemory, "Out of memory. Stopping tracking."},
+    {kFileNotFound, "Can't find specified file. Stopping tracking."},
+    {kDeviceIo, "Device I/O error. Stopping tracking."},
+    {kDiskFull, "Disk full. Stopping tracking."},
+    {kDeviceUnavailable, "Device not ready. Stopping tracking."},
+    {kDiskNotReady, "Disk not ready. Stopping tracking."},
+    {kPathFileAccess, "Path/file access error. Stopping tracking."},
+    {kPathNotFound, "Path not found. Stopping tracking."},
+    {kInvalidFileFormat, "Invalid file format. Stopping tracking."},
+};
+
+// "Too many file open." and the one that ends no program are meant as they stand.
+constexpr Sentence kDeleteSentences[] = {
+    {kOutOfMemory, "Not enough memory available to delete site(s)."},
+    {kOutOfStackSpace, "Not enough memory available to delete site(s)."},
+    {kOutOfControlMemory, "Not enough memory available to delete site(s)."},
+    {kFileNotFound, "Unable to find file. Stopping delete."},
+    {kDeviceIo, "Device I/O error. Stopping delete."},
+    {kTooManyFiles, "Too many file open. Stopping delete."},
+    {kDeviceUnavailable, "Device not ready. Ending program."},
+    {kDiskNotReady, "Disk not ready. Stopping delete."},
+    {kPathFileAccess, "Path/file access error. Stopping delete."},
+    {kInvalidFileFormat, "Invalid file format. Stopping delete."},
+};
+
+constexpr Sentence kStartUpSentences[] = {
+    {kOutOfMemory, "Not enough memory available to load program."},
+    {kOutOfStackSpace, "Not enough memory available to load program."},
+    {kOutOfControlMemory, "Not enough memory available to load program."},
+    {kFileNotFound, "Unable to find file. Ending program."},
+    {kDeviceIo, "Device I/O error. Ending program."},
+    {kTooManyFiles, "Too many files open. Ending program."},
+    {kDeviceUnavailable, "Device not ready. Ending program."},
+    {kDiskNotReady, "Disk not ready. Ending program."},
+    {kPathFileAccess, "Path/file access error. Ending program."},
+    {kInvalidFileFormat, "Invalid file format. Ending program."},
+};
+
+constexpr Sentence kOpenArchiveSitesSentences[] = {
+    {kOutOfMemory, "Not enough memory available to open Archive Sites window."},
+    {kOutOfStackSpace, "Not enough memory available to open Archive Sites window."},
+    {kOutOfControlMemory, "Not enough memory available to open Archive Sites window."},
+    {kFileNotFound, "Unable to find file. Unable to open Archive Sites window."},
+    {kDeviceIo, "Device I/O error. Unable to open Archive Sites window."},
+    {kTooManyFiles, "Too many files open. Unable to open Archive Sites window."},
+    {kDiskNotReady, "Disk not ready. Unable to open Archive Sites window."},
+    {kPathFileAccess, "Path/file access error. Unable to open Archive Sites window."},
+    {kInvalidFileFormat, "Invalid file format. Unable to open Archive Sites window."},
+};
+
+constexpr Sentence kLinkSentences[] = {
+    {kOutOfMemory, "Not enough memory available to link site in browser."},
+    {kOutOfStackSpace, "Not enough memory available to link site in browser."},
+    {kOutOfControlMemory, "Not enough memory available to link site in browser."},
+};
+
+constexpr Sentence kOpenSearchSentences[] = {
+    {kOutOfMemory, "Not enough memory available to open Search Display window."},
+    {kOutOfStackSpace, "Not enough memory available to open Search Display window."},
+    {kOutOfControlMemory, "Not enough memory available to open Search Display window."},
+};
+
+constexpr Sentence kProcessSearchSentences[] = {
+    {kOutOfMemory, "Not enough memory available to process search."},
+    {kOutOfStackSpace, "Not enough memory available to process search."},
+    {kOutOfControlMemory, "Not enough memory available to process search."},
+    {kIndexOutOfRange, "Subscript out of range. Unable to process search."},
+};
+
+struct FamilyRow {
+  FailureFamily family;
+  std::string_view operation;  // put before the sentence
+  Sentences sentences;
+  std::string_view fallback;
+  std::span<const int> untold = {};  // numbers that get the fallback all the same
+};
+
+constexpr std::string_view kUnknownError = "Unknown error.";
+
+constexpr FamilyRow kFamilies[] = {
+    {FailureFamily::StartUp, "", kStartUpSentences, "Error. Ending program."},
+    {FailureFamily::Tracking, "", kTrackingSentences, "Error. Stopping tracking."},
+    {FailureFamily::DeleteSites, "", kDeleteSentences, "Error. Stopping delete."},
+    {FailureFamily::SaveNotes, "Unable to save notes. ", kReasons, kUnknownError, kAllButDiskFull},
+    {FailureFamily::DeleteNotes, "Unable to delete notes. ", kReasons, kUnknownError,
+     kAllButDiskFull},
+    {FailureFamily::OpenNotes, "Unable to open Notes window. ", kReasons, kUnknownError,
+     kAllButDiskFull},
+    {FailureFamily::SaveUserIDPassword, "Unable to save user ID and password. ", kReasons,
+     kUnknownError, kAllButDiskFull},
+    {FailureFamily::DeleteUserIDPassword, "Unable to delete user ID and password. ", kReasons,
+     kUnknownError, kAllButDiskFull},
+    {FailureFamily::OpenUserIDPassword, "Unable to open User ID, Password window. ", kReasons,
+     kUnknownError, kAllButDiskFull},
+    {FailureFamily::SavePurchase, "Unable to save purchase information. ", kReasons, kUnknownError,
+     kAllButDiskFull},
+    {FailureFamily::DeletePurchase, "Unable to delete purchase information. ", kReasons,
+     kUnknownError, kAllButDiskFull},
+    {FailureFamily::OpenNewPurchase, "Unable to open New Purchase window. ", kReasons,
+     kUnknownError, kAllButDiskFull},
+    {FailureFamily::OpenPurchases, "Unable to open Purchases window. ", kReasons, kUnknownError,
+     kAllButDiskFull},
+    {FailureFamily::ArchiveSites, "Unable to archive sites. ", kReasons, kUnknownError},
+    {FailureFamily::LoadArchive, "Unable to load archive. ", kReasons, kUnknownError},
+    {FailureFamily::DeleteArchive, "Unable to delete archive. ", kReasons, kUnknownError,
+     kAllButDiskFullAndPath},
+    {FailureFamily::CreateArchive, "Unable to create new archive. ", kReasonsOfCreatingAnArchive,
+     kUnknownError},
+    {FailureFamily::OpenArchiveSites, "", kOpenArchiveSitesSentences,
+     "Unknown error. Unable to open Archive Sites window."},
+    {FailureFamily::LinkInBrowser, "", kLinkSentences, "Error. Unable to link site in browser."},
+    {FailureFamily::OpenSearch, "", kOpenSearchSentences,
+     "Unknown error. Unable to open Search Display window."},
+    {FailureFamily::ProcessSearch, "", kProcessSearchSentences,
+     "Unknown error. Unable to process search."},
+    {FailureFamily::LocateInDisplay, "", {}, "Unable to find site in display."},
+    {FailureFamily::About, "", {}, "Error. Unable to start About Quorrix dialog box."},
+    {FailureFamily::Help, "", {}, "Error. Unable to start help."},
+};
+
+}  // namespace
+
+std::string failureMessage(FailureFamily family, int number) {
+  const auto* const row =
+      std::find_if(std::begin(kFamilies), std::end(kFamilies),
+                   [family](const FamilyRow& candidate) { return candidate.family == family; });
+  const auto sentence =
+      std::find_if(row->sentences.begin(), row->sentences.end(),
+                   [number](const Sentence& candidate) { return candidate.number == number; });
+  const bool isUntold =
+      std::find(row->untold.begin(), row->untold.end(), number) != row->untold.end();
+  std::string message(row->operation);
+  if (sentence != row->sentences.end() && !isUntold) return message.append(sentence->text);
+  message.append(row->fallback);
+  // A start-up that fails for no known reason is the one case that shows its number.
+  if (family == FailureFamily::StartUp) message.append(std::to_string(number));
+  return message;
+}
+
+}  // namespace quorrix

@@ -1,0 +1,39 @@
+// The sentences for failures. Every operation of the user's has a family; a
+// family knows some failure numbers and has one sentence for all others.
+#pragma once
+
+#include <string>
+
+namespace quorrix {
+
+enum class FailureFamily {
+  StartUp,
+  Tracking,
+  DeleteSites,
+  SaveNotes,
+  DeleteNotes,
+  OpenNotes,
+  SaveUserIDPassword,
+  DeleteUserIDPassword,
+  OpenUserIDPassword,
+  SavePurchase,
+  DeletePurchase,
+  OpenNewPurchase,
+  OpenPurchases,
+  ArchiveSites,
+  LoadArchive,
+  DeleteArchive,
+  CreateArchive,
+  OpenArchiveSites,
+  LinkInBrowser,
+  OpenSearch,
+  ProcessSearch,
+  LocateInDisplay,
+  About,
+  Help,
+};
+
+// The whole text for the message box, irregular wordings included.
+[[nodiscard]] std::string failureMessage(FailureFamily family, int number);
+
+}  // namespace quorrix

@@ -1,0 +1,52 @@
+// The site file, nodes.dat: a record per recorded address, in order of first
+// visit. It brings the tree back at start-up and takes one record per visit.
+// Every method opens, works and closes; failures of the file reach the caller
+// as Failure.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "sitetree/fixed_record_file.h"
+#include "sitetree/site_record.h"
+#include "sitetree/site_tree.h"
+#include "sitetree/working_folder.h"
+
+namespace quorrix {
+
+class SiteFile {
+ public:
+  // Works on paths.currentNodesFile as it is at the moment of each call.
+  SiteFile(FileSystem& files, Clock& clock, const WorkingPaths& paths);
+
+  // Adds the root to the empty tree, then all records.
+  void loadNodes(SiteTree& tree);
+
+  // Adds every record's address to the tree. A record that cannot be read or
+  // has too many levels is passed over, and the next one taken.
+  void readSiteFile(SiteTree& tree);
+
+  // Sets stamp and flag of the first record with this address; without such a
+  // record nothing is written.
+  void updateSiteRecord(std::string_view siteAddress, char protocolFlag);
+
+  // Adds a record behind the last one.
+  void appendSiteRecord(std::string_view siteAddress, char protocolFlag);
+
+ private:
+  // Creates the file when it is missing; the file closes with the object.
+  [[nodiscard]] FixedRecordFile openSiteFile();
+  void stamp(SiteRecord& record, char protocolFlag);
+
+  FileSystem& files_;
+  Clock& clock_;
+  const WorkingPaths& paths_;
+};
+
+// Adds the levels of a stored address that the tree lacks, tagged with the
+// flag. Throws Failure 9 at a 51st level, before a node is touched.
+void addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag);
+
+}  // namespace quorrix

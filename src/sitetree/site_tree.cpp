@@ -1,0 +1,133 @@
+#include "sitetree/site_tree.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // of stored addresses, in bytes
+
+std::uint32_t hashOf(std::string_view key) {
+  KeyHash hash;
+  hash.add(key);
+  return hash.value();
+}
+
+// The hashes of the keys of all levels.
+std::array<std::uint32_t, kMaxLevels> hashesOf(const AddressLevels& levels) {
+  std::array<std::uint32_t, kMaxLevels> hashes;
+  KeyHash hash;
+  for (std::size_t k = 1; k <= levels.count(); ++k) {
+    if (k > 1) hash.add('/');
+    hash.add(levelText(levels, k));
+    hashes[k - 1] = hash.value();
+  }
+  return hashes;
+}
+
+}  // namespace
+
+void SiteTree::addRoot() {
+  const BulkChange change(*this);
+  add(kNoNode, kRootKey, 0, hashOf(kRootKey));
+  selected_ = root();
+}
+
+std::size_t SiteTree::addMissingLevels(const AddressLevels& levels, char tag) {
+  const auto hashes = hashesOf(levels);
+  // A node is in the tree only with all its ancestors, so the first level found
+  // from the end tells what is missing.
+  std::size_t present = levels.count();
+  NodeId parent = kNoNode;
+  for (; present > 0; --present) {
+    parent = find(levelKey(levels, present), hashes[present - 1]);
+    if (parent != kNoNode) break;
+  }
+  if (present == levels.count()) return 0;
+  if (present == 0) parent = root();
+  const std::string_view kept = keep(levels.address());
+  for (std::size_t k = present + 1; k <= levels.count(); ++k) {
+    const std::string_view key = kept.substr(0, levelKey(levels, k).size());
+    parent = add(parent, key, key.size() - levelText(levels, k).size(), hashes[k - 1]);
+    nodes_[parent].tag = tag;
+  }
+  return levels.count() - present;
+}
+
+void SiteTree::reserve(std::size_t nodes) {
+  nodes_.reserve(nodes_.size() + nodes);
+  index_.reserve(nodes_.size() + nodes);
+}
+
+NodeId SiteTree::find(std::string_view key) const { return find(key, hashOf(key)); }
+
+NodeId SiteTree::at(std::string_view key) const {
+  const NodeId node = find(key);
+  if (node == kNoNode) throw Failure(failure::kElementNotFound);
+  return node;
+}
+
+std::string_view SiteTree::key(NodeId node) const {
+  return {nodes_[node].key, nodes_[node].keyLength};
+}
+
+std::string_view SiteTree::text(NodeId node) const {
+  return node == root() ? kRootText : key(node).substr(nodes_[node].textStart);
+}
+
+void SiteTree::select(NodeId node) {
+  if (node == selected_) return;
+  selected_ = node;
+  if (observer_ != nullptr) observer_->selectionChanged(node);
+}
+
+NodeId SiteTree::find(std::string_view key, std::uint32_t hash) const {
+  return index_.find(hash, [this, key](NodeId node) { return this->key(node) == key; });
+}
+
+NodeId SiteTree::add(NodeId parent, std::string_view key, std::size_t textStart,
+                     std::uint32_t hash) {
+  const auto node = static_cast<NodeId>(nodes_.size());
+  const std::size_t row = parent == kNoNode ? 0 : childCount(parent);
+  if (observer_ != nullptr) observer_->nodeWillBeAdded(parent, row);
+  nodes_.push_back({.key = key.data(),
+                    .parent = parent,
+                    .row = static_cast<std::uint32_t>(row),
+                    .keyLength = static_cast<std::uint16_t>(key.size()),
+                    .textStart = static_cast<std::uint16_t>(textStart),
+                    .tag = kNoTag,
+                    .children = {}});
+  if (parent != kNoNode) nodes_[parent].children.push_back(node);
+  index_.insert(hash, node);
+  if (observer_ != nullptr) observer_->nodeWasAdded(node);
+  return node;
+}
+
+std::string_view SiteTree::keep(std::string_view address) {
+  if (address.size() > freeInBlock_) {
+    const std::size_t size = std::max(kBlockSize, address.size());
+    blocks_.push_back(std::make_unique<char[]>(size));
+    freeInBlock_ = size;
+  }
+  // Blocks are filled from the end, so that what is free is all there is to know.
+  freeInBlock_ -= address.size();
+  char* const place = blocks_.back().get() + freeInBlock_;
+  std::copy(address.begin(), address.end(), place);
+  return {place, address.size()};
+}
+
+SiteTree::BulkChange::BulkChange(SiteTree& tree)
+    : tree_(tree), observer_(std::exchange(tree.observer_, nullptr)) {
+  if (observer_ != nullptr) observer_->treeWillBeReset();
+}
+
+SiteTree::BulkChange::~BulkChange() {
+  tree_.observer_ = observer_;
+  if (observer_ != nullptr) observer_->treeWasReset();
+}
+
+}  // namespace quorrix

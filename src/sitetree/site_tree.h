@@ -1,0 +1,124 @@
+// The tree of recorded sites: one root, a node per host, a node per further
+// segment of an address. This is the tree itself; the view on screen mirrors it
+// through an observer. Looking up a key and adding a node cost the same at any
+// size. Nodes keep the order in which they were added.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "sitetree/key_index.h"
+#include "sitetree/site_address.h"
+
+namespace quorrix {
+
+// Names a node for as long as it is in the tree.
+using NodeId = std::uint32_t;
+inline constexpr NodeId kNoNode = KeyIndex::kNone;
+
+inline constexpr std::string_view kRootKey = "ROOT";
+inline constexpr std::string_view kRootText = "www";
+inline constexpr char kNoTag = '\0';  // a node whose scheme nobody has set yet
+
+class SiteTreeObserver {
+ public:
+  virtual ~SiteTreeObserver() = default;
+
+  virtual void treeWillBeReset() = 0;  // until treeWasReset nodes come and go unannounced
+  virtual void treeWasReset() = 0;
+  virtual void nodeWillBeAdded(NodeId parent, std::size_t row) = 0;
+  virtual void nodeWasAdded(NodeId node) = 0;
+  virtual void selectionChanged(NodeId node) = 0;
+};
+
+class SiteTree {
+ public:
+  SiteTree() = default;
+  SiteTree(const SiteTree&) = delete;
+  SiteTree& operator=(const SiteTree&) = delete;
+
+  // At most one observer, told of every change; null for none.
+  void setObserver(SiteTreeObserver* observer) { observer_ = observer; }
+
+  // Adds the root to the empty tree and selects it.
+  void addRoot();
+
+  // Adds what the tree lacks of the levels of an address, from the host down,
+  // each with `tag`; nodes that are there keep theirs. A host named like the
+  // root's key is the root. Returns the number of nodes added.
+  std::size_t addMissingLevels(const AddressLevels& levels, char tag);
+
+  // Makes room for about so many more nodes.
+  void reserve(std::size_t nodes);
+
+  // The root counts. Zero before addRoot.
+  [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+  [[nodiscard]] NodeId root() const { return nodes_.empty() ? kNoNode : 0; }
+
+  // kNoNode when no node has the key.
+  [[nodiscard]] NodeId find(std::string_view key) const;
+
+  // Throws Failure 35601 when no node has the key.
+  [[nodiscard]] NodeId at(std::string_view key) const;
+
+  // Views that live as long as the tree. The text is the key's last segment,
+  // but for the root.
+  [[nodiscard]] std::string_view key(NodeId node) const;
+  [[nodiscard]] std::string_view text(NodeId node) const;
+
+  [[nodiscard]] char tag(NodeId node) const { return nodes_[node].tag; }
+  void setTag(NodeId node, char tag) { nodes_[node].tag = tag; }
+
+  [[nodiscard]] NodeId parent(NodeId node) const { return nodes_[node].parent; }
+  [[nodiscard]] std::size_t childCount(NodeId node) const { return nodes_[node].children.size(); }
+  [[nodiscard]] NodeId child(NodeId node, std::size_t row) const {
+    return nodes_[node].children[row];
+  }
+  // The place among its parent's children, counted from 0.
+  [[nodiscard]] std::size_t row(NodeId node) const { return nodes_[node].row; }
+
+  // With nothing selected, the root.
+  [[nodiscard]] NodeId selected() const { return selected_ == kNoNode ? root() : selected_; }
+  void select(NodeId node);
+
+  // While one of these lives, the observer hears of one reset instead of every node.
+  class BulkChange {
+   public:
+    explicit BulkChange(SiteTree& tree);
+    ~BulkChange();
+    BulkChange(const BulkChange&) = delete;
+    BulkChange& operator=(const BulkChange&) = delete;
+
+   private:
+    SiteTree& tree_;
+    SiteTreeObserver* observer_;
+  };
+
+ private:
+  struct Node {
+    const char* key;
+    NodeId parent;
+    std::uint32_t row;
+    std::uint16_t keyLength;
+    std::uint16_t textStart;
+    char tag;
+    std::vector<NodeId> children;
+  };
+
+  [[nodiscard]] NodeId find(std::string_view key, std::uint32_t hash) const;
+  NodeId add(NodeId parent, std::string_view key, std::size_t textStart, std::uint32_t hash);
+  [[nodiscard]] std::string_view keep(std::string_view address);
+
+  std::vector<Node> nodes_;  // the root is the first
+  KeyIndex index_;
+  // Addresses, each stored once: the keys of its levels are its beginnings.
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::size_t freeInBlock_ = 0;
+  NodeId selected_ = kNoNode;
+  SiteTreeObserver* observer_ = nullptr;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,106 @@
+#include "tracking/tracking_loop.h"
+
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::string_view kTracking = "Tracking websites.";
+constexpr std::string_view kTrackingStopped = "Tracking websites stopped.";
+constexpr std::string_view kTooMuchData =
+    "Error: Quorrix is unable to record the site address because it has too much data to manage. "
+    "Archive the presently displayed sites to correct the problem. Quorrix will not be able to "
+    "record site data until the current display is archived.";
+
+}  // namespace
+
+void TrackingLoop::startTracking() {
+  isTracking_ = true;
+  trackWebsites();
+}
+
+void TrackingLoop::stopTracking() {
+  isTracking_ = false;
+  parts_.display.showTrackingStatus(kTrackingStopped);
+  parts_.events.processPending();
+}
+
+void TrackingLoop::stopAfterFailure() {
+  isTracking_ = false;
+  parts_.display.showTrackingStatus(kTrackingStopped);
+}
+
+void TrackingLoop::trackWebsites() {
+  parts_.display.showTrackingStatus(kTracking);
+  parts_.windows.prepareForTracking();
+  reading_.haveValidAddress = false;
+  bool isFirstPass = true;
+  while (isTracking_) {
+    scanBrowserWindows(parts_.windows, reading_);
+    const bool isVisit = reading_.haveValidAddress || isFirstPass;
+    if (isVisit && reading_.webAddress.size() <= kMaxAddressLength) recordVisit();
+    reading_.haveValidAddress = false;
+    isFirstPass = false;
+    parts_.events.processPending();
+    if (isTracking_) parts_.events.pause();
+  }
+}
+
+void TrackingLoop::recordVisit() {
+  if (reading_.webAddress.empty()) return;
+  const AddressCheck check = validateAddress(reading_.webAddress);
+  if (!check.isValid) return;
+  reading_.webAddress = storedAddress(reading_.webAddress);
+  // A copy: a second loop inside a message box's events would scan into webAddress.
+  const std::string address = reading_.webAddress;
+  if (!addAddressToTree(address)) return;
+  if (isExistingAddress_) {
+    parts_.siteFile.updateSiteRecord(address, check.protocolFlag);
+  } else {
+    parts_.siteFile.appendSiteRecord(address, check.protocolFlag);
+  }
+  SiteTree& tree = parts_.tree;
+  const NodeId node = tree.at(address);
+  parts_.display.makeVisible(node);
+  tree.select(node);
+  tree.setTag(node, check.protocolFlag);
+  tagAncestors(node, check.protocolFlag);
+}
+
+// False only after the message that the tree is too large to be searched; then
+// no level was added.
+bool TrackingLoop::addAddressToTree(std::string_view storedAddress) {
+  isExistingAddress_ = true;
+  const AddressLevels levels = addressLevels(storedAddress);
+  try {
+    findNodeByKey(storedAddress);
+  } catch (const Failure&) {
+    parts_.messageBox.show(kTooMuchData, MessageBoxStyle::Critical);
+    return false;
+  }
+  if (addressFound_) return true;
+  isExistingAddress_ = false;
+  try {
+    parts_.tree.addMissingLevels(levels, kNoTag);
+  } catch (...) {
+    // Passed over; that the node is missing shows when its tag is to be set.
+  }
+  return true;
+}
+
+// A level's node can only be below its parent level's, so the one search for
+// the whole address answers for all levels.
+void TrackingLoop::findNodeByKey(std::string_view key) {
+  addressFound_ = false;
+  if (parts_.tree.size() > maxSearchedNodes_) throw Failure(failure::kOutOfStackSpace);
+  addressFound_ = parts_.tree.find(key) != kNoNode;
+}
+
+void TrackingLoop::tagAncestors(NodeId node, char flag) {
+  SiteTree& tree = parts_.tree;
+  for (NodeId above = tree.parent(node); tree.text(above) != kRootText; above = tree.parent(above)) {
+    tree.setTag(above, flag);
+  }
+}
+
+}  // namespace quorrix

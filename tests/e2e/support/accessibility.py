@@ -1,0 +1,111 @@
+"""The accessibility bus, asked without a library in between.
+
+A library would cache what it has seen and lose its connection for good when the bus is restarted;
+these tests need the present state, their own time limits, and to go on afterwards.
+"""
+
+from gi.repository import Gio, GLib
+
+from support.session import connect
+
+ROOT = "/org/a11y/atspi/accessible/root"
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+RELATION_EMBEDS = 13
+STATE_BUSY, STATE_FOCUSED, STATE_SHOWING = 3, 12, 25
+
+
+class AccessibilityBus:
+    def __init__(self, session):
+        self.address = session.accessibility_address()
+        self.connection = connect(self.address)
+
+    def close(self):
+        if not self.connection.is_closed():
+            self.connection.close_sync()
+
+    def application_of(self, process_id):
+        """The application that a process put on the bus, or None."""
+        for application in Accessible(self, "org.a11y.atspi.Registry", ROOT).children():
+            try:
+                if self._process_of(application.owner) == process_id:
+                    return application
+            except GLib.Error:
+                continue  # It left while we were asking.
+        return None
+
+    def _process_of(self, owner):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                         "GetConnectionUnixProcessID", GLib.Variant("(s)", (owner,)))[0]
+
+    def call(self, owner, path, interface, method, arguments=None, milliseconds=3000):
+        return self.connection.call_sync(owner, path, interface, method, arguments, None,
+                                         Gio.DBusCallFlags.NONE, milliseconds, None).unpack()
+
+    def call_without_answer(self, owner, path, interface, method, arguments):
+        message = Gio.DBusMessage.new_method_call(owner, path, interface, method)
+        message.set_body(arguments)
+        message.set_flags(Gio.DBusMessageFlags.NO_REPLY_EXPECTED)
+        self.connection.send_message(message, Gio.DBusSendMessageFlags.NONE)
+        self.connection.flush_sync()
+
+
+class Accessible:
+    """One object on the bus. Nothing is remembered: every question goes to its program."""
+
+    def __init__(self, bus, owner, path):
+        self.bus = bus
+        self.owner = owner
+        self.path = path
+
+    def _ask(self, method, arguments=None, interface=ACCESSIBLE):
+        return self.bus.call(self.owner, self.path, interface, method, arguments)
+
+    def _property(self, name, interface=ACCESSIBLE):
+        return self._ask("Get", GLib.Variant("(ss)", (interface, name)),
+                         "org.freedesktop.DBus.Properties")[0]
+
+    @property
+    def name(self):
+        return self._property("Name")
+
+    @property
+    def role(self):
+        return self._ask("GetRoleName")[0]
+
+    def children(self):
+        return [Accessible(self.bus, owner, path) for owner, path in self._ask("GetChildren")[0]]
+
+    def attributes(self):
+        return self._ask("GetAttributes")[0]
+
+    def has_state(self, state):
+        low, high = self._ask("GetState")[0]
+        return bool((high << 32 | low) >> state & 1)
+
+    def targets_of(self, relation):
+        for kind, targets in self._ask("GetRelationSet")[0]:
+            if kind == relation:
+                return [Accessible(self.bus, owner, path) for owner, path in targets]
+        return []
+
+    def text(self):
+        return self._ask("GetText", GLib.Variant("(ii)", (0, -1)), "org.a11y.atspi.Text")[0]
+
+    def press(self):
+        """The first action. The answer is not awaited: an entry that opens a modal window, or
+        that runs for long, answers only when that is over."""
+        self.bus.call_without_answer(self.owner, self.path, "org.a11y.atspi.Action", "DoAction",
+                                     GLib.Variant("(i)", (0,)))
+
+    def everything_below(self):
+        """All descendants, each before its own children."""
+        for child in self.children():
+            yield child
+            yield from child.everything_below()
+
+    def find(self, role, name=None):
+        """The first descendant of that role (and name), or None."""
+        for thing in self.everything_below():
+            if thing.role == role and name in (None, thing.name):
+                return thing
+        return None

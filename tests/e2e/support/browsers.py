@@ -1,0 +1,216 @@
+"""Firefox and Chromium as Debian packages them, in fresh profiles, driven by the keyboard.
+
+No flag and no preference touches accessibility. The browsers are watched through the titles of
+their windows, never through the accessibility bus: asking there is what wakes them up, and that
+has to be the program's own doing.
+"""
+
+import os
+import signal
+
+from support import processes
+from support.waiting import wait_until
+from support.web_site import title_of
+
+
+class Browser:
+    """One running browser with one profile; `window` is the one last opened or chosen."""
+
+    name = ""
+    address_scheme_letters = ""
+
+    def __init__(self, session, site):
+        self.session = session
+        self.site = site
+        self.screen = session.screen
+        self.profile = os.path.join(processes.temporary_folder(), self.name)
+        os.mkdir(self.profile, 0o700)
+        self.prepare_profile()
+        self.process = None
+        self.window = None
+
+    # --- life ------------------------------------------------------------------------------------
+
+    def start(self, url):
+        self.process = self._run(*self.normal_options(), url)
+        return self._wait_for_new_window(set(), url)
+
+    def start_private(self, url):
+        """Starts the browser with a private window and nothing else."""
+        self.process = self._run(*self.normal_options(), self.private_option, url)
+        return self._wait_for_new_window(set(), url)
+
+    def open_private_window(self, url):
+        """Opens a private window of the running browser, as its launcher's menu entry does."""
+        before = set(self._window_numbers())
+        self._run(*self.normal_options(), self.private_option, url)
+        return self._wait_for_new_window(before, url)
+
+    def open_window(self, url):
+        before = set(self._window_numbers())
+        self._run(*self.normal_options(), self.window_option, url)
+        return self._wait_for_new_window(before, url)
+
+    def close(self):
+        """Ends the browser with all its processes, stopped ones included."""
+        if self.process:
+            processes.end_family(self.process)
+            self.process = None
+
+    def family(self):
+        return [self.process.pid, *processes.children_of(self.process.pid)]
+
+    def stop_all(self):
+        """Stops every process of the browser, as a debugger or a swapped-out machine would."""
+        processes.send(signal.SIGSTOP, self.family())
+
+    def continue_all(self):
+        processes.send(signal.SIGCONT, self.family())
+
+    # --- hands -----------------------------------------------------------------------------------
+
+    def use(self):
+        self.window.use()
+
+    def visit(self, url, shows=None):
+        """Types an address and waits until the window shows that page (or the one it leads to)."""
+        self.ask_for(url)
+        self.wait_until_it_shows(shows or url)
+
+    def ask_for(self, url):
+        """Types an address and presses Return, and does not wait for the page."""
+        self.type_address(url)
+        # Delete removes what the browser has added behind the typed text from its history.
+        self.screen.press("Delete", "Return")
+
+    def type_address(self, text):
+        self.use()
+        self.screen.press("ctrl+l")
+        self.screen.type(text)
+
+    def give_up_typing(self):
+        self.screen.press("Escape", "Escape")
+
+    def open_tab(self, url):
+        self.use()
+        self.screen.press("ctrl+t")
+        wait_until(lambda: not self.window.title.startswith(self._shown), "the new tab")
+        self.visit(url)
+
+    def choose_next_tab(self, shows):
+        self.use()
+        self.screen.press("ctrl+Tab")
+        self.wait_until_it_shows(shows)
+
+    def reload(self, url):
+        self.use()
+        before = self.site.times_asked(url)
+        self.screen.press("F5")
+        wait_until(lambda: self.site.times_asked(url) > before, f"{self.name} to reload {url}")
+
+    def press(self, key):
+        """Presses a key on the page itself."""
+        self.use()
+        self.screen.press(key)
+
+    def wait_until_it_shows(self, url):
+        """A window takes a page's title when the page has committed and its head is read."""
+        title = title_of(url)
+        wait_until(lambda: self.window.title.startswith(title + " "),
+                   lambda: f"{self.name} to show {url}; its title is {self.window.title!r}", 20)
+        self._shown = title
+
+    # --- windows ---------------------------------------------------------------------------------
+
+    def _run(self, *options):
+        return self.session.start([self.command, *options], log=f"{self.name}.log",
+                                  **self.environment())
+
+    def _window_numbers(self):
+        return [window.number for window in self.screen.windows_of(self.family())]
+
+    def _wait_for_new_window(self, before, url):
+        def new_window():
+            for window in self.screen.windows_of(self.family()):
+                if window.number not in before and window.title.startswith(title_of(url) + " "):
+                    return window
+            return None
+
+        self.window = wait_until(
+            new_window, lambda: f"{self.name} to open {url}; it has "
+            f"{[window.title for window in self.screen.windows_of(self.family())]}", 40)
+        self._shown = title_of(url)
+        return self.window
+
+    # --- what differs ----------------------------------------------------------------------------
+
+    def prepare_profile(self):
+        raise NotImplementedError
+
+    def normal_options(self):
+        raise NotImplementedError
+
+    def environment(self):
+        return {}
+
+
+class Firefox(Browser):
+    name = "Firefox"
+    command = "firefox-esr"
+    private_option = "--private-window"
+    window_option = "--new-window"
+
+    def prepare_profile(self):
+        with open(os.path.join(self.profile, "user.js"), "w", encoding="ascii") as file:
+            for preference, value in self._preferences().items():
+                file.write(f'user_pref("{preference}", {value});\n')
+
+    def _preferences(self):
+        port = self.site.port
+        return {
+            # Every host is the site on loopback.
+            "network.proxy.type": "1",
+            "network.proxy.http": '"127.0.0.1"', "network.proxy.http_port": port,
+            "network.proxy.ssl": '"127.0.0.1"', "network.proxy.ssl_port": port,
+            # An address typed with http:// stays one.
+            "dom.security.https_first": "false",
+            "dom.security.https_first_schemeless": "false",
+            "dom.security.https_only_mode": "false",
+            # No first-run pages, no questions at start.
+            "browser.aboutwelcome.enabled": "false",
+            "browser.startup.homepage_override.mstone": '"ignore"',
+            "browser.shell.checkDefaultBrowser": "false",
+            "browser.sessionstore.resume_from_crash": "false",
+            "toolkit.startup.max_resumed_crashes": "-1",
+            "datareporting.policy.dataSubmissionEnabled": "false",
+            "termsofuse.bypassNotification": "true",
+            "trailhead.firstrun.didSeeAboutWelcome": "true",
+            "browser.tabs.warnOnClose": "false",
+            "browser.urlbar.suggest.searches": "false",
+        }
+
+    def normal_options(self):
+        return ["--profile", self.profile]
+
+
+class Chromium(Browser):
+    name = "Chromium"
+    command = "chromium"
+    private_option = "--incognito"
+    window_option = "--new-window"
+
+    def prepare_profile(self):
+        # Its presence is how Chromium knows that it has run before.
+        with open(os.path.join(self.profile, "First Run"), "w", encoding="ascii"):
+            pass
+
+    def normal_options(self):
+        options = [f"--user-data-dir={self.profile}", "--ignore-certificate-errors",
+                   "--test-type"]
+        if os.geteuid() == 0:
+            options.append("--no-sandbox")
+        return options
+
+    def environment(self):
+        proxy = f"http://127.0.0.1:{self.site.port}"
+        return {"http_proxy": proxy, "https_proxy": proxy}
