@@ -8,22 +8,22 @@
 namespace quorrix {
 
 namespace failure {
-inline constexpr int kOverflow = 6;              // a number does not fit in 16 bits
+inline constexpr int kOverflow = 6;  // a number does not fit in 16 bits
 inline constexpr int kOutOfMemory = 7;
 inline constexpr int kIndexOutOfRange = 9;
 inline constexpr int kOutOfStackSpace = 28;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kDeviceIo = 57;
-inline constexpr int kDiskFull = 61;             // or the user's quota is used up
+inline constexpr int kDiskFull = 61;  // or the user's quota is used up
 inline constexpr int kTooManyFiles = 67;
 inline constexpr int kDeviceUnavailable = 68;
-inline constexpr int kDiskNotReady = 71;         // a drive without a medium
-inline constexpr int kPathFileAccess = 75;       // refused, read-only, exists already, is a folder
-inline constexpr int kPathNotFound = 76;         // the folder above is missing too
+inline constexpr int kDiskNotReady = 71;    // a drive without a medium
+inline constexpr int kPathFileAccess = 75;  // refused, read-only, exists already, is a folder
+inline constexpr int kPathNotFound = 76;    // the folder above is missing too
 inline constexpr int kInvalidFileFormat = 321;
 inline constexpr int kOutOfControlMemory = 31001;
-inline constexpr int kElementNotFound = 35601;   // no node of the tree has the key
-inline constexpr int kUnknown = 51;              // whatever has no number of its own
+inline constexpr int kElementNotFound = 35601;  // no node of the tree has the key
+inline constexpr int kUnknown = 51;             // whatever has no number of its own
 }  // namespace failure
 
 class Failure final : public std::exception {

@@ -61,8 +61,7 @@ void FixedRecordFile::scan(std::uint64_t last, ReadFailures onFailure, const Vis
 }
 
 // One unreadable spot on the disk costs the record that it is in, not its neighbours.
-bool FixedRecordFile::scanSingly(std::uint64_t first, std::span<char> records,
-                                 const Visit& visit) {
+bool FixedRecordFile::scanSingly(std::uint64_t first, std::span<char> records, const Visit& visit) {
   for (std::size_t at = 0; at < records.size(); at += recordLength_) {
     const auto record = records.subspan(at, recordLength_);
     const std::uint64_t number = first + at / recordLength_;

@@ -20,8 +20,12 @@ struct BrowserName {
 };
 
 constexpr BrowserName kBrowserNames[] = {
-    {" \x97 ", "Mozilla Firefox"}, {" - ", "Mozilla Firefox"}, {" - ", "Chromium"},
-    {" - ", "Google Chrome"},      {" - ", "Brave"},           {" - ", "Opera"},
+    {" \x97 ", "Mozilla Firefox"},
+    {" - ", "Mozilla Firefox"},
+    {" - ", "Chromium"},
+    {" - ", "Google Chrome"},
+    {" - ", "Brave"},
+    {" - ", "Opera"},
     {" - ", "Vivaldi"},
 };
 
@@ -61,9 +65,8 @@ bool isBrowserTitle(std::string_view title) {
 
 void scanBrowserWindows(WindowSystem& windows, BrowserReading& reading) {
   reading.webAddress.clear();
-  windows.EnumWindows([&](WindowHandle window) {
-    return browserWindowCallback(windows, window, reading);
-  });
+  windows.EnumWindows(
+      [&](WindowHandle window) { return browserWindowCallback(windows, window, reading); });
 }
 
 bool browserWindowCallback(WindowSystem& windows, WindowHandle window, BrowserReading& reading) {

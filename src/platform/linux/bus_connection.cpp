@@ -39,8 +39,7 @@ bool somebodyListensAt(const std::string& socketName) {
   address.sun_family = AF_UNIX;
   if (socketName.empty() || socketName.size() >= sizeof address.sun_path) return false;
   std::memcpy(address.sun_path, socketName.data(), socketName.size());
-  const auto length =
-      static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketName.size());
+  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketName.size());
   const int knock = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   if (knock < 0) return false;
   const bool answered = connect(knock, reinterpret_cast<sockaddr*>(&address), length) == 0;
@@ -82,8 +81,8 @@ bool BusConnection::isOpen() const { return dbus_connection_get_is_connected(con
 
 PendingCall BusConnection::send(const Message& call) {
   DBusPendingCall* pending = nullptr;
-  if (!call || !dbus_connection_send_with_reply(connection_, call.get(), &pending,
-                                                DBUS_TIMEOUT_INFINITE)) {
+  if (!call ||
+      !dbus_connection_send_with_reply(connection_, call.get(), &pending, DBUS_TIMEOUT_INFINITE)) {
     throw std::bad_alloc();
   }
   return PendingCall(pending);  // null when the connection is closed
@@ -100,8 +99,8 @@ void BusConnection::finishIntroduction() {
   const Message answer(dbus_pending_call_steal_reply(introduction_.get()));
   introduction_.reset();
   const char* name = nullptr;
-  if (answer && dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &name,
-                                      DBUS_TYPE_INVALID) &&
+  if (answer &&
+      dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &name, DBUS_TYPE_INVALID) &&
       dbus_message_get_type(answer.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN) {
     dbus_bus_set_unique_name(connection_, name);
   } else {

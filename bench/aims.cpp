@@ -1,0 +1,83 @@
+#include "aims.h"
+
+#include <array>
+#include <iomanip>
+#include <optional>
+#include <string_view>
+
+namespace quorrix::bench {
+namespace {
+
+// Either below the time of a peer or below a fixed number, of milliseconds or of
+// the named counter.
+struct Aim {
+  std::string_view what;
+  std::string_view measured;
+  std::string_view peer;
+  double bound;
+  std::string_view counter;
+};
+
+constexpr std::array kAims{
+    Aim{"Loading 100,000 records, ms: faster than SQLite's scan", "load/site_file/100000",
+        "load/sqlite_scan/100000", 0, ""},
+    Aim{"Loading 1,000,000 records, ms: faster than SQLite's scan", "load/site_file/1000000",
+        "load/sqlite_scan/1000000", 0, ""},
+    Aim{"Loading 1,000,000 records, ms", "load/site_file/1000000", "", 800, ""},
+    Aim{"Tree at 1,000,000 records, bytes a node", "load/site_file/1000000", "", 300,
+        "bytes_per_node"},
+    Aim{"Visit at 100,000 records, ms: faster than SQLite's WAL, FULL",
+        "visit/site_file_synced/100000", "visit/sqlite_wal_full/100000", 0, ""},
+    Aim{"Show All over 100,000 nodes, ms", "view/show_all/100000", "", 200, ""},
+    Aim{"Expanding the root over 100,000 nodes, ms", "view/expand_root/100000", "", 200, ""},
+};
+
+constexpr std::array<std::string_view, 5> kVisitors{
+    "visit/site_file_synced", "visit/sqlite_wal_full", "visit/limit_write_and_sync",
+    "visit/site_file_unsynced", "visit/sqlite_wal_off"};
+
+std::optional<double> valueOf(const Medians& medians, std::string_view name,
+                              std::string_view counter) {
+  const auto median = medians.find(std::string(name));
+  if (median == medians.end()) return {};
+  if (counter.empty()) return median->second.seconds * 1000;
+  const auto found = median->second.counters.find(std::string(counter));
+  if (found == median->second.counters.end()) return {};
+  return found->second;
+}
+
+}  // namespace
+
+void printAims(std::ostream& out, const Medians& medians) {
+  out << "\nAims" << std::fixed << std::setprecision(1) << '\n';
+  for (const Aim& aim : kAims) {
+    const auto measured = valueOf(medians, aim.measured, aim.counter);
+    const auto bound =
+        aim.peer.empty() ? std::optional(aim.bound) : valueOf(medians, aim.peer, aim.counter);
+    if (!measured || !bound) continue;
+    out << "  " << std::left << std::setw(62) << aim.what << std::right << std::setw(8)
+        << *measured << (*measured < *bound ? "  met     " : "  MISSED  ") << "below "
+        << *bound << '\n';
+  }
+}
+
+void printGrowth(std::ostream& out, const Medians& medians) {
+  out << "\nA visit, microseconds at 10,000, 100,000 and 1,000,000 records" << std::fixed
+      << std::setprecision(0) << '\n';
+  for (const std::string_view visitor : kVisitors) {
+    out << "  " << std::left << std::setw(32) << visitor << std::right;
+    std::optional<double> smaller;
+    for (const char* const size : {"/10000", "/100000", "/1000000"}) {
+      const auto now = valueOf(medians, std::string(visitor) + size, "");
+      if (!now) continue;
+      out << std::setw(9) << *now * 1000;
+      if (smaller) {
+        out << " (x" << std::setprecision(1) << *now / *smaller << std::setprecision(0) << ')';
+      }
+      smaller = now;
+    }
+    out << '\n';
+  }
+}
+
+}  // namespace quorrix::bench

@@ -1,0 +1,29 @@
+// What main() registers: one function per family of benchmarks. Names read
+// "family/who/size", and all of one family and size do the same work.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <string>
+
+#include "bench_data.h"
+
+namespace quorrix::bench {
+
+inline constexpr int kRepetitions = 5;  // the median of which is reported
+
+// A site file into the tree.
+void registerLoadBenchmarks(BenchData& data);
+
+// One visit to a known address into the site file.
+void registerVisitBenchmarks(BenchData& data);
+
+// Expanding the tree's view; nothing in a build without the forms.
+void registerViewBenchmarks(BenchData& data);
+
+[[nodiscard]] inline std::string nameOf(const std::string& familyAndWho, std::size_t size) {
+  return familyAndWho + "/" + std::to_string(size);
+}
+
+}  // namespace quorrix::bench

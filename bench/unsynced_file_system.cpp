@@ -1,0 +1,39 @@
+#include "unsynced_file_system.h"
+
+#include <utility>
+
+namespace quorrix::bench {
+namespace {
+
+class UnsyncedFile final : public RandomAccessFile {
+ public:
+  explicit UnsyncedFile(std::unique_ptr<RandomAccessFile> real) : real_(std::move(real)) {}
+
+  [[nodiscard]] std::uint64_t length() override { return real_->length(); }
+  [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<char> into) override {
+    return real_->readAt(offset, into);
+  }
+  void writeAt(std::uint64_t offset, std::span<const char> bytes) override {
+    real_->writeAt(offset, bytes);
+  }
+  void sync() override {}
+
+ private:
+  std::unique_ptr<RandomAccessFile> real_;
+};
+
+}  // namespace
+
+bool UnsyncedFileSystem::folderExists(const Path& path) { return real_.folderExists(path); }
+
+void UnsyncedFileSystem::makeFolder(const Path& path) { real_.makeFolder(path); }
+
+std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openRandomAccess(const Path& path) {
+  return std::make_unique<UnsyncedFile>(real_.openRandomAccess(path));
+}
+
+std::string UnsyncedFileSystem::readFirstLine(const Path& path) {
+  return real_.readFirstLine(path);
+}
+
+}  // namespace quorrix::bench

@@ -1,0 +1,22 @@
+// The real file system, but for sync(), which does nothing: what is left of an
+// operation's time is its own work.
+#pragma once
+
+#include "platform/file_system.h"
+
+namespace quorrix::bench {
+
+class UnsyncedFileSystem final : public FileSystem {
+ public:
+  explicit UnsyncedFileSystem(FileSystem& real) : real_(real) {}
+
+  [[nodiscard]] bool folderExists(const Path& path) override;
+  void makeFolder(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::string readFirstLine(const Path& path) override;
+
+ private:
+  FileSystem& real_;
+};
+
+}  // namespace quorrix::bench

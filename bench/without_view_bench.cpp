@@ -1,0 +1,7 @@
+#include "benchmarks.h"
+
+namespace quorrix::bench {
+
+void registerViewBenchmarks(BenchData&) {}
+
+}  // namespace quorrix::bench

@@ -1,0 +1,69 @@
+// Makes the real parts, hands them to the main window, and runs it.
+
+#include <QApplication>
+#include <QMetaObject>
+
+#include "platform/program_folder.h"
+#include "platform/system_clock.h"
+#include "shell/main_window/desktop_platform.h"
+#include "shell/main_window/main_form.h"
+#include "shell/qt_event_pump.h"
+#include "shell/qt_message_box.h"
+
+#ifdef _WIN32
+#include "platform/windows/user32_window_system.h"
+#include "platform/windows/windows_file_system.h"
+#else
+#include "platform/linux/accessible_window_system.h"
+#include "platform/linux/posix_file_system.h"
+#endif
+
+namespace {
+
+#ifdef _WIN32
+using RealFileSystem = quorrix::WindowsFileSystem;
+using RealWindowSystem = quorrix::User32WindowSystem;
+#else
+using RealFileSystem = quorrix::PosixFileSystem;
+using RealWindowSystem = quorrix::AccessibleWindowSystem;
+#endif
+
+void choosePlatform() {
+  const std::string platform =
+      quorrix::preferredPlatform({.hasChosenPlatform = qEnvironmentVariableIsSet("QT_QPA_PLATFORM"),
+                                  .hasWaylandDisplay = qEnvironmentVariableIsSet("WAYLAND_DISPLAY"),
+                                  .hasX11Display = qEnvironmentVariableIsSet("DISPLAY")});
+  if (!platform.empty()) qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(platform));
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  choosePlatform();
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Quorrix"));
+  // The program ends with its main window, not with the splash screen.
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  quorrix::SystemClock clock;
+  RealFileSystem files;
+  RealWindowSystem windows(clock);
+  quorrix::QtEventPump events;
+  quorrix::QtMessageBox messageBox;
+  quorrix::MainForm form({.paths = quorrix::AppPaths(quorrix::programFolder()),
+                          .files = files,
+                          .clock = clock,
+                          .events = events,
+                          .messageBox = messageBox,
+                          .windows = windows});
+  // Whatever handlers are still running when the window goes return first.
+  QObject::connect(&form, &quorrix::MainForm::unloaded, &application,
+                   [] { QApplication::exit(0); });
+  QMetaObject::invokeMethod(
+      &form,
+      [&form] {
+        if (!form.Form_Load()) QApplication::exit(1);
+      },
+      Qt::QueuedConnection);
+  return QApplication::exec();
+}

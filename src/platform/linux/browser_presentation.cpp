@@ -1,0 +1,53 @@
+#include "platform/linux/browser_presentation.h"
+
+#include <utility>
+
+#include "platform/linux/address_text.h"
+
+namespace quorrix {
+
+Presented BrowserPresentation::present(const std::string& frame,
+                                       const std::optional<PageReading>& reading) {
+  if (!reading) {
+    const auto known = pages_.find(frame);
+    return {known == pages_.end() ? std::string() : known->second.address, false};
+  }
+  Page& page = pages_[frame];
+  if (page.document != reading->document || page.documentAddress != reading->address) {
+    page = Page{};
+    page.document = reading->document;
+    page.documentAddress = reading->address;
+    if (isWebAddress(reading->address)) page.address = reading->address;
+  }
+  if (reading->bar && !page.address.empty()) settleBar(page, *reading->bar);
+  const Presented presented{page.address, isVisit(page)};
+  last_ = page;
+  return presented;
+}
+
+void BrowserPresentation::settleBar(Page& page, const AddressBarReading& bar) {
+  const std::string before = std::exchange(page.barBefore, bar.text);
+  if (bar.isFocused) {
+    page.typed = bar.text;
+    return;
+  }
+  if (bar.documentBusy || bar.text == page.typed || bar.text != before) return;
+  const std::optional<std::string> address = addressFromBar(page.documentAddress, bar.text);
+  if (!address) return;
+  page.address = *address;
+  page.isFromBar = *address != page.documentAddress;
+}
+
+bool BrowserPresentation::isVisit(const Page& page) const {
+  if (page.address.empty()) return false;
+  if (page.address != last_.address) return true;
+  const bool sameVisit = last_.document.empty() || last_.isFromBar;
+  return page.document != last_.document && !sameVisit;
+}
+
+void BrowserPresentation::forgetIdentities() {
+  pages_.clear();
+  last_.document.clear();
+}
+
+}  // namespace quorrix

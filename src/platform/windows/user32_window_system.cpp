@@ -1,0 +1,119 @@
+#include "platform/windows/user32_window_system.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <exception>
+#include <string>
+#include <string_view>
+
+#include "platform/text_encoding.h"
+
+namespace quorrix {
+namespace {
+
+static_assert(static_cast<unsigned>(WindowRelation::NextSibling) == GW_HWNDNEXT);
+static_assert(static_cast<unsigned>(WindowRelation::FirstChild) == GW_CHILD);
+static_assert(static_cast<unsigned>(WindowMessage::GetText) == WM_GETTEXT);
+static_assert(static_cast<unsigned>(WindowMessage::GetTextLength) == WM_GETTEXTLENGTH);
+
+// Longer titles, class names and texts are cut: no address has this many characters,
+// and a window may claim any length for its text.
+constexpr std::size_t kLongestText = 32 * 1024;
+
+HWND toHwnd(WindowHandle window) { return reinterpret_cast<HWND>(window); }
+WindowHandle fromHwnd(HWND window) { return reinterpret_cast<WindowHandle>(window); }
+
+// Room for `buffer.size()` characters, the closing NUL among them.
+std::wstring wideBufferFor(std::span<char> buffer) {
+  return std::wstring(std::min(buffer.size(), kLongestText), L'\0');
+}
+
+int sizeOf(const std::wstring& text) { return static_cast<int>(text.size()); }
+
+std::string windows1252FromWide(std::wstring_view wide) {
+  if (wide.empty()) return {};
+  const int wideLength = static_cast<int>(wide.size());
+  const int length =
+      ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(length), '\0');
+  ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, utf8.data(), length, nullptr, nullptr);
+  return windows1252FromUtf8(utf8);
+}
+
+// Copies the first `count` characters of `wide`, as many as fit, and a NUL.
+std::size_t copyText(const std::wstring& wide, std::size_t count, std::span<char> buffer) {
+  const std::string text = windows1252FromWide(std::wstring_view(wide).substr(0, count));
+  const std::size_t copied = std::min(text.size(), buffer.size() - 1);
+  *std::copy_n(text.begin(), copied, buffer.begin()) = '\0';
+  return copied;
+}
+
+struct Enumeration {
+  const std::function<bool(WindowHandle)>& callback;
+  std::exception_ptr raised;
+};
+
+// An exception may not pass through user32: it is kept, and thrown on afterwards.
+BOOL CALLBACK visitWindow(HWND window, LPARAM parameter) noexcept {
+  auto& enumeration = *reinterpret_cast<Enumeration*>(parameter);
+  try {
+    return enumeration.callback(fromHwnd(window)) ? TRUE : FALSE;
+  } catch (...) {
+    enumeration.raised = std::current_exception();
+    return FALSE;
+  }
+}
+
+}  // namespace
+
+void User32WindowSystem::EnumWindows(const std::function<bool(WindowHandle)>& callback) {
+  silentThread_ = 0;
+  Enumeration enumeration{callback, nullptr};
+  ::EnumWindows(&visitWindow, reinterpret_cast<LPARAM>(&enumeration));
+  if (enumeration.raised) std::rethrow_exception(enumeration.raised);
+}
+
+std::size_t User32WindowSystem::GetWindowTextA(WindowHandle window, std::span<char> buffer) {
+  if (buffer.empty()) return 0;
+  std::wstring wide = wideBufferFor(buffer);
+  const int length = ::InternalGetWindowText(toHwnd(window), wide.data(), sizeOf(wide));
+  return copyText(wide, static_cast<std::size_t>(std::max(length, 0)), buffer);
+}
+
+std::size_t User32WindowSystem::GetClassNameA(WindowHandle window, std::span<char> buffer) {
+  if (buffer.empty()) return 0;
+  std::wstring wide = wideBufferFor(buffer);
+  const int length = ::GetClassNameW(toHwnd(window), wide.data(), sizeOf(wide));
+  return copyText(wide, static_cast<std::size_t>(std::max(length, 0)), buffer);
+}
+
+WindowHandle User32WindowSystem::GetParent(WindowHandle window) {
+  return fromHwnd(::GetParent(toHwnd(window)));
+}
+
+WindowHandle User32WindowSystem::GetWindow(WindowHandle window, WindowRelation relation) {
+  return fromHwnd(::GetWindow(toHwnd(window), static_cast<UINT>(relation)));
+}
+
+std::size_t User32WindowSystem::SendMessageA(WindowHandle window, WindowMessage message,
+                                             std::span<char> buffer) {
+  const bool wantsText = message == WindowMessage::GetText;
+  if (wantsText && buffer.empty()) return 0;
+  if (!buffer.empty()) buffer.front() = '\0';
+  const DWORD thread = ::GetWindowThreadProcessId(toHwnd(window), nullptr);
+  if (thread == 0 || thread == silentThread_) return 0;
+
+  std::wstring wide = wantsText ? wideBufferFor(buffer) : std::wstring();
+  DWORD_PTR answer = 0;
+  if (::SendMessageTimeoutW(toHwnd(window), static_cast<UINT>(message), wide.size(),
+                            wantsText ? reinterpret_cast<LPARAM>(wide.data()) : 0,
+                            SMTO_NORMAL | SMTO_ABORTIFHUNG | SMTO_ERRORONEXIT,
+                            static_cast<UINT>(kAnswerLimit.count()), &answer) == 0) {
+    silentThread_ = thread;
+    return 0;
+  }
+  return wantsText ? copyText(wide, answer, buffer) : std::min<std::size_t>(answer, kLongestText);
+}
+
+}  // namespace quorrix

@@ -1,0 +1,41 @@
+// The windows of the Windows desktop: the calls are passed on to user32.
+//
+// user32's own single-byte calls answer in the code page that the machine is set
+// to, so the wide ones are used and their answers turned into Windows-1252.
+#pragma once
+
+#include <chrono>
+
+#include "platform/window_system.h"
+
+namespace quorrix {
+
+class User32WindowSystem final : public WindowSystem {
+ public:
+  // How long a window may take to answer a message. The user interface stands
+  // still meanwhile.
+  static constexpr std::chrono::milliseconds kAnswerLimit{200};
+
+  void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
+
+  // The title as the system keeps it: the window is not asked, so a browser that
+  // hangs has its title all the same.
+  std::size_t GetWindowTextA(WindowHandle window, std::span<char> buffer) override;
+  std::size_t GetClassNameA(WindowHandle window, std::span<char> buffer) override;
+
+  [[nodiscard]] WindowHandle GetParent(WindowHandle window) override;
+  [[nodiscard]] WindowHandle GetWindow(WindowHandle window, WindowRelation relation) override;
+
+  // A window that has let kAnswerLimit pass is not asked again before the next
+  // enumeration, nor are the others of its thread: a scan waits at most once for
+  // a browser that hangs. The system copies the text of another program's window;
+  // a window of another thread of this program writes into the buffer itself, so it
+  // must not stop answering between two messages. Quorrix has no such window.
+  std::size_t SendMessageA(WindowHandle window, WindowMessage message,
+                           std::span<char> buffer) override;
+
+ private:
+  unsigned long silentThread_ = 0;
+};
+
+}  // namespace quorrix

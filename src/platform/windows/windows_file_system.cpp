@@ -1,0 +1,103 @@
+#include "platform/windows/windows_file_system.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "platform/failure.h"
+#include "platform/system_errors.h"
+#include "platform/windows/unique_handle.h"
+#include "platform/windows/windows_random_access_file.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::size_t kLongestFirstLine = 64 * 1024;
+
+// Windows keeps other programs from reading and writing what is locked. The one
+// byte that Quorrix locks lies where no file ever has data, so that the lock binds
+// only those who ask for it.
+constexpr DWORD kLockedByteHigh = 0x40000000;
+
+// An invalid handle when another program has opened the file for itself alone.
+UniqueHandle openUnlessInUse(const Path& path, DWORD access, DWORD share, DWORD creation) {
+  UniqueHandle file(::CreateFileW(path.c_str(), access, share, nullptr, creation,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+  const DWORD reason = ::GetLastError();
+  if (!file.isOpen() && reason != ERROR_SHARING_VIOLATION) failWithWindowsError(reason, path);
+  return file;
+}
+
+// The system refuses a read-only file by itself, but not to everyone under Wine.
+void requireWritableFile(const UniqueHandle& file, const Path& path) {
+  if (::GetFileType(file.get()) != FILE_TYPE_DISK) throw Failure(failure::kPathFileAccess);
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (!::GetFileInformationByHandle(file.get(), &information)) {
+    failWithWindowsError(::GetLastError(), path);
+  }
+  if ((information.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
+    throw Failure(failure::kPathFileAccess);
+  }
+}
+
+// False while another open file holds the lock. A file system that has no locks
+// is used without them rather than not at all.
+bool tryToLock(const UniqueHandle& file, const Path& path) {
+  OVERLAPPED position{};
+  position.OffsetHigh = kLockedByteHigh;
+  constexpr DWORD kFlags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+  if (::LockFileEx(file.get(), kFlags, 0, 1, 0, &position)) return true;
+  const DWORD reason = ::GetLastError();
+  if (reason == ERROR_LOCK_VIOLATION || reason == ERROR_IO_PENDING) return false;
+  if (reason == ERROR_INVALID_FUNCTION || reason == ERROR_NOT_SUPPORTED) return true;
+  failWithWindowsError(reason, path);
+}
+
+}  // namespace
+
+bool WindowsFileSystem::folderExists(const Path& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  const DWORD reason = ::GetLastError();
+  if (reason == ERROR_FILE_NOT_FOUND || reason == ERROR_PATH_NOT_FOUND) return false;
+  failWithWindowsError(reason, path);
+}
+
+void WindowsFileSystem::makeFolder(const Path& path) {
+  if (!::CreateDirectoryW(path.c_str(), nullptr)) failWithWindowsError(::GetLastError(), path);
+}
+
+std::unique_ptr<RandomAccessFile> WindowsFileSystem::openRandomAccess(const Path& path) {
+  UniqueHandle file;
+  const bool locked = succeedsWithin(lockPatience_, [&] {
+    if (!file.isOpen()) {
+      file = openUnlessInUse(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                             OPEN_ALWAYS);
+      if (!file.isOpen()) return false;
+      requireWritableFile(file, path);
+    }
+    return tryToLock(file, path);
+  });
+  if (!locked) throw Failure(failure::kPathFileAccess);
+  return std::make_unique<WindowsRandomAccessFile>(std::move(file), path);
+}
+
+std::string WindowsFileSystem::readFirstLine(const Path& path) {
+  UniqueHandle handle = openUnlessInUse(
+      path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
+  if (!handle.isOpen() || ::GetFileType(handle.get()) != FILE_TYPE_DISK) {
+    throw Failure(failure::kPathFileAccess);
+  }
+  WindowsRandomAccessFile file(std::move(handle), path);
+  std::string line;
+  std::array<char, 512> block;
+  while (line.size() < kLongestFirstLine) {
+    const std::string_view read(block.data(), file.readAt(line.size(), block));
+    const auto end = read.find_first_of("\r\n");
+    line += read.substr(0, end);
+    if (end != std::string_view::npos || read.empty()) break;
+  }
+  return line;
+}
+
+}  // namespace quorrix

@@ -1,0 +1,33 @@
+// The file system of Windows.
+#pragma once
+
+#include <chrono>
+
+#include "platform/file_system.h"
+#include "platform/lock_patience.h"
+
+namespace quorrix {
+
+class WindowsFileSystem final : public FileSystem {
+ public:
+  // `lockPatience` is how long openRandomAccess() waits for another program's lock.
+  explicit WindowsFileSystem(std::chrono::milliseconds lockPatience = kLockPatience)
+      : lockPatience_(lockPatience) {}
+
+  // Fails when it cannot tell, for example inside a folder that may not be entered.
+  [[nodiscard]] bool folderExists(const Path& path) override;
+
+  // Who may enter follows from the folder above, as everywhere in a user's profile.
+  void makeFolder(const Path& path) override;
+
+  // Whatever is no file on a disk ("CON", a pipe) is refused with 75.
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+
+  // Reads at most 64 KiB: a longer line is cut there.
+  [[nodiscard]] std::string readFirstLine(const Path& path) override;
+
+ private:
+  std::chrono::milliseconds lockPatience_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,235 @@
+#include "shell/main_window/main_form.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStringBuilder>
+
+#include "shell/guarded.h"
+#include "shell/main_window/load_wait_dialog.h"
+#include "shell/main_window/main_menu.h"
+#include "shell/main_window/splash_screen.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+#include "shell/twips.h"
+
+namespace quorrix {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr seconds kSplashTime{2};
+constexpr seconds kWaitDialogTime{1};
+
+constexpr QSize kFirstSize{720, 540};  // pixels
+
+// What the window's borders, title, menu bar and status bar take, in twips.
+constexpr int kWidthBesideTree = 100;
+constexpr int kHeightBesideTree = 1100;
+
+constexpr double kFirstPanelShare = 0.65;
+constexpr double kSecondPanelShare = 0.35;
+
+constexpr MenuItem entry(const char* name, const char* caption,
+                         void (MainForm::*handler)() = nullptr) {
+  return {MenuItemKind::Entry, name, caption, handler};
+}
+
+constexpr MenuItem separator(const char* name) {
+  return {MenuItemKind::Separator, name, "", nullptr};
+}
+
+constexpr MenuItem kMenus[] = {
+    {MenuItemKind::Menu, "FileMenu", "&File", nullptr},
+    entry("FileStartTrack", "Start &Tracking", &MainForm::FileStartTrack_Click),
+    entry("FileStopTrack", "&Stop Tracking", &MainForm::FileStopTrack_Click),
+    separator("FileSep2"),
+    entry("FileSearch", "Search Dis&play..."),
+    separator("FileSep3"),
+    entry("FileDelete", "&Delete Selected Sites"),
+    entry("FileClear", "&Clear Display"),
+    separator("FileSep4"),
+    {MenuItemKind::Submenu, "FileArchiveTop", "A&rchive", nullptr},
+    entry("FileArchive", "&Archive Sites..."),
+    entry("FileLoadArchive", "&Load Sites Archive..."),
+    entry("FileDeleteArchive", "&Delete Sites Archive..."),
+    {MenuItemKind::SubmenuEnd, "", "", nullptr},
+    separator("FileSep5"),
+    entry("FileExit", "&Exit", &MainForm::FileExit_Click),
+    {MenuItemKind::Menu, "HelpMenu", "&Help", nullptr},
+    entry("HelpHelp", "&Help"),
+    entry("HelpAbout", "&About Quorrix"),
+};
+
+std::string_view withoutOuterBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace
+
+MainForm::MainForm(const Parts& parts)
+    : parts_(parts),
+      siteFile_(parts.files, parts.clock, workingPaths_),
+      tracking_({.windows = parts.windows,
+                 .tree = tree_,
+                 .siteFile = siteFile_,
+                 .events = parts.events,
+                 .messageBox = parts.messageBox,
+                 .display = *this}) {
+  setObjectName(QStringLiteral("MainForm"));
+  setWindowTitle(QStringLiteral("Quorrix"));
+  fillMenuBar(*menuBar(), *this, kMenus);
+
+  // The tree is placed by hand, see layOut.
+  setCentralWidget(new QWidget(this));
+  treeView_ = new SiteTreeView(tree_, centralWidget());
+  statusBar_ = new TwoPanelStatusBar(this);
+  setStatusBar(statusBar_);
+
+  SitePopupMenu::Handlers handlers;
+  handlers.PopUpShowAll_Click = [this] { PopUpShowAll_Click(); };
+  handlers.PopUpHideAll_Click = [this] { PopUpHideAll_Click(); };
+  popupMenu_ = new SitePopupMenu(handlers, this);
+  connect(treeView_, &SiteTreeView::mouseUp, this, &MainForm::TreeView_MouseUp);
+
+  resize(kFirstSize);
+  // Not left to the window manager, which places windows only once they show:
+  // the wait dialog centres itself over this one before that.
+  move(screen()->availableGeometry().center() - rect().center());
+  treeView_->setFocus();
+}
+
+bool MainForm::Form_Load() {
+  const bool isLoaded = guarded(*this, parts_.messageBox, FailureFamily::StartUp, [this] {
+    showSplashScreen();
+    showWindowAndLoad();
+  });
+  if (!isLoaded) FileExit_Click();
+  return isLoaded;
+}
+
+void MainForm::showSplashScreen() {
+  SplashScreen splash;
+  splash.show();
+  waitYielding(kSplashTime);
+}
+
+void MainForm::showWindowAndLoad() {
+  showHourglass(*this);
+  show();
+  LoadWaitDialog waitDialog(*this);
+  waitDialog.show();
+  waitYielding(kWaitDialogTime);
+  if (isUnloaded_) return;  // closed while it was waiting
+  loadData();
+  waitDialog.hide();
+  showDefaultPointer(*this);
+}
+
+void MainForm::loadData() {
+  const Path archives = parts_.paths.appPath("Archives");
+  if (!parts_.files.folderExists(archives)) parts_.files.makeFolder(archives);
+  workingPaths_.setFolder(parts_.paths.appPath("Data"));
+  siteFile_.loadNodes(tree_);
+  treeView_->expandDNSNodes();
+  const std::string lastArchive =
+      parts_.files.readFirstLine(parts_.paths.appPath("Data") / "load.txt");
+  statusBar_->setPanelText(1, QStringLiteral("Last archive loaded: ") %
+                                  fromPlatformText(withoutOuterBlanks(lastArchive)));
+  statusBar_->setPanelText(2, QStringLiteral("Right click site address for site menu."));
+}
+
+void MainForm::waitYielding(std::chrono::milliseconds time) {
+  const auto start = parts_.clock.elapsed();
+  while (!isUnloaded_ && parts_.clock.elapsed() - start < time) parts_.events.pause();
+}
+
+void MainForm::FileStartTrack_Click() {
+  setWindowTitle(QStringLiteral("Quorrix"));
+  const bool isEnded = guarded(*this, parts_.messageBox, FailureFamily::Tracking,
+                               [this] { tracking_.startTracking(); });
+  if (!isEnded) tracking_.stopAfterFailure();
+}
+
+void MainForm::FileStopTrack_Click() { tracking_.stopTracking(); }
+
+void MainForm::FileExit_Click() {
+  hide();
+  Form_Unload();
+}
+
+void MainForm::PopUpShowAll_Click() {
+  treeView_->expandAll(tree_.selected(), tracking_.addressFound());
+}
+
+void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree_.selected()); }
+
+void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {
+  setCaption();
+  if (button != mouse_button::kRight) return;
+  popupMenu_->setSiteSelected(tree_.selected() != tree_.root());
+  popupMenu_->popup(treeView_->viewport()->mapToGlobal(QPoint(x, y)));
+}
+
+void MainForm::setCaption() {
+  const NodeId selected = tree_.selected();
+  const bool isRoot = selected == tree_.root();
+  setWindowTitle(isRoot ? QStringLiteral("Quorrix")
+                        : QStringLiteral("Quorrix - ") %
+                              asWindowTitle(toQString(tree_.key(selected))));
+}
+
+void MainForm::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  layOut();
+}
+
+// The window manager's frame counts as part of the window and is known only
+// some time after the window shows: when it moves into its frame.
+void MainForm::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  layOut();
+}
+
+void MainForm::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  layOut();
+}
+
+void MainForm::layOut() {
+  const int width = twipsFromPixels(frameGeometry().width());
+  const int height = twipsFromPixels(frameGeometry().height());
+  // A large font can make menu and status bar higher than what is left for
+  // them; then the tree ends where they begin.
+  const QSize free = centralWidget()->size();
+  const QSize wanted(pixelsFromTwips(width - kWidthBesideTree),
+                     pixelsFromTwips(height - kHeightBesideTree));
+  treeView_->resize(wanted.boundedTo(free));
+  statusBar_->setPanelWidths(pixelsFromTwips(width * kFirstPanelShare),
+                             pixelsFromTwips(width * kSecondPanelShare));
+}
+
+void MainForm::closeEvent(QCloseEvent* event) {
+  Form_Unload();
+  event->accept();
+}
+
+void MainForm::Form_Unload() {
+  if (isUnloaded_) return;
+  isUnloaded_ = true;
+  showHourglass(*this);
+  tracking_.abandon();
+  QApplication::closeAllWindows();
+  emit unloaded();
+}
+
+void MainForm::showTrackingStatus(std::string_view text) {
+  statusBar_->setPanelText(2, toQString(text));
+}
+
+void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
+
+}  // namespace quorrix

@@ -1,0 +1,88 @@
+// The main window: menus, the site tree, the status bar. It owns the tree, the
+// working paths and the tracking loop, runs the start-up, and opens every dialog.
+#pragma once
+
+#include <QMainWindow>
+#include <chrono>
+
+#include "platform/clock.h"
+#include "platform/event_pump.h"
+#include "platform/file_system.h"
+#include "platform/message_box.h"
+#include "platform/window_system.h"
+#include "shell/app_paths.h"
+#include "shell/main_window/two_panel_status_bar.h"
+#include "sitetree/site_file.h"
+#include "sitetree/site_popup_menu.h"
+#include "sitetree/site_tree.h"
+#include "sitetree/site_tree_view.h"
+#include "sitetree/working_folder.h"
+#include "tracking/tracking_loop.h"
+
+namespace quorrix {
+
+class MainForm final : public QMainWindow, private TrackingDisplay {
+  Q_OBJECT
+
+ public:
+  // What the form works with; all must outlive it.
+  struct Parts {
+    AppPaths paths;
+    FileSystem& files;
+    Clock& clock;
+    EventPump& events;
+    MessageBox& messageBox;
+    WindowSystem& windows;
+  };
+
+  explicit MainForm(const Parts& parts);
+
+  // The start-up: splash screen, window, wait dialog, data. False when it
+  // failed; then the message was shown and the window is gone.
+  bool Form_Load();
+
+  void FileStartTrack_Click();
+  void FileStopTrack_Click();
+  void FileExit_Click();
+  void PopUpShowAll_Click();
+  void PopUpHideAll_Click();
+  void TreeView_MouseUp(int button, int shift, int x, int y);
+
+  [[nodiscard]] SiteTree& tree() { return tree_; }
+  [[nodiscard]] const WorkingPaths& workingPaths() const { return workingPaths_; }
+  [[nodiscard]] bool isTracking() const { return tracking_.isTracking(); }
+
+ signals:
+  // The window has been unloaded, and with it the program ends.
+  void unloaded();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void showSplashScreen();
+  void showWindowAndLoad();
+  void loadData();
+  void waitYielding(std::chrono::milliseconds time);
+  void layOut();
+  void Form_Unload();
+  void setCaption();
+
+  void showTrackingStatus(std::string_view text) override;
+  void makeVisible(NodeId node) override;
+
+  Parts parts_;
+  WorkingPaths workingPaths_;
+  SiteTree tree_;
+  SiteFile siteFile_;
+  TrackingLoop tracking_;
+  SiteTreeView* treeView_;
+  TwoPanelStatusBar* statusBar_;
+  SitePopupMenu* popupMenu_;
+  bool isUnloaded_ = false;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,51 @@
+#include "shell/main_window/main_menu.h"
+
+#include <QMenu>
+#include <QMenuBar>
+
+#include "shell/main_window/main_form.h"
+
+namespace quorrix {
+namespace {
+
+void nameMenu(QMenu& menu, const char* name) {
+  menu.setObjectName(QString::fromLatin1(name));
+  menu.menuAction()->setObjectName(QString::fromLatin1(name));
+}
+
+}  // namespace
+
+void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items) {
+  QMenu* menu = nullptr;
+  QMenu* inside = nullptr;
+  for (const MenuItem& item : items) {
+    const QString caption = QString::fromLatin1(item.caption);
+    switch (item.kind) {
+      case MenuItemKind::Menu:
+        menu = inside = bar.addMenu(caption);
+        nameMenu(*menu, item.name);
+        break;
+      case MenuItemKind::Submenu:
+        inside = menu->addMenu(caption);
+        nameMenu(*inside, item.name);
+        break;
+      case MenuItemKind::SubmenuEnd:
+        inside = menu;
+        break;
+      case MenuItemKind::Separator:
+        inside->addSeparator()->setObjectName(QString::fromLatin1(item.name));
+        break;
+      case MenuItemKind::Entry: {
+        QAction* const action = inside->addAction(caption);
+        action->setObjectName(QString::fromLatin1(item.name));
+        action->setEnabled(item.handler != nullptr);
+        if (item.handler != nullptr) {
+          QObject::connect(action, &QAction::triggered, &form, item.handler);
+        }
+        break;
+      }
+    }
+  }
+}
+
+}  // namespace quorrix

@@ -1,0 +1,30 @@
+#include "shell/plain_text.h"
+
+#include <QStringDecoder>
+
+#include "platform/text_encoding.h"
+
+namespace quorrix {
+
+QString toQString(std::string_view text) {
+  const std::string utf8 = utf8FromWindows1252(text);
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+std::string fromQString(const QString& text) {
+  return windows1252FromUtf8(text.toUtf8().toStdString());
+}
+
+QString fromPlatformText(std::string_view text) {
+  QStringDecoder decoder(QStringDecoder::Utf8);
+  const QString decoded =
+      decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+  return decoder.hasError() ? toQString(text) : decoded;
+}
+
+QString asWindowTitle(const QString& text) {
+  QString title = text;
+  return title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+}
+
+}  // namespace quorrix

@@ -1,0 +1,16 @@
+// Twips, the logical unit of the window layout: 1,440 to the inch, and a pixel
+// at scale 1 is a ninety-sixth of an inch.
+#pragma once
+
+namespace quorrix {
+
+inline constexpr int kTwipsPerPixel = 15;
+
+// Nearest pixel; negative lengths are none.
+[[nodiscard]] constexpr int pixelsFromTwips(double twips) {
+  return twips <= 0 ? 0 : static_cast<int>(twips / kTwipsPerPixel + 0.5);
+}
+
+[[nodiscard]] constexpr int twipsFromPixels(int pixels) { return pixels * kTwipsPerPixel; }
+
+}  // namespace quorrix

@@ -1,0 +1,42 @@
+// Shows a SiteTree to Qt's views. It keeps nothing of its own: an index holds
+// the node's number, and the tree's changes arrive through the observer.
+#pragma once
+
+#include <QAbstractItemModel>
+
+#include "sitetree/site_tree.h"
+
+namespace quorrix {
+
+class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver {
+  Q_OBJECT
+
+ public:
+  explicit SiteTreeModel(SiteTree& tree, QObject* parent = nullptr);
+  ~SiteTreeModel() override;
+
+  [[nodiscard]] NodeId nodeOf(const QModelIndex& index) const;
+  [[nodiscard]] QModelIndex indexOf(NodeId node) const;
+
+  [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+  [[nodiscard]] QModelIndex parent(const QModelIndex& child) const override;
+  [[nodiscard]] int rowCount(const QModelIndex& parent) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent) const override;
+  [[nodiscard]] bool hasChildren(const QModelIndex& parent) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ signals:
+  void treeSelectionChanged(const QModelIndex& selected);
+
+ private:
+  void treeWillBeReset() override;
+  void treeWasReset() override;
+  void nodeWillBeAdded(NodeId parent, std::size_t row) override;
+  void nodeWasAdded(NodeId node) override;
+  void selectionChanged(NodeId node) override;
+
+  SiteTree& tree_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,55 @@
+// The site tree on screen, the main window's "TreeView". Its current row and
+// the tree's selection follow each other.
+#pragma once
+
+#include <QTreeView>
+
+#include "sitetree/site_tree.h"
+#include "sitetree/site_tree_model.h"
+
+namespace quorrix {
+
+// Button codes of a released mouse button; the keyboard's menu key counts as
+// the right button.
+namespace mouse_button {
+inline constexpr int kLeft = 1;
+inline constexpr int kRight = 2;
+inline constexpr int kMiddle = 4;
+}  // namespace mouse_button
+
+class SiteTreeView final : public QTreeView {
+  Q_OBJECT
+
+ public:
+  explicit SiteTreeView(SiteTree& tree, QWidget* parent = nullptr);
+
+  // Expands the root, so that all hosts show.
+  void expandDNSNodes();
+
+  // Expands the node and, unless the last search found its address, everything below it.
+  void expandAll(NodeId node, bool addressFound);
+
+  // The node alone: what was open below it is open again when it is.
+  void collapseNode(NodeId node);
+
+  // Expands the node's ancestors and scrolls to it.
+  void makeVisible(NodeId node);
+
+ signals:
+  // A mouse button was released over the tree, also over empty space. `shift`
+  // adds 1 for Shift, 2 for Ctrl, 4 for Alt; x and y are pixels in the viewport.
+  void mouseUp(int button, int shift, int x, int y);
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+ private:
+  void showSelection();
+
+  SiteTree& tree_;
+  SiteTreeModel model_;
+};
+
+}  // namespace quorrix

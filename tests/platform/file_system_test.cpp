@@ -1,0 +1,273 @@
+// What every real file system promises; built and run for each platform.
+#include "platform/file_system.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+
+#include "support/failure_number.h"
+#include "support/real_file_system.h"
+#include "support/temporary_folder.h"
+
+namespace quorrix {
+namespace {
+
+using namespace std::string_literals;
+using test::failureNumberOf;
+
+constexpr std::chrono::milliseconds kShortPatience{50};
+
+class RealFileSystemTest : public testing::Test {
+ protected:
+  std::string read(RandomAccessFile& file, std::uint64_t offset, std::size_t count) {
+    std::string bytes(count, '?');
+    bytes.resize(file.readAt(offset, bytes));
+    return bytes;
+  }
+
+  test::TemporaryFolder folder_;
+  test::RealFileSystem files_;
+};
+
+using FolderExists = RealFileSystemTest;
+
+TEST_F(FolderExists, IsTrueForAFolder) { EXPECT_TRUE(files_.folderExists(folder_.path())); }
+
+TEST_F(FolderExists, IsFalseForAFile) {
+  EXPECT_FALSE(files_.folderExists(folder_.givenAFile("file", "")));
+}
+
+TEST_F(FolderExists, IsFalseWhereNothingIs) {
+  EXPECT_FALSE(files_.folderExists(folder_ / "missing"));
+  EXPECT_FALSE(files_.folderExists(folder_ / "missing" / "below"));
+}
+
+TEST_F(FolderExists, IsFalseBelowAFile) {
+  folder_.givenAFile("file", "");
+  EXPECT_FALSE(files_.folderExists(folder_ / "file" / "below"));
+}
+
+using MakeFolder = RealFileSystemTest;
+
+TEST_F(MakeFolder, MakesOneLevel) {
+  files_.makeFolder(folder_ / "Data");
+  EXPECT_TRUE(files_.folderExists(folder_ / "Data"));
+  files_.openRandomAccess(folder_ / "Data" / "nodes.dat")->writeAt(0, "x"s);
+  EXPECT_EQ(folder_.bytesOf(Path("Data") / "nodes.dat"), "x");
+}
+
+TEST_F(MakeFolder, TakesANameBeyondAscii) {
+  const Path name(u8"Dépôt-€-Ж-書");
+  files_.makeFolder(folder_ / name);
+  EXPECT_TRUE(files_.folderExists(folder_ / name));
+}
+
+TEST_F(MakeFolder, FailsWhereSomethingIs) {
+  files_.makeFolder(folder_ / "Data");
+  folder_.givenAFile("file", "kept");
+  EXPECT_EQ(failureNumberOf([&] { files_.makeFolder(folder_ / "Data"); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { files_.makeFolder(folder_ / "file"); }), 75);
+  EXPECT_EQ(folder_.bytesOf("file"), "kept");
+}
+
+TEST_F(MakeFolder, FailsWhenTheFolderAboveIsMissing) {
+  EXPECT_EQ(failureNumberOf([&] { files_.makeFolder(folder_ / "a" / "b"); }), 76);
+  EXPECT_FALSE(files_.folderExists(folder_ / "a"));
+}
+
+using OpenRandomAccess = RealFileSystemTest;
+
+TEST_F(OpenRandomAccess, CreatesAMissingFileEmpty) {
+  EXPECT_EQ(files_.openRandomAccess(folder_ / "nodes.dat")->length(), 0U);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "");
+}
+
+TEST_F(OpenRandomAccess, KeepsWhatTheFileHolds) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123456789"));
+  EXPECT_EQ(file->length(), 10U);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "0123456789");
+}
+
+TEST_F(OpenRandomAccess, TakesANameBeyondAscii) {
+  const Path name(u8"Dépôt-€-Ж-書.dat");
+  files_.openRandomAccess(folder_ / name)->writeAt(0, "x"s);
+  EXPECT_EQ(folder_.bytesOf(name), "x");
+}
+
+TEST_F(OpenRandomAccess, FailsForAFolder) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(folder_.path()); }), 75);
+}
+
+TEST_F(OpenRandomAccess, FailsInAMissingFolder) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(folder_ / "no" / "file"); }), 76);
+}
+
+TEST_F(OpenRandomAccess, FailsForAReadOnlyFile) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  constexpr auto kAllWrite = std::filesystem::perms::owner_write |
+                             std::filesystem::perms::group_write |
+                             std::filesystem::perms::others_write;
+  std::filesystem::permissions(path, kAllWrite, std::filesystem::perm_options::remove);
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(path); }), 75);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+}
+
+TEST_F(OpenRandomAccess, FailsWhileTheFileIsOpenElsewhere) {
+  test::RealFileSystem impatient(kShortPatience);
+  const auto held = files_.openRandomAccess(folder_ / "nodes.dat");
+  EXPECT_EQ(failureNumberOf([&] { return impatient.openRandomAccess(folder_ / "nodes.dat"); }), 75);
+}
+
+TEST_F(OpenRandomAccess, IsPossibleAgainOnceTheFileIsClosed) {
+  files_.openRandomAccess(folder_ / "nodes.dat")->writeAt(0, "first"s);
+  files_.openRandomAccess(folder_ / "nodes.dat")->writeAt(5, " second"s);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "first second");
+}
+
+TEST_F(OpenRandomAccess, WaitsForTheFileToBeClosed) {
+  test::RealFileSystem patient(std::chrono::seconds(60));
+  auto held = files_.openRandomAccess(folder_ / "nodes.dat");
+  auto second = std::async(std::launch::async,
+                           [&] { return patient.openRandomAccess(folder_ / "nodes.dat"); });
+  held->writeAt(0, "first"s);
+  held.reset();
+  EXPECT_EQ(read(*second.get(), 0, 100), "first");
+}
+
+TEST_F(OpenRandomAccess, HoldsTheLockOfOneFileOnly) {
+  const auto nodes = files_.openRandomAccess(folder_ / "nodes.dat");
+  const auto notes = files_.openRandomAccess(folder_ / "notes.dat");
+  EXPECT_NE(notes, nullptr);
+}
+
+TEST_F(OpenRandomAccess, LocksOutNobodyWhoDoesNotAsk) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("load.txt", "spring\r\n"));
+  EXPECT_EQ(files_.readFirstLine(folder_ / "load.txt"), "spring");
+  EXPECT_EQ(folder_.bytesOf("load.txt"), "spring\r\n");
+}
+
+using ReadAt = RealFileSystemTest;
+
+TEST_F(ReadAt, ReadsFromTheOffset) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123456789"));
+  EXPECT_EQ(read(*file, 0, 4), "0123");
+  EXPECT_EQ(read(*file, 6, 4), "6789");
+  EXPECT_EQ(read(*file, 2, 1), "2");
+}
+
+TEST_F(ReadAt, EndsWithTheFile) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123456789"));
+  EXPECT_EQ(read(*file, 8, 100), "89");
+  EXPECT_EQ(read(*file, 10, 1), "");
+  EXPECT_EQ(read(*file, 322, 322), "");
+}
+
+TEST_F(ReadAt, KnowsOffsetsOfMoreThan32Bits) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123456789"));
+  EXPECT_EQ(read(*file, 4294967296U, 4), "");
+}
+
+TEST_F(ReadAt, ReadsNothingIntoNoRoom) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123456789"));
+  EXPECT_EQ(read(*file, 0, 0), "");
+}
+
+TEST_F(ReadAt, ReadsALargeBlockWhole) {
+  const std::string megabytes(std::size_t{3} << 20U, 'q');
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", megabytes));
+  EXPECT_EQ(read(*file, 0, megabytes.size() + 1), megabytes);
+}
+
+using WriteAt = RealFileSystemTest;
+
+TEST_F(WriteAt, ReplacesInPlace) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123456789"));
+  file->writeAt(4, "ab"s);
+  EXPECT_EQ(file->length(), 10U);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "0123ab6789");
+}
+
+TEST_F(WriteAt, Appends) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123"));
+  file->writeAt(4, "ab"s);
+  EXPECT_EQ(file->length(), 6U);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "0123ab");
+}
+
+TEST_F(WriteAt, LeavesNulsInAGap) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "0123"));
+  file->writeAt(6, "ab"s);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "0123\0\0ab"s);
+}
+
+TEST_F(WriteAt, WritesEveryByteValue) {
+  const auto bytes = "\x00\x1A\r\n\n\xFF"s;
+  files_.openRandomAccess(folder_ / "notes.dat")->writeAt(0, bytes);
+  EXPECT_EQ(folder_.bytesOf("notes.dat"), bytes);
+}
+
+TEST_F(WriteAt, WritesNothingForNoBytes) {
+  const auto file = files_.openRandomAccess(folder_ / "nodes.dat");
+  file->writeAt(322, ""s);
+  EXPECT_EQ(file->length(), 0U);
+}
+
+TEST_F(WriteAt, IsFollowedBySync) {
+  const auto file = files_.openRandomAccess(folder_ / "nodes.dat");
+  file->writeAt(0, "record"s);
+  file->sync();
+  file->sync();
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "record");
+}
+
+using ReadFirstLine = RealFileSystemTest;
+
+TEST_F(ReadFirstLine, StopsAtEveryKindOfLineEnd) {
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("dos", "spring\r\nsummer\r\n")), "spring");
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("unix", "spring\nsummer\n")), "spring");
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("mac", "spring\rsummer\r")), "spring");
+}
+
+TEST_F(ReadFirstLine, NeedsNoLineEnd) {
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("load.txt", "none")), "none");
+}
+
+TEST_F(ReadFirstLine, IsEmptyForAnEmptyFileOrLine) {
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("empty", "")), "");
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("line", "\r\nsecond")), "");
+}
+
+TEST_F(ReadFirstLine, KeepsBlanksAndEveryOtherByte) {
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("load.txt", " a\0\t\x1A\xE9 \nb"s)),
+            " a\0\t\x1A\xE9 "s);
+}
+
+TEST_F(ReadFirstLine, ReadsALineOfManyBlocks) {
+  const std::string line(5000, 'q');
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("load.txt", line + "\r\nmore")), line);
+}
+
+TEST_F(ReadFirstLine, CutsALineWithoutAnEndInSight) {
+  const std::string flood(std::size_t{1} << 20U, 'q');
+  EXPECT_EQ(files_.readFirstLine(folder_.givenAFile("load.txt", flood)).size(), 65536U);
+}
+
+TEST_F(ReadFirstLine, FailsForAMissingFile) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.readFirstLine(folder_ / "load.txt"); }), 53);
+  EXPECT_EQ(failureNumberOf([&] { return files_.readFirstLine(folder_ / "no" / "load.txt"); }), 76);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "load.txt"));
+}
+
+TEST_F(ReadFirstLine, FailsForAFolder) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.readFirstLine(folder_.path()); }), 75);
+}
+
+TEST_F(ReadFirstLine, ReadsAReadOnlyFile) {
+  const Path path = folder_.givenAFile("load.txt", "spring\n");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  EXPECT_EQ(files_.readFirstLine(path), "spring");
+}
+
+}  // namespace
+}  // namespace quorrix

@@ -1,0 +1,22 @@
+// For tests that expect a failure: EXPECT_EQ(failureNumberOf([&] { ... }), 75).
+#pragma once
+
+#include "platform/failure.h"
+
+namespace quorrix::test {
+
+inline constexpr int kNoFailure = 0;
+
+// The number of the Failure that `operation` throws, kNoFailure when it throws
+// nothing; any other exception goes through.
+template <typename Operation>
+[[nodiscard]] int failureNumberOf(Operation operation) {
+  try {
+    static_cast<void>(operation());
+  } catch (const Failure& raised) {
+    return raised.number();
+  }
+  return kNoFailure;
+}
+
+}  // namespace quorrix::test

@@ -1,0 +1,142 @@
+#include "support/faulty_file_system.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/failure.h"
+
+namespace quorrix::test {
+
+// What is to go wrong, and what was called; shared with the open files.
+struct FaultyFileSystem::Plan {
+  struct Fault {
+    std::optional<FileCall> kind;  // none: any call
+    int callsLeft;                 // the fault strikes when this reaches 0
+    int number;
+  };
+  struct BadSpot {
+    std::uint64_t first;
+    std::uint64_t count;
+    int number;
+  };
+  struct Cut {
+    int readsLeft;
+    std::size_t bytes;
+  };
+
+  std::vector<FileCall> calls;
+  std::vector<Fault> faults;
+  std::vector<BadSpot> badSpots;
+  std::vector<Cut> cuts;
+  std::optional<int> always;
+
+  void call(FileCall kind) {
+    calls.push_back(kind);
+    if (always) throw Failure(*always);
+    std::optional<int> strikes;
+    for (Fault& fault : faults) {
+      if (fault.kind && *fault.kind != kind) continue;
+      if (--fault.callsLeft == 0) strikes = fault.number;
+    }
+    if (strikes) throw Failure(*strikes);
+  }
+
+  void requireReadable(std::uint64_t offset, std::uint64_t count) const {
+    for (const BadSpot& spot : badSpots) {
+      if (offset < spot.first + spot.count && spot.first < offset + count) {
+        throw Failure(spot.number);
+      }
+    }
+  }
+
+  // How many of the bytes asked for the present read may return.
+  std::size_t allowedBytes(std::size_t asked) {
+    std::size_t allowed = asked;
+    for (Cut& cut : cuts) {
+      if (--cut.readsLeft == 0) allowed = std::min(allowed, cut.bytes);
+    }
+    return allowed;
+  }
+};
+
+class FaultyFileSystem::File final : public RandomAccessFile {
+ public:
+  File(std::unique_ptr<RandomAccessFile> behind, std::shared_ptr<Plan> plan)
+      : behind_(std::move(behind)), plan_(std::move(plan)) {}
+
+  std::uint64_t length() override {
+    plan_->call(FileCall::Length);
+    return behind_->length();
+  }
+
+  std::size_t readAt(std::uint64_t offset, std::span<char> into) override {
+    plan_->call(FileCall::ReadAt);
+    plan_->requireReadable(offset, into.size());
+    return behind_->readAt(offset, into.first(plan_->allowedBytes(into.size())));
+  }
+
+  void writeAt(std::uint64_t offset, std::span<const char> bytes) override {
+    plan_->call(FileCall::WriteAt);
+    behind_->writeAt(offset, bytes);
+  }
+
+  void sync() override {
+    plan_->call(FileCall::Sync);
+    behind_->sync();
+  }
+
+ private:
+  std::unique_ptr<RandomAccessFile> behind_;
+  std::shared_ptr<Plan> plan_;
+};
+
+FaultyFileSystem::FaultyFileSystem(FileSystem& behind)
+    : behind_(behind), plan_(std::make_shared<Plan>()) {}
+
+void FaultyFileSystem::failAtCall(int n, int number) {
+  plan_->faults.push_back({.kind = {}, .callsLeft = n, .number = number});
+}
+
+void FaultyFileSystem::failAtCall(FileCall kind, int n, int number) {
+  plan_->faults.push_back({.kind = kind, .callsLeft = n, .number = number});
+}
+
+void FaultyFileSystem::failAlways(int number) { plan_->always = number; }
+
+void FaultyFileSystem::spoilBytes(std::uint64_t first, std::uint64_t count, int number) {
+  plan_->badSpots.push_back({.first = first, .count = count, .number = number});
+}
+
+void FaultyFileSystem::cutReadShort(int n, std::size_t bytes) {
+  plan_->cuts.push_back({.readsLeft = n, .bytes = bytes});
+}
+
+void FaultyFileSystem::reset() { *plan_ = Plan(); }
+
+const std::vector<FileCall>& FaultyFileSystem::calls() const { return plan_->calls; }
+
+int FaultyFileSystem::callsOf(FileCall kind) const {
+  return static_cast<int>(std::count(plan_->calls.begin(), plan_->calls.end(), kind));
+}
+
+bool FaultyFileSystem::folderExists(const Path& path) {
+  plan_->call(FileCall::FolderExists);
+  return behind_.folderExists(path);
+}
+
+void FaultyFileSystem::makeFolder(const Path& path) {
+  plan_->call(FileCall::MakeFolder);
+  behind_.makeFolder(path);
+}
+
+std::unique_ptr<RandomAccessFile> FaultyFileSystem::openRandomAccess(const Path& path) {
+  plan_->call(FileCall::OpenRandomAccess);
+  return std::make_unique<File>(behind_.openRandomAccess(path), plan_);
+}
+
+std::string FaultyFileSystem::readFirstLine(const Path& path) {
+  plan_->call(FileCall::ReadFirstLine);
+  return behind_.readFirstLine(path);
+}
+
+}  // namespace quorrix::test

@@ -1,0 +1,67 @@
+// Stands between the code under test and a file system that works, counts every
+// call to it and to the files opened through it, and lets a chosen one fail. A
+// call that is to fail does not reach the file system behind.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace quorrix::test {
+
+enum class FileCall {
+  FolderExists,
+  MakeFolder,
+  OpenRandomAccess,
+  ReadFirstLine,
+  Length,
+  ReadAt,
+  WriteAt,
+  Sync,
+};
+
+class FaultyFileSystem final : public FileSystem {
+ public:
+  // `behind` must outlive this object and every file opened through it.
+  explicit FaultyFileSystem(FileSystem& behind);
+
+  // The n-th call from now on, counted from 1, throws Failure(number), and only that one.
+  void failAtCall(int n, int number);
+
+  // The n-th call of this kind from now on.
+  void failAtCall(FileCall kind, int n, int number);
+
+  // Every call from now on, as of a disk that was pulled out.
+  void failAlways(int number);
+
+  // A bad spot on the disk: reading any of these bytes fails, time and again.
+  void spoilBytes(std::uint64_t first, std::uint64_t count, int number);
+
+  // The n-th read from now on finds the file ending after so many of the bytes
+  // asked for, as when another program has cut it meanwhile.
+  void cutReadShort(int n, std::size_t bytes);
+
+  // Nothing fails any more, and no call has been made yet.
+  void reset();
+
+  // Every call made, the failed ones too, in order.
+  [[nodiscard]] const std::vector<FileCall>& calls() const;
+  [[nodiscard]] int callsOf(FileCall kind) const;
+
+  [[nodiscard]] bool folderExists(const Path& path) override;
+  void makeFolder(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::string readFirstLine(const Path& path) override;
+
+ private:
+  struct Plan;
+  class File;
+
+  FileSystem& behind_;
+  std::shared_ptr<Plan> plan_;
+};
+
+}  // namespace quorrix::test

@@ -1,0 +1,13 @@
+// Runs the form tests: they need the one QApplication, which has to be there
+// before the first widget and gone after the last.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  // Windows that a test closes must not end the program under the next test.
+  QApplication::setQuitOnLastWindowClosed(false);
+  const QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,112 @@
+#include "support/memory_file_system.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/failure.h"
+
+namespace quorrix::test {
+namespace {
+
+// One name for a path, however it was written: "/" between folders, none at the end.
+std::string nameOf(const Path& path) {
+  std::string name = path.lexically_normal().generic_string();
+  if (name.size() > 1 && name.ends_with('/')) name.pop_back();
+  return name;
+}
+
+}  // namespace
+
+class MemoryFileSystem::OpenFile final : public RandomAccessFile {
+ public:
+  explicit OpenFile(std::shared_ptr<File> file) : file_(std::move(file)) { file_->isOpen = true; }
+  ~OpenFile() override { file_->isOpen = false; }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+
+  std::uint64_t length() override { return file_->bytes.size(); }
+
+  std::size_t readAt(std::uint64_t offset, std::span<char> into) override {
+    const std::string& bytes = file_->bytes;
+    if (offset >= bytes.size()) return 0;
+    return bytes.copy(into.data(), into.size(), static_cast<std::size_t>(offset));
+  }
+
+  void writeAt(std::uint64_t offset, std::span<const char> bytes) override {
+    const auto start = static_cast<std::size_t>(offset);
+    if (file_->bytes.size() < start + bytes.size()) file_->bytes.resize(start + bytes.size());
+    std::copy(bytes.begin(), bytes.end(),
+              file_->bytes.begin() + static_cast<std::ptrdiff_t>(start));
+    file_->isSynced = false;
+  }
+
+  void sync() override { file_->isSynced = true; }
+
+ private:
+  std::shared_ptr<File> file_;
+};
+
+void MemoryFileSystem::givenAFolder(const Path& path) {
+  for (Path folder = path.lexically_normal(); !folder.empty(); folder = folder.parent_path()) {
+    folders_.insert(nameOf(folder));
+    if (folder == folder.parent_path()) break;
+  }
+}
+
+void MemoryFileSystem::givenAFile(const Path& path, std::string bytes) {
+  givenAFolder(path.parent_path());
+  files_[nameOf(path)] = std::make_shared<File>(File{.bytes = std::move(bytes)});
+}
+
+void MemoryFileSystem::givenAReadOnlyFile(const Path& path, std::string bytes) {
+  givenAFile(path, std::move(bytes));
+  files_[nameOf(path)]->isReadOnly = true;
+}
+
+bool MemoryFileSystem::holdsFile(const Path& path) const { return files_.contains(nameOf(path)); }
+
+const std::string& MemoryFileSystem::bytesOf(const Path& path) const { return fileAt(path).bytes; }
+
+bool MemoryFileSystem::isSynced(const Path& path) const { return fileAt(path).isSynced; }
+
+int MemoryFileSystem::openFiles() const {
+  return static_cast<int>(std::count_if(
+      files_.begin(), files_.end(), [](const auto& named) { return named.second->isOpen; }));
+}
+
+bool MemoryFileSystem::folderExists(const Path& path) { return folders_.contains(nameOf(path)); }
+
+void MemoryFileSystem::makeFolder(const Path& path) {
+  requireFolderOf(path);
+  if (holdsFile(path) || folderExists(path)) throw Failure(failure::kPathFileAccess);
+  folders_.insert(nameOf(path));
+}
+
+std::unique_ptr<RandomAccessFile> MemoryFileSystem::openRandomAccess(const Path& path) {
+  requireFolderOf(path);
+  if (folderExists(path)) throw Failure(failure::kPathFileAccess);
+  if (!holdsFile(path)) givenAFile(path, "");
+  const std::shared_ptr<File>& file = files_[nameOf(path)];
+  if (file->isReadOnly || file->isOpen) throw Failure(failure::kPathFileAccess);
+  return std::make_unique<OpenFile>(file);
+}
+
+std::string MemoryFileSystem::readFirstLine(const Path& path) {
+  requireFolderOf(path);
+  if (folderExists(path)) throw Failure(failure::kPathFileAccess);
+  const std::string& bytes = bytesOf(path);
+  return bytes.substr(0, bytes.find_first_of("\r\n"));
+}
+
+const MemoryFileSystem::File& MemoryFileSystem::fileAt(const Path& path) const {
+  const auto place = files_.find(nameOf(path));
+  if (place == files_.end()) throw Failure(failure::kFileNotFound);
+  return *place->second;
+}
+
+void MemoryFileSystem::requireFolderOf(const Path& path) const {
+  const Path folder = path.lexically_normal().parent_path();
+  if (!folder.empty() && !folders_.contains(nameOf(folder))) throw Failure(failure::kPathNotFound);
+}
+
+}  // namespace quorrix::test

@@ -1,0 +1,58 @@
+// A file system that lives in memory, so that a test of the logic needs no disk
+// and cannot leave anything behind. It throws the numbers that the real ones
+// throw, and lets a test look at what was left in each file.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "platform/file_system.h"
+
+namespace quorrix::test {
+
+class MemoryFileSystem final : public FileSystem {
+ public:
+  // A folder with everything above it.
+  void givenAFolder(const Path& path);
+
+  // Replaces a file that is there already.
+  void givenAFile(const Path& path, std::string bytes);
+  void givenAReadOnlyFile(const Path& path, std::string bytes);
+
+  [[nodiscard]] bool holdsFile(const Path& path) const;
+
+  // Throws Failure 53 when there is no such file.
+  [[nodiscard]] const std::string& bytesOf(const Path& path) const;
+
+  // False while something was written to the file after its last sync.
+  [[nodiscard]] bool isSynced(const Path& path) const;
+
+  // Files opened and not closed yet.
+  [[nodiscard]] int openFiles() const;
+
+  [[nodiscard]] bool folderExists(const Path& path) override;
+  void makeFolder(const Path& path) override;
+
+  // 75 also for a file that is open already: its lock would not be had.
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::string readFirstLine(const Path& path) override;
+
+ private:
+  struct File {
+    std::string bytes;
+    bool isReadOnly = false;
+    bool isOpen = false;
+    bool isSynced = true;
+  };
+  class OpenFile;
+
+  [[nodiscard]] const File& fileAt(const Path& path) const;
+  void requireFolderOf(const Path& path) const;
+
+  std::map<std::string, std::shared_ptr<File>> files_;
+  std::set<std::string> folders_;
+};
+
+}  // namespace quorrix::test

@@ -1,0 +1,69 @@
+// A message box that answers from a script. One that nobody expected, or that was
+// expected and never shown, fails the test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/message_box.h"
+
+namespace quorrix::test {
+
+class ScriptedMessageBox final : public MessageBox {
+ public:
+  ScriptedMessageBox() = default;
+  ScriptedMessageBox(const ScriptedMessageBox&) = delete;
+  ScriptedMessageBox& operator=(const ScriptedMessageBox&) = delete;
+
+  ~ScriptedMessageBox() override {
+    for (const Entry& entry : script_) {
+      ADD_FAILURE() << "a message box was expected and not shown: " << entry.text;
+    }
+  }
+
+  // Boxes come in the order in which they are expected. `whileOpen` runs before
+  // the answer is given: what the user does in other windows meanwhile.
+  void expect(std::string_view text, MessageBoxStyle style,
+              MessageBoxButton answer = MessageBoxButton::Ok,
+              std::function<void()> whileOpen = nullptr) {
+    script_.push_back({std::string(text), style, answer, std::move(whileOpen)});
+  }
+
+  // Whether everything expected so far was shown.
+  [[nodiscard]] bool isThrough() const { return script_.empty(); }
+
+  // All boxes shown, the unexpected ones too.
+  [[nodiscard]] int shown() const { return shown_; }
+
+  MessageBoxButton show(std::string_view text, MessageBoxStyle style) override {
+    ++shown_;
+    if (script_.empty()) {
+      ADD_FAILURE() << "nobody expected a message box: " << text;
+      return MessageBoxButton::Cancel;
+    }
+    const Entry entry = std::move(script_.front());
+    script_.pop_front();
+    EXPECT_EQ(entry.text, text);
+    EXPECT_EQ(static_cast<int>(entry.style), static_cast<int>(style));
+    if (entry.whileOpen) entry.whileOpen();
+    return entry.answer;
+  }
+
+ private:
+  struct Entry {
+    std::string text;
+    MessageBoxStyle style;
+    MessageBoxButton answer;
+    std::function<void()> whileOpen;
+  };
+
+  std::deque<Entry> script_;
+  int shown_ = 0;
+};
+
+}  // namespace quorrix::test
