@@ -46,10 +46,9 @@ void FakeWindowSystem::failAt(WindowCall kind, int n, int number) {
 }
 
 WindowHandle FakeWindowSystem::windowOfClass(const std::string& windowClass) const {
-  const auto place =
-      std::find_if(entries_.begin(), entries_.end(), [&windowClass](const Entry& entry) {
-        return entry.window.windowClass == windowClass;
-      });
+  const auto place = std::find_if(
+      entries_.begin(), entries_.end(),
+      [&windowClass](const Entry& entry) { return entry.window.windowClass == windowClass; });
   if (place == entries_.end()) return kNoWindow;
   return firstHandle_ + static_cast<WindowHandle>(place - entries_.begin());
 }

@@ -70,8 +70,8 @@ const std::string& MemoryFileSystem::bytesOf(const Path& path) const { return fi
 bool MemoryFileSystem::isSynced(const Path& path) const { return fileAt(path).isSynced; }
 
 int MemoryFileSystem::openFiles() const {
-  return static_cast<int>(std::count_if(
-      files_.begin(), files_.end(), [](const auto& named) { return named.second->isOpen; }));
+  return static_cast<int>(std::count_if(files_.begin(), files_.end(),
+                                        [](const auto& named) { return named.second->isOpen; }));
 }
 
 bool MemoryFileSystem::folderExists(const Path& path) { return folders_.contains(nameOf(path)); }

@@ -26,14 +26,16 @@ Presented BrowserPresentation::present(const std::string& frame,
 }
 
 void BrowserPresentation::settleBar(Page& page, const AddressBarReading& bar) {
-  const std::string before = std::exchange(page.barBefore, bar.text);
+  const bool isSteady = std::exchange(page.barBefore, bar.text) == bar.text;
+  const bool wasFocused = std::exchange(page.wasFocused, bar.isFocused);
   if (bar.isFocused) {
-    page.typed = bar.text;
+    page.isBarTyped = true;
     return;
   }
-  if (bar.documentBusy || bar.text == page.typed || bar.text != before) return;
   const std::optional<std::string> address = addressFromBar(page.documentAddress, bar.text);
-  if (!address) return;
+  const bool isPresented = address == page.address;
+  if (isPresented || (!isSteady && !wasFocused)) page.isBarTyped = false;
+  if (!address || bar.documentBusy || page.isBarTyped || !isSteady) return;
   page.address = *address;
   page.isFromBar = *address != page.documentAddress;
 }

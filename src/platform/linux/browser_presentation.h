@@ -35,12 +35,15 @@
 // The document of Chromium keeps the address it was loaded with, whatever
 // history.pushState makes of it; only the address bar follows. The bar's text is
 // taken when the bar is not focused, the document is not busy, the text means an
-// address of the document's host, it stood there in two passes in a row (after a
-// change of tab the bar and the document need not change in the same moment), and
-// it was not seen being typed. While the bar cannot be trusted the address last
-// found stays. A load begun from a bookmark may show in the bar before its document
-// is there: such a document, once it comes, is the visit already seen. The price is
-// that the first reload after a pushState is not seen.
+// address of the document's host, and it stood there in two passes in a row (after
+// a change of tab the bar and the document need not change in the same moment).
+// What stands in the bar after it was focused may be half typed, or an address
+// whose server has not answered yet: it is not taken until it means the address
+// presented again, changes without having been focused, or a document comes with
+// it. While the bar cannot be trusted the address last found stays. A load begun
+// from a bookmark may still show in the bar before its document is there: such a
+// document, once it comes, is the visit already seen. The price is that the first
+// reload after a pushState is not seen.
 #pragma once
 
 #include <map>
@@ -81,10 +84,11 @@ class BrowserPresentation {
   struct Page {
     std::string document;
     std::string documentAddress;
-    std::string address;     // what is presented
-    bool isFromBar = false;  // and not the document's own address
-    std::string barBefore;   // the bar's text in the pass before
-    std::string typed;       // the text the bar last had while focused
+    std::string address;      // what is presented
+    bool isFromBar = false;   // and not the document's own address
+    std::string barBefore;    // the bar's text in the pass before
+    bool wasFocused = false;  // the bar, in the pass before
+    bool isBarTyped = false;  // what stands in the bar may have been typed
   };
 
   static void settleBar(Page& page, const AddressBarReading& bar);

@@ -1,0 +1,185 @@
+// What only Linux has: permission bits, pipes, devices, flock, file size limits.
+#include "platform/linux/posix_file_system.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <future>
+
+#include "platform/linux/file_descriptor.h"
+#include "support/eventually.h"
+#include "support/failure_number.h"
+#include "support/linux/file_size_limit.h"
+#include "support/temporary_folder.h"
+
+namespace quorrix {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using std::chrono::steady_clock;
+using test::failureNumberOf;
+
+class PosixFileSystemTest : public testing::Test {
+ protected:
+  static unsigned modeOf(const Path& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & 0777U;
+  }
+
+  // How many descriptors of this program are open on the file.
+  static int openCountOf(const Path& path) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+      std::error_code goneMeanwhile;
+      if (std::filesystem::read_symlink(entry.path(), goneMeanwhile) == path) ++count;
+    }
+    return count;
+  }
+
+  test::TemporaryFolder folder_;
+  PosixFileSystem files_;
+  PosixFileSystem impatient_{50ms};
+};
+
+TEST_F(PosixFileSystemTest, MakesFilesAndFoldersPrivate) {
+  const mode_t before = ::umask(0);
+  files_.makeFolder(folder_ / "Data");
+  files_.openRandomAccess(folder_ / "nodes.dat")->sync();
+  ::umask(before);
+  EXPECT_EQ(modeOf(folder_ / "Data"), 0700U);
+  EXPECT_EQ(modeOf(folder_ / "nodes.dat"), 0600U);
+}
+
+TEST_F(PosixFileSystemTest, LeavesTheModeOfAFileThatIsThere) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+  files_.openRandomAccess(path)->sync();
+  EXPECT_EQ(modeOf(path), 0640U);
+}
+
+TEST_F(PosixFileSystemTest, TakesAFileWithoutWriteBitsForReadOnlyWhoeverAsks) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(path); }), 75);
+  EXPECT_EQ(files_.readFirstLine(path), "kept");
+}
+
+TEST_F(PosixFileSystemTest, RefusesAPipeWithoutWaitingForItsOtherEnd) {
+  const Path pipe = folder_ / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(pipe); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { return files_.readFirstLine(pipe); }), 75);
+}
+
+TEST_F(PosixFileSystemTest, RefusesADevice) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess("/dev/full"); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess("/dev/null"); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { return files_.readFirstLine("/dev/zero"); }), 75);
+}
+
+TEST_F(PosixFileSystemTest, FollowsALinkToTheFileItself) {
+  const Path target = folder_.givenAFile("target.dat", "0123");
+  std::filesystem::create_symlink(target, folder_ / "nodes.dat");
+  files_.openRandomAccess(folder_ / "nodes.dat")->writeAt(0, "ab"s);
+  EXPECT_EQ(folder_.bytesOf("target.dat"), "ab23");
+}
+
+TEST_F(PosixFileSystemTest, RefusesALinkThatLeadsInACircle) {
+  std::filesystem::create_symlink(folder_ / "b", folder_ / "a");
+  std::filesystem::create_symlink(folder_ / "a", folder_ / "b");
+  EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(folder_ / "a"); }), 75);
+}
+
+TEST_F(PosixFileSystemTest, GivesUpWhenTheLockOutlastsItsPatience) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  const FileDescriptor other(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(::flock(other.number(), LOCK_EX), 0);
+  const auto start = steady_clock::now();
+  EXPECT_EQ(failureNumberOf([&] { return impatient_.openRandomAccess(path); }), 75);
+  EXPECT_GE(steady_clock::now() - start, 50ms);
+}
+
+TEST_F(PosixFileSystemTest, WaitsTwoSecondsForALockUnlessToldOtherwise) {
+  EXPECT_EQ(kLockPatience, 2s);
+}
+
+TEST_F(PosixFileSystemTest, RespectsAnotherProgramsLockUntilThatProgramEnds) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  int locked[2];
+  int goOn[2];
+  ASSERT_EQ(::pipe(locked), 0);
+  ASSERT_EQ(::pipe(goOn), 0);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(goOn[1]);
+    const int file = ::open(path.c_str(), O_RDWR);
+    char byte = ::flock(file, LOCK_EX) == 0 ? 'y' : 'n';
+    if (::write(locked[1], &byte, 1) != 1 || ::read(goOn[0], &byte, 1) != 0) ::_exit(1);
+    ::_exit(0);
+  }
+  char answer = '?';
+  ASSERT_EQ(::read(locked[0], &answer, 1), 1);
+  ASSERT_EQ(answer, 'y');
+  EXPECT_EQ(failureNumberOf([&] { return impatient_.openRandomAccess(path); }), 75);
+
+  for (const int end : {locked[0], locked[1], goOn[0], goOn[1]}) ::close(end);
+  ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+  EXPECT_NE(impatient_.openRandomAccess(path), nullptr);
+}
+
+TEST_F(PosixFileSystemTest, OpensTheNewFileWhenTheOldOneWasReplacedDuringTheWait) {
+  PosixFileSystem patient(60s);
+  const Path path = folder_.givenAFile("nodes.dat", "old");
+  auto held = files_.openRandomAccess(path);
+  auto waiting = std::async(std::launch::async, [&] { return patient.openRandomAccess(path); });
+  ASSERT_TRUE(test::eventually([&] { return openCountOf(path) == 2; }));
+
+  std::filesystem::rename(folder_.givenAFile("new", "new"), path);
+  held.reset();
+  waiting.get()->writeAt(3, " record"s);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "new record");
+}
+
+TEST_F(PosixFileSystemTest, PassesNoDescriptorOnToAProgramItStarts) {
+  const auto file = files_.openRandomAccess(folder_ / "nodes.dat");
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code goneMeanwhile;
+    if (std::filesystem::read_symlink(entry.path(), goneMeanwhile) != folder_ / "nodes.dat")
+      continue;
+    const int number = std::stoi(entry.path().filename().string());
+    EXPECT_EQ(::fcntl(number, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+  }
+}
+
+TEST_F(PosixFileSystemTest, ReportsADiskThatIsFull) {
+  const auto file = files_.openRandomAccess(folder_ / "nodes.dat");
+  const test::FileSizeLimit limit(1000);
+  EXPECT_EQ(failureNumberOf([&] { file->writeAt(1000, std::string(322, 'r')); }), 61);
+}
+
+TEST_F(PosixFileSystemTest, LeavesNoHalfRecordWhenTheDiskFillsUp) {
+  const auto file = files_.openRandomAccess(folder_.givenAFile("nodes.dat", "first record"));
+  const test::FileSizeLimit limit(100);
+  EXPECT_EQ(failureNumberOf([&] { file->writeAt(12, std::string(322, 'r')); }), 61);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "first record");
+}
+
+TEST_F(PosixFileSystemTest, SyncsAFileNamedWithoutItsFolder) {
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path());
+  const auto file = files_.openRandomAccess("nodes.dat");
+  file->writeAt(0, "x"s);
+  EXPECT_EQ(failureNumberOf([&] { file->sync(); }), test::kNoFailure);
+  std::filesystem::current_path(before);
+}
+
+}  // namespace
+}  // namespace quorrix
