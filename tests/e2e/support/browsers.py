@@ -17,7 +17,9 @@ class Browser:
     """One running browser with one profile; `window` is the one last opened or chosen."""
 
     name = ""
-    address_scheme_letters = ""
+    command = ""
+    private_option = ""
+    window_option = "--new-window"
 
     def __init__(self, session, site):
         self.session = session
@@ -130,15 +132,20 @@ class Browser:
         return [window.number for window in self.screen.windows_of(self.family())]
 
     def _wait_for_new_window(self, before, url):
+        """The window that was not there before, once its first page has been fetched.
+
+        Its title says nothing yet: Firefox leaves a window's first page out of it.
+        """
         def new_window():
             for window in self.screen.windows_of(self.family()):
-                if window.number not in before and window.title.startswith(title_of(url) + " "):
+                if window.number not in before and window.title:
                     return window
             return None
 
         self.window = wait_until(
-            new_window, lambda: f"{self.name} to open {url}; it has "
+            new_window, lambda: f"{self.name} to open a window for {url}; it has "
             f"{[window.title for window in self.screen.windows_of(self.family())]}", 40)
+        wait_until(lambda: self.site.times_asked(url), f"{self.name} to fetch {url}", 20)
         self._shown = title_of(url)
         return self.window
 
@@ -158,7 +165,6 @@ class Firefox(Browser):
     name = "Firefox"
     command = "firefox-esr"
     private_option = "--private-window"
-    window_option = "--new-window"
 
     def prepare_profile(self):
         with open(os.path.join(self.profile, "user.js"), "w", encoding="ascii") as file:
@@ -197,7 +203,6 @@ class Chromium(Browser):
     name = "Chromium"
     command = "chromium"
     private_option = "--incognito"
-    window_option = "--new-window"
 
     def prepare_profile(self):
         # Its presence is how Chromium knows that it has run before.
