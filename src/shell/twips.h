@@ -2,13 +2,15 @@
 // at scale 1 is a ninety-sixth of an inch.
 #pragma once
 
+#include <cmath>
+
 namespace quorrix {
 
 inline constexpr int kTwipsPerPixel = 15;
 
 // Nearest pixel; negative lengths are none.
-[[nodiscard]] constexpr int pixelsFromTwips(double twips) {
-  return twips <= 0 ? 0 : static_cast<int>(twips / kTwipsPerPixel + 0.5);
+[[nodiscard]] inline int pixelsFromTwips(double twips) {
+  return twips <= 0 ? 0 : static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }
 
 [[nodiscard]] constexpr int twipsFromPixels(int pixels) { return pixels * kTwipsPerPixel; }

@@ -8,26 +8,25 @@
 namespace quorrix {
 namespace {
 
-void nameMenu(QMenu& menu, const char* name) {
-  menu.setObjectName(QString::fromLatin1(name));
-  menu.menuAction()->setObjectName(QString::fromLatin1(name));
+QMenu* named(QMenu* menu, const char* name) {
+  menu->setObjectName(QString::fromLatin1(name));
+  menu->menuAction()->setObjectName(QString::fromLatin1(name));
+  return menu;
 }
 
 }  // namespace
 
 void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items) {
-  QMenu* menu = nullptr;
-  QMenu* inside = nullptr;
-  for (const MenuItem& item : items) {
+  QMenu* menu = named(bar.addMenu(QString::fromLatin1(items.front().caption)), items.front().name);
+  QMenu* inside = menu;
+  for (const MenuItem& item : items.subspan(1)) {
     const QString caption = QString::fromLatin1(item.caption);
     switch (item.kind) {
       case MenuItemKind::Menu:
-        menu = inside = bar.addMenu(caption);
-        nameMenu(*menu, item.name);
+        menu = inside = named(bar.addMenu(caption), item.name);
         break;
       case MenuItemKind::Submenu:
-        inside = menu->addMenu(caption);
-        nameMenu(*inside, item.name);
+        inside = named(menu->addMenu(caption), item.name);
         break;
       case MenuItemKind::SubmenuEnd:
         inside = menu;

@@ -24,7 +24,8 @@ struct MenuItem {
   void (MainForm::*handler)();  // null: not there yet, shown disabled
 };
 
-// Every action is named after its item, and an entry calls its handler.
+// Every action is named after its item, and an entry calls its handler. The first
+// item is a menu.
 void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items);
 
 }  // namespace quorrix

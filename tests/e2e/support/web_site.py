@@ -4,6 +4,7 @@ Browsers are pointed at it as their proxy for http and https, so that any host n
 and nothing they do by themselves leaves the machine: every other host is refused.
 """
 
+import hashlib
 import html
 import os
 import ssl
@@ -17,9 +18,11 @@ class WebSite:
     """Any path of any host is a plain page, unless a test has given it something else."""
 
     def __init__(self, folder, secure_hosts=()):
-        self.certificate, key = make_certificate(folder, secure_hosts)
+        self.secure_hosts = secure_hosts
+        certificate, key = make_certificate(folder, secure_hosts)
+        self.fingerprint = fingerprint_of(certificate)
         self.tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        self.tls.load_cert_chain(self.certificate, key)
+        self.tls.load_cert_chain(certificate, key)
         self._special = {}
         self._asked = []
         self._lock = threading.Lock()
@@ -109,6 +112,12 @@ def make_certificate(folder, hosts):
          "-keyout", key, "-out", certificate],
         check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     return certificate, key
+
+
+def fingerprint_of(certificate):
+    with open(certificate, encoding="ascii") as file:
+        digest = hashlib.sha256(ssl.PEM_cert_to_DER_cert(file.read())).hexdigest().upper()
+    return ":".join(digest[start:start + 2] for start in range(0, len(digest), 2))
 
 
 class _Handler(BaseHTTPRequestHandler):

@@ -204,13 +204,11 @@ TEST_P(StatusBarText, TellsAVisit) {
   EXPECT_EQ(scan().haveValidAddress, GetParam().isVisit);
 }
 
-INSTANTIATE_TEST_SUITE_P(Visits, StatusBarText,
-                         testing::Values(StatusCase{L"Connect: contacting host", true},
-                                         StatusCase{L"Connect:", true},
-                                         StatusCase{L"4% of page", true},
-                                         StatusCase{L"42% of page", true},
-                                         StatusCase{L"100% of page", true},
-                                         StatusCase{L"4.2% of page", true}));
+INSTANTIATE_TEST_SUITE_P(
+    Visits, StatusBarText,
+    testing::Values(StatusCase{L"Connect: contacting host", true}, StatusCase{L"Connect:", true},
+                    StatusCase{L"4% of page", true}, StatusCase{L"42% of page", true},
+                    StatusCase{L"100% of page", true}, StatusCase{L"4.2% of page", true}));
 INSTANTIATE_TEST_SUITE_P(Rest, StatusBarText,
                          testing::Values(StatusCase{L"", false}, StatusCase{L"Done", false},
                                          StatusCase{L"% of page", false},

@@ -66,7 +66,6 @@ TestBrowserWindow::~TestBrowserWindow() {
 }
 
 void TestBrowserWindow::live(const std::wstring& title, std::promise<void>& ready) {
-  std::future<void> awake = awake_.get_future();
   try {
     createControls(title);
   } catch (...) {
@@ -76,8 +75,6 @@ void TestBrowserWindow::live(const std::wstring& title, std::promise<void>& read
   ready.set_value();
   MSG message;
   while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
-    // The window's thread owns the future, so only it can say where it is.
-    if (message.message == kHang) message.lParam = reinterpret_cast<LPARAM>(&awake);
     ::TranslateMessage(&message);
     ::DispatchMessageW(&message);
   }
@@ -110,9 +107,11 @@ void TestBrowserWindow::says(const std::wstring& status) {
   runThere([&] { ::SetWindowTextW(toHwnd(status_), status.c_str()); });
 }
 
-// Posted messages come before later ones that are only sent: nothing is answered
-// from here on, even if the thread has not yet begun to wait.
-void TestBrowserWindow::hangs() { ::PostMessageW(toHwnd(frame_), kHang, 0, 0); }
+// Sent messages are taken in their order: nothing sent after this is answered,
+// even if the thread has not yet begun to wait. A posted one could be overtaken.
+void TestBrowserWindow::hangs() {
+  ::SendNotifyMessageW(toHwnd(frame_), kHang, 0, reinterpret_cast<LPARAM>(&untilAwake_));
+}
 
 void TestBrowserWindow::wakesUp() {
   if (!isAwake_) awake_.set_value();

@@ -46,6 +46,7 @@ class TestBrowserWindow {
   WindowHandle edit_ = kNoWindow;
   WindowHandle status_ = kNoWindow;
   std::promise<void> awake_;
+  std::future<void> untilAwake_ = awake_.get_future();
   bool isAwake_ = false;
   std::thread thread_;
 };

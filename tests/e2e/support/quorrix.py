@@ -1,0 +1,209 @@
+"""The program under test in a folder of its own, driven from outside.
+
+It is started as a user would start it and used over the accessibility bus, on which it appears
+like every other program; what it keeps is judged by the bytes in its data folder.
+"""
+
+import os
+import shutil
+import signal
+
+from gi.repository import GLib
+
+from support import processes
+from support.accessibility import STATE_SHOWING, AccessibilityBus
+from support.site_file import read_records
+from support.waiting import TimedOut, wait_until
+
+DATA_FILES = ("nodes.dat", "notes.dat", "info.dat", "purchases.dat")
+READY = "Right click site address for site menu."
+TRACKING = "Tracking websites."
+STOPPED = "Tracking websites stopped."
+
+
+def make_program_folder(program):
+    """A fresh copy of the installed folder: the program, empty data files, no archive loaded."""
+    folder = processes.temporary_folder()
+    shutil.copy2(program, os.path.join(folder, "Quorrix"))
+    data = os.path.join(folder, "Data")
+    os.mkdir(data, 0o700)
+    for name in DATA_FILES:
+        with open(os.path.join(data, name), "wb"):
+            pass
+    with open(os.path.join(data, "load.txt"), "w", encoding="ascii") as file:
+        file.write("none\n")
+    return folder
+
+
+class Quorrix:
+    def __init__(self, session, folder):
+        self.session = session
+        self.folder = folder
+        self.process = None
+        self.bus = None
+        self._application = None
+
+    # --- life ------------------------------------------------------------------------------------
+
+    def start(self):
+        self.process = self.session.start(
+            [os.path.join(self.folder, "Quorrix")], log="quorrix.log",
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+
+    def start_and_wait(self):
+        """Starts the program and waits until its start-up windows have come and gone."""
+        self.start()
+        wait_until(lambda: self.shows_text(READY), self._state, 20)
+        wait_until(lambda: len(self.windows()) == 1, "the wait window to close")
+
+    def close_window(self):
+        self.main_window().close()
+
+    def exit_status(self, seconds=5):
+        """Waits for the program to end."""
+        wait_until(lambda: self.process.poll() is not None, "the program to end", seconds)
+        return self.process.returncode
+
+    def is_running(self):
+        return self.process.poll() is None
+
+    def end(self):
+        if self.process:
+            processes.end_family(self.process)
+        if self.bus:
+            self.bus.close()
+
+    def _state(self):
+        if not self.is_running():
+            return f"the program, which ended with {self.process.returncode}: " \
+                   f"{self.session.log('quorrix.log')[-2000:]}"
+        return f"the program to be ready; windows {[w.title for w in self.windows()]}"
+
+    # --- windows, as the display has them ----------------------------------------------------------
+
+    def windows(self):
+        return self.session.screen.windows_of([self.process.pid])
+
+    def main_window(self):
+        for window in self.windows():
+            if window.title == "Quorrix" or window.title.startswith("Quorrix - "):
+                return window
+        raise AssertionError(f"no main window among {[w.title for w in self.windows()]}")
+
+    def caption(self):
+        return self.main_window().title
+
+    # --- controls, as the accessibility bus has them -----------------------------------------------
+
+    def application(self):
+        """The program's object on the bus; waits until the program has registered itself."""
+        if self._application is None:
+            self._application = wait_until(self._find_application, "the program on the bus")
+        return self._application
+
+    def _find_application(self):
+        try:
+            if self.bus is None:
+                self.bus = AccessibilityBus(self.session)
+            return self.bus.application_of(self.process.pid)
+        except GLib.Error:
+            return None
+
+    def frame(self):
+        for window in self.application().children():
+            if window.role == "frame" and window.name.startswith("Quorrix"):
+                return window
+        raise AssertionError("no main window on the bus")
+
+    def texts(self):
+        """Names of all labels that the main window shows, the status bar's panels among them."""
+        return [thing.name for thing in self.frame().everything_below() if thing.role == "label"]
+
+    def shows_text(self, text):
+        if not self.is_running():
+            raise AssertionError(self._state())
+        try:
+            return text in self.texts()
+        except (GLib.Error, AssertionError, TimedOut):
+            return False  # Not there yet.
+
+    def wait_for_text(self, text):
+        wait_until(lambda: self.shows_text(text), lambda: f"{text!r}; shown are {self.texts()}")
+
+    def tree(self):
+        """Texts of the tree's rows from top to bottom; rows of collapsed branches are not there."""
+        return [row.name for row in self.tree_rows()]
+
+    def tree_rows(self):
+        tree = self.frame().find("tree") or self.frame().find("tree table")
+        return [row for row in tree.children() if row.role in ("tree item", "table cell")]
+
+    def choose(self, *captions):
+        """Chooses a menu entry by the captions on the way to it, without their mnemonics."""
+        entry = self.frame().find("menu bar")
+        for caption in captions:
+            entry = entry.find("menu item", caption)
+            if entry is None:
+                raise AssertionError(f"no menu entry {' > '.join(captions)}")
+        entry.press()
+
+    def start_tracking(self):
+        self.choose("File", "Start Tracking")
+        self.wait_for_text(TRACKING)
+
+    def stop_tracking(self):
+        self.choose("File", "Stop Tracking")
+        self.wait_for_text(STOPPED)
+
+    def message(self):
+        """Text of the message box that is open, or None."""
+        box = self._message_box()
+        label = box.find("label") if box else None
+        return label.name if label else None
+
+    def wait_for_message(self):
+        return wait_until(self._message_if_any, "a message box")
+
+    def _message_if_any(self):
+        try:
+            return self.message()
+        except GLib.Error:
+            return None
+
+    def message_title(self):
+        return self._message_box().name
+
+    def confirm_message(self):
+        self._message_box().find("push button", "OK").press()
+
+    def _message_box(self):
+        for window in self.application().children():
+            if window.role in ("alert", "dialog") and window.has_state(STATE_SHOWING) \
+                    and window.find("push button"):
+                return window
+        return None
+
+    # --- data --------------------------------------------------------------------------------------
+
+    @property
+    def data_folder(self):
+        return os.path.join(self.folder, "Data")
+
+    @property
+    def site_file(self):
+        return os.path.join(self.data_folder, "nodes.dat")
+
+    def records(self):
+        return read_records(self.site_file)
+
+    def addresses_and_flags(self):
+        return [(record.address, record.flag) for record in self.records()]
+
+    def record_of(self, address):
+        for record in self.records():
+            if record.address == address:
+                return record
+        return None
+
+    def interrupt(self):
+        self.process.send_signal(signal.SIGTERM)

@@ -1,0 +1,26 @@
+#include "shell/app_paths.h"
+
+#include <gtest/gtest.h>
+
+namespace quorrix {
+namespace {
+
+TEST(AppPaths, PutOneSeparatorBehindTheProgramsFolder) {
+  EXPECT_EQ(AppPaths("/opt/Quorrix").appPath("Data").generic_string(), "/opt/Quorrix/Data");
+}
+
+TEST(AppPaths, AddNoSecondSeparatorBehindARoot) {
+  EXPECT_EQ(AppPaths("/").appPath("Data").generic_string(), "/Data");
+}
+
+TEST(AppPaths, AddNoSecondSeparatorBehindAFolderThatEndsInOne) {
+  EXPECT_EQ(AppPaths("/opt/Quorrix/").appPath("Data").generic_string(), "/opt/Quorrix/Data");
+}
+
+TEST(AppPaths, KeepBlanksAndLettersBeyondAsciiAsTheyAre) {
+  EXPECT_EQ(AppPaths("/home/Zo\xc3\xab/My Programs").appPath("Quorrix.hlp").generic_string(),
+            "/home/Zo\xc3\xab/My Programs/Quorrix.hlp");
+}
+
+}  // namespace
+}  // namespace quorrix

@@ -1,0 +1,73 @@
+#include "shell/plain_text.h"
+
+#include <gtest/gtest.h>
+
+#include <QWidget>
+#include <QWindow>
+
+namespace quorrix {
+namespace {
+
+TEST(ToQString, ReadsSingleByteText) {
+  EXPECT_EQ(toQString("one.two.three/a"), QStringLiteral("one.two.three/a"));
+  EXPECT_EQ(toQString("caf\xe9"), QStringLiteral("caf\u00e9"));
+  EXPECT_EQ(toQString("\x80 \x97 \x99"), QStringLiteral("\u20ac \u2014 \u2122"));
+  EXPECT_EQ(toQString(""), QString());
+}
+
+TEST(ToQString, LeavesMarkupAndAmpersandsAlone) {
+  EXPECT_EQ(toQString("<b>&amp;</b>"), QStringLiteral("<b>&amp;</b>"));
+}
+
+TEST(FromQString, WritesSingleByteText) {
+  EXPECT_EQ(fromQString(QStringLiteral("caf\u00e9 \u20ac")), "caf\xe9 \x80");
+  EXPECT_EQ(fromQString(QString()), "");
+}
+
+TEST(FromQString, PutsAQuestionMarkForWhatTheCodePageLacks) {
+  EXPECT_EQ(fromQString(QStringLiteral("\u03a9-\u65e5")), "?-?");
+  EXPECT_EQ(fromQString(QString::fromUtf8("\xf0\x9f\x98\x80!")), "?!");
+}
+
+TEST(FromPlatformText, ReadsUtf8) {
+  EXPECT_EQ(fromPlatformText("/home/Zo\xc3\xab/\xe6\x97\xa5"),
+            QStringLiteral("/home/Zo\u00eb/\u65e5"));
+}
+
+TEST(FromPlatformText, ReadsSingleByteTextWhereItIsNotUtf8) {
+  EXPECT_EQ(fromPlatformText("/home/Zo\xeb/x"), QStringLiteral("/home/Zo\u00eb/x"));
+}
+
+// A lone byte at the end could be the beginning of a longer sequence, and is none.
+TEST(FromPlatformText, LosesNoSingleByteAtTheEnd) {
+  EXPECT_EQ(fromPlatformText("Caf\xe9"), QStringLiteral("Caf\u00e9"));
+  EXPECT_EQ(fromPlatformText("Caf\xc3"), QStringLiteral("Caf\u00c3"));
+}
+
+TEST(FromPlatformText, KeepsAnEmptyTextEmpty) { EXPECT_EQ(fromPlatformText(""), QString()); }
+
+// What the desktop is told is all that counts: the marker is Qt's own business.
+QString titleOnTheDesktop(const QString& text) {
+  QWidget window;
+  window.setWindowTitle(asWindowTitle(text));
+  window.show();
+  return window.windowHandle()->title();
+}
+
+TEST(AsWindowTitle, LeavesAPlainTextAlone) {
+  EXPECT_EQ(titleOnTheDesktop(QStringLiteral("Quorrix - one.two.three")),
+            QStringLiteral("Quorrix - one.two.three"));
+  EXPECT_EQ(titleOnTheDesktop(QStringLiteral("a*b[c]&d<b>e</b>")),
+            QStringLiteral("a*b[c]&d<b>e</b>"));
+}
+
+TEST(AsWindowTitle, ShowsTheMarkerOfAModifiedWindowAsItStands) {
+  for (const QString& text :
+       {QStringLiteral("[*]"), QStringLiteral("[*][*]"), QStringLiteral("[*][*][*]"),
+        QStringLiteral("a[*]b"), QStringLiteral("[[*]]"), QStringLiteral("x[*]/[*][*]y")}) {
+    EXPECT_EQ(titleOnTheDesktop(text), text);
+  }
+}
+
+}  // namespace
+}  // namespace quorrix
