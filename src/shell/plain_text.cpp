@@ -16,7 +16,8 @@ std::string fromQString(const QString& text) {
 }
 
 QString fromPlatformText(std::string_view text) {
-  QStringDecoder decoder(QStringDecoder::Utf8);
+  // Stateless: else a sequence that the text's end cuts off waits for more and is no error.
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString decoded =
       decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
   return decoder.hasError() ? toQString(text) : decoded;

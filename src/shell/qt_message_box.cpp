@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <algorithm>
+#include <iterator>
 
 #include "shell/plain_text.h"
 

@@ -87,6 +87,15 @@ void SiteTreeView::currentChanged(const QModelIndex& current, const QModelIndex&
   if (current.isValid()) tree_.select(model_.nodeOf(current));
 }
 
+// The tree always has a selected node, so its row stays highlighted: clicks into
+// empty space and with Ctrl on the row would else take the highlight away.
+QItemSelectionModel::SelectionFlags SiteTreeView::selectionCommand(const QModelIndex& index,
+                                                                   const QEvent* event) const {
+  const auto command = QTreeView::selectionCommand(index, event);
+  const bool unselects = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
+  return unselects ? QItemSelectionModel::NoUpdate : command;
+}
+
 void SiteTreeView::showSelection() {
   const QModelIndex selected = model_.indexOf(tree_.selected());
   if (selected != currentIndex()) setCurrentIndex(selected);

@@ -44,6 +44,8 @@ class SiteTreeView final : public QTreeView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
+      const QModelIndex& index, const QEvent* event) const override;
 
  private:
   void showSelection();

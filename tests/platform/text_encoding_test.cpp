@@ -54,7 +54,9 @@ TEST(Windows1252FromUtf8, KnowsEveryUpperControl) {
 }
 
 TEST(Windows1252FromUtf8, AsksAboutACharacterWithoutAPlace) {
-  EXPECT_EQ(windows1252FromUtf8("\u0142\u00F3d\u017A"), "?\xF3" "d?");
+  EXPECT_EQ(windows1252FromUtf8("\u0142\u00F3d\u017A"),
+            "?\xF3"
+            "d?");
   EXPECT_EQ(windows1252FromUtf8("\u65E5\u672C"), "??");
   EXPECT_EQ(windows1252FromUtf8("a\U0001F600b"), "a?b");
   EXPECT_EQ(windows1252FromUtf8("\xC2\x80"), "?");  // the euro has taken the place
@@ -65,13 +67,19 @@ TEST(Windows1252FromUtf8, AsksOnceAboutASequenceThatIsCutShort) {
   EXPECT_EQ(windows1252FromUtf8("\xC3"), "?");
   EXPECT_EQ(windows1252FromUtf8("\xE2\x82"), "?");
   EXPECT_EQ(windows1252FromUtf8("\xF0\x9F\x98"), "?");
-  EXPECT_EQ(windows1252FromUtf8("\xC3" "a"), "?a");
-  EXPECT_EQ(windows1252FromUtf8("\xE2\x82" "a"), "?a");
+  EXPECT_EQ(windows1252FromUtf8("\xC3"
+                                "a"),
+            "?a");
+  EXPECT_EQ(windows1252FromUtf8("\xE2\x82"
+                                "a"),
+            "?a");
 }
 
 TEST(Windows1252FromUtf8, AsksAboutBytesThatBeginNothing) {
   EXPECT_EQ(windows1252FromUtf8("\x80"), "?");
-  EXPECT_EQ(windows1252FromUtf8("a\xBF" "b"), "a?b");
+  EXPECT_EQ(windows1252FromUtf8("a\xBF"
+                                "b"),
+            "a?b");
   EXPECT_EQ(windows1252FromUtf8("\xFE\xFF"), "??");
 }
 

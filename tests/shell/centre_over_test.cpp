@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include "support/qt_printers.h"
+
 namespace quorrix {
 namespace {
 

@@ -82,16 +82,6 @@ TEST_F(Guarded, ClosesWhatTheOperationOpenedBeforeItShowsTheMessage) {
   }));
 }
 
-TEST_F(Guarded, DoesNothingBehindTheFailure) {
-  bool isBeyond = false;
-  messageBox_.expect("Error. Stopping tracking.", MessageBoxStyle::Critical);
-  EXPECT_FALSE(guarded(form_, messageBox_, FailureFamily::Tracking, [&isBeyond] {
-    if (!isBeyond) throw Failure(5);
-    isBeyond = true;
-  }));
-  EXPECT_FALSE(isBeyond);
-}
-
 TEST_F(Guarded, CallsExhaustedMemoryByItsName) {
   messageBox_.expect("Out of memory. Stopping tracking.", MessageBoxStyle::Critical);
   EXPECT_FALSE(guardTracking(std::bad_alloc()));

@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <QWindow>
 
+#include "support/qt_printers.h"
+
 namespace quorrix {
 namespace {
 

@@ -17,7 +17,8 @@ TEST(QtEventPump, HandlesEveryPendingEvent) {
   QObject receiver;
   int handled = 0;
   for (int i = 0; i < 3; ++i) {
-    QMetaObject::invokeMethod(&receiver, [&handled] { ++handled; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &receiver, [&handled] { ++handled; }, Qt::QueuedConnection);
   }
   pump.processPending();
   EXPECT_EQ(handled, 3);

@@ -11,6 +11,8 @@
 #include <functional>
 #include <string>
 
+#include "support/qt_printers.h"
+
 namespace quorrix {
 namespace {
 
@@ -47,9 +49,8 @@ void inspect(MessageBoxStyle style, const UserAction& look) {
 }
 
 TEST(QtMessageBox, IsTitledQuorrix) {
-  inspect(MessageBoxStyle::Information, [](const QMessageBox& box) {
-    EXPECT_EQ(box.windowTitle(), QStringLiteral("Quorrix"));
-  });
+  inspect(MessageBoxStyle::Information,
+          [](const QMessageBox& box) { EXPECT_EQ(box.windowTitle(), QStringLiteral("Quorrix")); });
 }
 
 struct StyleExpectation {

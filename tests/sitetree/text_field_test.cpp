@@ -35,9 +35,7 @@ TEST(FieldText, StopsAtTheFirstNul) {
   EXPECT_EQ(fieldText("\0\0\0\0"s), "");
 }
 
-TEST(FieldText, StopsAtTheFirstBlankWhereThereIsNoNul) {
-  EXPECT_EQ(fieldText("one two  "), "one");
-}
+TEST(FieldText, StopsAtTheFirstBlankWhereThereIsNoNul) { EXPECT_EQ(fieldText("one two  "), "one"); }
 
 TEST(FieldText, KeepsTheBlanksInFrontOfANul) {
   EXPECT_EQ(fieldText("one   \0\0"s), "one   ");

@@ -33,7 +33,8 @@ std::string socketNameOf(const std::string& address) {
 }
 
 // libdbus connects in blocking mode, which waits without end for a stopped bus
-// whose queue of newcomers is full; so knock first.
+// whose queue of newcomers is full; so knock first. (The knock takes a place in the
+// queue itself, so a bus with exactly one place left could still make us wait.)
 bool somebodyListensAt(const std::string& socketName) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;

@@ -1,6 +1,7 @@
 // One private connection to a message bus that never blocks longer than it is
-// told to. dbus_bus_get() and dbus_bus_register() are no use here: they wait up to
-// 25 seconds for a bus that is stopped and end the program when the bus goes away.
+// told to. The usual ways to connect are no use here: dbus_bus_register() waits 25
+// seconds for a bus that does not answer, and a connection from dbus_bus_get() ends
+// the program when the bus goes away.
 #pragma once
 
 #include <chrono>

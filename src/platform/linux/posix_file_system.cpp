@@ -20,7 +20,7 @@ namespace {
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kAnyWriteBit = 0222;
-constexpr std::size_t kLongestFirstLine = 64 * 1024;
+constexpr std::size_t kLongestFirstLine = std::size_t{64} * 1024;
 
 // Without O_NONBLOCK, opening a pipe would wait for its other end; on a regular
 // file the flag does nothing.

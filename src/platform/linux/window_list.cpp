@@ -21,6 +21,10 @@ void WindowList::refresh(const Deadline& deadline) {
   isThorough_ = pass_++ % kThoroughEvery == 0;
   frontIsActive_ = false;
   newcomers_.clear();
+  if (isThorough_) {
+    // A program that is just starting may not have said yet what its windows are.
+    eraseWindows([](const Window& window) { return !window.isFrame; });
+  }
   askKnownPrograms(deadline);
   vetNewPrograms(deadline);
   listNewPrograms(deadline);
@@ -119,6 +123,10 @@ void WindowList::listNewPrograms(const Deadline& deadline) {
 // Looks at new windows, and in a thorough pass again at those which the scan has
 // not read: they may have been given another title or been chosen since. Browsers
 // keep popups without a title, which may turn into windows later.
+//
+// Each look asks for the window's relations as well and ignores the answer: a
+// Chromium that has never been asked for any does not say which of its windows is
+// active, and so would never come to the front.
 void WindowList::lookAtWindows(const Deadline& deadline) {
   std::vector<Message> calls;
   std::vector<AccessibleId> known;
@@ -128,21 +136,23 @@ void WindowList::lookAtWindows(const Deadline& deadline) {
     known.push_back(window.id);
     calls.push_back(nameCall(window.id));
     calls.push_back(stateCall(window.id));
+    calls.push_back(relationsCall(window.id));
   }
   for (const AccessibleId& id : newcomers_) {
     calls.push_back(roleCall(id));
     calls.push_back(nameCall(id));
     calls.push_back(stateCall(id));
+    calls.push_back(relationsCall(id));
   }
   const std::vector<Answer> answers = bus_.ask(calls, deadline);
   std::size_t next = 0;
   for (const AccessibleId& id : known) {
     takeLook(id, nullptr, answers[next], answers[next + 1]);
-    next += 2;
+    next += 3;
   }
   for (const AccessibleId& id : newcomers_) {
     takeLook(id, &answers[next], answers[next + 1], answers[next + 2]);
-    next += 3;
+    next += 4;
   }
 }
 

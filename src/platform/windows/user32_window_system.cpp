@@ -19,7 +19,7 @@ static_assert(static_cast<unsigned>(WindowMessage::GetTextLength) == WM_GETTEXTL
 
 // Longer titles, class names and texts are cut: no address has this many characters,
 // and a window may claim any length for its text.
-constexpr std::size_t kLongestText = 32 * 1024;
+constexpr std::size_t kLongestText = std::size_t{32} * 1024;
 
 HWND toHwnd(WindowHandle window) { return reinterpret_cast<HWND>(window); }
 WindowHandle fromHwnd(HWND window) { return reinterpret_cast<WindowHandle>(window); }

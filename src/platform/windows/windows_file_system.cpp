@@ -12,7 +12,7 @@
 namespace quorrix {
 namespace {
 
-constexpr std::size_t kLongestFirstLine = 64 * 1024;
+constexpr std::size_t kLongestFirstLine = std::size_t{64} * 1024;
 
 // Windows keeps other programs from reading and writing what is locked. The one
 // byte that Quorrix locks lies where no file ever has data, so that the lock binds

@@ -105,7 +105,7 @@ MainForm::MainForm(const Parts& parts)
 bool MainForm::Form_Load() {
   const bool isLoaded = guarded(*this, parts_.messageBox, FailureFamily::StartUp, [this] {
     showSplashScreen();
-    showWindowAndLoad();
+    if (!isUnloaded_) showWindowAndLoad();  // else closed meanwhile
   });
   if (!isLoaded) FileExit_Click();
   return isLoaded;
@@ -148,6 +148,8 @@ void MainForm::waitYielding(std::chrono::milliseconds time) {
 }
 
 void MainForm::FileStartTrack_Click() {
+  // The menus work while the wait dialog shows, but the data are not there yet.
+  if (tree_.root() == kNoNode) return;
   setWindowTitle(QStringLiteral("Quorrix"));
   const bool isEnded = guarded(*this, parts_.messageBox, FailureFamily::Tracking,
                                [this] { tracking_.startTracking(); });

@@ -4,6 +4,7 @@
 #include <QStyle>
 #include <QStyleOption>
 #include <QStylePainter>
+#include <QTextDocument>
 
 namespace quorrix {
 namespace {
@@ -44,7 +45,8 @@ TwoPanelStatusBar::TwoPanelStatusBar(QWidget* parent) : QStatusBar(parent) {
 void TwoPanelStatusBar::setPanelText(int panel, const QString& text) {
   QLabel* const label = panels_[static_cast<std::size_t>(panel - 1)];
   label->setText(text);
-  label->setToolTip(text.toHtmlEscaped());
+  // As markup throughout: Qt guesses, and would show the escapes of a text that it takes for plain.
+  label->setToolTip(text.isEmpty() ? QString() : Qt::convertFromPlainText(text));
 }
 
 QString TwoPanelStatusBar::panelText(int panel) const {

@@ -37,6 +37,18 @@ class AccessibilityBus:
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                          "GetConnectionUnixProcessID", GLib.Variant("(s)", (owner,)))[0]
 
+    def names_of(self, process_id):
+        """Unique names of all connections that a process has to this bus."""
+        bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
+        names = []
+        for name in self.call(*bus, "ListNames")[0]:
+            try:
+                if name.startswith(":") and self._process_of(name) == process_id:
+                    names.append(name)
+            except GLib.Error:
+                continue  # It left while we were asking.
+        return names
+
     def call(self, owner, path, interface, method, arguments=None, milliseconds=3000):
         return self.connection.call_sync(owner, path, interface, method, arguments, None,
                                          Gio.DBusCallFlags.NONE, milliseconds, None).unpack()
@@ -90,6 +102,10 @@ class Accessible:
 
     def text(self):
         return self._ask("GetText", GLib.Variant("(ii)", (0, -1)), "org.a11y.atspi.Text")[0]
+
+    def extents(self):
+        """Left, top, width and height on the screen."""
+        return self._ask("GetExtents", GLib.Variant("(u)", (0,)), "org.a11y.atspi.Component")[0]
 
     def press(self):
         """The first action. The answer is not awaited: an entry that opens a modal window, or

@@ -20,6 +20,7 @@ class Browser:
     command = ""
     private_option = ""
     address_bar = (500, 62)
+    empty_place = (500, 500)
     window_option = "--new-window"
 
     def __init__(self, session, site):
@@ -117,6 +118,7 @@ class Browser:
     def press(self, key):
         """Presses a key on the page itself."""
         self.use()
+        self.window.click(*self.empty_place)
         self.screen.press(key)
 
     def wait_until_it_shows(self, url):

@@ -17,6 +17,7 @@ import time
 PR_SET_CHILD_SUBREAPER = 36
 
 _folders = []
+_started = []
 
 
 def become_their_keeper():
@@ -37,8 +38,10 @@ def _leave(number, _frame):
 def start(command, env, **options):
     """Starts a command in a process group of its own. To be called from the main thread only:
     the kernel ties the death signal to the thread that started the process."""
-    return subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "--", *command],
-                            env=env, start_new_session=True, stdin=subprocess.DEVNULL, **options)
+    process = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "--", *command],
+                               env=env, start_new_session=True, stdin=subprocess.DEVNULL, **options)
+    _started.append(process)
+    return process
 
 
 def temporary_folder():

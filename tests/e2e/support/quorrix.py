@@ -6,7 +6,6 @@ like every other program; what it keeps is judged by the bytes in its data folde
 
 import os
 import shutil
-import signal
 
 from gi.repository import GLib
 
@@ -35,6 +34,10 @@ def make_program_folder(program):
     return folder
 
 
+class NotThere(AssertionError):
+    """A window or control that should be there is not."""
+
+
 class Quorrix:
     def __init__(self, session, folder):
         self.session = session
@@ -51,8 +54,9 @@ class Quorrix:
             QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
 
     def start_and_wait(self):
-        """Starts the program and waits until its start-up windows have come and gone."""
-        self.start()
+        """Starts the program if need be, and waits until its start-up windows have come and gone."""
+        if self.process is None:
+            self.start()
         wait_until(lambda: self.shows_text(READY), self._state, 20)
         wait_until(lambda: len(self.windows()) == 1, "the wait window to close")
 
@@ -88,7 +92,7 @@ class Quorrix:
         for window in self.windows():
             if window.title == "Quorrix" or window.title.startswith("Quorrix - "):
                 return window
-        raise AssertionError(f"no main window among {[w.title for w in self.windows()]}")
+        raise NotThere(f"no main window among {[w.title for w in self.windows()]}")
 
     def caption(self):
         return self.main_window().title
@@ -113,7 +117,7 @@ class Quorrix:
         for window in self.application().children():
             if window.role == "frame" and window.name.startswith("Quorrix"):
                 return window
-        raise AssertionError("no main window on the bus")
+        raise NotThere("no main window on the bus")
 
     def texts(self):
         """Names of all labels that the main window shows, the status bar's panels among them."""
@@ -124,7 +128,7 @@ class Quorrix:
             raise AssertionError(self._state())
         try:
             return text in self.texts()
-        except (GLib.Error, AssertionError, TimedOut):
+        except (GLib.Error, NotThere, TimedOut):
             return False  # Not there yet.
 
     def wait_for_text(self, text):
@@ -135,8 +139,14 @@ class Quorrix:
         return [row.name for row in self.tree_rows()]
 
     def tree_rows(self):
-        tree = self.frame().find("tree") or self.frame().find("tree table")
-        return [row for row in tree.children() if row.role in ("tree item", "table cell")]
+        return [row for row in self.frame().find("tree").children() if row.role == "tree item"]
+
+    def click_row(self, text, button=1):
+        """Clicks a row of the tree with the mouse."""
+        row = next(row for row in self.tree_rows() if row.name == text)
+        x, y, width, height = row.extents()
+        window_x, window_y, _width, _height = self.frame().extents()
+        self.main_window().click(x - window_x + width // 2, y - window_y + height // 2, button)
 
     def choose(self, *captions):
         """Chooses a menu entry by the captions on the way to it, without their mnemonics."""
@@ -144,7 +154,7 @@ class Quorrix:
         for caption in captions:
             entry = entry.find("menu item", caption)
             if entry is None:
-                raise AssertionError(f"no menu entry {' > '.join(captions)}")
+                raise NotThere(f"no menu entry {' > '.join(captions)}")
         entry.press()
 
     def start_tracking(self):
@@ -204,6 +214,3 @@ class Quorrix:
             if record.address == address:
                 return record
         return None
-
-    def interrupt(self):
-        self.process.send_signal(signal.SIGTERM)

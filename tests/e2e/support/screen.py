@@ -15,6 +15,7 @@ from ctypes import POINTER, byref, c_char_p, c_int, c_long, c_ubyte, c_ulong, c_
 from support.waiting import POLL_SECONDS, wait_until
 
 CLIENT_MESSAGE = 33
+STRUCTURE_NOTIFY = 1 << 17
 SUBSTRUCTURE_NOTIFY = 1 << 19
 SUBSTRUCTURE_REDIRECT = 1 << 20
 
@@ -180,11 +181,17 @@ class ResponseWatch:
 
     def __enter__(self):
         self._connection = _Connection(self.window.screen.environment["DISPLAY"])
-        _x.XSelectInput(self._connection.display, self._connection.root, SUBSTRUCTURE_NOTIFY)
+        # Toolkits send their answers to the one or the other.
+        _x.XSelectInput(self._connection.display, self._connection.root,
+                        STRUCTURE_NOTIFY | SUBSTRUCTURE_NOTIFY)
         self._stopping = threading.Event()
         self._thread = threading.Thread(target=self._watch, daemon=True)
         self._thread.start()
-        wait_until(lambda: self.answers > 0, "the window's first answer")
+        try:
+            wait_until(lambda: self.answers > 0, "the window's first answer")
+        except AssertionError:
+            self.__exit__()
+            raise
         return self
 
     def __exit__(self, *_exception):

@@ -9,6 +9,7 @@ import html
 import os
 import ssl
 import subprocess
+import sys
 import threading
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from urllib.parse import urlsplit
@@ -26,16 +27,13 @@ class WebSite:
         self._special = {}
         self._asked = []
         self._lock = threading.Lock()
-        self._server = ThreadingHTTPServer(("127.0.0.1", 0), _Handler)
-        self._server.daemon_threads = True
+        self._server = _Server(("127.0.0.1", 0), _Handler)
         self._server.site = self
         self.port = self._server.server_address[1]
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
     def close(self):
-        for page in self._special.values():
-            if isinstance(page, SlowPage):
-                page.release()
+        self.forget_pages()
         self._server.shutdown()
         self._server.server_close()
 
@@ -43,6 +41,15 @@ class WebSite:
         """How many times a page has been answered, or for a slow one asked for."""
         with self._lock:
             return self._asked.count(_place(url))
+
+    def forget_pages(self):
+        """Back to plain pages, and to none asked for."""
+        for page in self._special.values():
+            if isinstance(page, SlowPage):
+                page.release()
+        with self._lock:
+            self._special.clear()
+            self._asked.clear()
 
     # --- what a test may put at an address ------------------------------------------------------
 
@@ -64,7 +71,7 @@ class WebSite:
             self._asked.append((host, path))
         if path == "/favicon.ico":
             return None
-        return self._special.get((host, path), plain_page(host + path))
+        return self._special.get((host, path), plain_page(f"Page {host}{path}"))
 
 
 class Redirect:
@@ -88,8 +95,10 @@ class SlowPage:
 
 
 def title_of(url):
-    """A plain page's title: its host and path, so that a window's title says which page it shows."""
-    return "".join(_place(url))
+    """A plain page's title, unique to its host and path, so that a window's title says which page
+    it shows. It is not the bare address: Firefox names a tab after that while it loads, and then
+    leaves a title that says the same out of the window's title."""
+    return "Page " + "".join(_place(url))
 
 
 def plain_page(title, body="", script=""):
@@ -118,6 +127,15 @@ def fingerprint_of(certificate):
     with open(certificate, encoding="ascii") as file:
         digest = hashlib.sha256(ssl.PEM_cert_to_DER_cert(file.read())).hexdigest().upper()
     return ":".join(digest[start:start + 2] for start in range(0, len(digest), 2))
+
+
+class _Server(ThreadingHTTPServer):
+    daemon_threads = True
+
+    def handle_error(self, _request, _client):
+        """A browser that is killed, or that stops a load, breaks its connections off."""
+        if not isinstance(sys.exc_info()[1], OSError):
+            super().handle_error(_request, _client)
 
 
 class _Handler(BaseHTTPRequestHandler):
@@ -157,6 +175,10 @@ class _Handler(BaseHTTPRequestHandler):
             return self._answer(302, b"", Location=page.target)
         return self._answer(200 if page else 404, page or b"")
 
+    def finish(self):
+        super().finish()
+        self.connection.close()
+
     def _answer(self, status, body, **headers):
         try:
             self.send_response(status)
@@ -167,7 +189,7 @@ class _Handler(BaseHTTPRequestHandler):
             self.send_header("Content-Length", str(len(body)))
             self.end_headers()
             self.wfile.write(body)
-        except (BrokenPipeError, ConnectionResetError):
+        except OSError:
             self.close_connection = True  # The browser was closed, or asked for another page.
 
 

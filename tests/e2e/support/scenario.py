@@ -1,0 +1,133 @@
+"""What the scenarios share: one session and web site a process, a fresh program for each test."""
+
+import os
+import unittest
+from datetime import datetime, timedelta
+
+from support import processes
+from support.quorrix import Quorrix, make_program_folder
+from support.session import PrivateSession
+from support.site_file import WriteCount, time_of
+from support.waiting import holds_for, wait_until
+from support.web_site import WebSite
+
+# Two names and one dot: a page that every browser can start on and that is never recorded.
+HOME = "http://home.test/"
+SECURE_HOSTS = ("www.secure.example", "shop.secure.example", "www.garden.example")
+
+# How long what must not happen is given to happen: some passes of the tracking loop, and longer
+# than the second in which a stamp would not change.
+LONG_ENOUGH = 2.0
+
+_desk = {}
+
+
+def private_session():
+    """This process's own session; made by the first test that asks and ended with the process."""
+    if not _desk:
+        processes.become_their_keeper()
+        _desk["session"] = PrivateSession()
+        _desk["site"] = WebSite(processes.temporary_folder(), SECURE_HOSTS)
+    return _desk["session"]
+
+
+def web_site():
+    private_session()
+    return _desk["site"]
+
+
+def tell(sentence):
+    """A measured figure, for whoever reads the test's output."""
+    print(f"measured: {sentence}", flush=True)
+
+
+class QuorrixTest(unittest.TestCase):
+    """Speaks in the verbs of the scenarios. Each test has a program folder of its own."""
+
+    accessibility = True
+
+    def setUp(self):
+        self.began = datetime.now().replace(microsecond=0)
+        self.session = private_session()
+        self.site = web_site()
+        self.site.forget_pages()
+        self.session.switch_accessibility(self.accessibility)
+        self.folder = make_program_folder(self.program())
+        self.quorrix = Quorrix(self.session, self.folder)
+        self.addCleanup(self.quorrix.end)
+        self.addCleanup(self.keep_evidence)
+
+    @staticmethod
+    def program():
+        path = os.environ.get("QUORRIX_PROGRAM")
+        if not path:
+            raise RuntimeError("QUORRIX_PROGRAM must name the program's executable")
+        return path
+
+    def keep_evidence(self):
+        """After a failure, leaves a picture of the screen where the build keeps its test output."""
+        result = self._outcome.result
+        failed = [test for test, _ in result.failures + result.errors]
+        folder = os.environ.get("QUORRIX_EVIDENCE")
+        if folder and self in failed:
+            os.makedirs(folder, exist_ok=True)
+            self.session.screen.save_picture(os.path.join(folder, self.id() + ".png"))
+
+    # --- given -----------------------------------------------------------------------------------
+
+    def given_the_program(self):
+        self.quorrix.start_and_wait()
+
+    def given_tracking(self):
+        self.quorrix.start_and_wait()
+        self.quorrix.start_tracking()
+
+    def given_a_browser(self, browser_class, url=HOME):
+        browser = browser_class(self.session, self.site)
+        self.addCleanup(browser.close)
+        browser.start(url)
+        return browser
+
+    def watch_writes(self):
+        writes = WriteCount(self.quorrix.site_file)
+        self.addCleanup(writes.close)
+        return writes
+
+    # --- then ------------------------------------------------------------------------------------
+
+    def wait_for_record(self, address, seconds=1.0):
+        """The record of an address; by default it must come within a second."""
+        wait_until(lambda: self.quorrix.record_of(address),
+                   lambda: f"the record of {address}; there are "
+                           f"{self.quorrix.addresses_and_flags()}", seconds)
+        return self.quorrix.record_of(address)
+
+    def wait_for_write(self, writes, count, seconds=1.0):
+        wait_until(lambda: writes.now() >= count,
+                   lambda: f"write {count} of nodes.dat; there were {writes.now()}", seconds)
+
+    def wait_for_the_next_second(self, address):
+        """Waits until a stamp made now would differ from the one in the record."""
+        stamped = time_of(self.quorrix.record_of(address).stamp)
+        wait_until(lambda: datetime.now() >= stamped + timedelta(seconds=1), "the next second")
+
+    def assert_sites(self, *expected):
+        """The whole file: every record's address and scheme letter, in order of first visit."""
+        self.assertEqual(list(expected), self.quorrix.addresses_and_flags())
+        for record in self.quorrix.records():
+            self.assert_stamped_since(self.began, record)
+
+    def assert_stamped_since(self, began, record):
+        self.assertLessEqual(began, time_of(record.stamp), record.address)
+        self.assertLessEqual(time_of(record.stamp), datetime.now(), record.address)
+
+    def assert_nothing_is_written(self, writes, why, seconds=LONG_ENOUGH):
+        before = writes.now()
+        holds_for(seconds, lambda: writes.now() == before,
+                  lambda: f"{why}; nodes.dat has {self.quorrix.addresses_and_flags()}")
+
+    def assert_tracking_goes_on(self, browser, url, address, flag="N"):
+        """Proves by a visit that what was not recorded before was not for want of tracking."""
+        browser.visit(url)
+        record = self.wait_for_record(address)
+        self.assertEqual(flag, record.flag)

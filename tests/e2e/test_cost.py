@@ -1,0 +1,63 @@
+"""What tracking costs: questions on the bus, milliseconds a pass, and processor time."""
+
+import time
+import unittest
+
+from support import processes
+from support.browsers import Chromium, Firefox
+from support.call_watch import CallWatch
+from support.scenario import QuorrixTest, tell
+from support.waiting import holds_for
+
+WATCHED_SECONDS = 4
+LONG_PAGE = "".join(f"<p>Paragraph {number} of a long page, with <a href='/{number}'>a link</a>.</p>"
+                    for number in range(5000))
+
+
+class CostOfTracking(QuorrixTest):
+    def setUp(self):
+        super().setUp()
+        self.quorrix.start()
+        self.firefox = self.given_a_browser(Firefox)
+        self.chromium = self.given_a_browser(Chromium)
+        self.given_tracking()
+
+    def test_a_pass_costs_the_same_on_a_page_of_5000_paragraphs(self):
+        self.show_everywhere("http://www.garden.example/short.html")
+        short = self.watch_calls("short pages")
+        for browser in (self.firefox, self.chromium):
+            url = f"http://www.garden.example/long-{browser.name}.html"
+            self.site.given_a_page(url, body=LONG_PAGE)
+            browser.visit(url)
+            self.wait_for_record(f"www.garden.example/long-{browser.name}.html")
+        long = self.watch_calls("pages of 5,000 paragraphs")
+        for watch in (short, long):
+            self.assertLessEqual(watch.median_calls(), 10)
+            self.assertLessEqual(watch.median_milliseconds(), 5)
+
+    def test_idle_tracking_takes_less_than_2_percent_of_one_core(self):
+        self.show_everywhere("http://www.garden.example/idle.html")
+        before, began = processes.processor_seconds(self.quorrix.process.pid), time.monotonic()
+        holds_for(WATCHED_SECONDS, self.quorrix.is_running, "the program is running")
+        used = processes.processor_seconds(self.quorrix.process.pid) - before
+        share = used / (time.monotonic() - began) * 100
+        tell(f"idle tracking with two browsers open: {share:.2f} % of one core")
+        self.assertLess(share, 2)
+
+    def show_everywhere(self, url):
+        for browser in (self.firefox, self.chromium):
+            browser.visit(url)
+        self.wait_for_record(url.removeprefix("http://"))
+
+    def watch_calls(self, what):
+        with CallWatch(self.session, self.quorrix) as watch:
+            holds_for(WATCHED_SECONDS, self.quorrix.is_running, "the program is running")
+        self.assertGreater(len(watch.passes), 5)
+        tell(f"two browsers with {what}: {watch.median_calls():g} calls a pass (at most "
+             f"{watch.most_calls()}), {watch.median_milliseconds():.2f} ms, "
+             f"{len(watch.passes)} passes in {WATCHED_SECONDS} s")
+        return watch
+
+
+if __name__ == "__main__":
+    unittest.main()

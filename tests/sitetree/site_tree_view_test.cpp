@@ -1,0 +1,398 @@
+#include "sitetree/site_tree_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QFontMetrics>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <string>
+
+#include "support/qt_printers.h"
+
+namespace quorrix {
+namespace {
+
+class SiteTreeViewTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    tree_.addRoot();
+    view_.resize(400, 300);
+    view_.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view_));
+  }
+
+  void add(std::string_view address) { tree_.addMissingLevels(addressLevels(address), 'N'); }
+
+  void givenTwoHostsWithSubSites() {
+    for (const auto* const address :
+         {"one.two.three/a/b/c", "one.two.three/d", "four.five.six/x/y"}) {
+      add(address);
+    }
+    view_.expandDNSNodes();
+  }
+
+  NodeId node(std::string_view key) const { return tree_.at(key); }
+
+  QModelIndex indexOf(std::string_view key) const {
+    return static_cast<const SiteTreeModel*>(view_.model())->indexOf(node(key));
+  }
+
+  bool isExpanded(std::string_view key) const { return view_.isExpanded(indexOf(key)); }
+
+  // Whether the node's row is on the visible part of the view.
+  bool isOnScreen(std::string_view key) const {
+    const QRect row = view_.visualRect(indexOf(key));
+    return row.isValid() && view_.viewport()->rect().contains(row.center());
+  }
+
+  // The keys of the highlighted rows.
+  QStringList highlighted() const {
+    QStringList keys;
+    for (const QModelIndex& index : view_.selectionModel()->selectedIndexes()) {
+      const auto node = static_cast<NodeId>(index.internalId());
+      keys << QString::fromLatin1(tree_.key(node).data(),
+                                  static_cast<qsizetype>(tree_.key(node).size()));
+    }
+    return keys;
+  }
+
+  void click(Qt::MouseButton button, const QPoint& at, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::mouseClick(view_.viewport(), button, modifiers, at);
+  }
+
+  QPoint placeOf(std::string_view key) { return view_.visualRect(indexOf(key)).center(); }
+
+  QPoint emptyPlace() {
+    const QPoint place(200, 290);
+    EXPECT_FALSE(view_.indexAt(place).isValid());
+    return place;
+  }
+
+  SiteTree tree_;
+  SiteTreeView view_{tree_};
+};
+
+using SiteTreeViewExpandDNSNodes = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewExpandDNSNodes, ShowsTheHostsAndNothingBelowThem) {
+  givenTwoHostsWithSubSites();
+  EXPECT_TRUE(isExpanded("ROOT"));
+  EXPECT_TRUE(isOnScreen("one.two.three"));
+  EXPECT_TRUE(isOnScreen("four.five.six"));
+  EXPECT_FALSE(isExpanded("one.two.three"));
+  EXPECT_FALSE(isExpanded("four.five.six"));
+}
+
+using SiteTreeViewExpandAll = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewExpandAll, OpensEverythingBelowTheNode) {
+  givenTwoHostsWithSubSites();
+  view_.expandAll(node("one.two.three"), false);
+  EXPECT_TRUE(isExpanded("one.two.three"));
+  EXPECT_TRUE(isExpanded("one.two.three/a"));
+  EXPECT_TRUE(isExpanded("one.two.three/a/b"));
+  EXPECT_TRUE(isOnScreen("one.two.three/a/b/c"));
+  EXPECT_FALSE(isExpanded("four.five.six"));
+}
+
+TEST_F(SiteTreeViewExpandAll, OpensTheNodeAloneAfterASearchThatFoundItsAddress) {
+  givenTwoHostsWithSubSites();
+  view_.expandAll(node("one.two.three"), true);
+  EXPECT_TRUE(isExpanded("one.two.three"));
+  EXPECT_FALSE(isExpanded("one.two.three/a"));
+  EXPECT_FALSE(isExpanded("one.two.three/a/b"));
+}
+
+TEST_F(SiteTreeViewExpandAll, LeavesANodeWithoutChildrenAsItIs) {
+  givenTwoHostsWithSubSites();
+  view_.expandAll(node("one.two.three/d"), false);
+  EXPECT_FALSE(isExpanded("one.two.three/d"));
+  EXPECT_FALSE(isExpanded("one.two.three"));
+}
+
+using SiteTreeViewCollapseNode = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewCollapseNode, KeepsSubSitesOpenForTheNextTime) {
+  givenTwoHostsWithSubSites();
+  view_.expandAll(node("one.two.three"), false);
+  view_.collapseNode(node("one.two.three"));
+  EXPECT_FALSE(isExpanded("one.two.three"));
+  EXPECT_FALSE(isOnScreen("one.two.three/a"));
+  QTest::keyClick(&view_, Qt::Key_Home);
+  QTest::keyClick(&view_, Qt::Key_Down);
+  QTest::keyClick(&view_, Qt::Key_Right);
+  EXPECT_TRUE(isExpanded("one.two.three"));
+  EXPECT_TRUE(isExpanded("one.two.three/a"));
+  EXPECT_TRUE(isOnScreen("one.two.three/a/b/c"));
+}
+
+TEST_F(SiteTreeViewCollapseNode, LeavesOtherHostsOpen) {
+  givenTwoHostsWithSubSites();
+  view_.expandAll(node("ROOT"), false);
+  view_.collapseNode(node("one.two.three"));
+  EXPECT_TRUE(isExpanded("four.five.six"));
+  EXPECT_TRUE(isExpanded("ROOT"));
+}
+
+using SiteTreeViewMakeVisible = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewMakeVisible, OpensTheAncestorsAndNotTheNode) {
+  for (const auto* const address : {"one.two.three/a/b/c", "four.five.six/x"}) add(address);
+  view_.makeVisible(node("one.two.three/a/b"));
+  EXPECT_TRUE(isExpanded("ROOT"));
+  EXPECT_TRUE(isExpanded("one.two.three"));
+  EXPECT_TRUE(isExpanded("one.two.three/a"));
+  EXPECT_FALSE(isExpanded("one.two.three/a/b"));
+  EXPECT_FALSE(isExpanded("four.five.six"));
+  EXPECT_TRUE(isOnScreen("one.two.three/a/b"));
+}
+
+TEST_F(SiteTreeViewMakeVisible, ScrollsToTheNode) {
+  for (int i = 0; i < 100; ++i) add("host" + std::to_string(i) + ".two.three/page");
+  view_.expandDNSNodes();
+  ASSERT_FALSE(isOnScreen("host99.two.three"));
+  view_.makeVisible(node("host99.two.three/page"));
+  EXPECT_TRUE(isOnScreen("host99.two.three/page"));
+  view_.makeVisible(node("ROOT"));
+  EXPECT_TRUE(isOnScreen("ROOT"));
+}
+
+using SiteTreeViewFollows = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewFollows, AFirstSubSiteOfAPageThatHadNone) {
+  add("one.two.three/a");
+  view_.makeVisible(node("one.two.three/a"));
+  add("one.two.three/a/b");
+  EXPECT_FALSE(isExpanded("one.two.three/a"));
+  view_.expandAll(node("one.two.three/a"), false);
+  EXPECT_TRUE(isExpanded("one.two.three/a"));
+  EXPECT_TRUE(isOnScreen("one.two.three/a/b"));
+}
+
+TEST_F(SiteTreeViewFollows, AFirstSubSiteThatTheUserOpensByKeyboard) {
+  add("one.two.three");
+  view_.expandDNSNodes();
+  tree_.select(node("one.two.three"));
+  QTest::keyClick(&view_, Qt::Key_Right);
+  ASSERT_EQ(tree_.selected(), node("one.two.three"));
+  add("one.two.three/a");
+  QTest::keyClick(&view_, Qt::Key_Right);
+  EXPECT_TRUE(isExpanded("one.two.three"));
+  EXPECT_TRUE(isOnScreen("one.two.three/a"));
+}
+
+TEST_F(SiteTreeViewFollows, AHostAddedBelowTheOpenRoot) {
+  givenTwoHostsWithSubSites();
+  ASSERT_TRUE(isOnScreen("four.five.six"));
+  add("new.host.example");
+  EXPECT_TRUE(isOnScreen("new.host.example"));
+  EXPECT_EQ(view_.indexBelow(indexOf("four.five.six")), indexOf("new.host.example"));
+}
+
+TEST_F(SiteTreeViewFollows, TheTreesSelection) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  EXPECT_EQ(view_.currentIndex(), indexOf("four.five.six"));
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+}
+
+TEST_F(SiteTreeViewFollows, TheTreesSelectionIntoAClosedHost) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("one.two.three/a/b"));
+  EXPECT_EQ(view_.currentIndex(), indexOf("one.two.three/a/b"));
+}
+
+TEST_F(SiteTreeViewFollows, TheSelectionThatWasThereBeforeIt) {
+  SiteTree tree;
+  tree.addRoot();
+  tree.addMissingLevels(addressLevels("one.two.three"), 'N');
+  tree.select(tree.at("one.two.three"));
+  const SiteTreeView view(tree);
+  EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("one.two.three"));
+  EXPECT_EQ(tree.selected(), tree.at("one.two.three"));
+}
+
+TEST_F(SiteTreeViewFollows, TheSelectionThroughABulkChange) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  {
+    const SiteTree::BulkChange change(tree_);
+    add("new.host.example/a");
+  }
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+  EXPECT_EQ(view_.currentIndex(), indexOf("four.five.six"));
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+}
+
+using SiteTreeViewSelects = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewSelects, TheRootAtFirst) {
+  EXPECT_EQ(view_.currentIndex(), indexOf("ROOT"));
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("ROOT")}));
+}
+
+TEST_F(SiteTreeViewSelects, WhatIsClicked) {
+  givenTwoHostsWithSubSites();
+  click(Qt::LeftButton, placeOf("four.five.six"));
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+  click(Qt::RightButton, placeOf("one.two.three"));
+  EXPECT_EQ(tree_.selected(), node("one.two.three"));
+}
+
+TEST_F(SiteTreeViewSelects, WhatTheArrowKeysReach) {
+  givenTwoHostsWithSubSites();
+  QTest::keyClick(&view_, Qt::Key_Down);
+  EXPECT_EQ(tree_.selected(), node("one.two.three"));
+  QTest::keyClick(&view_, Qt::Key_End);
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+}
+
+TEST_F(SiteTreeViewSelects, TheSameAsBeforeWhenEmptySpaceIsClicked) {
+  givenTwoHostsWithSubSites();
+  click(Qt::LeftButton, placeOf("four.five.six"));
+  click(Qt::LeftButton, emptyPlace());
+  click(Qt::RightButton, emptyPlace());
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+}
+
+// The popup menu acts on the selected node, so there is no moment without one.
+TEST_F(SiteTreeViewSelects, TheSameAsBeforeWhenItIsClickedWithCtrl) {
+  givenTwoHostsWithSubSites();
+  click(Qt::LeftButton, placeOf("four.five.six"));
+  click(Qt::LeftButton, placeOf("four.five.six"), Qt::ControlModifier);
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+  QTest::keyClick(&view_, Qt::Key_Space, Qt::ControlModifier);
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+}
+
+TEST_F(SiteTreeViewSelects, OneNodeAtATime) {
+  givenTwoHostsWithSubSites();
+  click(Qt::LeftButton, placeOf("one.two.three"));
+  click(Qt::LeftButton, placeOf("four.five.six"), Qt::ControlModifier);
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+  click(Qt::LeftButton, placeOf("one.two.three"), Qt::ShiftModifier);
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("one.two.three")}));
+}
+
+class SiteTreeViewMouseUpTest : public SiteTreeViewTest {
+ protected:
+  QList<QVariant> lastMouseUp() const {
+    return mouseUps_.isEmpty() ? QList<QVariant>() : mouseUps_.last();
+  }
+
+  QSignalSpy mouseUps_{&view_, &SiteTreeView::mouseUp};
+};
+
+using SiteTreeViewMouseUp = SiteTreeViewMouseUpTest;
+
+TEST_F(SiteTreeViewMouseUp, ComesOnceForEveryButtonReleased) {
+  click(Qt::LeftButton, QPoint(30, 8));
+  EXPECT_EQ(lastMouseUp(), QList<QVariant>({1, 0, 30, 8}));
+  click(Qt::RightButton, QPoint(31, 9));
+  EXPECT_EQ(lastMouseUp(), QList<QVariant>({2, 0, 31, 9}));
+  click(Qt::MiddleButton, QPoint(32, 10));
+  EXPECT_EQ(lastMouseUp(), QList<QVariant>({4, 0, 32, 10}));
+  EXPECT_EQ(mouseUps_.count(), 3);
+}
+
+TEST_F(SiteTreeViewMouseUp, ComesOnTheReleaseAndNotOnThePress) {
+  QTest::mousePress(view_.viewport(), Qt::RightButton, {}, QPoint(30, 8));
+  EXPECT_EQ(mouseUps_.count(), 0);
+  QTest::mouseRelease(view_.viewport(), Qt::RightButton, {}, QPoint(30, 8));
+  EXPECT_EQ(mouseUps_.count(), 1);
+}
+
+TEST_F(SiteTreeViewMouseUp, ComesOverEmptySpaceToo) {
+  const QPoint place = emptyPlace();
+  click(Qt::LeftButton, place);
+  click(Qt::RightButton, place);
+  EXPECT_EQ(mouseUps_.count(), 2);
+  EXPECT_EQ(lastMouseUp(), QList<QVariant>({2, 0, 200, 290}));
+}
+
+TEST_F(SiteTreeViewMouseUp, ComesWhenTheNodeIsSelectedAlready) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  NodeId selected = kNoNode;
+  QObject::connect(&view_, &SiteTreeView::mouseUp, &view_,
+                   [this, &selected] { selected = tree_.selected(); });
+  click(Qt::RightButton, placeOf("one.two.three"));
+  EXPECT_EQ(selected, node("one.two.three"));
+}
+
+TEST_F(SiteTreeViewMouseUp, TellsWhichKeysWereHeld) {
+  const QPoint place = emptyPlace();
+  click(Qt::RightButton, place, Qt::ShiftModifier);
+  EXPECT_EQ(lastMouseUp().value(1).toInt(), 1);
+  click(Qt::RightButton, place, Qt::ControlModifier);
+  EXPECT_EQ(lastMouseUp().value(1).toInt(), 2);
+  click(Qt::RightButton, place, Qt::AltModifier);
+  EXPECT_EQ(lastMouseUp().value(1).toInt(), 4);
+  click(Qt::RightButton, place, Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(lastMouseUp().value(1).toInt(), 7);
+}
+
+TEST_F(SiteTreeViewMouseUp, TakesTheMenuKeyForTheRightButtonOnTheSelectedRow) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+  QApplication::sendEvent(&view_, &event);
+  ASSERT_EQ(mouseUps_.count(), 1);
+  EXPECT_EQ(lastMouseUp().value(0).toInt(), 2);
+  const QPoint at(lastMouseUp().value(2).toInt(), lastMouseUp().value(3).toInt());
+  EXPECT_EQ(view_.indexAt(at), indexOf("four.five.six"));
+}
+
+// The release has been told already, or will be.
+TEST_F(SiteTreeViewMouseUp, IgnoresTheMousesOwnMenuRequest) {
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(30, 8),
+                          view_.viewport()->mapToGlobal(QPoint(30, 8)));
+  QApplication::sendEvent(view_.viewport(), &event);
+  EXPECT_EQ(mouseUps_.count(), 0);
+}
+
+using SiteTreeViewLabels = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewLabels, CannotBeEdited) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("one.two.three/d"));
+  view_.makeVisible(node("one.two.three/d"));
+  QTest::keyClick(&view_, Qt::Key_F2);
+  click(Qt::LeftButton, placeOf("one.two.three/d"));
+  QTest::mouseDClick(view_.viewport(), Qt::LeftButton, {}, placeOf("one.two.three/d"));
+  QTest::keyClick(&view_, Qt::Key_X);
+  EXPECT_EQ(view_.findChild<QLineEdit*>(), nullptr);
+  EXPECT_EQ(tree_.text(node("one.two.three/d")), "d");
+}
+
+TEST_F(SiteTreeViewLabels, AreScrolledToWhenTheyAreLong) {
+  const std::string segment(280, 'm');
+  ASSERT_EQ(view_.horizontalScrollBar()->maximum(), 0);
+  add("one.two.three/" + segment);
+  view_.expandAll(node("ROOT"), false);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return view_.horizontalScrollBar()->maximum() > 0; }));
+  const int textWidth = view_.fontMetrics().horizontalAdvance(QString(280, QLatin1Char('m')));
+  // The segment is the third level, so at least two indentations stand before it.
+  EXPECT_GE(view_.columnWidth(0), textWidth + 2 * view_.indentation());
+  EXPECT_GE(view_.horizontalScrollBar()->maximum(),
+            textWidth + 2 * view_.indentation() - view_.viewport()->width());
+}
+
+TEST_F(SiteTreeViewLabels, HaveNoHeadingAboveThem) { EXPECT_TRUE(view_.isHeaderHidden()); }
+
+TEST_F(SiteTreeViewLabels, AreReadOutUnderTheNameOfTheView) {
+  EXPECT_EQ(view_.objectName(), QStringLiteral("TreeView"));
+  QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(&view_);
+  ASSERT_NE(spoken, nullptr);
+  EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Recorded sites"));
+}
+
+}  // namespace
+}  // namespace quorrix

@@ -1,0 +1,300 @@
+#include "support/linux/fake_accessible_program.h"
+
+#include <atspi/atspi-constants.h>
+#include <dbus/dbus.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+
+namespace quorrix::test {
+namespace {
+
+// Lines between the test and the program end with this, and fields are apart by a tab.
+constexpr char kEnd = '\n';
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+bool readLine(int channel, std::string& line) {
+  line.clear();
+  for (char c = 0; read(channel, &c, 1) == 1; line += c) {
+    if (c == kEnd) return true;
+  }
+  return false;
+}
+
+void writeLine(int channel, std::string line) {
+  line += kEnd;
+  if (write(channel, line.data(), line.size()) != static_cast<ssize_t>(line.size())) _exit(1);
+}
+
+// The inside of the process.
+class Program {
+ public:
+  Program(const std::string& bus, const std::string& name, int channel) : channel_(channel) {
+    connection_ = dbus_connection_open_private(bus.c_str(), nullptr);
+    if (!connection_ || !dbus_bus_register(connection_, nullptr)) _exit(1);
+    dbus_connection_set_exit_on_disconnect(connection_, FALSE);
+    if (!name.empty()) dbus_bus_request_name(connection_, name.c_str(), 0, nullptr);
+    writeLine(channel_, dbus_bus_get_unique_name(connection_));
+  }
+
+  [[noreturn]] void run() {
+    int socket = -1;
+    dbus_connection_get_unix_fd(connection_, &socket);
+    pollfd sources[] = {{channel_, POLLIN, 0}, {socket, POLLIN, 0}};
+    for (;;) {
+      poll(sources, 2, -1);
+      std::string line;
+      if (sources[0].revents != 0) {
+        if (!readLine(channel_, line)) _exit(0);
+        writeLine(channel_, obey(line));
+      }
+      dbus_connection_read_write(connection_, 0);
+      while (DBusMessage* message = dbus_connection_pop_message(connection_)) {
+        if (dbus_message_get_type(message) == DBUS_MESSAGE_TYPE_METHOD_CALL) answer(message);
+        dbus_message_unref(message);
+      }
+      dbus_connection_flush(connection_);
+      if (!dbus_connection_get_is_connected(connection_)) sources[1].fd = -1;
+    }
+  }
+
+ private:
+  std::string obey(const std::string& line) {
+    const std::vector<std::string> words = split(line + '\t' + '.', '\t');
+    if (words[0] == "set") {
+      FakeObject& object = objects_[words[1]];
+      object.role = static_cast<std::uint32_t>(std::stoul(words[2]));
+      object.states = std::stoull(words[3]);
+      object.name = words[4];
+      object.embeds = words[5];
+      object.addressAttribute = words[6];
+      object.address = words[7];
+      object.text = words[8];
+      object.children = split(words[9], ' ');
+    } else if (words[0] == "remove") {
+      objects_.erase(words[1]);
+    } else if (words[0] == "serve") {
+      busAddress_ = words[1];
+    } else if (words[0] == "switch") {
+      return isSwitchedOn_ ? "on" : "off";
+    } else if (words[0] == "calls") {
+      std::string calls;
+      calls.swap(calls_);
+      return calls;
+    }
+    return {};
+  }
+
+  void answer(DBusMessage* call) {
+    const std::string path = dbus_message_get_path(call);
+    const std::string member = dbus_message_get_member(call);
+    calls_ += path + ' ' + member + '\t';
+    DBusMessage* reply = dbus_message_new_method_return(call);
+    DBusMessageIter out;
+    dbus_message_iter_init_append(reply, &out);
+    const auto object = objects_.find(path);
+    const bool known = path == "/org/a11y/bus" ? answerAsService(call, member, out)
+                                               : object != objects_.end() &&
+                                                     answerAsObject(object->second, member, out);
+    if (!known) {
+      dbus_message_unref(reply);
+      reply = dbus_message_new_error(call, DBUS_ERROR_UNKNOWN_OBJECT, path.c_str());
+    }
+    dbus_connection_send(connection_, reply, nullptr);
+    dbus_message_unref(reply);
+  }
+
+  bool answerAsService(DBusMessage* call, const std::string& member, DBusMessageIter& out) {
+    if (member == "GetAddress") {
+      appendText(out, busAddress_);
+    } else if (member == "Get") {
+      DBusMessageIter variant;
+      const dbus_bool_t value = isSwitchedOn_;
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "b", &variant);
+      dbus_message_iter_append_basic(&variant, DBUS_TYPE_BOOLEAN, &value);
+      dbus_message_iter_close_container(&out, &variant);
+    } else if (member == "Set") {
+      isSwitchedOn_ = dbus_message_has_signature(call, "ssv") != 0;
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  bool answerAsObject(const FakeObject& object, const std::string& member, DBusMessageIter& out) {
+    if (member == "GetChildren") {
+      appendReferences(out, object.children);
+    } else if (member == "GetRole") {
+      dbus_message_iter_append_basic(&out, DBUS_TYPE_UINT32, &object.role);
+    } else if (member == "GetState") {
+      appendStates(out, object.states);
+    } else if (member == "Get") {
+      DBusMessageIter variant;
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "s", &variant);
+      appendText(variant, object.name);
+      dbus_message_iter_close_container(&out, &variant);
+    } else if (member == "GetText") {
+      appendText(out, object.text);
+    } else if (member == "GetRelationSet") {
+      appendRelations(out, object.embeds);
+    } else if (member == "GetAttributes" && !object.addressAttribute.empty()) {
+      appendAttributes(out, object);
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  static void appendText(DBusMessageIter& out, const std::string& text) {
+    const char* value = text.c_str();
+    dbus_message_iter_append_basic(&out, DBUS_TYPE_STRING, &value);
+  }
+
+  void appendReferences(DBusMessageIter& out, const std::vector<std::string>& references) {
+    DBusMessageIter list;
+    dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "(so)", &list);
+    for (const std::string& reference : references) {
+      const std::size_t slash = reference.find('/');
+      const std::string peer =
+          slash == 0 ? dbus_bus_get_unique_name(connection_) : reference.substr(0, slash);
+      const std::string path = reference.substr(slash);
+      const char* pathText = path.c_str();
+      DBusMessageIter pair;
+      dbus_message_iter_open_container(&list, DBUS_TYPE_STRUCT, nullptr, &pair);
+      appendText(pair, peer);
+      dbus_message_iter_append_basic(&pair, DBUS_TYPE_OBJECT_PATH, &pathText);
+      dbus_message_iter_close_container(&list, &pair);
+    }
+    dbus_message_iter_close_container(&out, &list);
+  }
+
+  static void appendStates(DBusMessageIter& out, std::uint64_t states) {
+    DBusMessageIter list;
+    dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "u", &list);
+    for (const unsigned shift : {0U, 32U}) {
+      const auto word = static_cast<dbus_uint32_t>(states >> shift);
+      dbus_message_iter_append_basic(&list, DBUS_TYPE_UINT32, &word);
+    }
+    dbus_message_iter_close_container(&out, &list);
+  }
+
+  void appendRelations(DBusMessageIter& out, const std::string& embeds) {
+    DBusMessageIter list;
+    dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "(ua(so))", &list);
+    if (!embeds.empty()) {
+      const dbus_uint32_t type = ATSPI_RELATION_EMBEDS;
+      DBusMessageIter relation;
+      dbus_message_iter_open_container(&list, DBUS_TYPE_STRUCT, nullptr, &relation);
+      dbus_message_iter_append_basic(&relation, DBUS_TYPE_UINT32, &type);
+      appendReferences(relation, {embeds});
+      dbus_message_iter_close_container(&list, &relation);
+    }
+    dbus_message_iter_close_container(&out, &list);
+  }
+
+  static void appendAttributes(DBusMessageIter& out, const FakeObject& object) {
+    DBusMessageIter list;
+    dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "{ss}", &list);
+    const std::pair<std::string, std::string> attributes[] = {
+        {"MimeType", "text/html"}, {object.addressAttribute, object.address}};
+    for (const auto& [name, value] : attributes) {
+      DBusMessageIter entry;
+      dbus_message_iter_open_container(&list, DBUS_TYPE_DICT_ENTRY, nullptr, &entry);
+      appendText(entry, name);
+      appendText(entry, value);
+      dbus_message_iter_close_container(&list, &entry);
+    }
+    dbus_message_iter_close_container(&out, &list);
+  }
+
+  int channel_;
+  DBusConnection* connection_ = nullptr;
+  std::map<std::string, FakeObject> objects_;
+  std::string calls_;
+  std::string busAddress_;
+  bool isSwitchedOn_ = false;
+};
+
+}  // namespace
+
+FakeAccessibleProgram::FakeAccessibleProgram(const std::string& busAddress,
+                                             const std::string& wellKnownName) {
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+    throw std::runtime_error("no socket pair");
+  }
+  process_ = fork();
+  if (process_ == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    close(ends[0]);
+    Program(busAddress, wellKnownName, ends[1]).run();
+  }
+  close(ends[1]);
+  channel_ = ends[0];
+  if (!readLine(channel_, uniqueName_)) throw std::runtime_error("the program did not start");
+}
+
+FakeAccessibleProgram::~FakeAccessibleProgram() {
+  kill();
+  close(channel_);
+}
+
+void FakeAccessibleProgram::set(const std::string& path, const FakeObject& object) {
+  std::ostringstream line;
+  line << "set\t" << path << '\t' << object.role << '\t' << object.states << '\t' << object.name
+       << '\t' << object.embeds << '\t' << object.addressAttribute << '\t' << object.address << '\t'
+       << object.text << '\t';
+  for (const std::string& child : object.children) line << child << ' ';
+  static_cast<void>(command(line.str()));
+}
+
+void FakeAccessibleProgram::remove(const std::string& path) {
+  static_cast<void>(command("remove\t" + path));
+}
+
+std::vector<std::string> FakeAccessibleProgram::takeCalls() {
+  return split(command("calls"), '\t');
+}
+
+void FakeAccessibleProgram::serveBusAddress(const std::string& address) {
+  static_cast<void>(command("serve\t" + address));
+}
+
+bool FakeAccessibleProgram::isSwitchedOn() { return command("switch") == "on"; }
+
+void FakeAccessibleProgram::freeze() {
+  ::kill(process_, SIGSTOP);
+  waitpid(process_, nullptr, WUNTRACED);
+}
+
+void FakeAccessibleProgram::thaw() { ::kill(process_, SIGCONT); }
+
+void FakeAccessibleProgram::kill() {
+  if (process_ <= 0) return;
+  ::kill(process_, SIGKILL);
+  waitpid(process_, nullptr, 0);
+  process_ = -1;
+}
+
+std::string FakeAccessibleProgram::command(const std::string& line) {
+  writeLine(channel_, line);
+  std::string reply;
+  if (!readLine(channel_, reply)) throw std::runtime_error("the program is gone");
+  return reply;
+}
+
+}  // namespace quorrix::test

@@ -1,0 +1,62 @@
+// A program with accessible objects, described by the test: a browser, the registry
+// that lists the programs, or the session's accessibility service. It is a process
+// of its own, so that it can be frozen and killed as a real one.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quorrix::test {
+
+struct FakeObject {
+  std::uint32_t role = 0;
+  std::uint64_t states = 0;
+  std::string name;
+  std::string embeds;            // path of the target of its EMBEDS relation, or empty
+  std::string addressAttribute;  // "DocURL" or "URI"; empty for no document
+  std::string address;
+  std::string text;
+  // Paths in the same program, or "bus name" + path for another one's.
+  std::vector<std::string> children;
+};
+
+class FakeAccessibleProgram {
+ public:
+  static constexpr const char* kRoot = "/org/a11y/atspi/accessible/root";
+
+  // Is on the bus when the constructor returns, under `wellKnownName` if given.
+  explicit FakeAccessibleProgram(const std::string& busAddress,
+                                 const std::string& wellKnownName = "");
+  ~FakeAccessibleProgram();
+  FakeAccessibleProgram(const FakeAccessibleProgram&) = delete;
+  FakeAccessibleProgram& operator=(const FakeAccessibleProgram&) = delete;
+
+  [[nodiscard]] const std::string& uniqueName() const { return uniqueName_; }
+
+  // Each returns once it has taken effect.
+  void set(const std::string& path, const FakeObject& object);
+  void remove(const std::string& path);
+
+  // The calls received since the last time, as "path member".
+  [[nodiscard]] std::vector<std::string> takeCalls();
+
+  // As org.a11y.Bus: the answer to GetAddress, and the state of the switch.
+  void serveBusAddress(const std::string& address);
+  [[nodiscard]] bool isSwitchedOn();
+
+  void freeze();
+  void thaw();
+  void kill();
+
+ private:
+  [[nodiscard]] std::string command(const std::string& line);
+
+  pid_t process_ = -1;
+  int channel_ = -1;
+  std::string uniqueName_;
+};
+
+}  // namespace quorrix::test
