@@ -13,9 +13,9 @@ constexpr std::size_t kLongest = 120;
 
 // Twelve folders a level: pages of a site share folders near its top, as they
 // do on real sites, and have them to themselves further down.
-constexpr std::array<std::string_view, 12> kFolders{
-    "news",    "articles", "products", "en",    "archive", "2024",
-    "gallery", "support",  "user",     "forum", "docs",    "category"};
+constexpr std::array<std::string_view, 12> kFolders{"news",    "articles", "products", "en",
+                                                    "archive", "2024",     "gallery",  "support",
+                                                    "user",    "forum",    "docs",     "category"};
 constexpr std::array<std::string_view, 4> kEndings{".com", ".org", ".net", ".info"};
 
 // 22 to 23 characters.

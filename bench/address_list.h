@@ -18,7 +18,8 @@ class AddressList {
   void growTo(std::size_t count);
 
   [[nodiscard]] std::string_view operator[](std::size_t index) const {
-    return std::string_view(characters_).substr(starts_[index], starts_[index + 1] - starts_[index]);
+    return std::string_view(characters_)
+        .substr(starts_[index], starts_[index + 1] - starts_[index]);
   }
 
   // The length of the first `count` addresses together.

@@ -33,9 +33,9 @@ constexpr std::array kAims{
     Aim{"Expanding the root over 100,000 hosts, ms", "view/expand_root/100000", "", 200, ""},
 };
 
-constexpr std::array<std::string_view, 5> kVisitors{
-    "visit/site_file_synced", "visit/sqlite_wal_full", "visit/limit_write_and_sync",
-    "visit/site_file_unsynced", "visit/sqlite_wal_off"};
+constexpr std::array<std::string_view, 6> kVisitors{
+    "visit/site_file_synced",     "visit/site_file_first",    "visit/sqlite_wal_full",
+    "visit/limit_write_and_sync", "visit/site_file_unsynced", "visit/sqlite_wal_off"};
 
 std::optional<double> valueOf(const Medians& medians, std::string_view name,
                               std::string_view counter) {
@@ -56,13 +56,13 @@ void printAims(std::ostream& out, const Medians& medians) {
     const auto bound =
         aim.peer.empty() ? std::optional(aim.bound) : valueOf(medians, aim.peer, aim.counter);
     if (!measured || !bound) continue;
-    out << "  " << std::left << std::setw(62) << aim.what << std::right << std::setw(8)
-        << *measured << (*measured < *bound ? "  met     " : "  MISSED  ") << "below "
-        << *bound << '\n';
+    out << "  " << std::left << std::setw(62) << aim.what << std::right << std::setw(8) << *measured
+        << (*measured < *bound ? "  met     " : "  MISSED  ") << "below " << *bound << '\n';
   }
 }
 
 void printGrowth(std::ostream& out, const Medians& medians) {
+  if (!valueOf(medians, "visit/site_file_synced/10000", "")) return;
   out << "\nA visit, microseconds at 10,000, 100,000 and 1,000,000 records" << std::fixed
       << std::setprecision(0) << '\n';
   for (const std::string_view visitor : kVisitors) {

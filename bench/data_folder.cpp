@@ -73,8 +73,9 @@ std::string storageUnder(const std::filesystem::path& folder) {
       std::to_string(major(status.st_dev)) + ":" + std::to_string(minor(status.st_dev));
   const Mount mount = mountOf(device);
   if (mount.type == "tmpfs" || mount.type == "ramfs") {
-    return mount.type + ", which is MEMORY: the synced figures mean nothing here, set "
-                        "QUORRIX_BENCH_DIR to a folder on a disk";
+    return mount.type +
+           ", which is MEMORY: the synced figures mean nothing here, set "
+           "QUORRIX_BENCH_DIR to a folder on a disk";
   }
   return mount.type + " on " + mount.source + kindOfDisk(device);
 }

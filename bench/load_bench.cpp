@@ -66,9 +66,8 @@ void loadSqliteTable(benchmark::State& state, BenchData& data, std::size_t count
     tree.addRoot();
     const SiteTree::BulkChange change(tree);
     tree.reserve(static_cast<std::size_t>(table.rowCount()));
-    table.scan([&tree](std::string_view address, char flag) {
-      addRecordToTree(tree, address, flag);
-    });
+    table.scan(
+        [&tree](std::string_view address, char flag) { addRecordToTree(tree, address, flag); });
   });
 }
 

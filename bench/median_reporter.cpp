@@ -1,6 +1,11 @@
 #include "median_reporter.h"
 
+#include <unistd.h>
+
 namespace quorrix::bench {
+
+MedianReporter::MedianReporter()
+    : ConsoleReporter(::isatty(STDOUT_FILENO) == 1 ? OO_ColorTabular : OO_Tabular) {}
 
 void MedianReporter::ReportRuns(const std::vector<Run>& runs) {
   std::vector<Run> shown;
@@ -8,7 +13,6 @@ void MedianReporter::ReportRuns(const std::vector<Run>& runs) {
     if (run.error_occurred) shown.push_back(run);
     if (run.aggregate_name != "median") continue;
     shown.push_back(run);
-    // An aggregate's time is a sum over as many iterations as there are repetitions.
     const double seconds =
         run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
     Median& median = medians_[run.run_name.function_name];

@@ -19,6 +19,9 @@ using Medians = std::map<std::string, Median>;  // by "family/who/size"
 
 class MedianReporter final : public benchmark::ConsoleReporter {
  public:
+  // In colour on a terminal.
+  MedianReporter();
+
   void ReportRuns(const std::vector<Run>& runs) override;
 
   [[nodiscard]] const Medians& medians() const { return medians_; }

@@ -73,8 +73,8 @@ void SqliteSiteTable::execute(const char* sql) {
 
 SqliteSiteTable::Statement SqliteSiteTable::prepare(const char* sql) {
   sqlite3_stmt* statement = nullptr;
-  check(sqlite3_prepare_v3(database_.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement,
-                           nullptr));
+  check(
+      sqlite3_prepare_v3(database_.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr));
   return Statement(statement);
 }
 

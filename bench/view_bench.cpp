@@ -65,18 +65,17 @@ using Fill = void (*)(SiteTree&, BenchData&);
 template <typename Expand>
 void registerOne(const std::string& name, BenchData& data, Fill fill, Expand expand,
                  const std::shared_ptr<std::unique_ptr<OffscreenApplication>>& application) {
-  benchmark::RegisterBenchmark(nameOf(name, kNodes).c_str(),
-                               [&data, fill, expand, application](benchmark::State& state) {
-                                 if (!*application) {
-                                   *application = std::make_unique<OffscreenApplication>();
-                                 }
-                                 SiteTree tree;
-                                 tree.addRoot();
-                                 fill(tree, data);
-                                 measureExpanding(state, tree, [&](SiteTreeView& view) {
-                                   expand(view, tree.root());
-                                 });
-                               })
+  benchmark::RegisterBenchmark(
+      nameOf(name, kNodes).c_str(),
+      [&data, fill, expand, application](benchmark::State& state) {
+        if (!*application) {
+          *application = std::make_unique<OffscreenApplication>();
+        }
+        SiteTree tree;
+        tree.addRoot();
+        fill(tree, data);
+        measureExpanding(state, tree, [&](SiteTreeView& view) { expand(view, tree.root()); });
+      })
       ->Unit(benchmark::kMillisecond)
       ->UseManualTime()
       ->Repetitions(kRepetitions)

@@ -6,6 +6,8 @@
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
+  // Form tests need no display, and none of their windows shall show on the user's.
+  qputenv("QT_QPA_PLATFORM", "offscreen");
   // Windows that a test closes must not end the program under the next test.
   QApplication::setQuitOnLastWindowClosed(false);
   const QApplication application(argc, argv);

@@ -76,6 +76,10 @@ class Reader {
 
 AccessibleId registryRoot() { return {ATSPI_DBUS_NAME_REGISTRY, ATSPI_DBUS_PATH_ROOT}; }
 
+Message greetingCall(const AccessibleId& program) {
+  return methodCall(program, ATSPI_DBUS_INTERFACE_APPLICATION, "GetApplicationBusAddress");
+}
+
 Message childrenCall(const AccessibleId& object) { return accessibleCall(object, "GetChildren"); }
 Message roleCall(const AccessibleId& object) { return accessibleCall(object, "GetRole"); }
 Message stateCall(const AccessibleId& object) { return accessibleCall(object, "GetState"); }

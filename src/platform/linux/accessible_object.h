@@ -24,6 +24,8 @@ struct AccessibleId {
 // The object whose children are the programs on the bus.
 [[nodiscard]] AccessibleId registryRoot();
 
+// Makes the asker a client of the program whose root `program` is.
+[[nodiscard]] Message greetingCall(const AccessibleId& program);
 [[nodiscard]] Message childrenCall(const AccessibleId& object);
 [[nodiscard]] Message roleCall(const AccessibleId& object);
 [[nodiscard]] Message nameCall(const AccessibleId& object);

@@ -104,18 +104,22 @@ void WindowList::vetNewPrograms(const Deadline& deadline) {
   }
 }
 
+// Asks for the windows, and greets the program first, whose answer is of no use: a
+// Chromium to which nobody has introduced himself never says that a window is active.
 void WindowList::listNewPrograms(const Deadline& deadline) {
   std::vector<Message> calls;
   std::vector<Program*> asked;
   for (auto& [name, program] : programs_) {
     if (!program.isVetted || program.isOurs || program.isListed) continue;
+    calls.push_back(greetingCall(program.root));
     calls.push_back(childrenCall(program.root));
     asked.push_back(&program);
   }
   const std::vector<Answer> answers = bus_.ask(calls, deadline);
   for (std::size_t i = 0; i < asked.size(); ++i) {
-    if (answers[i].outcome != Answer::Outcome::Late) asked[i]->isListed = true;
-    const auto children = childrenIn(answers[i].message, kMostWindowsOfAProgram);
+    const Answer& list = answers[2 * i + 1];
+    asked[i]->isListed = list.outcome != Answer::Outcome::Late;
+    const auto children = childrenIn(list.message, kMostWindowsOfAProgram);
     if (children) takeWindows(*asked[i], *children);
   }
 }
@@ -123,10 +127,6 @@ void WindowList::listNewPrograms(const Deadline& deadline) {
 // Looks at new windows, and in a thorough pass again at those which the scan has
 // not read: they may have been given another title or been chosen since. Browsers
 // keep popups without a title, which may turn into windows later.
-//
-// Each look asks for the window's relations as well and ignores the answer: a
-// Chromium that has never been asked for any does not say which of its windows is
-// active, and so would never come to the front.
 void WindowList::lookAtWindows(const Deadline& deadline) {
   std::vector<Message> calls;
   std::vector<AccessibleId> known;
@@ -136,23 +136,21 @@ void WindowList::lookAtWindows(const Deadline& deadline) {
     known.push_back(window.id);
     calls.push_back(nameCall(window.id));
     calls.push_back(stateCall(window.id));
-    calls.push_back(relationsCall(window.id));
   }
   for (const AccessibleId& id : newcomers_) {
     calls.push_back(roleCall(id));
     calls.push_back(nameCall(id));
     calls.push_back(stateCall(id));
-    calls.push_back(relationsCall(id));
   }
   const std::vector<Answer> answers = bus_.ask(calls, deadline);
   std::size_t next = 0;
   for (const AccessibleId& id : known) {
     takeLook(id, nullptr, answers[next], answers[next + 1]);
-    next += 3;
+    next += 2;
   }
   for (const AccessibleId& id : newcomers_) {
     takeLook(id, &answers[next], answers[next + 1], answers[next + 2]);
-    next += 4;
+    next += 3;
   }
 }
 

@@ -102,6 +102,9 @@ MainForm::MainForm(const Parts& parts)
   treeView_->setFocus();
 }
 
+// Child widgets outlive the members, and the view lets go of the tree only at its own end.
+MainForm::~MainForm() { delete treeView_; }
+
 bool MainForm::Form_Load() {
   const bool isLoaded = guarded(*this, parts_.messageBox, FailureFamily::StartUp, [this] {
     showSplashScreen();

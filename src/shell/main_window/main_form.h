@@ -36,6 +36,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   };
 
   explicit MainForm(const Parts& parts);
+  ~MainForm() override;
 
   // The start-up: splash screen, window, wait dialog, data. False when it
   // failed; then the message was shown and the window is gone.

@@ -209,6 +209,10 @@ class Firefox(Browser):
     def normal_options(self):
         return ["--profile", self.profile]
 
+    def environment(self):
+        # The reporter takes a killed Firefox for a crashed one and opens a window about it.
+        return {"MOZ_CRASHREPORTER_DISABLE": "1"}
+
 
 class Chromium(Browser):
     name = "Chromium"

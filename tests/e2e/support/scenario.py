@@ -55,7 +55,6 @@ class QuorrixTest(unittest.TestCase):
         self.folder = make_program_folder(self.program())
         self.quorrix = Quorrix(self.session, self.folder)
         self.addCleanup(self.quorrix.end)
-        self.addCleanup(self.keep_evidence)
 
     @staticmethod
     def program():
@@ -64,8 +63,8 @@ class QuorrixTest(unittest.TestCase):
             raise RuntimeError("QUORRIX_PROGRAM must name the program's executable")
         return path
 
-    def keep_evidence(self):
-        """After a failure, leaves a picture of the screen where the build keeps its test output."""
+    def tearDown(self):
+        """After a failure, leaves a picture of the screen in the folder named for that."""
         result = self._outcome.result
         failed = [test for test, _ in result.failures + result.errors]
         folder = os.environ.get("QUORRIX_EVIDENCE")

@@ -3,12 +3,14 @@
 // has the windows that a test gives it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
 #include <QWindow>
-#include <string>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "shell/main_window/main_form.h"

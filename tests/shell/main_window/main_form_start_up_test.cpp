@@ -251,6 +251,17 @@ TEST(MainFormStartUp, EndsTheProgramWhenTheSiteFileIsReadOnly) {
   expectStartUpToEndWith(stage, "Path/file access error. Ending program.");
 }
 
+TEST(MainFormStartUp, UnloadsOnceWhenItsWindowIsClosedUnderTheMessage) {
+  MainFormStage stage;
+  stage.memory.givenAFolder("/Quorrix");
+  QSignalSpy unloaded(&stage.form, &MainForm::unloaded);
+  stage.messageBox.expect("Error. Ending program.76", MessageBoxStyle::Critical,
+                          MessageBoxButton::Ok, [&stage] { stage.form.close(); });
+  EXPECT_FALSE(stage.form.Form_Load());
+  EXPECT_EQ(unloaded.count(), 1);
+  EXPECT_FALSE(stage.form.isVisible());
+}
+
 // Closes the program in the given pause of the start-up and expects that nothing follows.
 void expectToEndQuietlyWhenClosedInPause(int pauseOfClosing) {
   MainFormStage stage;

@@ -56,9 +56,8 @@ TEST(MainMenu, EnablesWhatTheProgramCanDo) {
   for (const auto* const name : {"FileStartTrack", "FileStopTrack", "FileExit"}) {
     EXPECT_TRUE(stage.action(name)->isEnabled()) << name;
   }
-  for (const auto* const name :
-       {"FileSearch", "FileDelete", "FileClear", "FileArchive", "FileLoadArchive",
-        "FileDeleteArchive", "HelpHelp", "HelpAbout"}) {
+  for (const auto* const name : {"FileSearch", "FileDelete", "FileClear", "FileArchive",
+                                 "FileLoadArchive", "FileDeleteArchive", "HelpHelp", "HelpAbout"}) {
     EXPECT_FALSE(stage.action(name)->isEnabled()) << name;
   }
   for (const auto* const name : {"FileMenu", "FileArchiveTop", "HelpMenu"}) {

@@ -20,6 +20,8 @@ namespace {
 // Lines between the test and the program end with this, and fields are apart by a tab.
 constexpr char kEnd = '\n';
 
+constexpr std::uint64_t kActive = std::uint64_t{1} << ATSPI_STATE_ACTIVE;
+
 std::vector<std::string> split(const std::string& text, char separator) {
   std::vector<std::string> parts;
   std::istringstream stream(text);
@@ -136,12 +138,15 @@ class Program {
   }
 
   bool answerAsObject(const FakeObject& object, const std::string& member, DBusMessageIter& out) {
-    if (member == "GetChildren") {
+    if (member == "GetApplicationBusAddress") {
+      isGreeted_ = true;
+      appendText(out, busAddress_);
+    } else if (member == "GetChildren") {
       appendReferences(out, object.children);
     } else if (member == "GetRole") {
       dbus_message_iter_append_basic(&out, DBUS_TYPE_UINT32, &object.role);
     } else if (member == "GetState") {
-      appendStates(out, object.states);
+      appendStates(out, isGreeted_ ? object.states : object.states & ~kActive);
     } else if (member == "Get") {
       DBusMessageIter variant;
       dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "s", &variant);
@@ -227,6 +232,7 @@ class Program {
   std::string calls_;
   std::string busAddress_;
   bool isSwitchedOn_ = false;
+  bool isGreeted_ = false;
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 // A program with accessible objects, described by the test: a browser, the registry
 // that lists the programs, or the session's accessibility service. It is a process
-// of its own, so that it can be frozen and killed as a real one.
+// of its own, so that it can be frozen and killed as a real one. Like Chromium, it
+// says that a window is active only to a client that has greeted it.
 #pragma once
 
 #include <sys/types.h>
