@@ -3,7 +3,6 @@
 import os
 import unittest
 
-from support import processes
 from support.quorrix import READY, STOPPED, TRACKING
 from support.scenario import QuorrixTest
 from support.waiting import holds_for, wait_until
@@ -13,15 +12,9 @@ RECORD_TWO = b"news.harbour.example" + b" " * 280 + b"S" + b"11/3/25 1:00:00 PM~
 
 
 class StartAndEnd(QuorrixTest):
-    def setUp(self):
-        super().setUp()
-        self.session.accessibility_address()
-        self.others = processes.children_of(os.getpid())
-
     def assert_ends_cleanly(self, status):
         self.assertEqual(status, self.quorrix.exit_status())
-        wait_until(lambda: processes.children_of(os.getpid()) == self.others,
-                   "no process to be left running")
+        self.assertEqual([], self.quorrix.processes())
 
     def path(self, *names):
         return os.path.join(self.folder, *names)
@@ -69,6 +62,7 @@ class StartAndEnd(QuorrixTest):
         self.quorrix.start()
         self.assertEqual("Unable to find file. Ending program.", self.quorrix.wait_for_message())
         self.assertEqual("Quorrix", self.quorrix.message_title())
+        self.assertIn(self.quorrix.process.pid, self.quorrix.processes())
         self.quorrix.confirm_message()
         self.assert_ends_cleanly(1)
 
@@ -78,6 +72,7 @@ class StartAndEnd(QuorrixTest):
         os.rmdir(self.path("Data"))
         self.quorrix.start()
         self.assertEqual("Error. Ending program.76", self.quorrix.wait_for_message())
+        self.assertIn(self.quorrix.process.pid, self.quorrix.processes())
         self.quorrix.confirm_message()
         self.assert_ends_cleanly(1)
         self.assertFalse(os.path.exists(self.path("Data")))

@@ -18,8 +18,8 @@ TEST(AppPaths, AddNoSecondSeparatorBehindAFolderThatEndsInOne) {
 }
 
 TEST(AppPaths, KeepBlanksAndLettersBeyondAsciiAsTheyAre) {
-  EXPECT_EQ(AppPaths("/home/Zo\xc3\xab/My Programs").appPath("Quorrix.hlp").generic_string(),
-            "/home/Zo\xc3\xab/My Programs/Quorrix.hlp");
+  EXPECT_EQ(AppPaths(u8"/home/Zo\u00eb/My Programs").appPath("Quorrix.hlp").generic_u8string(),
+            u8"/home/Zo\u00eb/My Programs/Quorrix.hlp");
 }
 
 }  // namespace

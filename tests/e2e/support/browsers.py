@@ -9,7 +9,7 @@ import os
 import signal
 
 from support import processes
-from support.waiting import wait_until
+from support.waiting import TimedOut, wait_until
 from support.web_site import title_of
 
 
@@ -82,10 +82,21 @@ class Browser:
         self.wait_until_it_shows(shows or url)
 
     def ask_for(self, url):
-        """Types an address and presses Return, and does not wait for the page."""
-        self.type_address(url)
-        # Delete removes what the browser has added behind the typed text from its history.
-        self.screen.press("Delete", "Return")
+        """Types an address and presses Return, and does not wait for the page's answer."""
+        asked_before = self.site.times_asked(url)
+
+        def ask():
+            self.type_address(url)
+            # Delete removes what the browser has added behind the typed text from its history.
+            self.screen.press("Delete", "Return")
+            try:
+                return wait_until(lambda: self.site.times_asked(url) > asked_before, url, 3)
+            except TimedOut:
+                return False
+
+        # A browser that has just started may take the keyboard away again while it gets ready;
+        # a user then types once more.
+        wait_until(ask, lambda: f"{self.name} to ask for {url}", 10)
 
     def type_address(self, text):
         self.use()
@@ -138,20 +149,15 @@ class Browser:
         return [window.number for window in self.screen.windows_of(self.family())]
 
     def _wait_for_new_window(self, before, url):
-        """The window that was not there before, once its first page has been fetched.
-
-        Its title says nothing yet: Firefox leaves a window's first page out of it.
-        """
         def new_window():
             for window in self.screen.windows_of(self.family()):
-                if window.number not in before and window.title:
+                if window.number not in before and window.title.startswith(title_of(url) + " "):
                     return window
             return None
 
         self.window = wait_until(
             new_window, lambda: f"{self.name} to open a window for {url}; it has "
             f"{[window.title for window in self.screen.windows_of(self.family())]}", 40)
-        wait_until(lambda: self.site.times_asked(url), f"{self.name} to fetch {url}", 20)
         self._shown = title_of(url)
         return self.window
 

@@ -66,6 +66,20 @@ def children_of(process_id):
     return found
 
 
+def with_environment(name, value):
+    """Our descendants that were started with that variable."""
+    wanted = f"{name}={value}".encode()
+    found = []
+    for process_id in children_of(os.getpid()):
+        try:
+            with open(f"/proc/{process_id}/environ", "rb") as file:
+                if wanted in file.read().split(b"\0"):
+                    found.append(process_id)
+        except OSError:
+            continue  # It ended, or is about to.
+    return found
+
+
 def _stat(process_id):
     """State, parent and what follows them in /proc/PID/stat; None for a process that is gone."""
     try:

@@ -19,6 +19,9 @@ READY = "Right click site address for site menu."
 TRACKING = "Tracking websites."
 STOPPED = "Tracking websites stopped."
 
+# In the environment of the program, and so of every process that it starts.
+MARK = "STARTED_BY_PROGRAM_IN"
+
 
 def make_program_folder(program):
     """A fresh copy of the installed folder: the program, empty data files, no archive loaded."""
@@ -45,20 +48,23 @@ class Quorrix:
         self.process = None
         self.bus = None
         self._application = None
+        self._is_ready = False
 
     # --- life ------------------------------------------------------------------------------------
 
     def start(self):
         self.process = self.session.start(
             [os.path.join(self.folder, "Quorrix")], log="quorrix.log",
-            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **{MARK: self.folder})
 
     def start_and_wait(self):
         """Starts the program if need be, and waits until its start-up windows have come and gone."""
         if self.process is None:
             self.start()
-        wait_until(lambda: self.shows_text(READY), self._state, 20)
-        wait_until(lambda: len(self.windows()) == 1, "the wait window to close")
+        if not self._is_ready:
+            wait_until(lambda: self.shows_text(READY), self._state, 20)
+            wait_until(lambda: len(self.windows()) == 1, "the wait window to close")
+            self._is_ready = True
 
     def close_window(self):
         self.main_window().close()
@@ -70,6 +76,10 @@ class Quorrix:
 
     def is_running(self):
         return self.process.poll() is None
+
+    def processes(self):
+        """Ids of the program's process and of all that it has started, however far away by now."""
+        return processes.with_environment(MARK, self.folder)
 
     def end(self):
         if self.process:
@@ -188,8 +198,7 @@ class Quorrix:
 
     def _message_box(self):
         for window in self.application().children():
-            if window.role in ("alert", "dialog") and window.has_state(STATE_SHOWING) \
-                    and window.find("push button"):
+            if window.role == "alert message" and window.has_state(STATE_SHOWING):
                 return window
         return None
 

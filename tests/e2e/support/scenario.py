@@ -85,6 +85,9 @@ class QuorrixTest(unittest.TestCase):
         browser = browser_class(self.session, self.site)
         self.addCleanup(browser.close)
         browser.start(url)
+        if self.quorrix.process:
+            # Its main window takes the keyboard when it opens, which no browser should lose then.
+            self.quorrix.start_and_wait()
         return browser
 
     def watch_writes(self):

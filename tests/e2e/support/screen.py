@@ -160,8 +160,8 @@ class Screen:
                        stdout=subprocess.DEVNULL)
 
     def save_picture(self, path, window=None):
-        part = str(window.number) if window else "root"
-        subprocess.run(["import", "-window", part, path], env=self.environment, check=True,
+        part = ["-frame", "-window", str(window.number)] if window else ["-window", "root"]
+        subprocess.run(["import", *part, path], env=self.environment, check=True,
                        timeout=20)
 
 
