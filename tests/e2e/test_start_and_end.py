@@ -77,7 +77,7 @@ class StartAndEnd(QuorrixTest):
         self.assert_ends_cleanly(1)
         self.assertFalse(os.path.exists(self.path("Data")))
 
-    # --- tracking with nothing to track --------------------------------------------------------------
+    # --- tracking with nothing to track ----------------------------------------------------------
 
     def test_tracking_without_a_browser_says_that_it_tracks_and_records_nothing(self):
         self.given_the_program()

@@ -129,7 +129,7 @@ class VisitScenarios:
         self.assert_sites(("www.garden.example/one.html", "N"),
                           ("www.garden.example/two.html", "N"))
 
-    def test_a_reload_stamps_the_page_once(self):
+    def test_a_slow_reload_stamps_the_page_when_it_is_over(self):
         browser = self.given_a_browser(self.browser_class)
         self.given_tracking()
         browser.visit("http://news.harbour.example/other.html")
@@ -138,7 +138,6 @@ class VisitScenarios:
         browser.visit(url)
         before = self.wait_for_record("www.garden.example/again.html")
         self.wait_for_the_next_second("www.garden.example/again.html")
-        # Slow enough for the program to see that the page is being loaded.
         slow = self.site.given_a_slow_page(url)
         writes = self.watch_writes()
 
@@ -153,6 +152,23 @@ class VisitScenarios:
         self.assertEqual(other, self.quorrix.record_of("news.harbour.example/other.html"))
         self.assert_sites(("news.harbour.example/other.html", "N"),
                           ("www.garden.example/again.html", "N"))
+
+    def test_a_reload_that_is_over_at_once_stamps_the_page_once(self):
+        browser = self.given_a_browser(self.browser_class)
+        self.given_tracking()
+        url = "http://www.garden.example/again.html"
+        browser.visit(url)
+        self.wait_for_record("www.garden.example/again.html")
+        writes = self.watch_writes()
+        for count in (1, 2):
+            self.wait_for_the_next_second("www.garden.example/again.html")
+            before = self.quorrix.record_of("www.garden.example/again.html")
+            browser.reload(url)
+            self.wait_for_write(writes, count)
+            self.assert_nothing_is_written(writes, "one reload is one record written")
+            after = self.quorrix.record_of("www.garden.example/again.html")
+            self.assertLess(time_of(before.stamp), time_of(after.stamp))
+        self.assert_sites(("www.garden.example/again.html", "N"))
 
     def test_an_address_that_a_script_pushes_is_recorded(self):
         browser = self.given_a_browser(self.browser_class)
@@ -187,7 +203,7 @@ class VisitScenarios:
         self.assert_sites(("www.garden.example/earlier.html", "N"),
                           ("news.harbour.example/later.html", "N"))
 
-    # --- what is not recorded ----------------------------------------------------------------------
+    # --- what is not recorded --------------------------------------------------------------------
 
     def test_a_half_typed_address_is_not_recorded(self):
         browser = self.given_a_browser(self.browser_class)
@@ -258,7 +274,7 @@ class VisitScenarios:
                                      "www.garden.example/page.html")
         self.assert_sites(("www.garden.example/page.html", "N"))
 
-    # --- a browser that goes away --------------------------------------------------------------------
+    # --- a browser that goes away ----------------------------------------------------------------
 
     def test_tracking_goes_on_when_the_browser_is_closed_and_started_again(self):
         browser = self.given_a_browser(self.browser_class)
@@ -285,7 +301,7 @@ class VisitScenarios:
         with ResponseWatch(self.quorrix.main_window()) as watch:
             browser.stop_all()
             self.assert_nothing_is_written(self.watch_writes(), "a stopped browser shows nothing",
-                                           seconds=4)
+                                           seconds=3)
             browser.continue_all()
             self.assert_tracking_goes_on(browser, "http://www.garden.example/after.html",
                                          "www.garden.example/after.html")

@@ -25,7 +25,7 @@ std::string sessionBusAddress() {
   const std::string path = std::string(folder) + "/bus";
   char* escaped = dbus_address_escape_value(path.c_str());
   if (!escaped) throw std::bad_alloc();
-  const std::string address = std::string("unix:path=") + escaped;
+  std::string address = std::string("unix:path=") + escaped;
   dbus_free(escaped);
   return address;
 }

@@ -20,7 +20,7 @@ Presented BrowserPresentation::present(const std::string& frame,
     if (isWebAddress(reading->address)) page.address = reading->address;
   }
   if (reading->bar && !page.address.empty()) settleBar(page, *reading->bar);
-  const Presented presented{page.address, isVisit(page)};
+  Presented presented{page.address, isVisit(page)};
   last_ = page;
   return presented;
 }

@@ -10,8 +10,7 @@ from support.session import connect
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"
-RELATION_EMBEDS = 13
-STATE_BUSY, STATE_FOCUSED, STATE_SHOWING = 3, 12, 25
+STATE_SHOWING = 25
 
 
 class AccessibilityBus:
@@ -87,21 +86,9 @@ class Accessible:
     def children(self):
         return [Accessible(self.bus, owner, path) for owner, path in self._ask("GetChildren")[0]]
 
-    def attributes(self):
-        return self._ask("GetAttributes")[0]
-
     def has_state(self, state):
         low, high = self._ask("GetState")[0]
         return bool((high << 32 | low) >> state & 1)
-
-    def targets_of(self, relation):
-        for kind, targets in self._ask("GetRelationSet")[0]:
-            if kind == relation:
-                return [Accessible(self.bus, owner, path) for owner, path in targets]
-        return []
-
-    def text(self):
-        return self._ask("GetText", GLib.Variant("(ii)", (0, -1)), "org.a11y.atspi.Text")[0]
 
     def extents(self):
         """Left, top, width and height on the screen."""

@@ -41,9 +41,6 @@ class CallWatch:
         self._monitor.wait()
         self.passes = self._group(self._messages())
 
-    def calls(self):
-        return sum(one.calls for one in self.passes)
-
     def median_calls(self):
         return median(one.calls for one in self.passes)
 
@@ -55,7 +52,8 @@ class CallWatch:
 
     def _lines(self):
         with open(self._file, encoding="utf-8", errors="replace") as file:
-            return [line.rstrip("\n").split("\t") for line in file if line.startswith(("mc", "mr", "err"))]
+            return [line.rstrip("\n").split("\t") for line in file
+                    if line.startswith(("mc", "mr", "err"))]
 
     def _messages(self):
         """(kind, time) of every question that the program asked and every answer that it got.

@@ -58,7 +58,7 @@ class Quorrix:
             QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **{MARK: self.folder})
 
     def start_and_wait(self):
-        """Starts the program if need be, and waits until its start-up windows have come and gone."""
+        """Starts the program if need be, and waits until its start-up windows are gone."""
         if self.process is None:
             self.start()
         if not self._is_ready:
@@ -93,7 +93,7 @@ class Quorrix:
                    f"{self.session.log('quorrix.log')[-2000:]}"
         return f"the program to be ready; windows {[w.title for w in self.windows()]}"
 
-    # --- windows, as the display has them ----------------------------------------------------------
+    # --- windows, as the display has them --------------------------------------------------------
 
     def windows(self):
         return self.session.screen.windows_of([self.process.pid])
@@ -107,7 +107,7 @@ class Quorrix:
     def caption(self):
         return self.main_window().title
 
-    # --- controls, as the accessibility bus has them -----------------------------------------------
+    # --- controls, as the accessibility bus has them ---------------------------------------------
 
     def application(self):
         """The program's object on the bus; waits until the program has registered itself."""
@@ -202,7 +202,7 @@ class Quorrix:
                 return window
         return None
 
-    # --- data --------------------------------------------------------------------------------------
+    # --- data ------------------------------------------------------------------------------------
 
     @property
     def data_folder(self):

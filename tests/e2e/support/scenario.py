@@ -17,7 +17,7 @@ SECURE_HOSTS = ("www.secure.example", "shop.secure.example", "www.garden.example
 
 # How long what must not happen is given to happen: some passes of the tracking loop, and longer
 # than the second in which a stamp would not change.
-LONG_ENOUGH = 2.0
+LONG_ENOUGH = 1.5
 
 _desk = {}
 

@@ -5,7 +5,6 @@ bus is stopped or gone.
 """
 
 import ctypes
-import os
 import select
 import subprocess
 import threading
@@ -119,9 +118,6 @@ class Window:
         """What the close box does: the window is asked to close, and may still refuse."""
         connection = self.screen.connection
         connection.send_message(connection.root, self.number, "_NET_CLOSE_WINDOW", [0, 2])
-
-    def is_open(self):
-        return self.number in self.screen.window_numbers()
 
     def click(self, x, y, button=1):
         self.screen.command("mousemove", "--window", str(self.number), str(x), str(y),

@@ -55,7 +55,7 @@ class PrivateSession:
         with open(os.path.join(self.folder, name), encoding="utf-8", errors="replace") as file:
             return file.read()
 
-    # --- accessibility ------------------------------------------------------------------------
+    # --- accessibility ---------------------------------------------------------------------------
 
     def accessibility_address(self):
         """Address of the accessibility bus, which this question starts when it is not there."""
@@ -90,7 +90,7 @@ class PrivateSession:
         return self.bus.call_sync("org.a11y.Bus", "/org/a11y/bus", interface, method, arguments,
                                   None, Gio.DBusCallFlags.NONE, 10000, None)
 
-    # --- parts ---------------------------------------------------------------------------------
+    # --- parts -----------------------------------------------------------------------------------
 
     def _make_folder(self, name):
         folder = os.path.join(self.folder, name)

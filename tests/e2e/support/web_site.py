@@ -51,7 +51,7 @@ class WebSite:
             self._special.clear()
             self._asked.clear()
 
-    # --- what a test may put at an address ------------------------------------------------------
+    # --- what a test may put at an address -------------------------------------------------------
 
     def given_a_page(self, url, body="", script=""):
         self._special[_place(url)] = plain_page(title_of(url), body, script)
@@ -64,7 +64,7 @@ class WebSite:
         page = self._special[_place(url)] = SlowPage(plain_page(title_of(url)))
         return page
 
-    # --- the server's side ----------------------------------------------------------------------
+    # --- the server's side -----------------------------------------------------------------------
 
     def page_at(self, host, path):
         with self._lock:
