@@ -561,6 +561,16 @@ TEST_F(CrowdedTrackingLoopTest, SaysThatThereIsTooMuchDataAndRecordsNothing) {
   EXPECT_EQ(display_.nodesMadeVisible().size(), 1U);
 }
 
+TEST_F(CrowdedTrackingLoopTest, HasFoundNothingWhenTheTreeCannotBeSearched) {
+  visit("http://one.two.three/a");
+  visit("http://one.two.three/a");
+  EXPECT_TRUE(loop_.addressFound());
+  addRecordToTree(tree_, "four.five.six", 'N');
+  messageBox_.expect(kTooMuchData, MessageBoxStyle::Critical);
+  visit("http://one.two.three/a");
+  EXPECT_FALSE(loop_.addressFound());
+}
+
 TEST_F(CrowdedTrackingLoopTest, GoesOnTrackingAfterTheMessage) {
   visit("http://one.two.three/a/b");
   const int before = windows_.enumerations();
