@@ -8,12 +8,15 @@
 namespace quorrix {
 namespace {
 
+// A file's length can promise more records than it has: it may be one large hole.
+constexpr std::uint64_t kMostNodesReserved = 1'000'000;
+
 void addRecordOrPassItOver(SiteTree& tree, std::span<const char> record) {
   try {
     const auto address = fieldText(fieldOf(record, site_record::kSiteAddress));
     if (address.empty()) return;
     addRecordToTree(tree, address, fieldOf(record, site_record::kProtocolFlag).front());
-  } catch (const Failure&) {
+  } catch (...) {
     // One bad record must not cost the user the sites behind it.
   }
 }
@@ -32,7 +35,7 @@ void SiteFile::readSiteFile(SiteTree& tree) {
   FixedRecordFile file = openSiteFile();
   const SiteTree::BulkChange change(tree);
   const std::uint64_t count = file.recordCount();
-  tree.reserve(static_cast<std::size_t>(count));
+  tree.reserve(static_cast<std::size_t>(std::min(count, kMostNodesReserved)));
   file.scan(count, FixedRecordFile::ReadFailures::SkipRecord,
             [&tree](std::uint64_t, std::span<const char> record) {
               addRecordOrPassItOver(tree, record);

@@ -108,7 +108,7 @@ NodeId SiteTree::add(NodeId parent, std::string_view key, std::size_t textStart,
 }
 
 std::string_view SiteTree::keep(std::string_view address) {
-  if (address.size() > freeInBlock_) {
+  if (blocks_.empty() || address.size() > freeInBlock_) {
     const std::size_t size = std::max(kBlockSize, address.size());
     blocks_.push_back(std::make_unique<char[]>(size));
     freeInBlock_ = size;

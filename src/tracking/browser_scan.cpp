@@ -13,7 +13,9 @@ constexpr std::size_t kClassBufferSize = 256;
 constexpr std::string_view kClassicName = "Netscape";
 
 // How the titles of today's browsers end: behind the page's title, or alone
-// when there is none. The dash of one of them is an em dash (0x97).
+// when there is none. The dash of one of them is an em dash (0x97). A name
+// belongs here only when the titles of that browser's private windows are known
+// to end otherwise.
 struct BrowserName {
   std::string_view separator;
   std::string_view name;
@@ -24,15 +26,16 @@ constexpr BrowserName kBrowserNames[] = {
     {" - ", "Mozilla Firefox"},
     {" - ", "Chromium"},
     {" - ", "Google Chrome"},
-    {" - ", "Brave"},
-    {" - ", "Opera"},
-    {" - ", "Vivaldi"},
 };
 
 bool endsWithName(std::string_view title, const BrowserName& browser) {
   if (!title.ends_with(browser.name)) return false;
   title.remove_suffix(browser.name.size());
   return title.empty() || title.ends_with(browser.separator);
+}
+
+bool hasName(std::string_view title, const BrowserName& browser) {
+  return title.find(browser.name) != std::string_view::npos;
 }
 
 std::string className(WindowSystem& windows, WindowHandle window, std::size_t bufferSize) {
@@ -58,9 +61,14 @@ bool showsVisit(std::string_view statusText) {
 }  // namespace
 
 bool isBrowserTitle(std::string_view title) {
-  return title.starts_with(kClassicName) || title.ends_with(kClassicName) ||
-         std::any_of(std::begin(kBrowserNames), std::end(kBrowserNames),
-                     [title](const BrowserName& browser) { return endsWithName(title, browser); });
+  const auto isTrueOfAny = [title](bool (*test)(std::string_view, const BrowserName&)) {
+    return std::any_of(std::begin(kBrowserNames), std::end(kBrowserNames),
+                       [&](const BrowserName& browser) { return test(title, browser); });
+  };
+  if (title.ends_with(kClassicName) || isTrueOfAny(endsWithName)) return true;
+  // Today's browsers begin their titles with the page's, which may begin with
+  // anything, also in a private window.
+  return title.starts_with(kClassicName) && !isTrueOfAny(hasName);
 }
 
 void scanBrowserWindows(WindowSystem& windows, BrowserReading& reading) {
