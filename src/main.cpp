@@ -3,8 +3,10 @@
 #include <QApplication>
 #include <QMetaObject>
 
+#include "platform/failure.h"
 #include "platform/program_folder.h"
 #include "platform/system_clock.h"
+#include "shell/failure_messages.h"
 #include "shell/main_window/desktop_platform.h"
 #include "shell/main_window/main_form.h"
 #include "shell/qt_event_pump.h"
@@ -50,7 +52,16 @@ int main(int argc, char* argv[]) {
   RealWindowSystem windows(clock);
   quorrix::QtEventPump events;
   quorrix::QtMessageBox messageBox;
-  quorrix::MainForm form({.paths = quorrix::AppPaths(quorrix::programFolder()),
+  quorrix::Path folder;
+  try {
+    folder = quorrix::programFolder();
+  } catch (...) {
+    messageBox.show(
+        quorrix::failureMessage(quorrix::FailureFamily::StartUp, quorrix::currentFailureNumber()),
+        quorrix::MessageBoxStyle::Critical);
+    return 1;
+  }
+  quorrix::MainForm form({.paths = quorrix::AppPaths(folder),
                           .files = files,
                           .clock = clock,
                           .events = events,

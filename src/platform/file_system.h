@@ -48,7 +48,7 @@ class FileSystem {
 
   // Opens for reading and writing and creates a missing file, private to the
   // user. 75 for a folder, a read-only file (also for root), and a file that
-  // another program keeps locked for longer than two seconds.
+  // another program keeps locked for longer than kLockPatience.
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) = 0;
 
   // The bytes before the first line end (LF, CR or both); empty for an empty file.

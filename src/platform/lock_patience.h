@@ -1,6 +1,7 @@
 // How long opening a file waits for another program to unlock it. A record file
 // is locked for the few milliseconds of one operation, so a lock that outlasts
-// this is not going to end while the user watches. Both file systems use it.
+// this is not going to end soon, and the window must not freeze for longer. Both file systems use
+// it.
 #pragma once
 
 #include <chrono>
@@ -8,7 +9,7 @@
 
 namespace quorrix {
 
-inline constexpr std::chrono::milliseconds kLockPatience{2000};
+inline constexpr std::chrono::milliseconds kLockPatience{400};
 inline constexpr std::chrono::milliseconds kLockRetryPause{10};
 
 // Calls `attempt` until it returns true, at least once and with a brief pause

@@ -28,10 +28,9 @@ constexpr Sentence kReasons[] = {
     {kPathNotFound, "Path not found."},      {kInvalidFileFormat, "Invalid file format."},
 };
 
-// The reasons that a family does not tell apart although the table words them.
-// Only archiving and loading fill disks.
-constexpr int kAllButDiskFull[] = {kDiskFull};
-constexpr int kAllButDiskFullAndPath[] = {kDiskFull, kPathNotFound};
+// The reasons of that table that a family does not tell apart.
+constexpr int kUntoldDiskFull[] = {kDiskFull};
+constexpr int kUntoldDiskFullAndPath[] = {kDiskFull, kPathNotFound};
 
 constexpr Sentence kReasonsOfCreatingAnArchive[] = {
     {kOutOfMemory, "Not enough memory available."},
@@ -130,29 +129,29 @@ constexpr FamilyRow kFamilies[] = {
     {FailureFamily::StartUp, "", kStartUpSentences, "Error. Ending program."},
     {FailureFamily::Tracking, "", kTrackingSentences, "Error. Stopping tracking."},
     {FailureFamily::DeleteSites, "", kDeleteSentences, "Error. Stopping delete."},
-    {FailureFamily::SaveNotes, "Unable to save notes. ", kReasons, kUnknownError, kAllButDiskFull},
+    {FailureFamily::SaveNotes, "Unable to save notes. ", kReasons, kUnknownError, kUntoldDiskFull},
     {FailureFamily::DeleteNotes, "Unable to delete notes. ", kReasons, kUnknownError,
-     kAllButDiskFull},
+     kUntoldDiskFull},
     {FailureFamily::OpenNotes, "Unable to open Notes window. ", kReasons, kUnknownError,
-     kAllButDiskFull},
+     kUntoldDiskFull},
     {FailureFamily::SaveUserIDPassword, "Unable to save user ID and password. ", kReasons,
-     kUnknownError, kAllButDiskFull},
+     kUnknownError, kUntoldDiskFull},
     {FailureFamily::DeleteUserIDPassword, "Unable to delete user ID and password. ", kReasons,
-     kUnknownError, kAllButDiskFull},
+     kUnknownError, kUntoldDiskFull},
     {FailureFamily::OpenUserIDPassword, "Unable to open User ID, Password window. ", kReasons,
-     kUnknownError, kAllButDiskFull},
+     kUnknownError, kUntoldDiskFull},
     {FailureFamily::SavePurchase, "Unable to save purchase information. ", kReasons, kUnknownError,
-     kAllButDiskFull},
+     kUntoldDiskFull},
     {FailureFamily::DeletePurchase, "Unable to delete purchase information. ", kReasons,
-     kUnknownError, kAllButDiskFull},
+     kUnknownError, kUntoldDiskFull},
     {FailureFamily::OpenNewPurchase, "Unable to open New Purchase window. ", kReasons,
-     kUnknownError, kAllButDiskFull},
+     kUnknownError, kUntoldDiskFull},
     {FailureFamily::OpenPurchases, "Unable to open Purchases window. ", kReasons, kUnknownError,
-     kAllButDiskFull},
+     kUntoldDiskFull},
     {FailureFamily::ArchiveSites, "Unable to archive sites. ", kReasons, kUnknownError},
     {FailureFamily::LoadArchive, "Unable to load archive. ", kReasons, kUnknownError},
     {FailureFamily::DeleteArchive, "Unable to delete archive. ", kReasons, kUnknownError,
-     kAllButDiskFullAndPath},
+     kUntoldDiskFullAndPath},
     {FailureFamily::CreateArchive, "Unable to create new archive. ", kReasonsOfCreatingAnArchive,
      kUnknownError},
     {FailureFamily::OpenArchiveSites, "", kOpenArchiveSitesSentences,

@@ -44,7 +44,9 @@ MessageBoxButton QtMessageBox::show(std::string_view text, MessageBoxStyle style
   box.setStandardButtons(row.hasCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok);
   box.setDefaultButton(row.hasCancel ? QMessageBox::Cancel : QMessageBox::Ok);
   box.setWindowFlag(Qt::WindowStaysOnTopHint, row.staysOnTop);
-  return box.exec() == QMessageBox::Cancel ? MessageBoxButton::Cancel : MessageBoxButton::Ok;
+  // When the program ends meanwhile there is no answer, and only OK goes on.
+  const bool isOk = box.exec() == QMessageBox::Ok;
+  return isOk || !row.hasCancel ? MessageBoxButton::Ok : MessageBoxButton::Cancel;
 }
 
 }  // namespace quorrix

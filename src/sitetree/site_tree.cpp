@@ -91,6 +91,7 @@ NodeId SiteTree::find(std::string_view key, std::uint32_t hash) const {
 
 NodeId SiteTree::add(NodeId parent, std::string_view key, std::size_t textStart,
                      std::uint32_t hash) {
+  makeRoom(parent);
   const auto node = static_cast<NodeId>(nodes_.size());
   const std::size_t row = parent == kNoNode ? 0 : childCount(parent);
   if (observer_ != nullptr) observer_->nodeWillBeAdded(parent, row);
@@ -105,6 +106,18 @@ NodeId SiteTree::add(NodeId parent, std::string_view key, std::size_t textStart,
   index_.insert(hash, node);
   if (observer_ != nullptr) observer_->nodeWasAdded(node);
   return node;
+}
+
+// Whatever needs memory comes first: a node is added whole or not at all, and
+// the observer never hears of one that then does not come.
+void SiteTree::makeRoom(NodeId parent) {
+  const auto growByOne = [](auto& items) {
+    if (items.size() < items.capacity()) return;
+    items.reserve(std::max<std::size_t>(4, 2 * items.size()));
+  };
+  growByOne(nodes_);
+  if (parent != kNoNode) growByOne(nodes_[parent].children);
+  index_.reserve(nodes_.size() + 1);
 }
 
 std::string_view SiteTree::keep(std::string_view address) {

@@ -110,6 +110,7 @@ class SiteTree {
 
   [[nodiscard]] NodeId find(std::string_view key, std::uint32_t hash) const;
   NodeId add(NodeId parent, std::string_view key, std::size_t textStart, std::uint32_t hash);
+  void makeRoom(NodeId parent);
   [[nodiscard]] std::string_view keep(std::string_view address);
 
   std::vector<Node> nodes_;  // the root is the first

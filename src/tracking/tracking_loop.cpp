@@ -98,7 +98,7 @@ void TrackingLoop::findNodeByKey(std::string_view key) {
 
 void TrackingLoop::tagAncestors(NodeId node, char flag) {
   SiteTree& tree = parts_.tree;
-  for (NodeId above = tree.parent(node); tree.text(above) != kRootText;
+  for (NodeId above = tree.parent(node); above != kNoNode && tree.text(above) != kRootText;
        above = tree.parent(above)) {
     tree.setTag(above, flag);
   }

@@ -48,7 +48,6 @@ class AccessibilityBus {
   // Makes the session's programs accessible, in this pass or a later one, and
   // again whenever the bus comes back.
   void switchAccessibilityOn();
-  [[nodiscard]] bool isAccessibilitySwitchedOn() const { return service_.isSwitchedOn(); }
 
   // Since the program began.
   [[nodiscard]] std::uint64_t callsSent() const { return callsSent_; }

@@ -71,7 +71,11 @@ AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock)
             }),
       reader_(bus_) {}
 
-void AccessibleWindowSystem::prepareForTracking() { bus_.switchAccessibilityOn(); }
+// What the browser shows now is a visit again, whenever it can first be read.
+void AccessibleWindowSystem::prepareForTracking() {
+  presentation_ = BrowserPresentation();
+  bus_.switchAccessibilityOn();
+}
 
 void AccessibleWindowSystem::EnumWindows(const std::function<bool(WindowHandle)>& callback) {
   beginPass();

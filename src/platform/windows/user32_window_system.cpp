@@ -109,7 +109,7 @@ std::size_t User32WindowSystem::SendMessageA(WindowHandle window, WindowMessage 
   if (::SendMessageTimeoutW(toHwnd(window), static_cast<UINT>(message), wide.size(),
                             wantsText ? reinterpret_cast<LPARAM>(wide.data()) : 0,
                             SMTO_NORMAL | SMTO_ABORTIFHUNG | SMTO_ERRORONEXIT,
-                            static_cast<UINT>(kAnswerLimit.count()), &answer) == 0) {
+                            static_cast<UINT>(answerLimit_.count()), &answer) == 0) {
     silentThread_ = thread;
     return 0;
   }

@@ -16,6 +16,9 @@ class User32WindowSystem final : public WindowSystem {
   // still meanwhile.
   static constexpr std::chrono::milliseconds kAnswerLimit{200};
 
+  explicit User32WindowSystem(std::chrono::milliseconds answerLimit = kAnswerLimit)
+      : answerLimit_(answerLimit) {}
+
   void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
 
   // The title as the system keeps it: the window is not asked, so a browser that
@@ -26,7 +29,7 @@ class User32WindowSystem final : public WindowSystem {
   [[nodiscard]] WindowHandle GetParent(WindowHandle window) override;
   [[nodiscard]] WindowHandle GetWindow(WindowHandle window, WindowRelation relation) override;
 
-  // A window that has let kAnswerLimit pass is not asked again before the next
+  // A window that has let the limit pass is not asked again before the next
   // enumeration, nor are the others of its thread: a scan waits at most once for
   // a browser that hangs. The system copies the text of another program's window;
   // a window of another thread of this program writes into the buffer itself, so it
@@ -35,6 +38,7 @@ class User32WindowSystem final : public WindowSystem {
                            std::span<char> buffer) override;
 
  private:
+  std::chrono::milliseconds answerLimit_;
   unsigned long silentThread_ = 0;
 };
 

@@ -90,8 +90,8 @@ MainForm::MainForm(const Parts& parts)
   setStatusBar(statusBar_);
 
   SitePopupMenu::Handlers handlers;
-  handlers.PopUpShowAll_Click = [this] { PopUpShowAll_Click(); };
-  handlers.PopUpHideAll_Click = [this] { PopUpHideAll_Click(); };
+  handlers.PopUpShowAll_Click = onPopupSite(&MainForm::PopUpShowAll_Click);
+  handlers.PopUpHideAll_Click = onPopupSite(&MainForm::PopUpHideAll_Click);
   popupMenu_ = new SitePopupMenu(handlers, this);
   connect(treeView_, &SiteTreeView::mouseUp, this, &MainForm::TreeView_MouseUp);
 
@@ -172,10 +172,20 @@ void MainForm::PopUpShowAll_Click() {
 
 void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree_.selected()); }
 
+// While the menu is open tracking goes on and may select the site just visited;
+// an entry acts on the one that the user opened the menu for.
+std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
+  return [this, handler] {
+    if (popupSite_ != kNoNode) tree_.select(popupSite_);
+    (this->*handler)();
+  };
+}
+
 void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {
   setCaption();
   if (button != mouse_button::kRight) return;
-  popupMenu_->setSiteSelected(tree_.selected() != tree_.root());
+  popupSite_ = tree_.selected();
+  popupMenu_->setSiteSelected(popupSite_ != tree_.root());
   popupMenu_->popup(treeView_->viewport()->mapToGlobal(QPoint(x, y)));
 }
 

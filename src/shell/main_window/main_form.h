@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <chrono>
+#include <functional>
 
 #include "platform/clock.h"
 #include "platform/event_pump.h"
@@ -71,6 +72,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void layOut();
   void Form_Unload();
   void setCaption();
+  [[nodiscard]] std::function<void()> onPopupSite(void (MainForm::*handler)());
 
   void showTrackingStatus(std::string_view text) override;
   void makeVisible(NodeId node) override;
@@ -83,6 +85,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   SiteTreeView* treeView_;
   TwoPanelStatusBar* statusBar_;
   SitePopupMenu* popupMenu_;
+  NodeId popupSite_ = kNoNode;  // selected when the popup menu was opened
   bool isUnloaded_ = false;
 };
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/windows/user32_window_system.h"
+#include "support/eventually.h"
 #include "support/windows/test_browser_window.h"
 #include "tracking/browser_scan.h"
 
@@ -54,13 +55,16 @@ class BrowserWindowTest : public testing::Test {
     return found;
   }
 
-  BrowserReading scan() {
+  BrowserReading scan() { return scan(windows_); }
+
+  static BrowserReading scan(WindowSystem& windows) {
     BrowserReading reading;
-    scanBrowserWindows(windows_, reading);
+    scanBrowserWindows(windows, reading);
     return reading;
   }
 
-  User32WindowSystem windows_;
+  // Patient, so that a busy machine is not taken for a browser that hangs.
+  User32WindowSystem windows_{20s};
   TestBrowserWindow browser_{L"A page - Netscape"};
 };
 
@@ -217,23 +221,24 @@ INSTANTIATE_TEST_SUITE_P(Rest, StatusBarText,
                                          StatusCase{L" Connect: host", false}));
 
 TEST_F(BrowserWindowScan, DoesNotHangWithTheBrowser) {
+  User32WindowSystem windows;
   browser_.typeAddress(L"http://one.two.three");
   browser_.hangs();
   const auto start = std::chrono::steady_clock::now();
-  const BrowserReading reading = scan();
+  const BrowserReading reading = scan(windows);
   EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
   EXPECT_EQ(reading.webAddress, "");
   EXPECT_FALSE(reading.haveValidAddress);
   EXPECT_EQ(titleOf(browser_.frame()), "A page - Netscape");
 }
 
-TEST_F(BrowserWindowScan, AsksABrowserThatHungAgainInTheNextPass) {
-  const auto hung = std::make_unique<TestBrowserWindow>(L"Hung - Netscape");
-  hung->hangs();
-  EXPECT_EQ(scan().webAddress, "");
-  hung->wakesUp();
-  hung->typeAddress(L"http://one.two.three");
-  EXPECT_EQ(scan().webAddress, "http://one.two.three");
+TEST_F(BrowserWindowScan, AsksABrowserThatHungAgainInALaterPass) {
+  User32WindowSystem windows;
+  browser_.typeAddress(L"http://one.two.three");
+  browser_.hangs();
+  EXPECT_EQ(scan(windows).webAddress, "");
+  browser_.wakesUp();
+  EXPECT_TRUE(test::eventually([&] { return scan(windows).webAddress == "http://one.two.three"; }));
 }
 
 }  // namespace

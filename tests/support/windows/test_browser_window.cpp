@@ -82,13 +82,14 @@ void TestBrowserWindow::live(const std::wstring& title, std::promise<void>& read
 
 void TestBrowserWindow::createControls(const std::wstring& title) {
   registerFrameClass();
-  frame_ = createWindow(kFrameClass, title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, kNoWindow);
+  frame_ = createWindow(kFrameClass, title, WS_OVERLAPPEDWINDOW, kNoWindow);
   const WindowHandle bar =
       createWindow(L"Static", L"the bar around the address box", WS_CHILD | WS_VISIBLE, frame_);
   combo_ = createWindow(L"ComboBox", L"", WS_CHILD | WS_VISIBLE | CBS_DROPDOWN, bar);
   edit_ = reinterpret_cast<WindowHandle>(::GetWindow(toHwnd(combo_), GW_CHILD));
   status_ = createWindow(STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE, frame_);
-  ::SetWindowPos(toHwnd(frame_), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  ::SetWindowPos(toHwnd(frame_), HWND_TOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void TestBrowserWindow::runThere(const std::function<void()>& operation) {

@@ -1,6 +1,9 @@
 // A window that looks to user32 like a browser's: a title, an address box that is
 // the edit of a real combo box, and a real status bar. It lives on a thread of its
 // own, so that whoever reads it sends messages across threads, as with a browser.
+//
+// It is never shown. Nothing that the scan asks depends on that, and two threads
+// that paint text at once can lock each other out for good in Wine 8.
 #pragma once
 
 #include <functional>
@@ -14,7 +17,7 @@ namespace quorrix::test {
 
 class TestBrowserWindow {
  public:
-  // Returns once the window is on the screen, in front of every other one.
+  // Returns once the window is there, in front of every other one.
   explicit TestBrowserWindow(const std::wstring& title);
   ~TestBrowserWindow();
   TestBrowserWindow(const TestBrowserWindow&) = delete;
