@@ -34,7 +34,7 @@ constexpr std::array kAims{
 };
 
 constexpr std::array<std::string_view, 6> kVisitors{
-    "visit/site_file_synced",     "visit/site_file_first",    "visit/sqlite_wal_full",
+    "visit/site_file_synced",     "visit/site_file_searched", "visit/sqlite_wal_full",
     "visit/limit_write_and_sync", "visit/site_file_unsynced", "visit/sqlite_wal_off"};
 
 std::optional<double> valueOf(const Medians& medians, std::string_view name,

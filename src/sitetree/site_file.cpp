@@ -8,14 +8,22 @@
 namespace quorrix {
 namespace {
 
-// A file's length can promise more records than it has: it may be one large hole.
-constexpr std::uint64_t kMostNodesReserved = 1'000'000;
+// A record brings about two nodes. A file's length can promise more records than
+// it has, when it is one large hole.
+constexpr std::uint64_t kNodesPerRecord = 2;
+constexpr std::uint64_t kMostNodesReserved = 4'000'000;
 
-void addRecordOrPassItOver(SiteTree& tree, std::span<const char> record) {
+bool holdsAddress(std::span<const char> record, std::string_view siteAddress) {
+  return fieldHolds(fieldOf(record, site_record::kSiteAddress), siteAddress);
+}
+
+void addRecordOrPassItOver(SiteTree& tree, std::uint64_t number, std::span<const char> record) {
   try {
     const auto address = fieldText(fieldOf(record, site_record::kSiteAddress));
     if (address.empty()) return;
-    addRecordToTree(tree, address, fieldOf(record, site_record::kProtocolFlag).front());
+    const NodeId node =
+        addRecordToTree(tree, address, fieldOf(record, site_record::kProtocolFlag).front());
+    if (tree.recordNumber(node) == 0) tree.setRecordNumber(node, number);
   } catch (...) {
     // One bad record must not cost the user the sites behind it.
   }
@@ -35,38 +43,48 @@ void SiteFile::readSiteFile(SiteTree& tree) {
   FixedRecordFile file = openSiteFile();
   const SiteTree::BulkChange change(tree);
   const std::uint64_t count = file.recordCount();
-  tree.reserve(static_cast<std::size_t>(std::min(count, kMostNodesReserved)));
+  tree.reserve(static_cast<std::size_t>(std::min(kNodesPerRecord * count, kMostNodesReserved)));
   file.scan(count, FixedRecordFile::ReadFailures::SkipRecord,
-            [&tree](std::uint64_t, std::span<const char> record) {
-              addRecordOrPassItOver(tree, record);
+            [&tree](std::uint64_t number, std::span<const char> record) {
+              addRecordOrPassItOver(tree, number, record);
               return true;
             });
 }
 
-void SiteFile::updateSiteRecord(std::string_view siteAddress, char protocolFlag) {
+std::uint64_t SiteFile::updateSiteRecord(std::string_view siteAddress, char protocolFlag,
+                                         std::uint64_t likelyNumber) {
   FixedRecordFile file = openSiteFile();
+  const std::uint64_t last = file.recordsBegun();
   std::uint64_t found = 0;
   SiteRecord updated;
-  file.scan(file.recordsBegun(), FixedRecordFile::ReadFailures::Throw,
-            [&](std::uint64_t number, std::span<const char> record) {
-              if (!fieldHolds(fieldOf(record, site_record::kSiteAddress), siteAddress)) return true;
-              found = number;
-              std::copy(record.begin(), record.end(), updated.begin());
-              return false;
-            });
-  if (found == 0) return;
+  const auto take = [&](std::uint64_t number, std::span<const char> record) {
+    if (!holdsAddress(record, siteAddress)) return true;
+    found = number;
+    std::copy(record.begin(), record.end(), updated.begin());
+    return false;
+  };
+  if (likelyNumber > 0 && likelyNumber <= last) {
+    SiteRecord likely;
+    file.get(likelyNumber, likely);
+    take(likelyNumber, likely);
+  }
+  if (found == 0) file.scan(last, FixedRecordFile::ReadFailures::Throw, take);
+  if (found == 0) return 0;
   stamp(updated, protocolFlag);
   file.put(found, updated);
   file.sync();
+  return found;
 }
 
-void SiteFile::appendSiteRecord(std::string_view siteAddress, char protocolFlag) {
+std::uint64_t SiteFile::appendSiteRecord(std::string_view siteAddress, char protocolFlag) {
   FixedRecordFile file = openSiteFile();
   SiteRecord record;
   fillField(record, site_record::kSiteAddress, siteAddress);
   stamp(record, protocolFlag);
-  file.put(file.recordCount() + 1, record);
+  const std::uint64_t number = file.recordCount() + 1;
+  file.put(number, record);
   file.sync();
+  return number;
 }
 
 FixedRecordFile SiteFile::openSiteFile() {
@@ -78,8 +96,8 @@ void SiteFile::stamp(SiteRecord& record, char protocolFlag) {
   fillField(record, site_record::kAccessStamp, accessStampText(clock_.now()) + kStampEnd);
 }
 
-void addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag) {
-  tree.addMissingLevels(addressLevels(siteAddress), protocolFlag);
+NodeId addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag) {
+  return tree.addMissingLevels(addressLevels(siteAddress), protocolFlag);
 }
 
 }  // namespace quorrix

@@ -29,11 +29,15 @@ class SiteFile {
   void readSiteFile(SiteTree& tree);
 
   // Sets stamp and flag of the first record with this address; without such a
-  // record nothing is written.
-  void updateSiteRecord(std::string_view siteAddress, char protocolFlag);
+  // record nothing is written. Returns its number, 0 for none. `likelyNumber`
+  // is where that record was when last seen: when it is there still, the file is
+  // not searched. That it is the first holds, since records are only ever added
+  // behind the others.
+  std::uint64_t updateSiteRecord(std::string_view siteAddress, char protocolFlag,
+                                 std::uint64_t likelyNumber = 0);
 
-  // Adds a record behind the last one.
-  void appendSiteRecord(std::string_view siteAddress, char protocolFlag);
+  // Adds a record behind the last one. Returns its number.
+  std::uint64_t appendSiteRecord(std::string_view siteAddress, char protocolFlag);
 
  private:
   // Creates the file when it is missing; the file closes with the object.
@@ -46,7 +50,8 @@ class SiteFile {
 };
 
 // Adds the levels of a stored address that the tree lacks, tagged with the
-// flag. Throws Failure 9 at a 51st level, before a node is touched.
-void addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag);
+// flag. Returns the address's node. Throws Failure 9 at a 51st level, before a
+// node is touched.
+NodeId addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag);
 
 }  // namespace quorrix

@@ -37,7 +37,7 @@ void SiteTree::addRoot() {
   selected_ = root();
 }
 
-std::size_t SiteTree::addMissingLevels(const AddressLevels& levels, char tag) {
+NodeId SiteTree::addMissingLevels(const AddressLevels& levels, char tag) {
   const auto hashes = hashesOf(levels);
   // A node is in the tree only with all its ancestors, so the first level found
   // from the end tells what is missing.
@@ -47,7 +47,7 @@ std::size_t SiteTree::addMissingLevels(const AddressLevels& levels, char tag) {
     parent = find(levelKey(levels, present), hashes[present - 1]);
     if (parent != kNoNode) break;
   }
-  if (present == levels.count()) return 0;
+  if (present == levels.count()) return parent;
   if (present == 0) parent = root();
   const std::string_view kept = keep(levels.address());
   for (std::size_t k = present + 1; k <= levels.count(); ++k) {
@@ -55,7 +55,7 @@ std::size_t SiteTree::addMissingLevels(const AddressLevels& levels, char tag) {
     parent = add(parent, key, key.size() - levelText(levels, k).size(), hashes[k - 1]);
     nodes_[parent].tag = tag;
   }
-  return levels.count() - present;
+  return parent;
 }
 
 void SiteTree::reserve(std::size_t nodes) {
@@ -98,6 +98,7 @@ NodeId SiteTree::add(NodeId parent, std::string_view key, std::size_t textStart,
   nodes_.push_back({.key = key.data(),
                     .parent = parent,
                     .row = static_cast<std::uint32_t>(row),
+                    .recordNumber = 0,
                     .keyLength = static_cast<std::uint16_t>(key.size()),
                     .textStart = static_cast<std::uint16_t>(textStart),
                     .tag = kNoTag,

@@ -48,8 +48,8 @@ class SiteTree {
 
   // Adds what the tree lacks of the levels of an address, from the host down,
   // each with `tag`; nodes that are there keep theirs. A host named like the
-  // root's key is the root. Returns the number of nodes added.
-  std::size_t addMissingLevels(const AddressLevels& levels, char tag);
+  // root's key is the root. Returns the node of the whole address.
+  NodeId addMissingLevels(const AddressLevels& levels, char tag);
 
   // Makes room for about so many more nodes.
   void reserve(std::size_t nodes);
@@ -71,6 +71,13 @@ class SiteTree {
 
   [[nodiscard]] char tag(NodeId node) const { return nodes_[node].tag; }
   void setTag(NodeId node, char tag) { nodes_[node].tag = tag; }
+
+  // Where the site file had the address's first record when it was last looked
+  // at; 0 when that is not known. The file may have changed since.
+  [[nodiscard]] std::uint32_t recordNumber(NodeId node) const { return nodes_[node].recordNumber; }
+  void setRecordNumber(NodeId node, std::uint64_t number) {
+    nodes_[node].recordNumber = static_cast<std::uint32_t>(number);
+  }
 
   [[nodiscard]] NodeId parent(NodeId node) const { return nodes_[node].parent; }
   [[nodiscard]] std::size_t childCount(NodeId node) const { return nodes_[node].children.size(); }
@@ -102,6 +109,7 @@ class SiteTree {
     const char* key;
     NodeId parent;
     std::uint32_t row;
+    std::uint32_t recordNumber;
     std::uint16_t keyLength;
     std::uint16_t textStart;
     char tag;

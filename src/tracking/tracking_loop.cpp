@@ -54,17 +54,21 @@ void TrackingLoop::recordVisit() {
   // A copy: a second loop inside a message box's events would scan into webAddress.
   const std::string address = reading_.webAddress;
   if (!addAddressToTree(address)) return;
-  if (isExistingAddress_) {
-    parts_.siteFile.updateSiteRecord(address, check.protocolFlag);
-  } else {
-    parts_.siteFile.appendSiteRecord(address, check.protocolFlag);
-  }
   SiteTree& tree = parts_.tree;
+  const std::uint64_t record = writeRecord(address, check.protocolFlag);
   const NodeId node = tree.at(address);
+  tree.setRecordNumber(node, record);
   parts_.display.makeVisible(node);
   tree.select(node);
   tree.setTag(node, check.protocolFlag);
   tagAncestors(node, check.protocolFlag);
+}
+
+// Returns the number of the address's record, 0 when it has none.
+std::uint64_t TrackingLoop::writeRecord(std::string_view address, char protocolFlag) {
+  if (!isExistingAddress_) return parts_.siteFile.appendSiteRecord(address, protocolFlag);
+  const NodeId node = parts_.tree.at(address);
+  return parts_.siteFile.updateSiteRecord(address, protocolFlag, parts_.tree.recordNumber(node));
 }
 
 // False only after the message that the tree is too large to be searched; then

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -69,6 +70,7 @@ class TrackingLoop {
   void trackWebsites();
   void recordVisit();
   [[nodiscard]] bool addAddressToTree(std::string_view storedAddress);
+  std::uint64_t writeRecord(std::string_view address, char protocolFlag);
   void findNodeByKey(std::string_view key);
   void tagAncestors(NodeId node, char flag);
 

@@ -52,9 +52,11 @@ void checkTree(const AddressLevels& levels) {
   SiteTree tree;
   tree.addRoot();
   const bool isRoot = levelKey(levels, 1) == "ROOT";
-  require(tree.addMissingLevels(levels, 'N') == levels.count() - (isRoot ? 1 : 0),
-          "an empty tree lacks every level");
-  require(tree.addMissingLevels(levels, 'S') == 0, "what was added is not missing");
+  const NodeId added = tree.addMissingLevels(levels, 'N');
+  require(tree.key(added) == levels.address(), "the node is the address's");
+  require(tree.size() == 1 + levels.count() - (isRoot ? 1 : 0), "an empty tree lacks every level");
+  require(tree.addMissingLevels(levels, 'S') == added, "what was added is found");
+  require(tree.size() == 1 + levels.count() - (isRoot ? 1 : 0), "what was added is not missing");
   NodeId parent = tree.root();
   for (std::size_t k = 1; k <= levels.count(); ++k) {
     const NodeId node = tree.find(levelKey(levels, k));

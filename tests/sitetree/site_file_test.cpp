@@ -506,5 +506,35 @@ TEST(AddRecordToTree, FailsAtThe51stLevelBeforeANodeIsTouched) {
   EXPECT_EQ(tree.size(), 1U);
 }
 
+TEST_F(SiteFileTest, RemembersWhereEachAddressHasItsFirstRecord) {
+  givenTheFile(record("a.b.c/x") + record("d.e.f") + record("a.b.c/x"));
+  SiteTree tree;
+  siteFile_.loadNodes(tree);
+  EXPECT_EQ(tree.recordNumber(tree.at("a.b.c/x")), 1U);
+  EXPECT_EQ(tree.recordNumber(tree.at("d.e.f")), 2U);
+  EXPECT_EQ(tree.recordNumber(tree.at("a.b.c")), 0U);
+}
+
+TEST_F(SiteFileTest, UpdatesARecordThatIsWhereItWasWithoutSearching) {
+  givenTheFile(record("a.b.c") + record("d.e.f") + record("g.h.i"));
+  EXPECT_EQ(siteFile_.updateSiteRecord("g.h.i", 'S', 3), 3U);
+  EXPECT_EQ(files_.callsOf(FileCall::ReadAt), 1);
+  EXPECT_EQ(file(), record("a.b.c") + record("d.e.f") + record("g.h.i", 'S', "7/9/26 3:04:05 PM~"));
+}
+
+TEST_F(SiteFileTest, SearchesForARecordThatIsNoLongerWhereItWas) {
+  for (const std::uint64_t stale : {1U, 3U, 4U, 4'000'000'000U}) {
+    givenTheFile(record("a.b.c") + record("d.e.f") + record("g.h.i"));
+    EXPECT_EQ(siteFile_.updateSiteRecord("d.e.f", 'S', stale), 2U);
+    EXPECT_EQ(file(),
+              record("a.b.c") + record("d.e.f", 'S', "7/9/26 3:04:05 PM~") + record("g.h.i"));
+  }
+}
+
+TEST_F(SiteFileTest, TellsWhereItAppended) {
+  givenTheFile(record("a.b.c") + record("d.e.f"));
+  EXPECT_EQ(siteFile_.appendSiteRecord("g.h.i", 'N'), 3U);
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -21,7 +21,9 @@ class SiteTreeTest : public testing::Test {
   SiteTreeTest() { tree_.addRoot(); }
 
   std::size_t add(const std::string& address, char tag = 'N') {
-    return tree_.addMissingLevels(addressLevels(address), tag);
+    const std::size_t before = tree_.size();
+    EXPECT_EQ(tree_.key(tree_.addMissingLevels(addressLevels(address), tag)), address);
+    return tree_.size() - before;
   }
 
   NodeId node(std::string_view key) { return tree_.at(key); }
