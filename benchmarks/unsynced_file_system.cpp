@@ -28,6 +28,10 @@ bool UnsyncedFileSystem::folderExists(const Path& path) { return real_.folderExi
 
 void UnsyncedFileSystem::makeFolder(const Path& path) { real_.makeFolder(path); }
 
+std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openForReading(const Path& path) {
+  return real_.openForReading(path);
+}
+
 std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openRandomAccess(const Path& path) {
   return std::make_unique<UnsyncedFile>(real_.openRandomAccess(path));
 }

@@ -13,6 +13,7 @@ class UnsyncedFileSystem final : public FileSystem {
   [[nodiscard]] bool folderExists(const Path& path) override;
   void makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

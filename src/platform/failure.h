@@ -8,7 +8,8 @@
 namespace quorrix {
 
 namespace failure {
-inline constexpr int kOverflow = 6;  // a number does not fit in 16 bits
+inline constexpr int kInvalidCall = 5;  // such as cutting a text at a mark that it lacks
+inline constexpr int kOverflow = 6;     // a number does not fit in 16 bits
 inline constexpr int kOutOfMemory = 7;
 inline constexpr int kIndexOutOfRange = 9;
 inline constexpr int kOutOfStackSpace = 28;

@@ -51,6 +51,10 @@ class FileSystem {
   // another program keeps locked for longer than kLockPatience.
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) = 0;
 
+  // Opens a file that is there for reading; a write through it fails with 75. 53
+  // or 76 when it is missing, else as openRandomAccess().
+  [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openForReading(const Path& path) = 0;
+
   // The bytes before the first line end (LF, CR or both); empty for an empty file.
   [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;
 };

@@ -20,6 +20,7 @@ constexpr ErrnoRow kErrnoTable[] = {
     {ENAMETOOLONG, failure::kPathFileAccess},
     {EINVAL, failure::kPathFileAccess},
     {EACCES, failure::kPathFileAccess},
+    {EBADF, failure::kPathFileAccess},  // writing to a file that is open for reading
     {EPERM, failure::kPathFileAccess},
     {EROFS, failure::kPathFileAccess},
     {EEXIST, failure::kPathFileAccess},

@@ -10,6 +10,16 @@ namespace {
 
 constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // of a scan, in bytes: stays in cache
 
+std::unique_ptr<RandomAccessFile> open(FileSystem& files, const Path& path, FileAccess access) {
+  try {
+    return files.openRandomAccess(path);
+  } catch (const Failure& refused) {
+    const bool mayBeReadOnly = refused.number() == failure::kPathFileAccess;
+    if (access == FileAccess::ReadWrite || !mayBeReadOnly) throw;
+  }
+  return files.openForReading(path);
+}
+
 }  // namespace
 
 std::uint64_t recordCountOf(std::uint64_t fileLength, std::size_t recordLength) {
@@ -20,8 +30,9 @@ std::uint64_t recordCountOf(std::uint64_t fileLength, std::size_t recordLength) 
   return roundsUp ? whole + 1 : whole;
 }
 
-FixedRecordFile::FixedRecordFile(FileSystem& files, const Path& path, std::size_t recordLength)
-    : file_(files.openRandomAccess(path)), recordLength_(recordLength) {}
+FixedRecordFile::FixedRecordFile(FileSystem& files, const Path& path, std::size_t recordLength,
+                                 FileAccess access)
+    : file_(open(files, path, access)), recordLength_(recordLength) {}
 
 std::uint64_t FixedRecordFile::recordCount() {
   return recordCountOf(file_->length(), recordLength_);

@@ -17,10 +17,15 @@ namespace quorrix {
 // nearest whole number, a half to the even one.
 [[nodiscard]] std::uint64_t recordCountOf(std::uint64_t fileLength, std::size_t recordLength);
 
+enum class FileAccess {
+  ReadWrite,
+  AsPermitted,  // reading alone, where that is all that the file permits
+};
+
 class FixedRecordFile {
  public:
-  // Opens for reading and writing, creating a missing file.
-  FixedRecordFile(FileSystem& files, const Path& path, std::size_t recordLength);
+  // Creates a missing file.
+  FixedRecordFile(FileSystem& files, const Path& path, std::size_t recordLength, FileAccess access);
 
   [[nodiscard]] std::uint64_t recordCount();
 

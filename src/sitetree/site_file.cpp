@@ -88,7 +88,7 @@ std::uint64_t SiteFile::appendSiteRecord(std::string_view siteAddress, char prot
 }
 
 FixedRecordFile SiteFile::openSiteFile() {
-  return {files_, paths_.currentNodesFile, site_record::kLength};
+  return {files_, paths_.currentNodesFile, site_record::kLength, FileAccess::ReadWrite};
 }
 
 void SiteFile::stamp(SiteRecord& record, char protocolFlag) {

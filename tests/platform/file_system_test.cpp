@@ -147,6 +147,32 @@ TEST_F(OpenRandomAccess, LocksOutNobodyWhoDoesNotAsk) {
   EXPECT_EQ(folder_.bytesOf("load.txt"), "spring\r\n");
 }
 
+using OpenForReading = RealFileSystemTest;
+
+TEST_F(OpenForReading, ReadsAReadOnlyFile) {
+  const Path path = folder_.givenAFile("notes.dat", "0123456789");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  const auto file = files_.openForReading(path);
+  EXPECT_EQ(file->length(), 10U);
+  EXPECT_EQ(read(*file, 6, 100), "6789");
+}
+
+TEST_F(OpenForReading, LetsNothingBeWritten) {
+  const auto file = files_.openForReading(folder_.givenAFile("notes.dat", "kept"));
+  EXPECT_EQ(failureNumberOf([&] { file->writeAt(0, "x"s); }), 75);
+  EXPECT_EQ(folder_.bytesOf("notes.dat"), "kept");
+}
+
+TEST_F(OpenForReading, FailsForAMissingFileAndMakesNone) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.openForReading(folder_ / "notes.dat"); }), 53);
+  EXPECT_EQ(failureNumberOf([&] { return files_.openForReading(folder_ / "no" / "file"); }), 76);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "notes.dat"));
+}
+
+TEST_F(OpenForReading, FailsForAFolder) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.openForReading(folder_.path()); }), 75);
+}
+
 using ReadAt = RealFileSystemTest;
 
 TEST_F(ReadAt, ReadsFromTheOffset) {

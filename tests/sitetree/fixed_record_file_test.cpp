@@ -28,7 +28,7 @@ class FixedRecordFileTest : public testing::Test {
 
   void givenAFileOf(std::string bytes) { memory_.givenAFile(path_, std::move(bytes)); }
 
-  FixedRecordFile open() { return {files_, path_, kLength}; }
+  FixedRecordFile open() { return {files_, path_, kLength, FileAccess::ReadWrite}; }
 
   // The records that a scan visits, with their numbers.
   Records scanned(std::uint64_t last, ReadFailures onFailure) {
@@ -82,7 +82,7 @@ TEST_F(FixedRecordFileTest, CreatesAMissingFile) {
 }
 
 TEST_F(FixedRecordFileTest, FailsWhereTheFolderIsMissing) {
-  EXPECT_EQ(failureNumberOf([this] { FixedRecordFile(files_, "Nowhere/some.dat", kLength); }), 76);
+  EXPECT_EQ(failureNumberOf([this] { FixedRecordFile(files_, "Nowhere/some.dat", kLength, FileAccess::ReadWrite); }), 76);
 }
 
 TEST_F(FixedRecordFileTest, ClosesTheFileAtTheEndOfItsLife) {
@@ -237,6 +237,42 @@ TEST_F(FixedRecordFileTest, ReadsNulsWhereTheFileWasCutMeanwhile) {
   files_.cutReadShort(1, 6);
   EXPECT_EQ(scanned(3, ReadFailures::Throw),
             (Records{{1, "aaaa"}, {2, "bb\0\0"s}, {3, "\0\0\0\0"s}}));
+}
+
+TEST_F(FixedRecordFileTest, ReadsWhereTheFilePermitsNoMore) {
+  memory_.givenAReadOnlyFile(path_, "aaaabbbb");
+  FixedRecordFile file(files_, path_, kLength, FileAccess::AsPermitted);
+  std::string record(kLength, '?');
+  file.get(2, record);
+  EXPECT_EQ(record, "bbbb");
+  EXPECT_EQ(failureNumberOf([&] { file.put(1, "cccc"s); }), 75);
+  EXPECT_EQ(memory_.bytesOf(path_), "aaaabbbb");
+}
+
+TEST_F(FixedRecordFileTest, WritesWhereTheFilePermitsIt) {
+  givenAFileOf("aaaabbbb");
+  FixedRecordFile(files_, path_, kLength, FileAccess::AsPermitted).put(1, "cccc"s);
+  EXPECT_EQ(memory_.bytesOf(path_), "ccccbbbb");
+  EXPECT_EQ(files_.callsOf(FileCall::OpenForReading), 0);
+}
+
+TEST_F(FixedRecordFileTest, DemandsWritingWhereTheCallerDoes) {
+  memory_.givenAReadOnlyFile(path_, "aaaa");
+  EXPECT_EQ(failureNumberOf([this] { open(); }), 75);
+  EXPECT_EQ(files_.callsOf(FileCall::OpenForReading), 0);
+}
+
+TEST_F(FixedRecordFileTest, TriesReadingOnlyAfterARefusal) {
+  givenAFileOf("aaaa");
+  for (const int number : {7, 53, 57, 61, 67, 68, 71, 76}) {
+    files_.reset();
+    files_.failAtCall(FileCall::OpenRandomAccess, 1, number);
+    EXPECT_EQ(failureNumberOf([this] {
+                FixedRecordFile(files_, path_, kLength, FileAccess::AsPermitted);
+              }),
+              number);
+    EXPECT_EQ(files_.callsOf(FileCall::OpenForReading), 0);
+  }
 }
 
 TEST_F(FixedRecordFileTest, PassesOnEveryFailure) {

@@ -134,6 +134,11 @@ std::unique_ptr<RandomAccessFile> FaultyFileSystem::openRandomAccess(const Path&
   return std::make_unique<File>(behind_.openRandomAccess(path), plan_);
 }
 
+std::unique_ptr<RandomAccessFile> FaultyFileSystem::openForReading(const Path& path) {
+  plan_->call(FileCall::OpenForReading);
+  return std::make_unique<File>(behind_.openForReading(path), plan_);
+}
+
 std::string FaultyFileSystem::readFirstLine(const Path& path) {
   plan_->call(FileCall::ReadFirstLine);
   return behind_.readFirstLine(path);

@@ -16,6 +16,7 @@ enum class FileCall {
   FolderExists,
   MakeFolder,
   OpenRandomAccess,
+  OpenForReading,
   ReadFirstLine,
   Length,
   ReadAt,
@@ -54,6 +55,7 @@ class FaultyFileSystem final : public FileSystem {
   [[nodiscard]] bool folderExists(const Path& path) override;
   void makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

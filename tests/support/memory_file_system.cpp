@@ -19,7 +19,11 @@ std::string nameOf(const Path& path) {
 
 class MemoryFileSystem::OpenFile final : public RandomAccessFile {
  public:
-  explicit OpenFile(std::shared_ptr<File> file) : file_(std::move(file)) { file_->isOpen = true; }
+  enum class Access { Read, ReadWrite };
+
+  OpenFile(std::shared_ptr<File> file, Access access) : file_(std::move(file)), access_(access) {
+    file_->isOpen = true;
+  }
   ~OpenFile() override { file_->isOpen = false; }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
@@ -33,6 +37,7 @@ class MemoryFileSystem::OpenFile final : public RandomAccessFile {
   }
 
   void writeAt(std::uint64_t offset, std::span<const char> bytes) override {
+    if (access_ == Access::Read) throw Failure(failure::kPathFileAccess);
     const auto start = static_cast<std::size_t>(offset);
     if (file_->bytes.size() < start + bytes.size()) file_->bytes.resize(start + bytes.size());
     std::copy(bytes.begin(), bytes.end(),
@@ -44,6 +49,7 @@ class MemoryFileSystem::OpenFile final : public RandomAccessFile {
 
  private:
   std::shared_ptr<File> file_;
+  Access access_;
 };
 
 void MemoryFileSystem::givenAFolder(const Path& path) {
@@ -88,7 +94,16 @@ std::unique_ptr<RandomAccessFile> MemoryFileSystem::openRandomAccess(const Path&
   if (!holdsFile(path)) givenAFile(path, "");
   const std::shared_ptr<File>& file = files_[nameOf(path)];
   if (file->isReadOnly || file->isOpen) throw Failure(failure::kPathFileAccess);
-  return std::make_unique<OpenFile>(file);
+  return std::make_unique<OpenFile>(file, OpenFile::Access::ReadWrite);
+}
+
+std::unique_ptr<RandomAccessFile> MemoryFileSystem::openForReading(const Path& path) {
+  requireFolderOf(path);
+  if (folderExists(path)) throw Failure(failure::kPathFileAccess);
+  static_cast<void>(fileAt(path));
+  const std::shared_ptr<File>& file = files_[nameOf(path)];
+  if (file->isOpen) throw Failure(failure::kPathFileAccess);
+  return std::make_unique<OpenFile>(file, OpenFile::Access::Read);
 }
 
 std::string MemoryFileSystem::readFirstLine(const Path& path) {

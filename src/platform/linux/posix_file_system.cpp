@@ -75,12 +75,22 @@ void PosixFileSystem::makeFolder(const Path& path) {
 }
 
 std::unique_ptr<RandomAccessFile> PosixFileSystem::openRandomAccess(const Path& path) {
+  return openLocked(path, O_RDWR | O_CREAT);
+}
+
+std::unique_ptr<RandomAccessFile> PosixFileSystem::openForReading(const Path& path) {
+  return openLocked(path, O_RDONLY);
+}
+
+std::unique_ptr<RandomAccessFile> PosixFileSystem::openLocked(const Path& path, int flags) {
+  const bool isForWriting = (flags & O_ACCMODE) == O_RDWR;
   FileDescriptor file;
   const bool locked = succeedsWithin(lockPatience_, [&] {
-    if (!file.isOpen()) file = openOrFail(path, O_RDWR | O_CREAT);
+    if (!file.isOpen()) file = openOrFail(path, flags);
     // Root may write to everything, and still a file that is marked read-only
     // is one that the user wants left alone.
-    if ((statusOf(file, path).st_mode & kAnyWriteBit) == 0) throw Failure(failure::kPathFileAccess);
+    const bool isReadOnly = (statusOf(file, path).st_mode & kAnyWriteBit) == 0;
+    if (isForWriting && isReadOnly) throw Failure(failure::kPathFileAccess);
     if (!tryToLock(file, path)) return false;
     if (isStillNamed(file, path)) return true;
     file = FileDescriptor();

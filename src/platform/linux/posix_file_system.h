@@ -11,7 +11,7 @@ namespace quorrix {
 
 class PosixFileSystem final : public FileSystem {
  public:
-  // `lockPatience` is how long openRandomAccess() waits for another program's lock.
+  // `lockPatience` is how long an open waits for another program's lock.
   explicit PosixFileSystem(std::chrono::milliseconds lockPatience = kLockPatience)
       : lockPatience_(lockPatience) {}
 
@@ -24,11 +24,14 @@ class PosixFileSystem final : public FileSystem {
   // New files get mode 0600. Whatever is no regular file is refused with 75,
   // without waiting for the other end of a pipe.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
 
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openLocked(const Path& path, int flags);
+
   std::chrono::milliseconds lockPatience_;
 };
 

@@ -28,9 +28,13 @@ UniqueHandle openUnlessInUse(const Path& path, DWORD access, DWORD share, DWORD 
   return file;
 }
 
-// The system refuses a read-only file by itself, but not to everyone under Wine.
-void requireWritableFile(const UniqueHandle& file, const Path& path) {
+// Not a pipe or a device.
+void requireFile(const UniqueHandle& file) {
   if (::GetFileType(file.get()) != FILE_TYPE_DISK) throw Failure(failure::kPathFileAccess);
+}
+
+// The system refuses a read-only file by itself, but not to everyone under Wine.
+void requireWritable(const UniqueHandle& file, const Path& path) {
   BY_HANDLE_FILE_INFORMATION information{};
   if (!::GetFileInformationByHandle(file.get(), &information)) {
     failWithWindowsError(::GetLastError(), path);
@@ -68,13 +72,24 @@ void WindowsFileSystem::makeFolder(const Path& path) {
 }
 
 std::unique_ptr<RandomAccessFile> WindowsFileSystem::openRandomAccess(const Path& path) {
+  return openLocked(path, Access::ReadWrite);
+}
+
+std::unique_ptr<RandomAccessFile> WindowsFileSystem::openForReading(const Path& path) {
+  return openLocked(path, Access::Read);
+}
+
+std::unique_ptr<RandomAccessFile> WindowsFileSystem::openLocked(const Path& path, Access access) {
+  const bool isForWriting = access == Access::ReadWrite;
   UniqueHandle file;
   const bool locked = succeedsWithin(lockPatience_, [&] {
     if (!file.isOpen()) {
-      file = openUnlessInUse(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                             OPEN_ALWAYS);
+      file = openUnlessInUse(path, isForWriting ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ,
+                             FILE_SHARE_READ | FILE_SHARE_WRITE,
+                             isForWriting ? OPEN_ALWAYS : OPEN_EXISTING);
       if (!file.isOpen()) return false;
-      requireWritableFile(file, path);
+      requireFile(file);
+      if (isForWriting) requireWritable(file, path);
     }
     return tryToLock(file, path);
   });

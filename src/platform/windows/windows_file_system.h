@@ -10,7 +10,7 @@ namespace quorrix {
 
 class WindowsFileSystem final : public FileSystem {
  public:
-  // `lockPatience` is how long openRandomAccess() waits for another program's lock.
+  // `lockPatience` is how long an open waits for another program's lock.
   explicit WindowsFileSystem(std::chrono::milliseconds lockPatience = kLockPatience)
       : lockPatience_(lockPatience) {}
 
@@ -22,11 +22,15 @@ class WindowsFileSystem final : public FileSystem {
 
   // Whatever is no file on a disk ("CON", a pipe) is refused with 75.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
 
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:
+  enum class Access { Read, ReadWrite };
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openLocked(const Path& path, Access access);
+
   std::chrono::milliseconds lockPatience_;
 };
 

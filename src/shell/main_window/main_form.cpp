@@ -6,6 +6,10 @@
 #include <QScreen>
 #include <QStringBuilder>
 
+#include "records/new_purchase_dialog.h"
+#include "records/notes_dialog.h"
+#include "records/purchases_dialog.h"
+#include "records/user_id_password_dialog.h"
 #include "shell/guarded.h"
 #include "shell/main_window/load_wait_dialog.h"
 #include "shell/main_window/main_menu.h"
@@ -92,6 +96,10 @@ MainForm::MainForm(const Parts& parts)
   SitePopupMenu::Handlers handlers;
   handlers.PopUpShowAll_Click = onPopupSite(&MainForm::PopUpShowAll_Click);
   handlers.PopUpHideAll_Click = onPopupSite(&MainForm::PopUpHideAll_Click);
+  handlers.PopUpNotes_Click = onPopupSite(&MainForm::PopUpNotes_Click);
+  handlers.PopUpPasswords_Click = onPopupSite(&MainForm::PopUpPasswords_Click);
+  handlers.PopUpNewPurchase_Click = onPopupSite(&MainForm::PopUpNewPurchase_Click);
+  handlers.PopUpPurchases_Click = onPopupSite(&MainForm::PopUpPurchases_Click);
   popupMenu_ = new SitePopupMenu(handlers, this);
   connect(treeView_, &SiteTreeView::mouseUp, this, &MainForm::TreeView_MouseUp);
 
@@ -179,6 +187,38 @@ std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
     if (popupSite_ != kNoNode) tree_.select(popupSite_);
     (this->*handler)();
   };
+}
+
+RecordDialogParts MainForm::recordDialogParts() {
+  return {.files = parts_.files,
+          .clock = parts_.clock,
+          .messageBox = parts_.messageBox,
+          .paths = workingPaths_,
+          .tree = tree_,
+          .mainWindow = *this};
+}
+
+template <typename Dialog>
+void MainForm::showRecordDialog() {
+  showHourglass(*this);
+  Dialog dialog(recordDialogParts());
+  dialog.Form_Load();
+  dialog.exec();
+  showDefaultPointer(*this);
+}
+
+void MainForm::PopUpNotes_Click() { showRecordDialog<NotesDialog>(); }
+
+void MainForm::PopUpPasswords_Click() { showRecordDialog<UIDDialog>(); }
+
+void MainForm::PopUpNewPurchase_Click() { showRecordDialog<NewPurchaseDialog>(); }
+
+void MainForm::PopUpPurchases_Click() {
+  showHourglass(*this);
+  PurchasesDialog dialog(recordDialogParts());
+  dialog.Form_Load(somePurchasesToLoad_);
+  if (somePurchasesToLoad_) dialog.exec();
+  showDefaultPointer(*this);
 }
 
 void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {

@@ -11,6 +11,7 @@
 #include "platform/file_system.h"
 #include "platform/message_box.h"
 #include "platform/window_system.h"
+#include "records/record_dialog.h"
 #include "shell/app_paths.h"
 #include "shell/main_window/two_panel_status_bar.h"
 #include "sitetree/site_file.h"
@@ -48,6 +49,10 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void FileExit_Click();
   void PopUpShowAll_Click();
   void PopUpHideAll_Click();
+  void PopUpNotes_Click();
+  void PopUpPasswords_Click();
+  void PopUpNewPurchase_Click();
+  void PopUpPurchases_Click();
   void TreeView_MouseUp(int button, int shift, int x, int y);
 
   [[nodiscard]] SiteTree& tree() { return tree_; }
@@ -73,6 +78,9 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void Form_Unload();
   void setCaption();
   [[nodiscard]] std::function<void()> onPopupSite(void (MainForm::*handler)());
+  [[nodiscard]] RecordDialogParts recordDialogParts();
+  template <typename Dialog>
+  void showRecordDialog();
 
   void showTrackingStatus(std::string_view text) override;
   void makeVisible(NodeId node) override;
@@ -86,6 +94,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   TwoPanelStatusBar* statusBar_;
   SitePopupMenu* popupMenu_;
   NodeId popupSite_ = kNoNode;  // selected when the popup menu was opened
+  bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
   bool isUnloaded_ = false;
 };
 

@@ -212,7 +212,9 @@ TEST_F(MainFormPopup, OpensByTheMenuKeyOverTheSelectedRow) {
 TEST_F(MainFormPopup, EnablesWhatTheProgramCanDoForASite) {
   click(Qt::RightButton, placeOf("four.five.six"));
   EXPECT_EQ(enabledPopupEntries(),
-            QStringList({QStringLiteral("PopUpShowAll"), QStringLiteral("PopUpHideAll")}));
+            QStringList({QStringLiteral("PopUpShowAll"), QStringLiteral("PopUpHideAll"),
+                         QStringLiteral("PopUpNotes"), QStringLiteral("PopUpPasswords"),
+                         QStringLiteral("PopUpNewPurchase"), QStringLiteral("PopUpPurchases")}));
 }
 
 TEST_F(MainFormPopup, OpensWithEverythingDisabledForTheRoot) {

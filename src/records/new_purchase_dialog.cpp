@@ -1,0 +1,131 @@
+#include "records/new_purchase_dialog.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "records/multi_line_box.h"
+#include "records/record_layouts.h"
+#include "shell/centre_over.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+#include "sitetree/access_stamp.h"
+
+namespace quorrix {
+namespace {
+
+constexpr int kLinesOfDescription = 4;
+
+}  // namespace
+
+NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted onDeleted)
+    : RecordDialog(parts, "NewPurchaseDialog", QStringLiteral("New Purchase")),
+      purchases_(parts.files, parts.paths),
+      onDeleted_(std::move(onDeleted)) {
+  using namespace purchase_record;
+  // In the order of entry, which is the order of Tab.
+  Text1_ = makeLineBox("Text1", QStringLiteral("Item"), kItem.width);
+  Text3_ = makeLineBox("Text3", QStringLiteral("Price"), kPrice.width);
+  Text4_ = makeLineBox("Text4", QStringLiteral("Quantity"), kQuantity.width);
+  Text2_ = makeLineBox("Text2", QStringLiteral("Payment Method"), kPaymentMethod.width);
+  Text5_ = new MultiLineBox(kDescription.width - kFieldMargin, this);
+  Text5_->setObjectName(QStringLiteral("Text5"));
+  Text5_->setAccessibleName(QStringLiteral("Description"));
+  Text5_->setFixedHeight(Text5_->fontMetrics().lineSpacing() * (kLinesOfDescription + 1));
+  Text6_ = makeLineBox("Text6", QStringLiteral("Date"), kDateStamp.width);
+
+  auto* const boxes = new QGridLayout;
+  const auto addBox = [this, boxes](int row, int column, const char* label, QWidget* box,
+                                    int span) {
+    boxes->addWidget(new QLabel(QString::fromLatin1(label), this), row, column);
+    boxes->addWidget(box, row, column + 1, 1, span);
+  };
+  constexpr int kWholeRow = 3;
+  addBox(0, 0, "Item", Text1_, kWholeRow);
+  addBox(1, 0, "Price", Text3_, 1);
+  addBox(1, 2, "Quantity", Text4_, 1);
+  addBox(2, 0, "Payment \nMethod", Text2_, kWholeRow);
+  addBox(3, 0, "Description", Text5_, kWholeRow);
+  addBox(4, 0, "Date", Text6_, kWholeRow);
+
+  OKButton_ = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  OKButton_->setDefault(true);
+  connect(OKButton_, &QPushButton::clicked, this, &NewPurchaseDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &NewPurchaseDialog::CancelButton_Click);
+  connect(DeleteButton_, &QPushButton::clicked, this, &NewPurchaseDialog::DeleteButton_Click);
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(makePrompt(
+      QStringLiteral("Enter information about a purchase made on this website location.")));
+  layout->addLayout(boxes);
+  layout->addLayout(rowOfButtons({OKButton_, CancelButton, DeleteButton_}));
+  resize(460, sizeHint().height());
+}
+
+void NewPurchaseDialog::Form_Load() {
+  runGuarded(FailureFamily::OpenNewPurchase, [this] {
+    centreOver(*this, parts().mainWindow);
+    showSiteInCaption();
+    Text6_->setText(toQString(accessStampText(parts().clock.now())));
+    DeleteButton_->setEnabled(false);
+  });
+}
+
+void NewPurchaseDialog::getExistingRecord(const std::string& dateStamp) {
+  DeleteButton_->setEnabled(true);
+  const auto stored = purchases_.read(siteKey(), dateStamp);
+  if (!stored) return;
+  showPurchase(*stored);
+  for (QWidget* const box :
+       std::initializer_list<QWidget*>{Text1_, Text2_, Text3_, Text4_, Text5_, Text6_}) {
+    box->setEnabled(false);
+  }
+  OKButton_->setEnabled(false);
+}
+
+void NewPurchaseDialog::OKButton_Click() {
+  runGuarded(FailureFamily::SavePurchase, [this] {
+    showHourglass(*this);
+    purchases_.save(siteKey(), enteredPurchase());
+    showDefaultPointer(*this);
+    accept();
+  });
+}
+
+void NewPurchaseDialog::CancelButton_Click() { reject(); }
+
+void NewPurchaseDialog::DeleteButton_Click() {
+  runGuarded(FailureFamily::DeletePurchase, [this] {
+    if (!isConfirmed("Delete purchase information?")) return;
+    showHourglass(*this);
+    const std::string dateText = fromQString(Text6_->text());
+    purchases_.remove(siteKey(), dateText);
+    if (onDeleted_) onDeleted_(dateText);
+    accept();
+    showDefaultPointer(*this);
+  });
+}
+
+void NewPurchaseDialog::showPurchase(const Purchase& purchase) {
+  Text1_->setText(toQString(purchase.item));
+  Text3_->setText(toQString(purchase.price));
+  Text4_->setText(toQString(purchase.quantity));
+  Text2_->setText(toQString(purchase.paymentMethod));
+  Text5_->showStored(purchase.description);
+  Text6_->setText(toQString(purchase.dateStamp));
+}
+
+Purchase NewPurchaseDialog::enteredPurchase() const {
+  return {.item = fromQString(Text1_->text()),
+          .price = fromQString(Text3_->text()),
+          .quantity = fromQString(Text4_->text()),
+          .paymentMethod = fromQString(Text2_->text()),
+          .description = Text5_->value(),
+          .dateStamp = fromQString(Text6_->text())};
+}
+
+}  // namespace quorrix

@@ -1,0 +1,69 @@
+#include "records/notes_dialog.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "records/multi_line_box.h"
+#include "records/record_layouts.h"
+#include "shell/centre_over.h"
+#include "shell/pointer.h"
+
+namespace quorrix {
+
+NotesDialog::NotesDialog(const RecordDialogParts& parts)
+    : RecordDialog(parts, "NotesDialog", QStringLiteral("Notes")),
+      notes_(parts.files, parts.paths) {
+  QLabel* const prompt = makePrompt(QStringLiteral("Enter notes for this website location."));
+  Text1_ = new MultiLineBox(notes_record::kNotesText.width - kFieldMargin, this);
+  Text1_->setObjectName(QStringLiteral("Text1"));
+  Text1_->setAccessibleName(QStringLiteral("Notes"));
+  prompt->setBuddy(Text1_);
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &NotesDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &NotesDialog::CancelButton_Click);
+  connect(DeleteButton_, &QPushButton::clicked, this, &NotesDialog::DeleteButton_Click);
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(prompt);
+  layout->addWidget(Text1_);
+  layout->addLayout(rowOfButtons({OKButton, CancelButton, DeleteButton_}));
+  resize(440, 320);
+}
+
+void NotesDialog::Form_Load() {
+  runGuarded(FailureFamily::OpenNotes, [this] {
+    centreOver(*this, parts().mainWindow);
+    if (auto stored = notes_.read(siteKey())) Text1_->showStored(std::move(*stored));
+    DeleteButton_->setEnabled(!Text1_->value().empty());
+    showSiteInCaption();
+  });
+}
+
+void NotesDialog::OKButton_Click() {
+  runGuarded(FailureFamily::SaveNotes, [this] {
+    showHourglass(*this);
+    const std::string entered = Text1_->value();
+    if (!entered.empty()) notes_.save(siteKey(), entered);
+    showDefaultPointer(*this);
+    accept();
+  });
+}
+
+void NotesDialog::CancelButton_Click() { reject(); }
+
+void NotesDialog::DeleteButton_Click() {
+  runGuarded(FailureFamily::DeleteNotes, [this] {
+    if (!isConfirmed("Delete notes?")) return;
+    showHourglass(*this);
+    notes_.remove(siteKey());
+    Text1_->showStored({});
+    DeleteButton_->setEnabled(false);
+    showDefaultPointer(*this);
+  });
+}
+
+}  // namespace quorrix

@@ -1,0 +1,30 @@
+// Notes: one free text for the selected site, kept in notes.dat.
+#pragma once
+
+#include "records/notes_file.h"
+#include "records/record_dialog.h"
+
+namespace quorrix {
+
+class MultiLineBox;
+
+class NotesDialog final : public RecordDialog {
+  Q_OBJECT
+
+ public:
+  explicit NotesDialog(const RecordDialogParts& parts);
+
+  // Before the dialog is shown; it is shown even when this fails.
+  void Form_Load();
+
+ private:
+  void OKButton_Click();
+  void CancelButton_Click();
+  void DeleteButton_Click();
+
+  NotesFile notes_;
+  MultiLineBox* Text1_;
+  QPushButton* DeleteButton_;
+};
+
+}  // namespace quorrix

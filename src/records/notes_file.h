@@ -1,0 +1,31 @@
+// notes.dat: one free text per site. Every method opens, works and closes.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/file_system.h"
+#include "sitetree/working_folder.h"
+
+namespace quorrix {
+
+class NotesFile {
+ public:
+  NotesFile(FileSystem& files, const WorkingPaths& paths) : files_(files), paths_(paths) {}
+
+  // The whole field of 1,024 characters, padding included; nullopt without a record.
+  [[nodiscard]] std::optional<std::string> read(std::string_view siteKey);
+
+  // Replaces the site's record, or adds one.
+  void save(std::string_view siteKey, std::string_view notes);
+
+  // Blanks the site's record; without one nothing is written.
+  void remove(std::string_view siteKey);
+
+ private:
+  FileSystem& files_;
+  const WorkingPaths& paths_;
+};
+
+}  // namespace quorrix

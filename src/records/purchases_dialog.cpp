@@ -1,0 +1,94 @@
+#include "records/purchases_dialog.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "records/new_purchase_dialog.h"
+#include "shell/centre_over.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+
+namespace quorrix {
+
+PurchasesDialog::PurchasesDialog(const RecordDialogParts& parts)
+    : RecordDialog(parts, "PurchasesDialog", QStringLiteral("Purchases")),
+      purchases_(parts.files, parts.paths) {
+  List1_ = new QListWidget(this);
+  List1_->setObjectName(QStringLiteral("List1"));
+  List1_->setAccessibleName(QStringLiteral("Purchases"));
+  Command1_ = makeButton("Command1", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  Command1_->setDefault(true);
+  connect(Command1_, &QPushButton::clicked, this, &PurchasesDialog::Command1_Click);
+  connect(List1_, &QListWidget::itemDoubleClicked, this, &PurchasesDialog::Command1_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &PurchasesDialog::CancelButton_Click);
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(
+      makePrompt(QStringLiteral("To view a purchase information record for this web location, "
+                                "select an item from the list, then click OK.")));
+  layout->addWidget(List1_);
+  layout->addLayout(rowOfButtons({Command1_, CancelButton}));
+  resize(440, 320);
+}
+
+void PurchasesDialog::Form_Load(bool& somePurchasesToLoad) {
+  runGuarded(FailureFamily::OpenPurchases, [this, &somePurchasesToLoad] {
+    centreOver(*this, parts().mainWindow);
+    showSiteInCaption();
+    fillList();
+    somePurchasesToLoad = List1_->count() > 0;
+    if (somePurchasesToLoad) return;
+    parts().messageBox.show("No purchase information recorded for this web location.",
+                            MessageBoxStyle::Information);
+  });
+}
+
+void PurchasesDialog::fillList() {
+  for (const PurchaseSummary& purchase : purchases_.list(siteKey())) {
+    const auto slot = static_cast<std::size_t>(List1_->count());
+    List1_->addItem(toQString(purchase.item + ' ' + purchase.price + ' ' + purchase.dateStamp));
+    dates_.set(slot, purchase.dateStamp);
+  }
+}
+
+void PurchasesDialog::Command1_Click() {
+  const int entry = selectedEntry();
+  if (entry < 0) {
+    parts().messageBox.show("You must select an item from the list.", MessageBoxStyle::Exclamation);
+    return;
+  }
+  showHourglass(*this);
+  try {
+    viewPurchase(entry);
+  } catch (...) {
+    // The purchase is not opened, and that is all the user is told.
+  }
+  showDefaultPointer(*this);
+}
+
+void PurchasesDialog::CancelButton_Click() { reject(); }
+
+void PurchasesDialog::viewPurchase(int entry) {
+  NewPurchaseDialog dialog(parts(), [this](const std::string& dateText) { noteDeleted(dateText); });
+  dialog.Form_Load();
+  dialog.getExistingRecord(dates_.at(static_cast<std::size_t>(entry)));
+  dialog.exec();
+}
+
+// -1 for none. Not the current row: a list has one of those as soon as it has the focus.
+int PurchasesDialog::selectedEntry() const {
+  const auto selected = List1_->selectedItems();
+  return selected.isEmpty() ? -1 : List1_->row(selected.first());
+}
+
+void PurchasesDialog::noteDeleted(const std::string& dateText) {
+  delete List1_->takeItem(selectedEntry());
+  List1_->clearSelection();
+  dates_.deleteDeletedRecordDateFromDatesArray(dateText);
+  Command1_->setEnabled(List1_->count() > 0);
+}
+
+}  // namespace quorrix

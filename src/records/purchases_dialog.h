@@ -1,0 +1,38 @@
+// Purchases: lists the purchases recorded for the selected site and opens one
+// of them for viewing or deleting. Reads purchases.dat.
+#pragma once
+
+#include "records/purchase_dates.h"
+#include "records/purchases_file.h"
+#include "records/record_dialog.h"
+
+class QListWidget;
+
+namespace quorrix {
+
+class PurchasesDialog final : public RecordDialog {
+  Q_OBJECT
+
+ public:
+  explicit PurchasesDialog(const RecordDialogParts& parts);
+
+  // Builds the list. `somePurchasesToLoad` is then whether there is anything to
+  // show; it is left alone when this fails.
+  void Form_Load(bool& somePurchasesToLoad);
+
+ private:
+  void Command1_Click();
+  void CancelButton_Click();
+
+  void fillList();
+  void viewPurchase(int entry);
+  [[nodiscard]] int selectedEntry() const;
+  void noteDeleted(const std::string& dateText);
+
+  PurchasesFile purchases_;
+  PurchaseDates dates_;
+  QListWidget* List1_;
+  QPushButton* Command1_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,54 @@
+// purchases.dat: any number of purchases per site, in order of saving. Every
+// method opens, works and closes. A field that has lost its "~" fails with 5.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+#include "sitetree/working_folder.h"
+
+namespace quorrix {
+
+// The texts of the six entry boxes.
+struct Purchase {
+  std::string item;
+  std::string price;
+  std::string quantity;
+  std::string paymentMethod;
+  std::string description;
+  std::string dateStamp;
+};
+
+// What the list of purchases shows of one.
+struct PurchaseSummary {
+  std::string item;
+  std::string price;
+  std::string dateStamp;
+};
+
+class PurchasesFile {
+ public:
+  PurchasesFile(FileSystem& files, const WorkingPaths& paths) : files_(files), paths_(paths) {}
+
+  // The site's purchases, in file order.
+  [[nodiscard]] std::vector<PurchaseSummary> list(std::string_view siteKey);
+
+  // The first purchase of the site with this date stamp, each text cut at its first "~".
+  [[nodiscard]] std::optional<Purchase> read(std::string_view siteKey, std::string_view dateStamp);
+
+  // Adds a record. One with the same date stamp is never overwritten.
+  void save(std::string_view siteKey, const Purchase& purchase);
+
+  // Blanks the first record of the site with this date stamp; without one
+  // nothing is written.
+  void remove(std::string_view siteKey, std::string_view dateStamp);
+
+ private:
+  FileSystem& files_;
+  const WorkingPaths& paths_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,66 @@
+#include "records/record_dialog.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStringBuilder>
+
+#include "records/record_layouts.h"
+#include "shell/guarded.h"
+#include "shell/plain_text.h"
+
+namespace quorrix {
+
+RecordDialog::RecordDialog(const RecordDialogParts& parts, const char* name, const QString& caption)
+    : QDialog(&parts.mainWindow), parts_(parts), caption_(caption) {
+  setObjectName(QString::fromLatin1(name));
+  setWindowTitle(caption_);
+}
+
+std::string RecordDialog::siteKey() const {
+  return std::string(parts_.tree.key(parts_.tree.selected()));
+}
+
+void RecordDialog::showSiteInCaption() {
+  setWindowTitle(caption_ % QStringLiteral(" - ") % asWindowTitle(toQString(siteKey())));
+}
+
+bool RecordDialog::runGuarded(FailureFamily family, const std::function<void()>& operation) {
+  return guarded(*this, parts_.messageBox, family, operation);
+}
+
+bool RecordDialog::isConfirmed(std::string_view question) {
+  return parts_.messageBox.show(question, MessageBoxStyle::ConfirmQuestion) == MessageBoxButton::Ok;
+}
+
+QLabel* RecordDialog::makePrompt(const QString& text) {
+  auto* const prompt = new QLabel(text, this);
+  prompt->setTextFormat(Qt::PlainText);
+  prompt->setWordWrap(true);
+  return prompt;
+}
+
+QPushButton* RecordDialog::makeButton(const char* name, const QString& caption) {
+  auto* const button = new QPushButton(caption, this);
+  button->setObjectName(QString::fromLatin1(name));
+  return button;
+}
+
+QLayout* RecordDialog::rowOfButtons(std::initializer_list<QPushButton*> buttons) {
+  auto* const row = new QHBoxLayout;
+  row->addStretch();
+  for (QPushButton* const button : buttons) row->addWidget(button);
+  return row;
+}
+
+QLineEdit* RecordDialog::makeLineBox(const char* name, const QString& label,
+                                     std::size_t fieldWidth) {
+  auto* const box = new QLineEdit(this);
+  box->setObjectName(QString::fromLatin1(name));
+  box->setAccessibleName(label);
+  box->setMaxLength(static_cast<int>(fieldWidth - kFieldMargin));
+  return box;
+}
+
+}  // namespace quorrix

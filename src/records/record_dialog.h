@@ -1,0 +1,67 @@
+// What the dialogs of the record files share: they work on the site that is
+// selected in the tree at the moment of each operation.
+#pragma once
+
+#include <QDialog>
+#include <cstddef>
+#include <functional>
+#include <initializer_list>
+#include <string>
+
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/message_box.h"
+#include "shell/failure_messages.h"
+#include "sitetree/site_tree.h"
+#include "sitetree/working_folder.h"
+
+class QLabel;
+class QLayout;
+class QLineEdit;
+class QPushButton;
+
+namespace quorrix {
+
+// All must outlive the dialog.
+struct RecordDialogParts {
+  FileSystem& files;
+  Clock& clock;
+  MessageBox& messageBox;
+  const WorkingPaths& paths;
+  const SiteTree& tree;
+  QWidget& mainWindow;
+};
+
+class RecordDialog : public QDialog {
+  Q_OBJECT
+
+ protected:
+  // The caption is plain until a load has succeeded.
+  RecordDialog(const RecordDialogParts& parts, const char* name, const QString& caption);
+
+  [[nodiscard]] const RecordDialogParts& parts() const { return parts_; }
+  [[nodiscard]] std::string siteKey() const;
+
+  // The plain caption, " - " and the site's key.
+  void showSiteInCaption();
+
+  // Runs the operation; when it fails, shows the family's sentence and is false.
+  bool runGuarded(FailureFamily family, const std::function<void()>& operation);
+
+  // Asks with OK and Cancel, Cancel being the default.
+  [[nodiscard]] bool isConfirmed(std::string_view question);
+
+  [[nodiscard]] QLabel* makePrompt(const QString& text);
+  [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption);
+  [[nodiscard]] static QLayout* rowOfButtons(std::initializer_list<QPushButton*> buttons);
+
+  // A box of one line for a field of `fieldWidth` characters.
+  [[nodiscard]] QLineEdit* makeLineBox(const char* name, const QString& label,
+                                       std::size_t fieldWidth);
+
+ private:
+  RecordDialogParts parts_;
+  QString caption_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,66 @@
+// One of the three record files, open for one operation: finding, adding,
+// replacing and blanking records that belong to a site. Record numbers are
+// 16-bit; one past 32,767 fails with 6.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string_view>
+
+#include "platform/file_system.h"
+#include "records/record_layouts.h"
+#include "sitetree/fixed_record_file.h"
+
+namespace quorrix {
+
+using RecordNumber = int;  // 1 to 32,767
+inline constexpr RecordNumber kNoRecord = -1;
+inline constexpr RecordNumber kLastRecordNumber = 32'767;
+
+class RecordFile {
+ public:
+  using Record = std::span<const char>;
+
+  // Opens for reading and writing or, where the file permits only the one, for
+  // that; creates a missing file.
+  RecordFile(FileSystem& files, const Path& path, std::size_t recordLength);
+
+  // The file's length in records, rounded to the nearest whole number, a half
+  // to the even one. Throws Failure 6 past 32,767.
+  [[nodiscard]] RecordNumber recordCount();
+
+  // The first live record of the site for which `isSought` is true, or kNoRecord.
+  [[nodiscard]] RecordNumber find(
+      std::string_view siteKey,
+      const std::function<bool(Record)>& isSought = [](Record) { return true; });
+
+  // Calls `visit` for every record of the site up to the end of the file, in order.
+  void forEach(std::string_view siteKey, const std::function<void(Record)>& visit);
+
+  // `record` has the file's record length.
+  void get(RecordNumber number, std::span<char> record);
+
+  // Puts the record in the place of `number` or, for kNoRecord, behind the last
+  // one. Throws Failure 6 when 32,767 are there.
+  void putOrAppend(RecordNumber number, Record record);
+
+  // Overwrites every byte with blanks; the file keeps its length. Nothing for kNoRecord.
+  void blank(RecordNumber number);
+
+ private:
+  // One write of the whole record; returns when it has reached the disk.
+  void put(RecordNumber number, Record record);
+
+  FixedRecordFile file_;
+  std::size_t recordLength_;
+};
+
+// The text before the first "~". Throws Failure 5 for a field without one.
+[[nodiscard]] std::string_view cutAtTilde(std::string_view field);
+
+// The text before the first blank. Throws Failure 5 for a field without one.
+[[nodiscard]] std::string_view cutAtBlank(std::string_view field);
+
+}  // namespace quorrix

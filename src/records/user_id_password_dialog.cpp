@@ -1,0 +1,82 @@
+#include "records/user_id_password_dialog.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "records/record_layouts.h"
+#include "shell/centre_over.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+
+namespace quorrix {
+
+UIDDialog::UIDDialog(const RecordDialogParts& parts)
+    : RecordDialog(parts, "UIDDialog", QStringLiteral("User ID, Password")),
+      records_(parts.files, parts.paths) {
+  using namespace user_id_password_record;
+  Text1_ = makeLineBox("Text1", QStringLiteral("User ID"), kUserID.width);
+  Text2_ = makeLineBox("Text2", QStringLiteral("Password"), kPassword.width);
+  auto* const boxes = new QFormLayout;
+  boxes->addRow(QStringLiteral("User ID"), Text1_);
+  boxes->addRow(QStringLiteral("Password"), Text2_);
+
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &UIDDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &UIDDialog::CancelButton_Click);
+  connect(DeleteButton_, &QPushButton::clicked, this, &UIDDialog::DeleteButton_Click);
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(
+      makePrompt(QStringLiteral("Enter your user ID and password for this website location.")));
+  layout->addLayout(boxes);
+  layout->addStretch();
+  layout->addLayout(rowOfButtons({OKButton, CancelButton, DeleteButton_}));
+  resize(420, sizeHint().height());
+}
+
+void UIDDialog::Form_Load() {
+  runGuarded(FailureFamily::OpenUserIDPassword, [this] {
+    centreOver(*this, parts().mainWindow);
+    const auto stored = records_.read(siteKey());
+    DeleteButton_->setEnabled(stored.has_value());
+    if (stored) {
+      Text1_->setText(toQString(stored->userID));
+      Text2_->setText(toQString(stored->password));
+    }
+    showSiteInCaption();
+  });
+}
+
+void UIDDialog::OKButton_Click() {
+  runGuarded(FailureFamily::SaveUserIDPassword, [this] {
+    showHourglass(*this);
+    const UserIDPassword entered{.userID = fromQString(Text1_->text()),
+                                 .password = fromQString(Text2_->text())};
+    if (!entered.userID.empty() || !entered.password.empty()) records_.save(siteKey(), entered);
+    showDefaultPointer(*this);
+    accept();
+  });
+}
+
+void UIDDialog::CancelButton_Click() { reject(); }
+
+void UIDDialog::DeleteButton_Click() {
+  runGuarded(FailureFamily::DeleteUserIDPassword, [this] {
+    if (!isConfirmed("Delete user ID and password?")) return;
+    showHourglass(*this);
+    records_.remove(siteKey());
+    Text1_->clear();
+    Text2_->clear();
+    DeleteButton_->setEnabled(false);
+    showDefaultPointer(*this);
+  });
+}
+
+}  // namespace quorrix

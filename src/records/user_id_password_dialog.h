@@ -1,0 +1,32 @@
+// User ID, Password: one of each for the selected site, kept in info.dat and
+// shown in clear text.
+#pragma once
+
+#include "records/record_dialog.h"
+#include "records/user_id_password_file.h"
+
+class QLineEdit;
+
+namespace quorrix {
+
+class UIDDialog final : public RecordDialog {
+  Q_OBJECT
+
+ public:
+  explicit UIDDialog(const RecordDialogParts& parts);
+
+  // Before the dialog is shown; it is shown even when this fails.
+  void Form_Load();
+
+ private:
+  void OKButton_Click();
+  void CancelButton_Click();
+  void DeleteButton_Click();
+
+  UserIDPasswordFile records_;
+  QLineEdit* Text1_;  // user ID
+  QLineEdit* Text2_;  // password
+  QPushButton* DeleteButton_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,151 @@
+#include <QListWidget>
+#include <QTimer>
+
+#include "records/new_purchase_dialog.h"
+#include "records/purchases_dialog.h"
+#include "records/record_dialog_stage.h"
+
+namespace quorrix {
+namespace {
+
+using test::purchaseRecord;
+
+class PurchaseDialogsTest : public test::RecordDialogStage {
+ protected:
+  void givenPurchases(const std::string& bytes) {
+    memory_.givenAFile(paths_.currentPurchasesFile, bytes);
+  }
+  const std::string& file() { return memory_.bytesOf(paths_.currentPurchasesFile); }
+
+  // Presses a button of the purchase dialog that the list is about to open.
+  void whenThePurchaseOpensPress(const char* button) {
+    QTimer::singleShot(0, &mainWindow_, [button] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_FALSE(isEnabled(*dialog, "OKButton"));
+      EXPECT_FALSE(isEnabled(*dialog, "Text1"));
+      press(*dialog, button);
+      dialog->reject();
+    });
+  }
+};
+
+TEST_F(PurchaseDialogsTest, EnterANewPurchaseUnderThePresentDate) {
+  NewPurchaseDialog dialog(parts());
+  dialog.Form_Load();
+  EXPECT_EQ(captionOf(dialog), "New Purchase - one.two.three/a");
+  EXPECT_FALSE(isEnabled(dialog, "DeleteButton"));
+  control<QLineEdit>(dialog, "Text1").insert(QStringLiteral("lamp"));
+  control<QLineEdit>(dialog, "Text3").insert(QStringLiteral("9.95"));
+  control<QLineEdit>(dialog, "Text4").insert(QStringLiteral("1"));
+  control<QLineEdit>(dialog, "Text2").insert(QStringLiteral("card"));
+  control<QPlainTextEdit>(dialog, "Text5").insertPlainText(QStringLiteral("brass\nold"));
+  press(dialog, "OKButton");
+  EXPECT_EQ(file(), purchaseRecord("one.two.three/a", {.dateStamp = "1/2/26 3:04:05 PM~",
+                                                       .price = "9.95~",
+                                                       .paymentMethod = "card~",
+                                                       .item = "lamp~",
+                                                       .description = "brass\r\nold~",
+                                                       .quantity = "1~"}));
+}
+
+TEST_F(PurchaseDialogsTest, LeaveTheBoxesOpenWhenThePurchaseIsGone) {
+  NewPurchaseDialog dialog(parts());
+  dialog.Form_Load();
+  dialog.getExistingRecord("1/1/26 1:00:00 AM");
+  EXPECT_TRUE(isEnabled(dialog, "Text1"));
+  EXPECT_TRUE(isEnabled(dialog, "OKButton"));
+  EXPECT_TRUE(isEnabled(dialog, "DeleteButton"));
+}
+
+TEST_F(PurchaseDialogsTest, SayThatThereIsNothingToList) {
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = true;
+  messageBox_.expect("No purchase information recorded for this web location.",
+                     MessageBoxStyle::Information);
+  dialog.Form_Load(somePurchasesToLoad);
+  EXPECT_FALSE(somePurchasesToLoad);
+}
+
+TEST_F(PurchaseDialogsTest, ListItemPriceAndDateInFileOrder) {
+  givenPurchases(purchaseRecord("one.two.three/a", {.price = "~", .item = "lamp~"}) +
+                 purchaseRecord("a.b.c") + purchaseRecord("one.two.three/a", {.item = "rug~"}));
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  EXPECT_TRUE(somePurchasesToLoad);
+  EXPECT_EQ(captionOf(dialog), "Purchases - one.two.three/a");
+  auto& list = control<QListWidget>(dialog, "List1");
+  ASSERT_EQ(list.count(), 2);
+  EXPECT_EQ(list.item(0)->text(), QStringLiteral("lamp  1/2/26 3:04:05 PM"));
+  EXPECT_EQ(list.item(1)->text(), QStringLiteral("rug 9.95 1/2/26 3:04:05 PM"));
+}
+
+TEST_F(PurchaseDialogsTest, WantAnItemSelected) {
+  givenPurchases(purchaseRecord("one.two.three/a"));
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  messageBox_.expect("You must select an item from the list.", MessageBoxStyle::Exclamation);
+  press(dialog, "Command1");
+}
+
+TEST_F(PurchaseDialogsTest, DeleteAPurchaseAndKeepTheListInStep) {
+  givenPurchases(purchaseRecord("one.two.three/a", {.dateStamp = "1~"}) +
+                 purchaseRecord("one.two.three/a", {.dateStamp = "2~"}));
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  auto& list = control<QListWidget>(dialog, "List1");
+  for (const int left : {1, 0}) {
+    list.setCurrentRow(0);
+    messageBox_.expect("Delete purchase information?", MessageBoxStyle::ConfirmQuestion,
+                       MessageBoxButton::Ok);
+    whenThePurchaseOpensPress("DeleteButton");
+    press(dialog, "Command1");
+    EXPECT_EQ(list.count(), left);
+    EXPECT_EQ(isEnabled(dialog, "Command1"), left > 0);
+  }
+  EXPECT_EQ(file(), std::string(1084, ' '));
+}
+
+TEST_F(PurchaseDialogsTest, FallOutOfStepWhenTwoPurchasesHaveOneDate) {
+  const std::string last = purchaseRecord("one.two.three/a", {.dateStamp = "2~"});
+  givenPurchases(purchaseRecord("one.two.three/a", {.dateStamp = "1~"}) +
+                 purchaseRecord("one.two.three/a", {.dateStamp = "1~"}) + last);
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  auto& list = control<QListWidget>(dialog, "List1");
+  list.setCurrentRow(0);
+  messageBox_.expect("Delete purchase information?", MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Ok);
+  whenThePurchaseOpensPress("DeleteButton");
+  press(dialog, "Command1");
+  ASSERT_EQ(list.count(), 2);
+  // Both dates are gone, so the first entry now opens what the second one shows.
+  list.setCurrentRow(0);
+  QString shown;
+  QTimer::singleShot(0, &mainWindow_, [&shown] {
+    auto* const purchase = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(purchase, nullptr);
+    shown = control<QLineEdit>(*purchase, "Text6").text();
+    purchase->reject();
+  });
+  press(dialog, "Command1");
+  EXPECT_EQ(shown, QStringLiteral("2"));
+}
+
+TEST_F(PurchaseDialogsTest, FailAtThe502ndPurchaseOfASite) {
+  std::string bytes;
+  for (int i = 0; i < 502; ++i) bytes += purchaseRecord("one.two.three/a");
+  givenPurchases(bytes);
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  messageBox_.expect("Unable to open Purchases window. Unknown error.", MessageBoxStyle::Critical);
+  dialog.Form_Load(somePurchasesToLoad);
+  EXPECT_FALSE(somePurchasesToLoad);
+}
+
+}  // namespace
+}  // namespace quorrix

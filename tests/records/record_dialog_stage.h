@@ -1,0 +1,57 @@
+// A main window, a tree with a selected site, and the record files in memory:
+// what a record dialog works with.
+#pragma once
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include "records/record_dialog.h"
+#include "records/record_file_stage.h"
+#include "shell/plain_text.h"
+#include "sitetree/site_file.h"
+#include "support/fake_clock.h"
+#include "support/scripted_message_box.h"
+
+namespace quorrix::test {
+
+class RecordDialogStage : public RecordFileStage {
+ protected:
+  RecordDialogStage() {
+    tree_.addRoot();
+    tree_.select(addRecordToTree(tree_, "one.two.three/a", 'N'));
+    clock_.set({.year = 2026, .month = 1, .day = 2, .hour = 15, .minute = 4, .second = 5});
+  }
+
+  RecordDialogParts parts() {
+    return {.files = files_,
+            .clock = clock_,
+            .messageBox = messageBox_,
+            .paths = paths_,
+            .tree = tree_,
+            .mainWindow = mainWindow_};
+  }
+
+  template <typename Widget>
+  static Widget& control(QDialog& dialog, const char* name) {
+    return *dialog.findChild<Widget*>(QString::fromLatin1(name));
+  }
+
+  static void press(QDialog& dialog, const char* button) {
+    control<QPushButton>(dialog, button).click();
+  }
+
+  static bool isEnabled(QDialog& dialog, const char* name) {
+    return control<QWidget>(dialog, name).isEnabled();
+  }
+
+  static std::string captionOf(QDialog& dialog) { return dialog.windowTitle().toStdString(); }
+
+  FakeClock clock_;
+  ScriptedMessageBox messageBox_;
+  SiteTree tree_;
+  QWidget mainWindow_;
+};
+
+}  // namespace quorrix::test
