@@ -93,6 +93,13 @@ std::string withSlash(std::string_view rest) {
 
 }  // namespace
 
+std::string withoutUser(std::string_view webAddress) {
+  const std::size_t scheme = schemeLength(webAddress);
+  const Parts parts = partsOf(webAddress.substr(scheme));
+  std::string address(webAddress.substr(0, scheme));
+  return address.append(parts.host).append(parts.rest);
+}
+
 bool isWebAddress(std::string_view address) {
   const std::size_t scheme = schemeLength(address);
   return scheme > 0 && address.size() > scheme && std::ranges::none_of(address, isBlankOrControl);

@@ -16,6 +16,10 @@ namespace quorrix {
 // The host and port of a web address, without a user name.
 [[nodiscard]] std::string_view hostOf(std::string_view webAddress);
 
+// The address without a user name and a password in front of its host, which
+// have no place in a record of visits.
+[[nodiscard]] std::string withoutUser(std::string_view webAddress);
+
 // The full address that an address bar means, given the address of its document.
 // A bar leaves out the scheme, "www." and the slash behind a bare host, and shows
 // characters in place of their percent codes: where it means the document's

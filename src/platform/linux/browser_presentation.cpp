@@ -10,7 +10,7 @@ Presented BrowserPresentation::present(const std::string& frame,
                                        const std::optional<PageReading>& reading) {
   if (!reading) {
     const auto known = pages_.find(frame);
-    return {known == pages_.end() ? std::string() : known->second.address, false};
+    return {known == pages_.end() ? std::string() : withoutUser(known->second.address), false};
   }
   Page& page = pages_[frame];
   if (page.document != reading->document || page.documentAddress != reading->address) {
@@ -20,7 +20,7 @@ Presented BrowserPresentation::present(const std::string& frame,
     if (isWebAddress(reading->address)) page.address = reading->address;
   }
   if (reading->bar && !page.address.empty()) settleBar(page, *reading->bar);
-  Presented presented{page.address, isVisit(page)};
+  Presented presented{withoutUser(page.address), isVisit(page)};
   last_ = page;
   return presented;
 }

@@ -103,7 +103,7 @@ MainForm::MainForm(const Parts& parts)
   popupMenu_ = new SitePopupMenu(handlers, this);
   connect(treeView_, &SiteTreeView::mouseUp, this, &MainForm::TreeView_MouseUp);
 
-  resize(kFirstSize);
+  resize(kFirstSize.boundedTo(screen()->availableSize()));
   // Not left to the window manager, which places windows only once they show:
   // the wait dialog centres itself over this one before that.
   move(screen()->availableGeometry().center() - rect().center());
