@@ -82,7 +82,10 @@ TEST_F(FixedRecordFileTest, CreatesAMissingFile) {
 }
 
 TEST_F(FixedRecordFileTest, FailsWhereTheFolderIsMissing) {
-  EXPECT_EQ(failureNumberOf([this] { FixedRecordFile(files_, "Nowhere/some.dat", kLength, FileAccess::ReadWrite); }), 76);
+  EXPECT_EQ(failureNumberOf([this] {
+              FixedRecordFile(files_, "Nowhere/some.dat", kLength, FileAccess::ReadWrite);
+            }),
+            76);
 }
 
 TEST_F(FixedRecordFileTest, ClosesTheFileAtTheEndOfItsLife) {
@@ -267,9 +270,8 @@ TEST_F(FixedRecordFileTest, TriesReadingOnlyAfterARefusal) {
   for (const int number : {7, 53, 57, 61, 67, 68, 71, 76}) {
     files_.reset();
     files_.failAtCall(FileCall::OpenRandomAccess, 1, number);
-    EXPECT_EQ(failureNumberOf([this] {
-                FixedRecordFile(files_, path_, kLength, FileAccess::AsPermitted);
-              }),
+    EXPECT_EQ(failureNumberOf(
+                  [this] { FixedRecordFile(files_, path_, kLength, FileAccess::AsPermitted); }),
               number);
     EXPECT_EQ(files_.callsOf(FileCall::OpenForReading), 0);
   }

@@ -93,7 +93,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   SiteTreeView* treeView_;
   TwoPanelStatusBar* statusBar_;
   SitePopupMenu* popupMenu_;
-  NodeId popupSite_ = kNoNode;  // selected when the popup menu was opened
+  NodeId popupSite_ = kNoNode;        // selected when the popup menu was opened
   bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
   bool isUnloaded_ = false;
 };
