@@ -28,7 +28,7 @@ PAGES = (
     "http://maps.valley.example/walks/old-mill",
     "http://maps.valley.example/walks/river-path",
     "https://mail.meadow.example/inbox",
-    "https://www.library.example/books/new",
+    "https://www.reading.example/books/new",
 )
 
 
