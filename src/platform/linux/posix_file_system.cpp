@@ -4,12 +4,11 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <cerrno>
-#include <string_view>
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/first_line.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/posix_random_access_file.h"
 #include "platform/system_errors.h"
@@ -20,7 +19,6 @@ namespace {
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kAnyWriteBit = 0222;
-constexpr std::size_t kLongestFirstLine = std::size_t{64} * 1024;
 
 // Without O_NONBLOCK, opening a pipe would wait for its other end; on a regular
 // file the flag does nothing.
@@ -104,15 +102,7 @@ std::string PosixFileSystem::readFirstLine(const Path& path) {
   FileDescriptor descriptor = openOrFail(path, O_RDONLY);
   static_cast<void>(statusOf(descriptor, path));
   PosixRandomAccessFile file(std::move(descriptor), path);
-  std::string line;
-  std::array<char, 512> block;
-  while (line.size() < kLongestFirstLine) {
-    const std::string_view read(block.data(), file.readAt(line.size(), block));
-    const auto end = read.find_first_of("\r\n");
-    line += read.substr(0, end);
-    if (end != std::string_view::npos || read.empty()) break;
-  }
-  return line;
+  return firstLineOf(file);
 }
 
 }  // namespace quorrix

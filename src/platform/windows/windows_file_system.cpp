@@ -1,18 +1,15 @@
 #include "platform/windows/windows_file_system.h"
 
-#include <array>
-#include <string_view>
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/first_line.h"
 #include "platform/system_errors.h"
 #include "platform/windows/unique_handle.h"
 #include "platform/windows/windows_random_access_file.h"
 
 namespace quorrix {
 namespace {
-
-constexpr std::size_t kLongestFirstLine = std::size_t{64} * 1024;
 
 // Windows keeps other programs from reading and writing what is locked. The one
 // byte that Quorrix locks lies where no file ever has data, so that the lock binds
@@ -104,15 +101,7 @@ std::string WindowsFileSystem::readFirstLine(const Path& path) {
     throw Failure(failure::kPathFileAccess);
   }
   WindowsRandomAccessFile file(std::move(handle), path);
-  std::string line;
-  std::array<char, 512> block;
-  while (line.size() < kLongestFirstLine) {
-    const std::string_view read(block.data(), file.readAt(line.size(), block));
-    const auto end = read.find_first_of("\r\n");
-    line += read.substr(0, end);
-    if (end != std::string_view::npos || read.empty()) break;
-  }
-  return line;
+  return firstLineOf(file);
 }
 
 }  // namespace quorrix
