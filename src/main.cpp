@@ -18,16 +18,24 @@
 #else
 #include "platform/linux/accessible_window_system.h"
 #include "platform/linux/posix_file_system.h"
+#include "platform/linux/x11_window_stack.h"
+#include "tracking/browser_scan.h"
 #endif
 
 namespace {
 
 #ifdef _WIN32
 using RealFileSystem = quorrix::WindowsFileSystem;
-using RealWindowSystem = quorrix::User32WindowSystem;
+
+quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/) { return {}; }
 #else
 using RealFileSystem = quorrix::PosixFileSystem;
-using RealWindowSystem = quorrix::AccessibleWindowSystem;
+
+quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock) {
+  return {clock,
+          {.isBrowserTitle = quorrix::isBrowserTitle,
+           .titlesOfWindowStack = quorrix::titlesOfX11WindowStack}};
+}
 #endif
 
 void choosePlatform() {
@@ -49,7 +57,7 @@ int main(int argc, char* argv[]) {
 
   quorrix::SystemClock clock;
   RealFileSystem files;
-  RealWindowSystem windows(clock);
+  auto windows = windowSystem(clock);
   quorrix::QtEventPump events;
   quorrix::QtMessageBox messageBox;
   quorrix::Path folder;

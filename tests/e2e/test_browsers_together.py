@@ -84,6 +84,21 @@ class BrowsersTogether(QuorrixTest):
                           ("news.harbour.example/meanwhile.html", "N"),
                           ("www.garden.example/after.html", "N"))
 
+    def test_the_one_used_last_before_tracking_starts_is_the_one_that_is_read(self):
+        for used in (self.firefox, self.chromium):
+            with self.subTest(used=used.name):
+                self.quorrix.stop_tracking()
+                for browser in (self.firefox, self.chromium):
+                    browser.visit(f"http://www.garden.example/shown-by-{browser.name}.html")
+                used.use()
+                before = self.quorrix.addresses_and_flags()
+
+                self.quorrix.start_tracking()
+                self.wait_for_record(f"www.garden.example/shown-by-{used.name}.html", seconds=2)
+                writes = self.watch_writes()
+                self.assert_nothing_is_written(writes, "the other one is not read")
+                self.assertEqual(len(before) + 1, len(self.quorrix.addresses_and_flags()))
+
     # --- given -----------------------------------------------------------------------------------
 
     def left_for(self, browser):

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "platform/linux/address_text.h"
 #include "platform/text_encoding.h"
@@ -62,9 +63,9 @@ class AccessibleWindowSystem::Stint {
   Deadline deadline_;
 };
 
-AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock)
+AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock, WindowList::Desktop desktop)
     : bus_(clock),
-      list_(bus_,
+      list_(bus_, std::move(desktop),
             [this](const AccessibleId& frame) {
               reader_.forgetFrame(frame);
               presentation_.forgetFrame(frame.peer + frame.path);
@@ -74,6 +75,7 @@ AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock)
 // What the browser shows now is a visit again, whenever it can first be read.
 void AccessibleWindowSystem::prepareForTracking() {
   presentation_ = BrowserPresentation();
+  list_.forgetOrder();
   bus_.switchAccessibilityOn();
 }
 

@@ -38,7 +38,7 @@ class AccessibleWindowSystem final : public WindowSystem {
   };
 
   // `clock` spaces the attempts to reach a bus that is away.
-  explicit AccessibleWindowSystem(Clock& clock);
+  AccessibleWindowSystem(Clock& clock, WindowList::Desktop desktop);
 
   // Makes the session's programs accessible; goes on trying in the passes that
   // follow until that has succeeded.

@@ -13,16 +13,26 @@ Presented BrowserPresentation::present(const std::string& frame,
     return {known == pages_.end() ? std::string() : withoutUser(known->second.address), false};
   }
   Page& page = pages_[frame];
+  if (isCompleted(page, *reading)) {
+    if (last_.document == page.document) last_.document = reading->document;
+    page.document = reading->document;
+  }
   if (page.document != reading->document || page.documentAddress != reading->address) {
     page = Page{};
     page.document = reading->document;
     page.documentAddress = reading->address;
     if (isWebAddress(reading->address)) page.address = reading->address;
   }
+  page.hasBar = reading->bar.has_value();
   if (reading->bar && !page.address.empty()) settleBar(page, *reading->bar);
   Presented presented{withoutUser(page.address), isVisit(page)};
   last_ = page;
   return presented;
+}
+
+bool BrowserPresentation::isCompleted(const Page& page, const PageReading& reading) {
+  return !page.document.empty() && page.documentAddress == reading.address && !page.hasBar &&
+         reading.bar;
 }
 
 void BrowserPresentation::settleBar(Page& page, const AddressBarReading& bar) {

@@ -27,6 +27,9 @@
 //   the window is closed and another
 //   one opens on the same page         new document                       yes
 //   the bus went away and came back    same page, all names are new       no
+//   Chromium wakes up                  a document without the rest of the
+//                                      window, then both, the document
+//                                      replaced                           once
 //
 // That a document is busy thus decides nothing about visits: while Firefox waits
 // for a server the old document with the old address is busy, and Chromium never
@@ -85,12 +88,14 @@ class BrowserPresentation {
     std::string document;
     std::string documentAddress;
     std::string address;      // what is presented
+    bool hasBar = false;      // as read last
     bool isFromBar = false;   // and not the document's own address
     std::string barBefore;    // the bar's text in the pass before
     bool wasFocused = false;  // the bar, in the pass before
     bool isBarTyped = false;  // what stands in the bar may have been typed
   };
 
+  [[nodiscard]] static bool isCompleted(const Page& page, const PageReading& reading);
   static void settleBar(Page& page, const AddressBarReading& bar);
   [[nodiscard]] bool isVisit(const Page& page) const;
 

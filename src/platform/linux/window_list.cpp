@@ -8,6 +8,8 @@
 #include <set>
 #include <utility>
 
+#include "platform/text_encoding.h"
+
 namespace quorrix {
 namespace {
 
@@ -19,7 +21,7 @@ constexpr std::size_t kMostWindowsOfAProgram = 64;
 }  // namespace
 
 void WindowList::refresh(const Deadline& deadline) {
-  isThorough_ = pass_++ % kThoroughEvery == 0;
+  isThorough_ = pass_++ % kThoroughEvery == 0 || !isOrderKnown();
   frontIsActive_ = false;
   newcomers_.clear();
   if (isThorough_) {
@@ -31,6 +33,7 @@ void WindowList::refresh(const Deadline& deadline) {
   listNewPrograms(deadline);
   lookAtWindows(deadline);
   if (!frontIsActive_) findActiveAmongOthers(deadline);
+  if (!isOrderKnown()) findTopmostBrowser();
 }
 
 // The list of programs, the windows of those that are due, and whether the window
@@ -48,8 +51,9 @@ void WindowList::askKnownPrograms(const Deadline& deadline) {
   if (front) calls.push_back(stateCall(front->id));
 
   const std::vector<Answer> answers = bus_.ask(calls, deadline);
-  if (front) {
-    frontIsActive_ = hasState(statesIn(answers.back().message).value_or(0), ATSPI_STATE_ACTIVE);
+  if (front && hasState(statesIn(answers.back().message).value_or(0), ATSPI_STATE_ACTIVE)) {
+    frontIsActive_ = true;
+    noteIsUsed(front->id);
   }
   if (const auto roots = childrenIn(answers[0].message, kMostPrograms)) takePrograms(*roots);
   for (std::size_t i = 0; i < asked.size(); ++i) {
@@ -131,8 +135,9 @@ void WindowList::listNewPrograms(const Deadline& deadline) {
 void WindowList::lookAtWindows(const Deadline& deadline) {
   std::vector<Message> calls;
   std::vector<AccessibleId> known;
+  const bool hasOrder = isOrderKnown();
   for (const Window& window : windows_) {
-    const bool isSettled = belongsToBrowser(window.id) && !window.title.empty();
+    const bool isSettled = hasOrder && belongsToBrowser(window.id) && !window.title.empty();
     if (!isThorough_ || !window.isFrame || isSettled) continue;
     known.push_back(window.id);
     calls.push_back(nameCall(window.id));
@@ -171,7 +176,7 @@ void WindowList::takeLook(const AccessibleId& id, const Answer* role, const Answ
   const bool isActive = hasState(statesIn(state.message).value_or(0), ATSPI_STATE_ACTIVE);
   if (!isActive || !window->isFrame || title->empty()) return;
   frontIsActive_ = true;
-  moveToFront(id);
+  noteIsUsed(id);
 }
 
 // A browser stays in front after another kind of program, such as this one, became
@@ -189,20 +194,44 @@ void WindowList::findActiveAmongOthers(const Deadline& deadline) {
   const std::vector<Answer> answers = bus_.ask(calls, deadline);
   for (std::size_t i = 0; i < asked.size(); ++i) {
     if (hasState(statesIn(answers[i].message).value_or(0), ATSPI_STATE_ACTIVE)) {
-      return moveToFront(asked[i]);
+      return noteIsUsed(asked[i]);
     }
   }
 }
 
-void WindowList::moveToFront(const AccessibleId& id) {
+// A stack that lacks one of them, as XWayland's lacks the windows of Wayland itself,
+// tells nothing.
+void WindowList::findTopmostBrowser() {
+  const std::vector<std::string> stack = desktop_.titlesOfWindowStack();
+  const Window* topmost = nullptr;
+  auto topmostPlace = stack.end();
+  for (const Window& window : windows_) {
+    if (!isBrowserFrame(window)) continue;
+    const auto place = std::ranges::find(stack, window.title);
+    if (place == stack.end()) return;
+    if (topmost && place >= topmostPlace) continue;
+    topmost = &window;
+    topmostPlace = place;
+  }
+  if (topmost) noteIsUsed(topmost->id);
+}
+
+void WindowList::noteIsUsed(const AccessibleId& id) {
   const auto window = find(id);
+  window->wasUsed = true;
   std::rotate(windows_.begin(), window, window + 1);
+}
+
+void WindowList::forgetOrder() {
+  for (Window& window : windows_) window.wasUsed = false;
 }
 
 std::vector<AccessibleId> WindowList::frames() const {
   std::vector<AccessibleId> frames;
+  const bool hasOrder = isOrderKnown();
   for (const Window& window : windows_) {
-    if (window.isFrame && !window.title.empty()) frames.push_back(window.id);
+    if (!window.isFrame || window.title.empty()) continue;
+    if (hasOrder || !isBrowserFrame(window)) frames.push_back(window.id);
   }
   return frames;
 }
@@ -236,6 +265,21 @@ std::vector<WindowList::Window>::iterator WindowList::find(const AccessibleId& i
 bool WindowList::belongsToBrowser(const AccessibleId& id) const {
   const auto program = programs_.find(id.peer);
   return program != programs_.end() && program->second.isBrowser;
+}
+
+bool WindowList::isBrowserFrame(const Window& window) const {
+  return window.isFrame && desktop_.isBrowserTitle(windows1252FromUtf8(window.title));
+}
+
+// Windows that were used precede those that were not.
+bool WindowList::isOrderKnown() const {
+  std::size_t browsers = 0;
+  for (const Window& window : windows_) {
+    if (!isBrowserFrame(window)) continue;
+    if (window.wasUsed) return true;
+    ++browsers;
+  }
+  return browsers < 2;
 }
 
 const WindowList::Window* WindowList::frontBrowserFrame() const {

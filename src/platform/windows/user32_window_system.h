@@ -16,8 +16,8 @@ class User32WindowSystem final : public WindowSystem {
   // still meanwhile.
   static constexpr std::chrono::milliseconds kAnswerLimit{200};
 
-  explicit User32WindowSystem(std::chrono::milliseconds answerLimit = kAnswerLimit)
-      : answerLimit_(answerLimit) {}
+  User32WindowSystem() = default;
+  explicit User32WindowSystem(std::chrono::milliseconds answerLimit) : answerLimit_(answerLimit) {}
 
   void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
 

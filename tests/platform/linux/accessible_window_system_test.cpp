@@ -151,7 +151,11 @@ class AccessibleWindowSystemTest : public testing::Test {
   test::TestBus bus_;
   test::FakeClock clock_;
   std::unique_ptr<FakeAccessibleProgram> registry_;
-  AccessibleWindowSystem windows_{clock_};
+  std::vector<std::string> stack_;  // titles, topmost first
+  AccessibleWindowSystem windows_{
+      clock_,
+      {.isBrowserTitle = [](std::string_view title) { return title.ends_with(" - Browser"); },
+       .titlesOfWindowStack = [this] { return stack_; }}};
 };
 
 TEST_F(AccessibleWindowSystemTest, ShowsABrowserAsTheWindowsThatTheScanLooksFor) {
@@ -245,6 +249,65 @@ TEST_F(AccessibleWindowSystemTest, PutsTheActiveWindowFirstAndKeepsItThere) {
   EXPECT_EQ(statusWhenSeen("http://a.test/"), "Connect: a.test");
   first->set("/frame", frame("1 - Browser", "/page"));
   EXPECT_EQ(pass().title, "1 - Browser");
+}
+
+TEST_F(AccessibleWindowSystemTest, ReadsNoneOfSeveralBrowsersUntilOneIsUsed) {
+  const auto first = startBrowser("1 - Browser", "http://a.test/");
+  const auto second = startBrowser("2 - Browser", "http://b.test/");
+  const auto editor = startBrowser("Editor", "http://secret.test/");
+  list({first.get(), second.get(), editor.get()});
+  for (int i = 0; i < 12; ++i) {
+    const Seen seen = pass();
+    EXPECT_EQ(seen.title, "");
+    EXPECT_EQ(seen.passedOver, std::vector<std::string>{"Editor"});
+  }
+  second->set("/frame", frame("2 - Browser", "/page", kActive));
+  EXPECT_EQ(pass().status, "Connect: b.test");
+  second->set("/frame", frame("2 - Browser", "/page"));
+  EXPECT_EQ(pass().title, "2 - Browser");
+}
+
+TEST_F(AccessibleWindowSystemTest, ReadsTheOneThatIsLeftOfSeveralUnusedBrowsers) {
+  const auto first = startBrowser("1 - Browser", "http://a.test/");
+  const auto second = startBrowser("2 - Browser", "http://b.test/");
+  list({first.get(), second.get()});
+  EXPECT_EQ(pass().title, "");
+  list({first.get()});
+  EXPECT_EQ(pass().status, "Connect: a.test");
+}
+
+TEST_F(AccessibleWindowSystemTest, ReadsTheTopmostOfSeveralUnusedBrowsers) {
+  const auto first = startBrowser("1 - Browser", "http://a.test/");
+  const auto second = startBrowser("2 \xE2\x80\x94 Browser - Browser", "http://b.test/");
+  list({first.get(), second.get()});
+  stack_ = {"Quorrix", "2 \xE2\x80\x94 Browser - Browser", "Editor", "1 - Browser"};
+  EXPECT_EQ(pass().status, "Connect: b.test");
+  // Once the order is known, only use changes it.
+  stack_ = {"1 - Browser", "2 \xE2\x80\x94 Browser - Browser"};
+  EXPECT_EQ(pass().address, "http://b.test/");
+  first->set("/frame", frame("1 - Browser", "/page", kActive));
+  EXPECT_EQ(statusWhenSeen("http://a.test/"), "Connect: a.test");
+}
+
+TEST_F(AccessibleWindowSystemTest, TrustsNoStackThatLacksABrowser) {
+  const auto first = startBrowser("1 - Browser", "http://a.test/");
+  const auto second = startBrowser("2 - Browser", "http://b.test/");
+  list({first.get(), second.get()});
+  stack_ = {"2 - Browser"};
+  EXPECT_EQ(pass().title, "");
+}
+
+TEST_F(AccessibleWindowSystemTest, FindsTheOrderAnewWhenTrackingStartsAgain) {
+  const auto first = startBrowser("1 - Browser", "http://a.test/");
+  const auto second = startBrowser("2 - Browser", "http://b.test/");
+  list({first.get(), second.get()});
+  stack_ = {"1 - Browser", "2 - Browser"};
+  EXPECT_EQ(pass().status, "Connect: a.test");
+  // Used while nobody tracked, and on another page now.
+  second->set("/frame", frame("3 - Browser", "/page"));
+  stack_ = {"3 - Browser", "1 - Browser"};
+  windows_.prepareForTracking();
+  EXPECT_EQ(pass().status, "Connect: b.test");
 }
 
 TEST_F(AccessibleWindowSystemTest, PutsANewWindowInFrontOnlyIfItIsActive) {

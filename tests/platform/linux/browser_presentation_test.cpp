@@ -45,6 +45,19 @@ TEST_F(BrowserPresentationTest, SignalsTheNextPageWhenItsAddressAppears) {
   EXPECT_FALSE(see("2", "http://b.test/").isVisit);
 }
 
+// Chromium, when it is first asked, may show a document before its address bar, and
+// replace it when it has built both.
+TEST_F(BrowserPresentationTest, TakesADocumentThatComesWithTheBarForTheOneBeforeIt) {
+  EXPECT_TRUE(see("1", "http://www.a.test/").isVisit);
+  EXPECT_FALSE(seeWithBar("2", "http://www.a.test/", "a.test").isVisit);
+  EXPECT_TRUE(seeWithBar("3", "http://www.a.test/", "a.test").isVisit);
+}
+
+TEST_F(BrowserPresentationTest, SignalsAnotherPageThatComesWithTheBar) {
+  EXPECT_TRUE(see("1", "http://www.a.test/").isVisit);
+  EXPECT_TRUE(seeWithBar("2", "http://www.b.test/", "b.test").isVisit);
+}
+
 TEST_F(BrowserPresentationTest, KeepsTheOldAddressWhileThePageHasNoDocumentYet) {
   static_cast<void>(see("1", "http://a.test/"));
   const Presented loading = seeNothing();
