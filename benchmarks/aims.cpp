@@ -50,13 +50,14 @@ std::optional<double> valueOf(const Medians& medians, std::string_view name,
 }  // namespace
 
 void printAims(std::ostream& out, const Medians& medians) {
-  out << "\nAims" << std::fixed << std::setprecision(1) << '\n';
+  out << "\nAims" << std::fixed << '\n';
   for (const Aim& aim : kAims) {
     const auto measured = valueOf(medians, aim.measured, aim.counter);
     const auto bound =
         aim.peer.empty() ? std::optional(aim.bound) : valueOf(medians, aim.peer, aim.counter);
     if (!measured || !bound) continue;
-    out << "  " << std::left << std::setw(62) << aim.what << std::right << std::setw(8) << *measured
+    out << "  " << std::left << std::setw(62) << aim.what << std::right
+        << std::setprecision(*measured < 10 ? 3 : 0) << std::setw(8) << *measured
         << (*measured < *bound ? "  met     " : "  MISSED  ") << "below " << *bound << '\n';
   }
 }

@@ -4,6 +4,8 @@
 
 #include <exception>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "aims.h"
 #include "bench_data.h"
@@ -18,7 +20,7 @@ void run() {
   BenchData data;
   benchmark::AddCustomContext("data folder", data.folder().string());
   benchmark::AddCustomContext("file system", storageUnder(data.folder()));
-  benchmark::AddCustomContext("figures", "medians of " + std::to_string(kRepetitions) +
+  benchmark::AddCustomContext("figures", "medians of at least " + std::to_string(kRepetitions) +
                                              " repetitions, files in the system's cache");
   registerLoadBenchmarks(data);
   registerVisitBenchmarks(data);
@@ -33,8 +35,15 @@ void run() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  // The contestants take turns, repetition by repetition, so that a machine that is
+  // busy for a while is busy for all of them. An argument of the caller's wins.
+  std::string turns = "--benchmark_enable_random_interleaving=true";
+  std::vector<char*> arguments(argv, argv + argc);
+  arguments.insert(arguments.begin() + 1, turns.data());
+  int count = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  benchmark::Initialize(&count, arguments.data());
+  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
   try {
     run();
   } catch (const std::exception& error) {

@@ -1,9 +1,11 @@
-// Shows the median of each benchmark's repetitions and nothing else, and keeps
-// the medians for the table of aims.
+// Shows the median of each benchmark's repetitions and nothing else, at the end and
+// in the order of registration, since contestants that take turns end in any order.
+// Keeps the medians for the table of aims.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,11 +25,13 @@ class MedianReporter final : public benchmark::ConsoleReporter {
   MedianReporter();
 
   void ReportRuns(const std::vector<Run>& runs) override;
+  void Finalize() override;
 
   [[nodiscard]] const Medians& medians() const { return medians_; }
 
  private:
   Medians medians_;
+  std::map<std::int64_t, std::vector<Run>> shown_;  // by the order of registration
 };
 
 }  // namespace quorrix::bench

@@ -1,9 +1,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <random>
 #include <stdexcept>
+#include <thread>
 
 #include "benchmarks.h"
 #include "platform/linux/file_descriptor.h"
@@ -19,114 +22,133 @@ namespace {
 
 constexpr std::size_t kCounts[] = {10'000, 100'000, 1'000'000};  // of records
 
-// So many that the places in the file average out, and that SQLite comes to
-// carry its log over into the database within a repetition.
-constexpr int kVisits = 1000;
-constexpr int kSearches = 100;
+// A disk is quick at one moment and slow at the next: every repetition is one visit,
+// the contestants' repetitions are mixed, and the median is one of many.
+constexpr int kVisits = 301;
+constexpr int kSearches = 101;
 
-// Calls `visit` with one random record number, counted from 0, per iteration. Every
-// repetition goes on where the last one ended; all contestants get the same numbers.
-template <typename Visit>
-void measureVisits(benchmark::State& state, std::mt19937_64& random, std::size_t count,
-                   Visit visit) {
-  for ([[maybe_unused]] auto _ : state) visit(static_cast<std::size_t>(random() % count));
-}
+// Visits come one by one. In a burst, a write can find the file's times set by the one
+// just before it, and its sync has less to do than that of a lone visit.
+constexpr std::chrono::milliseconds kPause{5};
 
-void visitSiteFile(benchmark::State& state, BenchData& data, std::size_t count, FileSystem& files,
-                   std::mt19937_64& random) {
-  const WorkingPaths paths = data.siteFile(count);
-  const AddressList& addresses = data.addresses(count);
-  SystemClock clock;
-  SiteFile siteFile(files, clock, paths);
-  SiteTree tree;
-  siteFile.loadNodes(tree);
+// A write-ahead log that still grows costs more to sync than one that is written over
+// from the start, which it is as soon as its 1,000 pages have been carried over.
+constexpr std::size_t kVisitsUntilLogIsReused = 2'000;
+
+// Records a visit to the address with this number, counted from 0. What it keeps
+// open, it keeps for the whole run, as a program does that runs all day.
+using Visit = std::function<void(std::size_t number)>;
+enum class Sync { Yes, No };
+
+class SiteFileVisitor {
+ public:
+  SiteFileVisitor(BenchData& data, std::size_t count, Sync sync)
+      : paths_(data.siteFile(count)),
+        addresses_(data.addresses(count)),
+        siteFile_(sync == Sync::Yes ? static_cast<FileSystem&>(real_) : unsynced_, clock_, paths_) {
+    siteFile_.loadNodes(tree_);
+  }
+
   // As tracking does it: the address is looked up in the tree, whose node knows
   // where the record was.
-  measureVisits(state, random, count, [&](std::size_t number) {
-    const NodeId node = tree.at(addresses[number]);
-    siteFile.updateSiteRecord(addresses[number], 'S', tree.recordNumber(node));
-  });
+  void visit(std::size_t number) {
+    const std::string_view address = addresses_[number];
+    siteFile_.updateSiteRecord(address, 'S', tree_.recordNumber(tree_.at(address)));
+  }
+
+ private:
+  WorkingPaths paths_;
+  const AddressList& addresses_;
+  PosixFileSystem real_;
+  UnsyncedFileSystem unsynced_{real_};
+  SystemClock clock_;
+  SiteFile siteFile_;
+  SiteTree tree_;
+};
+
+Visit siteFileVisit(BenchData& data, std::size_t count, Sync sync) {
+  const auto visitor = std::make_shared<SiteFileVisitor>(data, count, sync);
+  return [visitor](std::size_t number) { visitor->visit(number); };
 }
 
 // With nothing known about where the record is, the file is searched.
-void searchSiteFile(benchmark::State& state, BenchData& data, std::size_t count,
-                    std::mt19937_64& random) {
-  const WorkingPaths paths = data.siteFile(count);
-  const AddressList& addresses = data.addresses(count);
-  PosixFileSystem files;
-  SystemClock clock;
-  measureVisits(state, random, count, [&](std::size_t number) {
+Visit searchedSiteFileVisit(BenchData& data, std::size_t count) {
+  return [paths = data.siteFile(count), &addresses = data.addresses(count)](std::size_t number) {
+    PosixFileSystem files;
+    SystemClock clock;
     SiteFile(files, clock, paths).updateSiteRecord(addresses[number], 'S');
-  });
+  };
 }
 
-void visitSqliteTable(benchmark::State& state, BenchData& data, std::size_t count,
-                      SqliteSiteTable::Synchronous synchronous, std::mt19937_64& random) {
+Visit sqliteVisit(BenchData& data, std::size_t count, SqliteSiteTable::Synchronous synchronous) {
   const AddressList& addresses = data.addresses(count);
-  SqliteSiteTable table(data.database(count), synchronous);
-  SystemClock clock;
-  measureVisits(state, random, count, [&](std::size_t number) {
-    table.upsert(addresses[number], 'S', accessStampText(clock.now()) + kStampEnd);
-  });
+  const auto table = std::make_shared<SqliteSiteTable>(data.database(count), synchronous);
+  const Visit visit = [table, &addresses](std::size_t number) {
+    SystemClock clock;
+    table->upsert(addresses[number], 'S', accessStampText(clock.now()) + kStampEnd);
+  };
+  for (std::size_t i = 0; i < kVisitsUntilLogIsReused; ++i) visit(i);
+  return visit;
 }
 
-// What no program that keeps its word about the disk can be faster than.
-void writeAndSync(benchmark::State& state, BenchData& data, std::size_t count,
-                  std::mt19937_64& random) {
+// The record written in its place and synced, and nothing else.
+Visit limitVisit(BenchData& data, std::size_t count) {
   const Path path = data.siteFile(count).currentNodesFile;
-  const FileDescriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC));
-  SiteRecord record;
-  measureVisits(state, random, count, [&](std::size_t number) {
+  const auto file =
+      std::make_shared<const FileDescriptor>(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+  return [file](std::size_t number) {
+    SiteRecord record;
     const auto offset = static_cast<off_t>(number * site_record::kLength);
-    if (::pread(file.number(), record.data(), record.size(), offset) < 0 ||
-        ::pwrite(file.number(), record.data(), record.size(), offset) < 0 ||
-        ::fdatasync(file.number()) != 0) {
+    if (::pread(file->number(), record.data(), record.size(), offset) < 0 ||
+        ::pwrite(file->number(), record.data(), record.size(), offset) < 0 ||
+        ::fdatasync(file->number()) != 0) {
       throw std::runtime_error("the limit's file cannot be written");
     }
-  });
+  };
 }
 
-template <typename Run>
-void registerOne(const std::string& name, int visits, Run run) {
-  const auto random = std::make_shared<std::mt19937_64>(1);
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [run, random](benchmark::State& state) { run(state, *random); })
+// Every contestant visits the same random addresses.
+template <typename MakeVisit>
+void registerOne(const char* who, std::size_t count, int visits, MakeVisit makeVisit) {
+  benchmark::RegisterBenchmark(
+      nameOf(who, count).c_str(),
+      [count, makeVisit, visit = Visit(),
+       random = std::mt19937_64(1)](benchmark::State& state) mutable {
+        if (!visit) visit = makeVisit();
+        for ([[maybe_unused]] auto _ : state) {
+          const auto number = static_cast<std::size_t>(random() % count);
+          ::sync();  // what others have left unwritten is not for this one's sync to write
+          std::this_thread::sleep_for(kPause);
+          const auto start = std::chrono::steady_clock::now();
+          visit(number);
+          const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+          state.SetIterationTime(taken.count());
+        }
+      })
       ->Unit(benchmark::kMicrosecond)
-      ->UseRealTime()
-      ->Iterations(visits)
-      ->Repetitions(kRepetitions)
+      ->UseManualTime()
+      ->Iterations(1)
+      ->Repetitions(visits)
       ->ReportAggregatesOnly(true);
 }
 
 }  // namespace
 
 void registerVisitBenchmarks(BenchData& data) {
+  using Synchronous = SqliteSiteTable::Synchronous;
   for (const std::size_t count : kCounts) {
-    registerOne(nameOf("visit/site_file_synced", count), kVisits,
-                [&data, count](auto& state, auto& random) {
-                  PosixFileSystem files;
-                  visitSiteFile(state, data, count, files, random);
-                });
-    registerOne(
-        nameOf("visit/site_file_searched", count), kSearches,
-        [&data, count](auto& state, auto& random) { searchSiteFile(state, data, count, random); });
-    registerOne(nameOf("visit/sqlite_wal_full", count), kVisits,
-                [&data, count](auto& state, auto& random) {
-                  visitSqliteTable(state, data, count, SqliteSiteTable::Synchronous::Full, random);
-                });
-    registerOne(
-        nameOf("visit/limit_write_and_sync", count), kVisits,
-        [&data, count](auto& state, auto& random) { writeAndSync(state, data, count, random); });
-    registerOne(nameOf("visit/site_file_unsynced", count), kVisits,
-                [&data, count](auto& state, auto& random) {
-                  PosixFileSystem real;
-                  UnsyncedFileSystem files(real);
-                  visitSiteFile(state, data, count, files, random);
-                });
-    registerOne(nameOf("visit/sqlite_wal_off", count), kVisits,
-                [&data, count](auto& state, auto& random) {
-                  visitSqliteTable(state, data, count, SqliteSiteTable::Synchronous::Off, random);
-                });
+    registerOne("visit/site_file_synced", count, kVisits,
+                [&data, count] { return siteFileVisit(data, count, Sync::Yes); });
+    registerOne("visit/site_file_searched", count, kSearches,
+                [&data, count] { return searchedSiteFileVisit(data, count); });
+    registerOne("visit/sqlite_wal_full", count, kVisits,
+                [&data, count] { return sqliteVisit(data, count, Synchronous::Full); });
+    registerOne("visit/limit_write_and_sync", count, kVisits,
+                [&data, count] { return limitVisit(data, count); });
+    registerOne("visit/site_file_unsynced", count, kVisits,
+                [&data, count] { return siteFileVisit(data, count, Sync::No); });
+    registerOne("visit/sqlite_wal_off", count, kVisits,
+                [&data, count] { return sqliteVisit(data, count, Synchronous::Off); });
   }
 }
 
