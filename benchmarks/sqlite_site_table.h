@@ -2,22 +2,21 @@
 // The connection and its prepared statements stay open for the life of the object.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <string_view>
+
+#include "sqlite_database.h"
 
 namespace quorrix::bench {
 
 class SqliteSiteTable {
  public:
-  enum class Synchronous { Off, Full };
+  using Synchronous = SqliteDatabase::Synchronous;
 
-  // Opens the database in WAL mode. Whatever fails throws std::runtime_error.
-  SqliteSiteTable(const std::filesystem::path& path, Synchronous synchronous);
+  SqliteSiteTable(const std::filesystem::path& path, Synchronous synchronous)
+      : database_(path, synchronous) {}
 
   // Filling an empty database: create(), append() for each row, finish().
   void create();
@@ -35,21 +34,12 @@ class SqliteSiteTable {
   void upsert(std::string_view address, char protocolFlag, std::string_view accessStamp);
 
  private:
-  struct Close {
-    void operator()(sqlite3* database) const { sqlite3_close(database); }
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
-  using Statement = std::unique_ptr<sqlite3_stmt, Close>;
-
-  void execute(const char* sql);
-  [[nodiscard]] Statement prepare(const char* sql);
   void store(sqlite3_stmt* statement, std::string_view address, char protocolFlag,
              std::string_view accessStamp);
-  void check(int result) const;
 
-  std::unique_ptr<sqlite3, Close> database_;
-  Statement append_;
-  Statement upsert_;
+  SqliteDatabase database_;
+  SqliteDatabase::Statement append_;
+  SqliteDatabase::Statement upsert_;
 };
 
 }  // namespace quorrix::bench

@@ -1,12 +1,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <random>
 #include <stdexcept>
-#include <thread>
 
 #include "benchmarks.h"
 #include "platform/linux/file_descriptor.h"
@@ -15,6 +13,7 @@
 #include "sitetree/access_stamp.h"
 #include "sitetree/site_file.h"
 #include "sqlite_site_table.h"
+#include "turns.h"
 #include "unsynced_file_system.h"
 
 namespace quorrix::bench {
@@ -22,21 +21,14 @@ namespace {
 
 constexpr std::size_t kCounts[] = {10'000, 100'000, 1'000'000};  // of records
 
-// A disk is quick at one moment and slow at the next: every repetition is one visit,
-// the contestants' repetitions are mixed, and the median is one of many.
 constexpr int kVisits = 301;
 constexpr int kSearches = 101;
-
-// Visits come one by one. In a burst, a write can find the file's times set by the one
-// just before it, and its sync has less to do than that of a lone visit.
-constexpr std::chrono::milliseconds kPause{5};
 
 // A write-ahead log that still grows costs more to sync than one that is written over
 // from the start, which it is as soon as its 1,000 pages have been carried over.
 constexpr std::size_t kVisitsUntilLogIsReused = 2'000;
 
-// Records a visit to the address with this number, counted from 0. What it keeps
-// open, it keeps for the whole run, as a program does that runs all day.
+// Records a visit to the address with this number, counted from 0.
 using Visit = std::function<void(std::size_t number)>;
 enum class Sync { Yes, No };
 
@@ -113,26 +105,11 @@ Visit limitVisit(BenchData& data, std::size_t count) {
 // Every contestant visits the same random addresses.
 template <typename MakeVisit>
 void registerOne(const char* who, std::size_t count, int visits, MakeVisit makeVisit) {
-  benchmark::RegisterBenchmark(
-      nameOf(who, count).c_str(),
-      [count, makeVisit, visit = Visit(),
-       random = std::mt19937_64(1)](benchmark::State& state) mutable {
-        if (!visit) visit = makeVisit();
-        for ([[maybe_unused]] auto _ : state) {
-          const auto number = static_cast<std::size_t>(random() % count);
-          ::sync();  // what others have left unwritten is not for this one's sync to write
-          std::this_thread::sleep_for(kPause);
-          const auto start = std::chrono::steady_clock::now();
-          visit(number);
-          const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-          state.SetIterationTime(taken.count());
-        }
-      })
-      ->Unit(benchmark::kMicrosecond)
-      ->UseManualTime()
-      ->Iterations(1)
-      ->Repetitions(visits)
-      ->ReportAggregatesOnly(true);
+  registerTurns(nameOf(who, count), visits, [count, makeVisit] {
+    return Turn{.run = [count, visit = makeVisit(), random = std::mt19937_64(1)]() mutable {
+      visit(static_cast<std::size_t>(random() % count));
+    }};
+  });
 }
 
 }  // namespace
