@@ -30,6 +30,24 @@ void writeTable(const Path& path, const AddressList& addresses, std::size_t coun
   table.finish();
 }
 
+void writeRecordFile(const Path& path, const RecordKind& kind, const AddressList& addresses,
+                     std::size_t count) {
+  std::ofstream file(path, std::ios::binary);
+  file.exceptions(std::ios::failbit | std::ios::badbit);
+  for (std::size_t i = 0; i < count; ++i) file << kind.recordOf(kind.rowOf(addresses[i], 0));
+}
+
+void writeRecordTable(const Path& path, const RecordKind& kind, const AddressList& addresses,
+                      std::size_t count) {
+  SqliteRecordTable table(path, kind.columns, SqliteRecordTable::Synchronous::Off);
+  table.create();
+  for (std::size_t i = 0; i < count; ++i) table.upsert(kind.rowOf(addresses[i], 0));
+  table.finish();
+}
+
+// Else the disk would still be busy with a file while something else is measured.
+void sync(const Path& path) { PosixFileSystem().openRandomAccess(path)->sync(); }
+
 }  // namespace
 
 const AddressList& BenchData::addresses(std::size_t count) {
@@ -43,8 +61,7 @@ WorkingPaths BenchData::siteFile(std::size_t count) {
   paths.setFolder(folder);
   if (std::filesystem::create_directory(folder)) {
     writeSiteFile(paths.currentNodesFile, addresses(count), count);
-    // Else the disk would still be busy with it while something else is measured.
-    PosixFileSystem().openRandomAccess(paths.currentNodesFile)->sync();
+    sync(paths.currentNodesFile);
   }
   return paths;
 }
@@ -53,7 +70,27 @@ std::filesystem::path BenchData::database(std::size_t count) {
   const Path path = folder_.path() / (std::to_string(count) + ".sqlite");
   if (!std::filesystem::exists(path)) {
     writeTable(path, addresses(count), count);
-    PosixFileSystem().openRandomAccess(path)->sync();
+    sync(path);
+  }
+  return path;
+}
+
+WorkingPaths BenchData::recordFile(const RecordKind& kind, std::size_t count) {
+  WorkingPaths paths;
+  paths.setFolder(folder_.path());
+  const Path& path = paths.*kind.path;
+  if (!std::filesystem::exists(path)) {
+    writeRecordFile(path, kind, addresses(count), count);
+    sync(path);
+  }
+  return paths;
+}
+
+std::filesystem::path BenchData::recordDatabase(const RecordKind& kind, std::size_t count) {
+  const Path path = folder_.path() / (kind.name + ".sqlite");
+  if (!std::filesystem::exists(path)) {
+    writeRecordTable(path, kind, addresses(count), count);
+    sync(path);
   }
   return path;
 }

@@ -1,5 +1,5 @@
-// The data that all benchmarks share: addresses, site files and SQLite tables of
-// the same addresses in the same order. Each is made when first asked for, once
+// The data that all benchmarks share: addresses, site files, record files and SQLite
+// tables of the same addresses in the same order. Each is made when first asked for, once
 // a run.
 #pragma once
 
@@ -8,6 +8,7 @@
 
 #include "address_list.h"
 #include "data_folder.h"
+#include "record_kinds.h"
 #include "sitetree/working_folder.h"
 
 namespace quorrix::bench {
@@ -24,6 +25,12 @@ class BenchData {
 
   // A database in WAL mode with a SqliteSiteTable of `count` rows.
   [[nodiscard]] std::filesystem::path database(std::size_t count);
+
+  // A working folder with a file of `count` records of this kind, one a site.
+  [[nodiscard]] WorkingPaths recordFile(const RecordKind& kind, std::size_t count);
+
+  // A database in WAL mode with a SqliteRecordTable of the same.
+  [[nodiscard]] std::filesystem::path recordDatabase(const RecordKind& kind, std::size_t count);
 
  private:
   DataFolder folder_;

@@ -19,6 +19,9 @@ void registerLoadBenchmarks(BenchData& data);
 // One visit to a known address into the site file.
 void registerVisitBenchmarks(BenchData& data);
 
+// Finding, saving and removing the last of as many records as a record file can number.
+void registerRecordBenchmarks(BenchData& data);
+
 // Expanding the tree's view; nothing in a build without the forms.
 void registerViewBenchmarks(BenchData& data);
 

@@ -24,6 +24,7 @@ void run() {
                                              " repetitions, files in the system's cache");
   registerLoadBenchmarks(data);
   registerVisitBenchmarks(data);
+  registerRecordBenchmarks(data);
   registerViewBenchmarks(data);
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
