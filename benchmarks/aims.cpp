@@ -83,7 +83,7 @@ void printAims(std::ostream& out, const Medians& medians) {
     const auto bound =
         aim.peer.empty() ? std::optional(aim.bound) : valueOf(medians, aim.peer, aim.counter);
     if (!measured || !bound) continue;
-    out << "  " << std::left << std::setw(62) << aim.what << std::right
+    out << "  " << std::left << std::setw(64) << aim.what << std::right
         << std::setprecision(*measured < 10 ? 3 : 0) << std::setw(8) << *measured
         << (*measured < *bound ? "  met     " : "  MISSED  ") << "below " << *bound << '\n';
   }
