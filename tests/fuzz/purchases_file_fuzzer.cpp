@@ -1,0 +1,154 @@
+// Reads the input as a file of purchases; lists, finds, saves and removes those of one
+// site.
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fuzz/record_session.h"
+#include "records/purchases_file.h"
+
+namespace quorrix {
+namespace {
+
+using test::cutAt;
+using test::Field;
+using test::padded;
+using test::RecordBytes;
+using test::require;
+using test::Session;
+using test::Task;
+using test::taskFrom;
+using test::textOf;
+
+constexpr std::size_t kRecord = 542;
+constexpr Field kDate{300, 25};
+constexpr Field kPrice{325, 12};
+constexpr Field kPayment{337, 50};
+constexpr Field kItem{387, 50};
+constexpr Field kDescription{437, 100};
+constexpr Field kQuantity{537, 5};
+
+class Operations {
+ public:
+  explicit Operations(Task task)
+      : task_(std::move(task)), session_(&WorkingPaths::currentPurchasesFile, task_.file) {}
+
+  void run() {
+    list();
+    save({.item = task_.part(0, 5),
+          .price = task_.part(1, 5),
+          .quantity = task_.part(2, 5),
+          .paymentMethod = task_.part(3, 5),
+          .description = task_.part(4, 5),
+          .dateStamp = task_.dateStamp});
+    list();
+    if (const std::optional<Purchase> found = read()) save(*found);
+    remove();
+    read();
+    list();
+  }
+
+ private:
+  // The first counted record of the site with this date, or 0; none where a date of
+  // the site's on the way there has no mark.
+  [[nodiscard]] std::optional<std::size_t> find(const std::string& dateStamp) const {
+    const RecordBytes& expected = session_.expected;
+    for (std::size_t number = 1; number <= expected.counted(); ++number) {
+      if (!expected.belongs(number, task_.siteKey)) continue;
+      const auto date = cutAt(textOf(expected.record(number), kDate), '~');
+      if (!date) return std::nullopt;
+      if (*date == dateStamp) return number;
+    }
+    return 0;
+  }
+
+  void list() {
+    const RecordBytes& expected = session_.expected;
+    std::vector<PurchaseSummary> listed;
+    const bool succeeded = session_.succeeds([&] { listed = file_.list(task_.siteKey); });
+    bool marked = true;
+    std::size_t place = 0;
+    for (std::size_t number = 1; number <= expected.begun(); ++number) {
+      if (!expected.belongs(number, task_.siteKey)) continue;
+      const std::string record = expected.record(number);
+      const auto item = cutAt(textOf(record, kItem), '~');
+      const auto price = cutAt(textOf(record, kPrice), '~');
+      const auto date = cutAt(textOf(record, kDate), '~');
+      marked = marked && item && price && date;
+      if (!succeeded) continue;
+      require(marked && place < listed.size(), "every purchase is listed");
+      require(listed[place].item == *item && listed[place].price == *price &&
+                  listed[place].dateStamp == *date,
+              "purchases are listed in file order");
+      ++place;
+    }
+    require(succeeded == marked, "a field without its mark fails the list");
+    require(place == listed.size(), "nothing else is listed");
+  }
+
+  std::optional<Purchase> read() {
+    const auto number = find(task_.dateStamp);
+    std::optional<Purchase> found;
+    const bool succeeded =
+        session_.succeeds([&] { found = file_.read(task_.siteKey, task_.dateStamp); });
+    if (!number || *number == 0) {
+      require(succeeded == number.has_value() && !found, "only what there is is found");
+      return std::nullopt;
+    }
+    const std::string record = session_.expected.record(*number);
+    const std::array texts{
+        cutAt(textOf(record, kItem), '~'),        cutAt(textOf(record, kPrice), '~'),
+        cutAt(textOf(record, kQuantity), '~'),    cutAt(textOf(record, kPayment), '~'),
+        cutAt(textOf(record, kDescription), '~'), cutAt(textOf(record, kDate), '~')};
+    bool marked = true;
+    for (const auto& text : texts) marked = marked && text;
+    require(succeeded == marked && found.has_value() == marked, "what there is is found");
+    if (!found) return std::nullopt;
+    const std::array read{found->item,          found->price,       found->quantity,
+                          found->paymentMethod, found->description, found->dateStamp};
+    for (std::size_t i = 0; i < read.size(); ++i) {
+      require(read[i] == *texts[i], "each text is cut at its mark");
+    }
+    return found;
+  }
+
+  // Adds one whatever is there, unless the site has a date without its mark: the whole
+  // field that is sought, with its mark, is no text before a mark.
+  void save(const Purchase& purchase) {
+    const bool marked = find(std::string(kDate.width, '~')).has_value();
+    if (marked) {
+      session_.expected.append(task_.siteKey,
+                               padded(purchase.dateStamp + '~', kDate.width) +
+                                   padded(purchase.price + '~', kPrice.width) +
+                                   padded(purchase.paymentMethod + '~', kPayment.width) +
+                                   padded(purchase.item + '~', kItem.width) +
+                                   padded(purchase.description + '~', kDescription.width) +
+                                   padded(purchase.quantity + '~', kQuantity.width));
+    }
+    const bool succeeded = session_.succeeds([&] { file_.save(task_.siteKey, purchase); });
+    require(succeeded == marked, "only a date without its mark keeps a purchase out");
+  }
+
+  void remove() {
+    const auto number = find(task_.dateStamp);
+    if (number) session_.expected.blank(*number);
+    const bool succeeded = session_.succeeds([&] { file_.remove(task_.siteKey, task_.dateStamp); });
+    require(succeeded == number.has_value(), "only a date without its mark fails the removal");
+  }
+
+  Task task_;
+  Session session_;
+  PurchasesFile file_{session_.files, session_.paths};
+};
+
+}  // namespace
+}  // namespace quorrix
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  quorrix::Operations(quorrix::test::taskFrom(bytes, quorrix::kRecord, quorrix::kDate)).run();
+  return 0;
+}
