@@ -65,9 +65,11 @@ void loadSqliteTable(benchmark::State& state, BenchData& data, std::size_t count
     SqliteSiteTable table(path, SqliteSiteTable::Synchronous::Full);
     tree.addRoot();
     const SiteTree::BulkChange change(tree);
-    tree.reserve(static_cast<std::size_t>(table.rowCount()));
-    table.scan(
-        [&tree](std::string_view address, char flag) { addRecordToTree(tree, address, flag); });
+    tree.reserve(nodesToReserve(table.rowCount()));
+    SiteTree::Batch batch(tree);
+    std::uint64_t number = 0;
+    table.scan([&](std::string_view address, char flag) { batch.add(address, flag, ++number); });
+    batch.flush();
   });
 }
 

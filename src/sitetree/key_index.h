@@ -21,6 +21,11 @@ class KeyIndex {
   // Adds a number whose key is not in the index yet.
   void insert(std::uint32_t hash, Number number);
 
+  // Has the memory fetched that a search for this hash begins in.
+  void expect(std::uint32_t hash) const {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[hash & mask()]);
+  }
+
   // The number with this hash for which `isSought` is true, or kNone.
   template <typename IsSought>
   [[nodiscard]] Number find(std::uint32_t hash, IsSought&& isSought) const {

