@@ -24,6 +24,7 @@ void MultiLineBox::showStored(std::string stored) {
     const QSignalBlocker noCutting(this);
     setPlainText(toQString(std::string_view(stored_).substr(0, length)));
   }
+  size_ = shownText().size();
   document()->setModified(false);
 }
 
@@ -37,10 +38,12 @@ std::string MultiLineBox::value() const {
 // Takes back what went over the limit from the end of what was inserted, and not
 // from the end of the text, which the user may not even see.
 void MultiLineBox::cutToLimit() {
-  if (!document()->isModified()) return;
+  const QSignalBlocker noCutting(this);
+  const std::size_t allowed = std::max(limit_, size_);
   QTextCursor excess(document());
   excess.setPosition(std::min(lastChange_, document()->characterCount() - 1));
-  while (shownText().size() > limit_ && excess.position() > 0) excess.deletePreviousChar();
+  while (shownText().size() > allowed && excess.position() > 0) excess.deletePreviousChar();
+  size_ = shownText().size();
 }
 
 std::string MultiLineBox::shownText() const {

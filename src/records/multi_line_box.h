@@ -12,7 +12,8 @@ class MultiLineBox final : public QPlainTextEdit {
   Q_OBJECT
 
  public:
-  // Typing and pasting stop at `limit` stored characters. Tab leaves the box.
+  // Typing and pasting stop at `limit` stored characters; a longer text that was
+  // stored can only be made shorter. Tab leaves the box.
   MultiLineBox(std::size_t limit, QWidget* parent);
 
   // Shows what was stored, without the blanks behind it, so that the user who
@@ -30,7 +31,8 @@ class MultiLineBox final : public QPlainTextEdit {
 
   std::size_t limit_;
   std::string stored_;
-  int lastChange_ = 0;  // where the latest insertion ends
+  std::size_t size_ = 0;  // of the text shown, in stored characters
+  int lastChange_ = 0;    // where the latest insertion ends
 };
 
 }  // namespace quorrix

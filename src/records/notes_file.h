@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/file_system.h"
+#include "records/record_file.h"
 #include "sitetree/working_folder.h"
 
 namespace quorrix {
@@ -26,6 +27,7 @@ class NotesFile {
  private:
   FileSystem& files_;
   const WorkingPaths& paths_;
+  LikelyRecord likely_;
 };
 
 }  // namespace quorrix

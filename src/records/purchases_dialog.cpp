@@ -47,11 +47,11 @@ void PurchasesDialog::Form_Load(bool& somePurchasesToLoad) {
 }
 
 void PurchasesDialog::fillList() {
-  for (const PurchaseSummary& purchase : purchases_.list(siteKey())) {
+  purchases_.list(siteKey(), [this](const PurchaseSummary& purchase) {
     const auto slot = static_cast<std::size_t>(List1_->count());
     List1_->addItem(toQString(purchase.item + ' ' + purchase.price + ' ' + purchase.dateStamp));
     dates_.set(slot, purchase.dateStamp);
-  }
+  });
 }
 
 void PurchasesDialog::Command1_Click() {

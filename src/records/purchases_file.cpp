@@ -29,19 +29,18 @@ RecordNumber findPurchaseRecord(RecordFile& file, std::string_view siteKey,
 
 }  // namespace
 
-std::vector<PurchaseSummary> PurchasesFile::list(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength);
-  std::vector<PurchaseSummary> purchases;
-  file.forEach(siteKey, [&purchases](RecordFile::Record record) {
-    purchases.push_back({.item = textOf(record, kItem),
-                         .price = textOf(record, kPrice),
-                         .dateStamp = textOf(record, kDateStamp)});
+void PurchasesFile::list(std::string_view siteKey,
+                         const std::function<void(const PurchaseSummary&)>& visit) {
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
+  file.forEach(siteKey, [&visit](RecordFile::Record record) {
+    visit({.item = textOf(record, kItem),
+           .price = textOf(record, kPrice),
+           .dateStamp = textOf(record, kDateStamp)});
   });
-  return purchases;
 }
 
 std::optional<Purchase> PurchasesFile::read(std::string_view siteKey, std::string_view dateStamp) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
   const RecordNumber number = findPurchaseRecord(file, siteKey, dateStamp);
   if (number == kNoRecord) return std::nullopt;
   PurchaseRecord record;
@@ -55,7 +54,7 @@ std::optional<Purchase> PurchasesFile::read(std::string_view siteKey, std::strin
 }
 
 void PurchasesFile::save(std::string_view siteKey, const Purchase& purchase) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
   PurchaseRecord record;
   fillField(record, kSiteKey, siteKey);
   fillTerminated(record, kDateStamp, purchase.dateStamp);
@@ -71,7 +70,7 @@ void PurchasesFile::save(std::string_view siteKey, const Purchase& purchase) {
 }
 
 void PurchasesFile::remove(std::string_view siteKey, std::string_view dateStamp) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
   file.blank(findPurchaseRecord(file, siteKey, dateStamp));
 }
 

@@ -2,12 +2,13 @@
 // method opens, works and closes. A field that has lost its "~" fails with 5.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/file_system.h"
+#include "records/record_file.h"
 #include "sitetree/working_folder.h"
 
 namespace quorrix {
@@ -33,8 +34,8 @@ class PurchasesFile {
  public:
   PurchasesFile(FileSystem& files, const WorkingPaths& paths) : files_(files), paths_(paths) {}
 
-  // The site's purchases, in file order.
-  [[nodiscard]] std::vector<PurchaseSummary> list(std::string_view siteKey);
+  // Calls `visit` for each of the site's purchases, in file order.
+  void list(std::string_view siteKey, const std::function<void(const PurchaseSummary&)>& visit);
 
   // The first purchase of the site with this date stamp, each text cut at its first "~".
   [[nodiscard]] std::optional<Purchase> read(std::string_view siteKey, std::string_view dateStamp);
@@ -49,6 +50,7 @@ class PurchasesFile {
  private:
   FileSystem& files_;
   const WorkingPaths& paths_;
+  LikelyRecord likely_;
 };
 
 }  // namespace quorrix

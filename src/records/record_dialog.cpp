@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QStringBuilder>
 
+#include "records/line_box.h"
 #include "records/record_layouts.h"
 #include "shell/guarded.h"
 #include "shell/plain_text.h"
@@ -56,10 +57,9 @@ QLayout* RecordDialog::rowOfButtons(std::initializer_list<QPushButton*> buttons)
 
 QLineEdit* RecordDialog::makeLineBox(const char* name, const QString& label,
                                      std::size_t fieldWidth) {
-  auto* const box = new QLineEdit(this);
+  auto* const box = new LineBox(fieldWidth - kFieldMargin, this);
   box->setObjectName(QString::fromLatin1(name));
   box->setAccessibleName(label);
-  box->setMaxLength(static_cast<int>(fieldWidth - kFieldMargin));
   return box;
 }
 

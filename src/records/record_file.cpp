@@ -24,21 +24,36 @@ std::string_view cutAt(std::string_view field, char end) {
 
 }  // namespace
 
-RecordFile::RecordFile(FileSystem& files, const Path& path, std::size_t recordLength)
-    : file_(files, path, recordLength, FileAccess::AsPermitted), recordLength_(recordLength) {}
+RecordFile::RecordFile(FileSystem& files, const Path& path, std::size_t recordLength,
+                       LikelyRecord& likely)
+    : file_(files, path, recordLength, FileAccess::AsPermitted),
+      recordLength_(recordLength),
+      path_(path),
+      likely_(likely) {}
 
 RecordNumber RecordFile::recordCount() { return checked(file_.recordCount()); }
 
 RecordNumber RecordFile::find(std::string_view siteKey,
                               const std::function<bool(Record)>& isSought) {
+  const RecordNumber count = recordCount();
+  if (isAtLikelyPlace(count, siteKey, isSought)) return likely_.number;
   RecordNumber found = kNoRecord;
-  file_.scan(static_cast<std::uint64_t>(recordCount()), FixedRecordFile::ReadFailures::Throw,
+  file_.scan(static_cast<std::uint64_t>(count), FixedRecordFile::ReadFailures::Throw,
              [&](std::uint64_t number, Record record) {
                if (!belongsTo(record, siteKey) || !isSought(record)) return true;
                found = static_cast<RecordNumber>(number);
                return false;
              });
+  likely_ = {.path = path_, .number = found};
   return found;
+}
+
+bool RecordFile::isAtLikelyPlace(RecordNumber count, std::string_view siteKey,
+                                 const std::function<bool(Record)>& isSought) {
+  if (likely_.number == kNoRecord || likely_.number > count || likely_.path != path_) return false;
+  std::vector<char> record(recordLength_);
+  get(likely_.number, record);
+  return belongsTo(record, siteKey) && isSought(record);
 }
 
 void RecordFile::forEach(std::string_view siteKey, const std::function<void(Record)>& visit) {

@@ -19,13 +19,22 @@ using RecordNumber = int;  // 1 to 32,767
 inline constexpr RecordNumber kNoRecord = -1;
 inline constexpr RecordNumber kLastRecordNumber = 32'767;
 
+// Where the last search ended. What is found there again need not be searched for:
+// records are only ever added behind the last, so no earlier one can have come to
+// match. Not to be kept beyond the dialog that searches, for a file may be exchanged
+// for another.
+struct LikelyRecord {
+  Path path;
+  RecordNumber number = kNoRecord;
+};
+
 class RecordFile {
  public:
   using Record = std::span<const char>;
 
   // Opens for reading and writing or, where the file permits only the one, for
   // that; creates a missing file.
-  RecordFile(FileSystem& files, const Path& path, std::size_t recordLength);
+  RecordFile(FileSystem& files, const Path& path, std::size_t recordLength, LikelyRecord& likely);
 
   // The file's length in records, rounded to the nearest whole number, a half
   // to the even one. Throws Failure 6 past 32,767.
@@ -50,11 +59,16 @@ class RecordFile {
   void blank(RecordNumber number);
 
  private:
+  [[nodiscard]] bool isAtLikelyPlace(RecordNumber count, std::string_view siteKey,
+                                     const std::function<bool(Record)>& isSought);
+
   // One write of the whole record; returns when it has reached the disk.
   void put(RecordNumber number, Record record);
 
   FixedRecordFile file_;
   std::size_t recordLength_;
+  const Path& path_;
+  LikelyRecord& likely_;
 };
 
 // The text before the first "~". Throws Failure 5 for a field without one.

@@ -47,8 +47,8 @@ void UIDDialog::Form_Load() {
     const auto stored = records_.read(siteKey());
     DeleteButton_->setEnabled(stored.has_value());
     if (stored) {
-      Text1_->setText(toQString(stored->userID));
-      Text2_->setText(toQString(stored->password));
+      Text1_->setText(toQString(stored->userID()));
+      Text2_->setText(toQString(stored->password()));
     }
     showSiteInCaption();
   });

@@ -12,18 +12,24 @@ using UserIDPasswordRecord = std::array<char, kLength>;
 
 }  // namespace
 
-std::optional<UserIDPassword> UserIDPasswordFile::read(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength);
+std::string StoredUserIDPassword::userID() const { return std::string(cutAtBlank(userIDField)); }
+
+std::string StoredUserIDPassword::password() const {
+  return std::string(cutAtBlank(passwordField));
+}
+
+std::optional<StoredUserIDPassword> UserIDPasswordFile::read(std::string_view siteKey) {
+  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, likely_);
   const RecordNumber number = file.find(siteKey);
   if (number == kNoRecord) return std::nullopt;
   UserIDPasswordRecord record;
   file.get(number, record);
-  return UserIDPassword{.userID = std::string(cutAtBlank(fieldOf(record, kUserID))),
-                        .password = std::string(cutAtBlank(fieldOf(record, kPassword)))};
+  return StoredUserIDPassword{.userIDField = std::string(fieldOf(record, kUserID)),
+                              .passwordField = std::string(fieldOf(record, kPassword))};
 }
 
 void UserIDPasswordFile::save(std::string_view siteKey, const UserIDPassword& entered) {
-  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength);
+  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, likely_);
   const RecordNumber number = file.find(siteKey);
   UserIDPasswordRecord record;
   if (number == kNoRecord) {
@@ -37,7 +43,7 @@ void UserIDPasswordFile::save(std::string_view siteKey, const UserIDPassword& en
 }
 
 void UserIDPasswordFile::remove(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength);
+  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, likely_);
   file.blank(file.find(siteKey));
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/file_system.h"
+#include "records/record_file.h"
 #include "sitetree/working_folder.h"
 
 namespace quorrix {
@@ -16,13 +17,22 @@ struct UserIDPassword {
   std::string password;
 };
 
+// The fields of a record as they stand. Each text is its field cut at the first
+// blank; throws Failure 5 for a field without one.
+struct StoredUserIDPassword {
+  std::string userIDField;
+  std::string passwordField;
+
+  [[nodiscard]] std::string userID() const;
+  [[nodiscard]] std::string password() const;
+};
+
 class UserIDPasswordFile {
  public:
   UserIDPasswordFile(FileSystem& files, const WorkingPaths& paths) : files_(files), paths_(paths) {}
 
-  // Each cut at its first blank; nullopt without a record. Throws Failure 5 for
-  // a field without a blank.
-  [[nodiscard]] std::optional<UserIDPassword> read(std::string_view siteKey);
+  // nullopt without a record.
+  [[nodiscard]] std::optional<StoredUserIDPassword> read(std::string_view siteKey);
 
   // Replaces the site's record, or adds one.
   void save(std::string_view siteKey, const UserIDPassword& entered);
@@ -33,6 +43,7 @@ class UserIDPasswordFile {
  private:
   FileSystem& files_;
   const WorkingPaths& paths_;
+  LikelyRecord likely_;
 };
 
 }  // namespace quorrix

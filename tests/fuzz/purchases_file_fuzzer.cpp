@@ -68,7 +68,10 @@ class Operations {
   void list() {
     const RecordBytes& expected = session_.expected;
     std::vector<PurchaseSummary> listed;
-    const bool succeeded = session_.succeeds([&] { listed = file_.list(task_.siteKey); });
+    const bool succeeded = session_.succeeds([&] {
+      file_.list(task_.siteKey,
+                 [&listed](const PurchaseSummary& purchase) { listed.push_back(purchase); });
+    });
     bool marked = true;
     std::size_t place = 0;
     for (std::size_t number = 1; number <= expected.begun(); ++number) {

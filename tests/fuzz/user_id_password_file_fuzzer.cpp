@@ -48,7 +48,10 @@ class Operations {
   std::optional<UserIDPassword> read() {
     const std::size_t number = session_.expected.find(task_.siteKey);
     std::optional<UserIDPassword> found;
-    const bool succeeded = session_.succeeds([&] { found = file_.read(task_.siteKey); });
+    const bool succeeded = session_.succeeds([&] {
+      const auto stored = file_.read(task_.siteKey);
+      if (stored) found = {.userID = stored->userID(), .password = stored->password()};
+    });
     require(found.has_value() == (succeeded && number != 0), "what there is is found");
     if (number == 0) {
       require(succeeded, "a site without a record can be read");

@@ -145,6 +145,17 @@ TEST_F(PurchaseDialogsTest, FailAtThe502ndPurchaseOfASite) {
   messageBox_.expect("Unable to open Purchases window. Unknown error.", MessageBoxStyle::Critical);
   dialog.Form_Load(somePurchasesToLoad);
   EXPECT_FALSE(somePurchasesToLoad);
+  EXPECT_EQ(control<QListWidget>(dialog, "List1").count(), 502);
+}
+
+TEST_F(PurchaseDialogsTest, ListTheLastPurchaseThatHasRoom) {
+  std::string bytes;
+  for (int i = 0; i < 501; ++i) bytes += purchaseRecord("one.two.three/a");
+  givenPurchases(bytes);
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  EXPECT_TRUE(somePurchasesToLoad);
 }
 
 }  // namespace

@@ -48,9 +48,9 @@ class PurchasesFileTest : public testing::Test {
   // What the list shows for "a.b.c", a line per purchase.
   std::string listed() {
     std::string lines;
-    for (const auto& [item, price, dateStamp] : purchases_.list("a.b.c")) {
-      lines += item + '|' + price + '|' + dateStamp + '\n';
-    }
+    purchases_.list("a.b.c", [&lines](const PurchaseSummary& purchase) {
+      lines += purchase.item + '|' + purchase.price + '|' + purchase.dateStamp + '\n';
+    });
     return lines;
   }
 
@@ -138,6 +138,17 @@ TEST_F(PurchasesFileTest, FailsAtAFieldWithoutATilde) {
   EXPECT_EQ(failureNumberOf([this] { purchases_.remove("a.b.c", "d"); }), 5);
   EXPECT_EQ(failureNumberOf([this] { purchases_.save("a.b.c", {}); }), 5);
   EXPECT_EQ(file().size(), 1084U);
+}
+
+TEST_F(PurchasesFileTest, ListsWhatStandsBeforeAFieldWithoutATilde) {
+  givenTheFile(record("a.b.c", "d~", "i~") + record("a.b.c", std::string(25, 'd'), "i~"));
+  std::vector<std::string> items;
+  const int failed = failureNumberOf([&] {
+    purchases_.list("a.b.c",
+                    [&items](const PurchaseSummary& purchase) { items.push_back(purchase.item); });
+  });
+  EXPECT_EQ(failed, 5);
+  EXPECT_EQ(items, std::vector<std::string>{"i"});
 }
 
 TEST_F(PurchasesFileTest, PassesOverAnotherSitesFieldWithoutATilde) {

@@ -22,7 +22,7 @@ class RecordFileTest : public test::RecordFileStage {
  protected:
   const Path path_ = Path("Data") / "some.dat";
 
-  RecordFile open() { return {files_, path_, kLength}; }
+  RecordFile open() { return {files_, path_, kLength, likely_}; }
 
   void givenTheFile(std::string bytes) { memory_.givenAFile(path_, std::move(bytes)); }
   const std::string& file() { return memory_.bytesOf(path_); }
@@ -34,6 +34,8 @@ class RecordFileTest : public test::RecordFileStage {
     });
     return texts;
   }
+
+  LikelyRecord likely_;
 };
 
 TEST_F(RecordFileTest, CreatesAMissingFileEmpty) {
@@ -45,6 +47,33 @@ TEST_F(RecordFileTest, FindsTheFirstOfTwoRecordsWithTheKey) {
   givenTheFile(record("a.b.c", "x") + record("one.two.three", "first") +
                record("one.two.three", "second"));
   EXPECT_EQ(open().find("one.two.three"), 2);
+}
+
+TEST_F(RecordFileTest, FindsARecordAgainWithoutSearching) {
+  givenTheFile(record("d.e.f", "") + record("a.b.c", "first") + record("a.b.c", "second"));
+  EXPECT_EQ(open().find("a.b.c"), 2);
+  files_.reset();
+  EXPECT_EQ(open().find("a.b.c"), 2);
+  EXPECT_EQ(files_.callsOf(test::FileCall::ReadAt), 1);
+  EXPECT_EQ(open().find("d.e.f"), 1);
+}
+
+TEST_F(RecordFileTest, SearchesAgainForWhatIsNotFoundAtItsPlace) {
+  givenTheFile(record("d.e.f", "") + record("a.b.c", "first") + record("a.b.c", "second"));
+  EXPECT_EQ(open().find("a.b.c"), 2);
+  open().blank(2);
+  EXPECT_EQ(open().find("a.b.c"), 3);
+  givenTheFile(record("a.b.c", "another file"));
+  EXPECT_EQ(open().find("a.b.c"), 1);
+  EXPECT_EQ(open().find("a.b.c", [](RecordFile::Record) { return false; }), -1);
+}
+
+TEST_F(RecordFileTest, SearchesAnotherFileFromItsBeginning) {
+  givenTheFile(record("d.e.f", "") + record("a.b.c", ""));
+  EXPECT_EQ(open().find("a.b.c"), 2);
+  const Path other = Path("Data") / "other.dat";
+  memory_.givenAFile(other, record("a.b.c", "") + record("a.b.c", ""));
+  EXPECT_EQ(RecordFile(files_, other, kLength, likely_).find("a.b.c"), 1);
 }
 
 TEST_F(RecordFileTest, ComparesKeysExactly) {

@@ -73,6 +73,8 @@ TEST_F(UIDDialogTest, TellsOfAFieldThatCannotBeCut) {
                      MessageBoxStyle::Critical);
   dialog.Form_Load();
   EXPECT_EQ(captionOf(dialog), "User ID, Password");
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QStringLiteral("anna"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text2").text(), QString());
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ class UserIDPasswordFileTest : public testing::Test {
   // What is read for "a.b.c", as "user ID|password"; "none" without a record.
   std::string readBack() {
     const auto stored = records_.read("a.b.c");
-    return stored ? stored->userID + '|' + stored->password : "none";
+    return stored ? stored->userID() + '|' + stored->password() : "none";
   }
 
   test::MemoryFileSystem memory_;

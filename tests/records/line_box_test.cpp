@@ -1,0 +1,62 @@
+#include "records/line_box.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTest>
+
+#include "support/qt_printers.h"
+
+namespace quorrix {
+namespace {
+
+class LineBoxTest : public testing::Test {
+ protected:
+  void type(const QString& text) { QTest::keyClicks(&box_, text); }
+
+  void paste(const QString& text) {
+    QApplication::clipboard()->setText(text);
+    box_.paste();
+  }
+
+  LineBox box_{5, nullptr};
+};
+
+TEST_F(LineBoxTest, StopsAtItsLimit) {
+  type(QStringLiteral("abcdefg"));
+  EXPECT_EQ(box_.text(), QStringLiteral("abcde"));
+}
+
+TEST_F(LineBoxTest, TakesBackWhatWasInsertedAndNotWhatStandsBehindIt) {
+  type(QStringLiteral("abcd"));
+  box_.setCursorPosition(1);
+  paste(QStringLiteral("XYZ"));
+  EXPECT_EQ(box_.text(), QStringLiteral("aXbcd"));
+  EXPECT_EQ(box_.cursorPosition(), 2);
+}
+
+TEST_F(LineBoxTest, CountsACharacterOfTwoCodeUnitsOnce) {
+  const QString key = QString::fromUtf8("\xF0\x9F\x94\x91");  // stored as one "?"
+  paste(key.repeated(7));
+  EXPECT_EQ(box_.text(), key.repeated(5));
+}
+
+TEST_F(LineBoxTest, MakesABlankOfAPastedLineBreak) {
+  paste(QStringLiteral("a\r\nb\nc"));
+  EXPECT_EQ(box_.text(), QStringLiteral("a b c"));
+}
+
+TEST_F(LineBoxTest, KeepsTheCursorBehindAPastedLineBreak) {
+  type(QStringLiteral("xy"));
+  box_.setCursorPosition(1);
+  paste(QStringLiteral("\r\n"));
+  type(QStringLiteral("z"));
+  EXPECT_EQ(box_.text(), QStringLiteral("x zy"));
+}
+
+TEST_F(LineBoxTest, ShowsALongerTextThatWasStored) {
+  box_.setText(QStringLiteral("longer than five"));
+  EXPECT_EQ(box_.text(), QStringLiteral("longer than five"));
+}
+
+}  // namespace
+}  // namespace quorrix

@@ -1,0 +1,101 @@
+#include "records/multi_line_box.h"
+
+#include <QTest>
+#include <QTextCursor>
+
+#include "support/qt_printers.h"
+
+namespace quorrix {
+namespace {
+
+class MultiLineBoxTest : public testing::Test {
+ protected:
+  void type(const QString& text) { QTest::keyClicks(&box_, text); }
+  void press(Qt::Key key) { QTest::keyClick(&box_, key); }
+
+  void placeCursorAt(int position) {
+    QTextCursor cursor = box_.textCursor();
+    cursor.setPosition(position);
+    box_.setTextCursor(cursor);
+  }
+
+  MultiLineBox box_{9, nullptr};  // for a field of ten characters
+};
+
+TEST_F(MultiLineBoxTest, IsEmptyAtFirst) { EXPECT_EQ(box_.value(), ""); }
+
+TEST_F(MultiLineBoxTest, StoresALineBreakAsTwoCharacters) {
+  type(QStringLiteral("ab"));
+  press(Qt::Key_Return);
+  type(QStringLiteral("c"));
+  EXPECT_EQ(box_.value(), "ab\r\nc");
+}
+
+TEST_F(MultiLineBoxTest, StopsAtItsLimitWithLineBreaksCounted) {
+  type(QStringLiteral("abcdefgh"));
+  press(Qt::Key_Return);
+  EXPECT_EQ(box_.value(), "abcdefgh");
+  type(QStringLiteral("ij"));
+  EXPECT_EQ(box_.value(), "abcdefghi");
+}
+
+TEST_F(MultiLineBoxTest, TakesBackWhatWasInsertedAndNotTheEndOfTheText) {
+  type(QStringLiteral("abcdefgh"));
+  placeCursorAt(0);
+  type(QStringLiteral("XYZ"));
+  EXPECT_EQ(box_.value(), "Xabcdefgh");
+}
+
+TEST_F(MultiLineBoxTest, CountsACharacterOfTwoCodeUnitsOnce) {
+  box_.insertPlainText(QString::fromUtf8("\xF0\x9F\x94\x91").repeated(12));
+  EXPECT_EQ(box_.value(), "?????????");
+}
+
+TEST_F(MultiLineBoxTest, ShowsWhatWasStoredWithoutItsPadding) {
+  box_.showStored("a\r\nb      ");
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("a\nb"));
+  EXPECT_EQ(box_.value(), "a\r\nb      ");
+}
+
+TEST_F(MultiLineBoxTest, KeepsThePaddingOfWhatWasStoredWhenItIsChanged) {
+  box_.showStored("a\r\nb      ");
+  press(Qt::Key_Delete);
+  EXPECT_EQ(box_.value(), "\r\nb       ");
+}
+
+TEST_F(MultiLineBoxTest, IsEmptyWhenNothingIsLeftOfWhatWasStored) {
+  box_.showStored("ab        ");
+  box_.selectAll();
+  press(Qt::Key_Delete);
+  EXPECT_EQ(box_.value(), "");
+}
+
+TEST_F(MultiLineBoxTest, IsWhatWasStoredAgainWhenTheChangeIsUndone) {
+  box_.showStored("a\nb\tc     ");
+  type(QStringLiteral("x"));
+  box_.undo();
+  EXPECT_EQ(box_.value(), "a\nb\tc     ");
+}
+
+TEST_F(MultiLineBoxTest, TakesNothingFromAFullFieldButTheNewCharacter) {
+  box_.showStored("0123456789");
+  placeCursorAt(10);
+  type(QStringLiteral("x"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("0123456789"));
+}
+
+TEST_F(MultiLineBoxTest, HoldsAnOverlongTextToItsLimitOnceItIsShorter) {
+  box_.showStored("0123456789");
+  placeCursorAt(10);
+  press(Qt::Key_Backspace);
+  type(QStringLiteral("x"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("012345678"));
+  press(Qt::Key_Backspace);
+  type(QStringLiteral("x"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("01234567x"));
+}
+
+TEST_F(MultiLineBoxTest, LeavesTabToTheDialog) { EXPECT_TRUE(box_.tabChangesFocus()); }
+
+}  // namespace
+}  // namespace quorrix

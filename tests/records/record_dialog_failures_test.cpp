@@ -1,0 +1,224 @@
+// Every failure number at every file operation of every record dialog: the right
+// sentence, the pointer back, and no record changed but the one in question.
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "records/new_purchase_dialog.h"
+#include "records/notes_dialog.h"
+#include "records/purchases_dialog.h"
+#include "records/record_dialog_stage.h"
+#include "records/user_id_password_dialog.h"
+
+namespace quorrix {
+namespace {
+
+struct FailureReason {
+  int number;
+  const char* reason;
+};
+
+constexpr FailureReason kReasons[] = {
+    {7, "Out of memory."},        {28, "Out of memory."},        {31001, "Out of memory."},
+    {53, "Unable to find file."}, {57, "Device I/O error."},     {67, "Too many files open."},
+    {68, "Device not ready."},    {71, "Disk not ready."},       {75, "Path/file access error."},
+    {76, "Path not found."},      {321, "Invalid file format."}, {61, "Unknown error."},
+    {6, "Unknown error."},        {51, "Unknown error."},
+};
+
+// Agrees to every question and keeps the critical sentences.
+class AgreeingMessageBox final : public MessageBox {
+ public:
+  MessageBoxButton show(std::string_view text, MessageBoxStyle style) override {
+    if (style == MessageBoxStyle::Critical) sentences.emplace_back(text);
+    return MessageBoxButton::Ok;
+  }
+  std::vector<std::string> sentences;
+};
+
+class RecordDialogFailuresTest : public test::RecordDialogStage {
+ protected:
+  using Step = std::function<void(QDialog&)>;
+
+  RecordDialogParts agreeingParts() {
+    return {.files = files_,
+            .clock = clock_,
+            .messageBox = agreeing_,
+            .paths = paths_,
+            .tree = tree_,
+            .mainWindow = mainWindow_};
+  }
+
+  // A stranger's record before and behind the site's own, in each of the files.
+  void givenRecords() {
+    const auto around = [](const std::string& other, const std::string& own) {
+      return other + own + other;
+    };
+    memory_.givenAFile(
+        paths_.currentURLNotesFile,
+        around(test::notesRecord("a.b.c", "other"), test::notesRecord("one.two.three/a", "roses")));
+    memory_.givenAFile(paths_.currentUserIDPasswordFile,
+                       around(test::userIDPasswordRecord("a.b.c", "p", "u"),
+                              test::userIDPasswordRecord("one.two.three/a", "tulip7", "anna")));
+    memory_.givenAFile(
+        paths_.currentPurchasesFile,
+        around(test::purchaseRecord("a.b.c"), test::purchaseRecord("one.two.three/a")));
+  }
+
+  // Everything in the files but the middle record, which is the site's own, and
+  // what was added behind the last.
+  std::string othersRecords() {
+    std::string others;
+    for (const auto& [path, length] : {std::pair{paths_.currentURLNotesFile, 1324},
+                                       std::pair{paths_.currentUserIDPasswordFile, 360},
+                                       std::pair{paths_.currentPurchasesFile, 542}}) {
+      const auto record = static_cast<std::size_t>(length);
+      const std::string& bytes = memory_.bytesOf(path);
+      others += bytes.substr(0, record) + bytes.substr(2 * record, record);
+    }
+    return others;
+  }
+
+  // Fails each file operation of `step` in turn, with each number, on a dialog that
+  // `make` has made anew.
+  template <typename Dialog>
+  void expectEveryFailureTold(const std::string& family,
+                              const std::function<void(Dialog&)>& prepare,
+                              const std::function<void(Dialog&)>& step) {
+    const auto run = [&](const std::function<void()>& arrange) {
+      givenRecords();
+      files_.reset();
+      agreeing_.sentences.clear();
+      Dialog dialog(agreeingParts());
+      prepare(dialog);
+      files_.reset();
+      arrange();
+      step(dialog);
+      EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
+      EXPECT_EQ(memory_.openFiles(), 0);
+    };
+    run([] {});
+    EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});
+    const std::vector<test::FileCall> calls = files_.calls();
+    ASSERT_GT(calls.size(), 2U) << "the step works on a file";
+    const bool onlyReads = std::ranges::find(calls, test::FileCall::WriteAt) == calls.end();
+    givenRecords();
+    const std::string others = othersRecords();
+    for (const auto& [number, reason] : kReasons) {
+      for (int call = 1; call <= static_cast<int>(calls.size()); ++call) {
+        SCOPED_TRACE(std::to_string(number) + " at call " + std::to_string(call));
+        run([&, failing = number] { files_.failAtCall(call, failing); });
+        if (onlyReads && isRefusalToWrite(calls, call, number)) {
+          EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});
+        } else {
+          EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{family + ' ' + reason});
+        }
+        EXPECT_EQ(othersRecords(), others);
+      }
+    }
+  }
+
+  // A file that may not be written is opened for reading instead.
+  static bool isRefusalToWrite(const std::vector<test::FileCall>& calls, int call, int number) {
+    return number == 75 &&
+           calls[static_cast<std::size_t>(call) - 1] == test::FileCall::OpenRandomAccess;
+  }
+
+  AgreeingMessageBox agreeing_;
+};
+
+template <typename Dialog>
+void load(Dialog& dialog) {
+  dialog.Form_Load();
+}
+
+void pressOK(QDialog& dialog) {
+  dialog.findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+}
+
+void pressDelete(QDialog& dialog) {
+  dialog.findChild<QPushButton*>(QStringLiteral("DeleteButton"))->click();
+}
+
+TEST_F(RecordDialogFailuresTest, OfOpeningNotes) {
+  expectEveryFailureTold<NotesDialog>(
+      "Unable to open Notes window.", [](NotesDialog&) {}, load<NotesDialog>);
+}
+
+TEST_F(RecordDialogFailuresTest, OfSavingNotes) {
+  expectEveryFailureTold<NotesDialog>("Unable to save notes.", load<NotesDialog>, pressOK);
+}
+
+TEST_F(RecordDialogFailuresTest, OfDeletingNotes) {
+  expectEveryFailureTold<NotesDialog>("Unable to delete notes.", load<NotesDialog>, pressDelete);
+}
+
+TEST_F(RecordDialogFailuresTest, OfOpeningUserIDAndPassword) {
+  expectEveryFailureTold<UIDDialog>(
+      "Unable to open User ID, Password window.", [](UIDDialog&) {}, load<UIDDialog>);
+}
+
+TEST_F(RecordDialogFailuresTest, OfSavingUserIDAndPassword) {
+  expectEveryFailureTold<UIDDialog>("Unable to save user ID and password.", load<UIDDialog>,
+                                    pressOK);
+}
+
+TEST_F(RecordDialogFailuresTest, OfDeletingUserIDAndPassword) {
+  expectEveryFailureTold<UIDDialog>("Unable to delete user ID and password.", load<UIDDialog>,
+                                    pressDelete);
+}
+
+TEST_F(RecordDialogFailuresTest, OfSavingAPurchase) {
+  expectEveryFailureTold<NewPurchaseDialog>("Unable to save purchase information.",
+                                            load<NewPurchaseDialog>, pressOK);
+}
+
+TEST_F(RecordDialogFailuresTest, OfDeletingAPurchase) {
+  const auto openPurchase = [](NewPurchaseDialog& dialog) {
+    dialog.Form_Load();
+    dialog.getExistingRecord("1/2/26 3:04:05 PM");
+  };
+  expectEveryFailureTold<NewPurchaseDialog>("Unable to delete purchase information.", openPurchase,
+                                            pressDelete);
+}
+
+TEST_F(RecordDialogFailuresTest, OfOpeningPurchases) {
+  expectEveryFailureTold<PurchasesDialog>(
+      "Unable to open Purchases window.", [](PurchasesDialog&) {},
+      [](PurchasesDialog& dialog) {
+        bool somePurchasesToLoad = false;
+        dialog.Form_Load(somePurchasesToLoad);
+      });
+}
+
+// The time of the purchase is all that opening the dialog asks anybody for.
+TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseDoNotComeFromFiles) {
+  files_.failAlways(57);
+  NewPurchaseDialog dialog(agreeingParts());
+  dialog.Form_Load();
+  EXPECT_EQ(files_.calls().size(), 0U);
+  EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});
+}
+
+TEST_F(RecordDialogFailuresTest, OfViewingAPurchaseAreNotTold) {
+  givenRecords();
+  PurchasesDialog dialog(agreeingParts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  dialog.findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);
+  for (const auto& [number, reason] : kReasons) {
+    for (int call = 1; call <= 3; ++call) {
+      if (isRefusalToWrite(files_.calls(), 1, number) && call == 1) continue;
+      files_.reset();
+      files_.failAtCall(call, number);
+      dialog.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+      EXPECT_EQ(static_cast<int>(files_.calls().size()), call) << "nothing is asked after that";
+      EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
+    }
+  }
+  EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});
+}
+
+}  // namespace
+}  // namespace quorrix
