@@ -112,16 +112,6 @@ class StartAndEnd(QuorrixTest):
         self.quorrix.close_window()
         self.assert_ends_cleanly(0)
 
-    # --- data ------------------------------------------------------------------------------------
-
-    def given_bytes(self, name, data):
-        with open(self.path("Data", name), "wb") as file:
-            file.write(data)
-
-    def bytes_of(self, name):
-        with open(self.path("Data", name), "rb") as file:
-            return file.read()
-
 
 if __name__ == "__main__":
     unittest.main()

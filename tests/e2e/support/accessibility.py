@@ -10,6 +10,9 @@ from support.session import connect
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"
+STATE_FOCUSED = 12
+STATE_SELECTED = 23
+STATE_SENSITIVE = 24
 STATE_SHOWING = 25
 
 
@@ -60,6 +63,36 @@ class AccessibilityBus:
         self.connection.flush_sync()
 
 
+class FocusWatch:
+    """Hears what takes the focus, as a screen reader does. It is the only way to a popup menu,
+    which is in no window's list of children."""
+
+    EVENT = "object:state-changed:focused"
+    REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry")
+
+    def __init__(self, bus):
+        self.bus = bus
+        self._heard = []
+        self._number = bus.connection.signal_subscribe(
+            None, "org.a11y.atspi.Event.Object", "StateChanged", None, "focused",
+            Gio.DBusSignalFlags.NONE, self._hear)
+        bus.call(*self.REGISTRY, "RegisterEvent", GLib.Variant("(sass)", (self.EVENT, [], "")))
+
+    def _hear(self, _connection, owner, path, _interface, _member, arguments):
+        if arguments.unpack()[1]:
+            self._heard.append(Accessible(self.bus, owner, path))
+
+    def heard(self):
+        """What has taken the focus since the watch began, the latest first."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return self._heard[::-1]
+
+    def close(self):
+        self.bus.connection.signal_unsubscribe(self._number)
+        self.bus.call(*self.REGISTRY, "DeregisterEvent", GLib.Variant("(s)", (self.EVENT,)))
+
+
 class Accessible:
     """One object on the bus. Nothing is remembered: every question goes to its program."""
 
@@ -83,6 +116,20 @@ class Accessible:
     def role(self):
         return self._ask("GetRoleName")[0]
 
+    @property
+    def parent(self):
+        return Accessible(self.bus, *self._property("Parent"))
+
+    @property
+    def text(self):
+        """All of a text box's text."""
+        return self._ask("GetText", GLib.Variant("(ii)", (0, -1)), "org.a11y.atspi.Text")[0]
+
+    def insert_text(self, text):
+        """At the beginning of a text box, as dictation does; for what no key gives."""
+        self._ask("InsertText", GLib.Variant("(isi)", (0, text, len(text))),
+                  "org.a11y.atspi.EditableText")
+
     def children(self):
         return [Accessible(self.bus, owner, path) for owner, path in self._ask("GetChildren")[0]]
 
@@ -93,6 +140,10 @@ class Accessible:
     def extents(self):
         """Left, top, width and height on the screen."""
         return self._ask("GetExtents", GLib.Variant("(u)", (0,)), "org.a11y.atspi.Component")[0]
+
+    def centre(self):
+        left, top, width, height = self.extents()
+        return left + width // 2, top + height // 2
 
     def press(self):
         """The first action. The answer is not awaited: an entry that opens a modal window, or

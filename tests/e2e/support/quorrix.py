@@ -10,7 +10,7 @@ import shutil
 from gi.repository import GLib
 
 from support import processes
-from support.accessibility import STATE_SHOWING, AccessibilityBus
+from support.accessibility import STATE_FOCUSED, STATE_SHOWING, AccessibilityBus
 from support.site_file import read_records
 from support.waiting import TimedOut, wait_until
 
@@ -193,8 +193,17 @@ class Quorrix:
     def message_title(self):
         return self._message_box().name
 
+    def message_has_keyboard(self):
+        box = self._message_box()
+        return any(thing.role == "push button" and thing.has_state(STATE_FOCUSED)
+                   for thing in box.everything_below())
+
     def confirm_message(self):
-        self._message_box().find("push button", "OK").press()
+        self.answer_message("OK")
+
+    def answer_message(self, button):
+        self._message_box().find("push button", button).press()
+        wait_until(lambda: not self._message_if_any(), "the message box to close")
 
     def _message_box(self):
         for window in self.application().children():

@@ -74,6 +74,10 @@ class QuorrixTest(unittest.TestCase):
 
     # --- given -----------------------------------------------------------------------------------
 
+    def given_bytes(self, name, data):
+        with open(os.path.join(self.quorrix.data_folder, name), "wb") as file:
+            file.write(data)
+
     def given_the_program(self):
         self.quorrix.start_and_wait()
 
@@ -96,6 +100,10 @@ class QuorrixTest(unittest.TestCase):
         return writes
 
     # --- then ------------------------------------------------------------------------------------
+
+    def bytes_of(self, name):
+        with open(os.path.join(self.quorrix.data_folder, name), "rb") as file:
+            return file.read()
 
     def wait_for_record(self, address, seconds=1.0):
         """The record of an address; by default it must come within a second."""

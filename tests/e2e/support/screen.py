@@ -119,6 +119,13 @@ class Window:
         connection = self.screen.connection
         connection.send_message(connection.root, self.number, "_NET_CLOSE_WINDOW", [0, 2])
 
+    def frame_widths(self):
+        """Left, right, top and bottom of what the window manager puts around the window."""
+        return self.screen.connection.property(self.number, "_NET_FRAME_EXTENTS")
+
+    def move(self, left, top):
+        self.screen.command("windowmove", "--sync", str(self.number), str(left), str(top))
+
     def click(self, x, y, button=1):
         self.screen.command("mousemove", "--window", str(self.number), str(x), str(y),
                             "click", str(button))
@@ -144,6 +151,9 @@ class Screen:
     def windows_of(self, process_ids):
         windows = [Window(self, number) for number in self.window_numbers()]
         return [window for window in windows if window.process in process_ids]
+
+    def click(self, x, y):
+        self.command("mousemove", str(x), str(y), "click", "1")
 
     def press(self, *keys):
         self.command("key", "--clearmodifiers", *keys)

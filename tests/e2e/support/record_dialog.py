@@ -1,0 +1,129 @@
+"""A dialog of the program that is open: its controls as the accessibility bus names them, used
+with keys and clicks."""
+
+from gi.repository import GLib
+
+from support.accessibility import (STATE_FOCUSED, STATE_SELECTED, STATE_SENSITIVE,
+                                   STATE_SHOWING)
+from support.popup_menu import PopupMenu
+from support.waiting import wait_until
+
+# What Tab can stop at.
+CONTROLS = ("text", "list", "push button")
+
+
+class RecordDialog:
+    @classmethod
+    def open(cls, quorrix, row, entry, caption):
+        """Opens the dialog from the popup menu of a row of the tree."""
+        PopupMenu(quorrix, row).choose(entry)
+        return cls(quorrix, caption)
+
+    def __init__(self, quorrix, caption):
+        """Waits until the dialog of that caption shows and has the keyboard."""
+        self.quorrix = quorrix
+        self.screen = quorrix.session.screen
+        self.caption = caption
+        wait_until(lambda: self.is_open() and self.window().is_active() and self.focused(),
+                   lambda: f"the dialog {caption!r} to open; open are "
+                           f"{[window.title for window in quorrix.windows()]}")
+
+    # --- the window ------------------------------------------------------------------------------
+
+    def window(self):
+        """The window on the display, or None."""
+        for window in self.quorrix.windows():
+            if window.title == self.caption:
+                return window
+        return None
+
+    def is_open(self):
+        return self.window() is not None and self._on_bus() is not None
+
+    def wait_until_closed(self):
+        wait_until(lambda: self.window() is None, f"the dialog {self.caption!r} to close")
+        # The window beneath has the keyboard again before anything else is typed or clicked.
+        wait_until(lambda: any(window.is_active() for window in self.quorrix.windows()),
+                   "the window beneath to be active")
+
+    def extents(self):
+        return self._on_bus().extents()
+
+    def _on_bus(self):
+        try:
+            for window in self.quorrix.application().children():
+                if window.role == "dialog" and window.name == self.caption:
+                    return window if window.has_state(STATE_SHOWING) else None
+        except GLib.Error:
+            pass  # It was about to come or to go.
+        return None
+
+    # --- what it shows ---------------------------------------------------------------------------
+
+    def text_of(self, box):
+        return self._control("text", box).text
+
+    def entries(self):
+        """Of the list, from top to bottom."""
+        return [entry.name for entry in self._control("list").children()
+                if entry.role == "list item"]
+
+    def is_enabled(self, role, name):
+        return self._control(role, name).has_state(STATE_SENSITIVE)
+
+    def focused(self):
+        """Name of the control that has the keyboard, or None."""
+        for control in self._on_bus().children():
+            if control.role in CONTROLS and control.has_state(STATE_FOCUSED):
+                return control.name
+        return None
+
+    def _control(self, role, name=None):
+        control = self._on_bus().find(role, name)
+        if control is None:
+            raise AssertionError(f"no {role} {name!r} in {self.caption!r}")
+        return control
+
+    # --- hands -----------------------------------------------------------------------------------
+
+    def press_key(self, key):
+        self.screen.press(key)
+
+    def press_button(self, name):
+        self._control("push button", name).press()
+
+    def close_with(self, button):
+        self.press_button(button)
+        self.wait_until_closed()
+
+    def clear(self, box):
+        self._click_into(box)
+        self.screen.press("ctrl+a", "BackSpace")
+        wait_until(lambda: self.text_of(box) == "", f"the box {box!r} to be empty")
+
+    def type_into(self, box, text):
+        """Replaces what is in the box."""
+        self.clear(box)
+        for number, line in enumerate(text.split("\n")):
+            if number > 0:
+                self.screen.press("Return")
+            self.screen.type(line)
+        wait_until(lambda: self.text_of(box) == text,
+                   lambda: f"{text!r} in the box {box!r}; it has {self.text_of(box)!r}")
+
+    def insert_into(self, box, text):
+        """Puts a text in front of what is in the box, without the keyboard."""
+        self._control("text", box).insert_text(text)
+        wait_until(lambda: self.text_of(box).startswith(text), f"{text!r} in the box {box!r}")
+
+    def _click_into(self, box):
+        control = self._control("text", box)
+        self.screen.click(*control.centre())
+        wait_until(lambda: control.has_state(STATE_FOCUSED), f"the box {box!r} to have the focus")
+
+    def click_entry(self, number):
+        """Counted from 0."""
+        entry = [thing for thing in self._control("list").children()
+                 if thing.role == "list item"][number]
+        self.screen.click(*entry.centre())
+        wait_until(lambda: entry.has_state(STATE_SELECTED), f"the entry {number} to be selected")
