@@ -1,0 +1,93 @@
+#!/usr/bin/python3
+"""Makes the pictures of the dialogs: screenshots.py PROGRAM_FOLDER OUTPUT_FOLDER
+
+In a session of its own it starts the program with one site in the tree, fills each dialog in as a
+user would, and leaves a picture of it in OUTPUT_FOLDER. PROGRAM_FOLDER is only copied from.
+"""
+
+import os
+import sys
+
+from support import processes
+from support.quorrix import Quorrix, make_program_folder
+from support.record_dialog import RecordDialog
+from support.session import PrivateSession
+
+SITE = "shop.lantern.example"
+SITE_FILE = b"shop.lantern.example" + b" " * 280 + b"S" + b"11/21/26 4:05:00 PM~ "
+
+NOTES = "Brass lanterns are at the back of the catalogue.\n" \
+        "Orders before noon leave the same day."
+
+USER_ID_PASSWORD = (("User ID", "anna"), ("Password", "tulip7"))
+
+PURCHASES = (
+    (("Item", "Brass lantern"), ("Price", "48.00"), ("Quantity", "1"), ("Payment Method", "Card"),
+     ("Description", "For the porch"), ("Date", "11/3/26 9:14:27 AM")),
+    (("Item", "Lamp oil"), ("Price", "6.50"), ("Quantity", "3"), ("Payment Method", "Card"),
+     ("Description", "Without scent"), ("Date", "11/12/26 6:40:02 PM")),
+    (("Item", "Spare wicks"), ("Price", "3.20"), ("Quantity", "10"),
+     ("Payment Method", "Bank transfer"), ("Description", "Flat, half an inch.\nFit both lanterns."),
+     ("Date", "11/21/26 4:05:00 PM")),
+)
+
+
+def main(program_folder, output_folder):
+    processes.become_their_keeper()
+    session = PrivateSession()
+    try:
+        quorrix = Quorrix(session, make_program_folder(os.path.join(program_folder, "Quorrix")))
+        with open(quorrix.site_file, "wb") as file:
+            file.write(SITE_FILE)
+        quorrix.start_and_wait()
+        os.makedirs(output_folder, exist_ok=True)
+        Photographer(quorrix, output_folder).take_all()
+        quorrix.close_window()
+        if quorrix.exit_status() != 0:
+            raise RuntimeError(f"the program ended with status {quorrix.exit_status()}")
+    finally:
+        session.close()
+
+
+class Photographer:
+    def __init__(self, quorrix, folder):
+        self.quorrix = quorrix
+        self.folder = folder
+
+    def take_all(self):
+        self._keep("Notes", (("Notes", NOTES),), "notes.png")
+        self._keep("User ID, Password", USER_ID_PASSWORD, "user-id-and-password.png")
+        for purchase in PURCHASES[:-1]:
+            self._keep("New Purchase", purchase)
+        self._keep("New Purchase", PURCHASES[-1], "new-purchase.png")
+        dialog = self._open("Purchases")
+        dialog.click_entry(1)
+        self._take(dialog, "purchases.png")
+        dialog.close_with("Cancel")
+
+    def _keep(self, name, texts, picture=None):
+        """Fills a dialog in, takes the picture if one is wanted, and saves."""
+        dialog = self._open(name)
+        for box, text in texts:
+            dialog.type_into(box, text)
+        if picture:
+            self._take(dialog, picture)
+        dialog.close_with("OK")
+
+    def _open(self, name):
+        return RecordDialog.open(self.quorrix, SITE, name + "...", f"{name} - {SITE}")
+
+    def _take(self, dialog, name):
+        """Of the dialog's window alone, with its frame."""
+        path = os.path.join(self.folder, name)
+        self.quorrix.session.screen.save_picture(path, dialog.window())
+        print(path)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 3:
+        sys.exit("Usage: screenshots.py PROGRAM_FOLDER OUTPUT_FOLDER")
+    try:
+        main(sys.argv[1], sys.argv[2])
+    except Exception as failure:  # Whatever it was, the user gets a sentence.
+        sys.exit(f"The pictures were not made: {failure}")
