@@ -24,6 +24,7 @@ class RecordDialog:
         self.quorrix = quorrix
         self.screen = quorrix.session.screen
         self.caption = caption
+        self._clicks = 0
         wait_until(lambda: self.is_open() and self.window().is_active() and self.focused(),
                    lambda: f"the dialog {caption!r} to open; open are "
                            f"{[window.title for window in quorrix.windows()]}")
@@ -41,7 +42,9 @@ class RecordDialog:
         return self.window() is not None and self._on_bus() is not None
 
     def wait_until_closed(self):
-        wait_until(lambda: self.window() is None, f"the dialog {self.caption!r} to close")
+        wait_until(lambda: self.window() is None,
+                   lambda: f"the dialog {self.caption!r} to close; open are "
+                           f"{[window.title for window in self.quorrix.windows()]}")
         # The window beneath has the keyboard again before anything else is typed or clicked.
         wait_until(lambda: any(window.is_active() for window in self.quorrix.windows()),
                    "the window beneath to be active")
@@ -125,5 +128,8 @@ class RecordDialog:
         """Counted from 0."""
         entry = [thing for thing in self._control("list").children()
                  if thing.role == "list item"][number]
-        self.screen.click(*entry.centre())
+        # Each time at another place: two clicks at one would be a double click, which opens it.
+        self._clicks += 1
+        left, top, _width, height = entry.extents()
+        self.screen.click(left + 20 * self._clicks, top + height // 2)
         wait_until(lambda: entry.has_state(STATE_SELECTED), f"the entry {number} to be selected")
