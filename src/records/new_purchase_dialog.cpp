@@ -39,7 +39,10 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
   auto* const boxes = new QGridLayout;
   const auto addBox = [this, boxes](int row, int column, const char* label, QWidget* box,
                                     int span) {
-    boxes->addWidget(new QLabel(QString::fromLatin1(label), this), row, column);
+    auto* const caption = new QLabel(QString::fromLatin1(label), this);
+    caption->setBuddy(box);
+    const bool isOneLine = box->sizePolicy().verticalPolicy() == QSizePolicy::Fixed;
+    boxes->addWidget(caption, row, column, isOneLine ? Qt::AlignVCenter : Qt::AlignTop);
     boxes->addWidget(box, row, column + 1, 1, span);
   };
   constexpr int kWholeRow = 3;
@@ -62,8 +65,9 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
   layout->addWidget(makePrompt(
       QStringLiteral("Enter information about a purchase made on this website location.")));
   layout->addLayout(boxes);
+  layout->addSpacing(layout->spacing());
   layout->addLayout(rowOfButtons({OKButton_, CancelButton, DeleteButton_}));
-  resize(460, sizeHint().height());
+  resizeToWidth(460);
 }
 
 void NewPurchaseDialog::Form_Load() {

@@ -55,6 +55,10 @@ QLayout* RecordDialog::rowOfButtons(std::initializer_list<QPushButton*> buttons)
   return row;
 }
 
+void RecordDialog::resizeToWidth(int width) {
+  resize(width, layout()->totalHeightForWidth(width));
+}
+
 QLineEdit* RecordDialog::makeLineBox(const char* name, const QString& label,
                                      std::size_t fieldWidth) {
   auto* const box = new LineBox(fieldWidth - kFieldMargin, this);

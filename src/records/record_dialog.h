@@ -55,6 +55,9 @@ class RecordDialog : public QDialog {
   [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption);
   [[nodiscard]] static QLayout* rowOfButtons(std::initializer_list<QPushButton*> buttons);
 
+  // Makes the dialog so many pixels wide, and as high as its contents then need.
+  void resizeToWidth(int width);
+
   // A box of one line for a field of `fieldWidth` characters.
   [[nodiscard]] QLineEdit* makeLineBox(const char* name, const QString& label,
                                        std::size_t fieldWidth);

@@ -36,9 +36,10 @@ UIDDialog::UIDDialog(const RecordDialogParts& parts)
   layout->addWidget(
       makePrompt(QStringLiteral("Enter your user ID and password for this website location.")));
   layout->addLayout(boxes);
+  layout->addSpacing(layout->spacing());
   layout->addStretch();
   layout->addLayout(rowOfButtons({OKButton, CancelButton, DeleteButton_}));
-  resize(420, sizeHint().height());
+  resizeToWidth(420);
 }
 
 void UIDDialog::Form_Load() {

@@ -358,9 +358,6 @@ class Purchases(SiteRecordsTest):
 
 
 class Place(SiteRecordsTest):
-    # A dialog gets its title bar after it has been placed: half of one is what it may be off.
-    HALF_A_TITLE_BAR = 12
-
     def test_the_dialogs_are_centred_over_the_main_window(self):
         self.given_bytes("purchases.dat", SHEARS)
         self.given_the_program()
@@ -375,7 +372,7 @@ class Place(SiteRecordsTest):
                 main_x, main_y = self.middle(self.quorrix.frame().extents(),
                                              self.quorrix.main_window())
                 self.assertAlmostEqual(main_x, x, delta=1)
-                self.assertAlmostEqual(main_y, y, delta=self.HALF_A_TITLE_BAR)
+                self.assertAlmostEqual(main_y, y, delta=1)
             dialog.press_key("Escape")
             dialog.wait_until_closed()
 
