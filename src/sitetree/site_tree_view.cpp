@@ -2,7 +2,9 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
+#include <algorithm>
 
 namespace quorrix {
 namespace {
@@ -39,11 +41,11 @@ SiteTreeView::SiteTreeView(SiteTree& tree, QWidget* parent)
   setUniformRowHeights(true);
   setEditTriggers(NoEditTriggers);  // an edited text would no longer be its key's
   setSelectionMode(SingleSelection);
-  // Long segments are scrolled to, not cut; only the rows on screen are measured.
   header()->setStretchLastSection(false);
-  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  header()->setResizeContentsPrecision(0);
+  header()->setSectionResizeMode(QHeaderView::Fixed);
+  header()->setResizeContentsPrecision(0);  // only the rows on screen are measured
   connect(&model_, &SiteTreeModel::treeSelectionChanged, this, &SiteTreeView::showSelection);
+  connect(&model_, &SiteTreeModel::modelReset, this, [this] { widestRow_ = 0; });
   connect(&model_, &SiteTreeModel::modelReset, this, &SiteTreeView::showSelection);
   showSelection();
 }
@@ -78,8 +80,40 @@ void SiteTreeView::mouseReleaseEvent(QMouseEvent* event) {
 // the release on others; only the keyboard's is listened to here.
 void SiteTreeView::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() != QContextMenuEvent::Keyboard) return;
-  const QPoint at = visualRect(currentIndex()).center();
-  emit mouseUp(mouse_button::kRight, shiftCodeOf(event->modifiers()), at.x(), at.y());
+  releaseRightButtonAtCurrentRow(event->modifiers());
+}
+
+// The other key for a context menu, for keyboards that lack the menu key.
+void SiteTreeView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+    return releaseRightButtonAtCurrentRow(Qt::NoModifier);
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+// Where the row's text begins, for a long row ends outside the window.
+void SiteTreeView::releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers) {
+  scrollTo(currentIndex());
+  const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
+  emit mouseUp(mouse_button::kRight, shiftCodeOf(modifiers), row.left() + row.height(),
+               row.center().y());
+}
+
+void SiteTreeView::scrollContentsBy(int dx, int dy) {
+  QTreeView::scrollContentsBy(dx, dy);
+  if (dy != 0) widenToVisibleRows();
+}
+
+void SiteTreeView::updateGeometries() {
+  widenToVisibleRows();
+  QTreeView::updateGeometries();
+}
+
+// Long segments are scrolled to, not cut. The column never becomes narrower while
+// rows pass by, which would move them under the user's eyes.
+void SiteTreeView::widenToVisibleRows() {
+  widestRow_ = std::max(widestRow_, sizeHintForColumn(0));
+  header()->resizeSection(0, std::max(widestRow_, viewport()->width()));
 }
 
 void SiteTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

@@ -43,15 +43,21 @@ class SiteTreeView final : public QTreeView {
  protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void updateGeometries() override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
       const QModelIndex& index, const QEvent* event) const override;
 
  private:
   void showSelection();
+  void releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers);
+  void widenToVisibleRows();
 
   SiteTree& tree_;
   SiteTreeModel model_;
+  int widestRow_ = 0;  // in pixels, of those that were on screen
 };
 
 }  // namespace quorrix

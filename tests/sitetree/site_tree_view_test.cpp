@@ -350,6 +350,29 @@ TEST_F(SiteTreeViewMouseUp, TakesTheMenuKeyForTheRightButtonOnTheSelectedRow) {
   EXPECT_EQ(view_.indexAt(at), indexOf("four.five.six"));
 }
 
+TEST_F(SiteTreeViewMouseUp, TakesShiftF10ForTheMenuKey) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  QTest::keyClick(&view_, Qt::Key_F10, Qt::ShiftModifier);
+  ASSERT_EQ(mouseUps_.count(), 1);
+  EXPECT_EQ(lastMouseUp().value(0).toInt(), 2);
+  EXPECT_EQ(lastMouseUp().value(1).toInt(), 0);
+}
+
+TEST_F(SiteTreeViewMouseUp, StaysInsideTheViewForALongRowThatIsOutOfSight) {
+  for (int host = 0; host < 100; ++host) add("a.b.c" + std::to_string(host));
+  const std::string longHost = "z.y." + std::string(250, 'm');
+  add(longHost);
+  view_.expandDNSNodes();
+  tree_.select(node(longHost));
+  view_.verticalScrollBar()->setValue(0);
+  ASSERT_FALSE(isOnScreen(longHost));
+  QTest::keyClick(&view_, Qt::Key_F10, Qt::ShiftModifier);
+  const QPoint at(lastMouseUp().value(2).toInt(), lastMouseUp().value(3).toInt());
+  EXPECT_TRUE(view_.viewport()->rect().contains(at));
+  EXPECT_EQ(view_.indexAt(at), indexOf(longHost));
+}
+
 // The release has been told already, or will be.
 TEST_F(SiteTreeViewMouseUp, IgnoresTheMousesOwnMenuRequest) {
   QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(30, 8),
@@ -383,6 +406,30 @@ TEST_F(SiteTreeViewLabels, AreScrolledToWhenTheyAreLong) {
   EXPECT_GE(view_.columnWidth(0), textWidth + 2 * view_.indentation());
   EXPECT_GE(view_.horizontalScrollBar()->maximum(),
             textWidth + 2 * view_.indentation() - view_.viewport()->width());
+}
+
+TEST_F(SiteTreeViewLabels, AreNotCutWhenTheyComeIntoSight) {
+  for (int host = 0; host < 100; ++host) add("a.b.c" + std::to_string(host));
+  add("z.y." + std::string(250, 'm'));
+  view_.expandDNSNodes();
+  QApplication::processEvents();
+  ASSERT_EQ(view_.horizontalScrollBar()->maximum(), 0);
+  view_.verticalScrollBar()->setValue(view_.verticalScrollBar()->maximum());
+  EXPECT_GE(view_.columnWidth(0),
+            view_.fontMetrics().horizontalAdvance(QString(250, QLatin1Char('m'))));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return view_.horizontalScrollBar()->maximum() > 0; }));
+}
+
+TEST_F(SiteTreeViewLabels, NeedNoMoreRoomThanThoseThatAreThere) {
+  add("z.y." + std::string(250, 'm'));
+  view_.expandDNSNodes();
+  QApplication::processEvents();
+  {
+    const SiteTree::BulkChange change(tree_);
+    add("one.two.three");
+  }
+  QApplication::processEvents();
+  EXPECT_EQ(view_.columnWidth(0), view_.viewport()->width());
 }
 
 TEST_F(SiteTreeViewLabels, HaveNoHeadingAboveThem) { EXPECT_TRUE(view_.isHeaderHidden()); }
