@@ -55,9 +55,7 @@ QLayout* RecordDialog::rowOfButtons(std::initializer_list<QPushButton*> buttons)
   return row;
 }
 
-void RecordDialog::resizeToWidth(int width) {
-  resize(width, layout()->totalHeightForWidth(width));
-}
+void RecordDialog::resizeToWidth(int width) { resize(width, layout()->totalHeightForWidth(width)); }
 
 QLineEdit* RecordDialog::makeLineBox(const char* name, const QString& label,
                                      std::size_t fieldWidth) {
