@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include "records/stored_text.h"
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -19,7 +20,12 @@ void LineBox::takeEdited() {
     setText(text().replace(lineBreak, QStringLiteral(" ")));
     setCursorPosition(static_cast<int>(text().size() - behind));
   }
-  while (fromQString(text()).size() > limit_ && cursorPosition() > 0) backspace();
+  const std::size_t size = fromQString(text()).size();
+  if (size <= limit_) return;
+  const int end = cursorPosition();
+  const auto start = static_cast<int>(startOfExcess(text(), end, size - limit_));
+  setSelection(start, end - start);
+  del();
 }
 
 }  // namespace quorrix

@@ -4,6 +4,7 @@
 #include <QTextDocument>
 #include <algorithm>
 
+#include "records/stored_text.h"
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -38,17 +39,22 @@ std::string MultiLineBox::value() const {
 // Takes back what went over the limit from the end of what was inserted, and not
 // from the end of the text, which the user may not even see.
 void MultiLineBox::cutToLimit() {
-  const QSignalBlocker noCutting(this);
+  const QSignalBlocker onlyOnce(this);
   const std::size_t allowed = std::max(limit_, size_);
+  size_ = shownText().size();
+  if (size_ <= allowed) return;
+  const int end = std::min(lastChange_, document()->characterCount() - 1);
   QTextCursor excess(document());
-  excess.setPosition(std::min(lastChange_, document()->characterCount() - 1));
-  while (shownText().size() > allowed && excess.position() > 0) excess.deletePreviousChar();
+  excess.setPosition(end);
+  excess.setPosition(static_cast<int>(startOfExcess(document()->toRawText(), end, size_ - allowed)),
+                     QTextCursor::KeepAnchor);
+  excess.removeSelectedText();
   size_ = shownText().size();
 }
 
 std::string MultiLineBox::shownText() const {
-  QString text = toPlainText();
-  return fromQString(text.replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+  // Not toPlainText(), which makes blanks of non-breaking spaces.
+  return storedText(document()->toRawText());
 }
 
 }  // namespace quorrix

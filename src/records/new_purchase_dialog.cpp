@@ -71,7 +71,7 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
 }
 
 void NewPurchaseDialog::Form_Load() {
-  runGuarded(FailureFamily::OpenNewPurchase, [this] {
+  runLoadGuarded(FailureFamily::OpenNewPurchase, [this] {
     centreOver(*this, parts().mainWindow);
     showSiteInCaption();
     Text6_->setText(toQString(accessStampText(parts().clock.now())));

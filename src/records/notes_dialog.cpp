@@ -35,7 +35,7 @@ NotesDialog::NotesDialog(const RecordDialogParts& parts)
 }
 
 void NotesDialog::Form_Load() {
-  runGuarded(FailureFamily::OpenNotes, [this] {
+  runLoadGuarded(FailureFamily::OpenNotes, [this] {
     centreOver(*this, parts().mainWindow);
     if (auto stored = notes_.read(siteKey())) Text1_->showStored(std::move(*stored));
     DeleteButton_->setEnabled(!Text1_->value().empty());

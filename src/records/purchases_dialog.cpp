@@ -35,7 +35,7 @@ PurchasesDialog::PurchasesDialog(const RecordDialogParts& parts)
 }
 
 void PurchasesDialog::Form_Load(bool& somePurchasesToLoad) {
-  runGuarded(FailureFamily::OpenPurchases, [this, &somePurchasesToLoad] {
+  runLoadGuarded(FailureFamily::OpenPurchases, [this, &somePurchasesToLoad] {
     centreOver(*this, parts().mainWindow);
     showSiteInCaption();
     fillList();
@@ -73,6 +73,7 @@ void PurchasesDialog::CancelButton_Click() { reject(); }
 
 void PurchasesDialog::viewPurchase(int entry) {
   NewPurchaseDialog dialog(parts(), [this](const std::string& dateText) { noteDeleted(dateText); });
+  dialog.setParent(this, dialog.windowFlags());  // so that it lies on the list, not beside it
   dialog.Form_Load();
   dialog.getExistingRecord(dates_.at(static_cast<std::size_t>(entry)));
   dialog.exec();

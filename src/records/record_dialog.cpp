@@ -27,8 +27,12 @@ void RecordDialog::showSiteInCaption() {
   setWindowTitle(caption_ % QStringLiteral(" - ") % asWindowTitle(toQString(siteKey())));
 }
 
-bool RecordDialog::runGuarded(FailureFamily family, const std::function<void()>& operation) {
-  return guarded(*this, parts_.messageBox, family, operation);
+void RecordDialog::runGuarded(FailureFamily family, const std::function<void()>& operation) {
+  guarded(*this, parts_.messageBox, family, operation);
+}
+
+void RecordDialog::runLoadGuarded(FailureFamily family, const std::function<void()>& operation) {
+  guarded(parts_.mainWindow, parts_.messageBox, family, operation);
 }
 
 bool RecordDialog::isConfirmed(std::string_view question) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "platform/clock.h"
 #include "platform/file_system.h"
@@ -36,7 +37,6 @@ class RecordDialog : public QDialog {
   Q_OBJECT
 
  protected:
-  // The caption is plain until a load has succeeded.
   RecordDialog(const RecordDialogParts& parts, const char* name, const QString& caption);
 
   [[nodiscard]] const RecordDialogParts& parts() const { return parts_; }
@@ -45,8 +45,11 @@ class RecordDialog : public QDialog {
   // The plain caption, " - " and the site's key.
   void showSiteInCaption();
 
-  // Runs the operation; when it fails, shows the family's sentence and is false.
-  bool runGuarded(FailureFamily family, const std::function<void()>& operation);
+  // Runs the operation; when it fails, shows the family's sentence.
+  void runGuarded(FailureFamily family, const std::function<void()>& operation);
+
+  // The same for a load, during which it is the main window that has the hourglass.
+  void runLoadGuarded(FailureFamily family, const std::function<void()>& operation);
 
   // Asks with OK and Cancel, Cancel being the default.
   [[nodiscard]] bool isConfirmed(std::string_view question);

@@ -15,7 +15,7 @@
 
 namespace quorrix {
 
-using RecordNumber = int;  // 1 to 32,767
+using RecordNumber = int;  // 1 to 32,767, or kNoRecord
 inline constexpr RecordNumber kNoRecord = -1;
 inline constexpr RecordNumber kLastRecordNumber = 32'767;
 
@@ -32,8 +32,8 @@ class RecordFile {
  public:
   using Record = std::span<const char>;
 
-  // Opens for reading and writing or, where the file permits only the one, for
-  // that; creates a missing file.
+  // Opens for reading and writing or, where the file permits no writing, for
+  // reading; creates a missing file.
   RecordFile(FileSystem& files, const Path& path, std::size_t recordLength, LikelyRecord& likely);
 
   // The file's length in records, rounded to the nearest whole number, a half

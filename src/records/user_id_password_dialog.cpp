@@ -1,7 +1,6 @@
 #include "records/user_id_password_dialog.h"
 
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -43,7 +42,7 @@ UIDDialog::UIDDialog(const RecordDialogParts& parts)
 }
 
 void UIDDialog::Form_Load() {
-  runGuarded(FailureFamily::OpenUserIDPassword, [this] {
+  runLoadGuarded(FailureFamily::OpenUserIDPassword, [this] {
     centreOver(*this, parts().mainWindow);
     const auto stored = records_.read(siteKey());
     DeleteButton_->setEnabled(stored.has_value());

@@ -53,9 +53,11 @@ TEST_F(LineBoxTest, KeepsTheCursorBehindAPastedLineBreak) {
   EXPECT_EQ(box_.text(), QStringLiteral("x zy"));
 }
 
-TEST_F(LineBoxTest, ShowsALongerTextThatWasStored) {
-  box_.setText(QStringLiteral("longer than five"));
-  EXPECT_EQ(box_.text(), QStringLiteral("longer than five"));
+TEST_F(LineBoxTest, CanUndoWhatWasPastedOverItsLimit) {
+  type(QStringLiteral("abc"));
+  paste(QStringLiteral("defgh"));
+  box_.undo();
+  EXPECT_EQ(box_.text().left(3), QStringLiteral("abc"));
 }
 
 }  // namespace

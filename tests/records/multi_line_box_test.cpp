@@ -51,6 +51,29 @@ TEST_F(MultiLineBoxTest, CountsACharacterOfTwoCodeUnitsOnce) {
   EXPECT_EQ(box_.value(), "?????????");
 }
 
+TEST_F(MultiLineBoxTest, KeepsNonBreakingSpaces) {
+  box_.showStored(
+      "a\xA0"
+      "b       ");
+  placeCursorAt(3);
+  type(QStringLiteral("c"));
+  EXPECT_EQ(box_.value(),
+            "a\xA0"
+            "bc      ");
+}
+
+TEST_F(MultiLineBoxTest, StoresASoftLineBreakLikeAnother) {
+  type(QStringLiteral("a"));
+  QTest::keyClick(&box_, Qt::Key_Return, Qt::ShiftModifier);
+  type(QStringLiteral("b"));
+  EXPECT_EQ(box_.value(), "a\r\nb");
+}
+
+TEST_F(MultiLineBoxTest, CutsAHugePasteAtOnce) {
+  box_.insertPlainText(QStringLiteral("line\n").repeated(200'000));
+  EXPECT_EQ(box_.value(), "line\r\nlin");
+}
+
 TEST_F(MultiLineBoxTest, ShowsWhatWasStoredWithoutItsPadding) {
   box_.showStored("a\r\nb      ");
   EXPECT_EQ(box_.toPlainText(), QStringLiteral("a\nb"));

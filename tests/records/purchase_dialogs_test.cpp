@@ -56,6 +56,51 @@ TEST_F(PurchaseDialogsTest, LeaveTheBoxesOpenWhenThePurchaseIsGone) {
   EXPECT_TRUE(isEnabled(dialog, "Text1"));
   EXPECT_TRUE(isEnabled(dialog, "OKButton"));
   EXPECT_TRUE(isEnabled(dialog, "DeleteButton"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QString());
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text6").text(), QStringLiteral("1/2/26 3:04:05 PM"));
+  messageBox_.expect("Delete purchase information?", MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Ok);
+  press(dialog, "DeleteButton");
+  EXPECT_EQ(files_.callsOf(test::FileCall::WriteAt), 0);
+}
+
+TEST_F(PurchaseDialogsTest, SaveEmptyBoxesAndTildesAsTheyAre) {
+  NewPurchaseDialog dialog(parts());
+  dialog.Form_Load();
+  control<QLineEdit>(dialog, "Text6").clear();
+  press(dialog, "OKButton");
+  NewPurchaseDialog second(parts());
+  second.Form_Load();
+  control<QLineEdit>(second, "Text6").clear();
+  control<QLineEdit>(second, "Text1").insert(QStringLiteral("a~b"));
+  press(second, "OKButton");
+  const test::PurchaseFields empty{.dateStamp = "~",
+                                   .price = "~",
+                                   .paymentMethod = "~",
+                                   .item = "~",
+                                   .description = "~",
+                                   .quantity = "~"};
+  test::PurchaseFields withTilde = empty;
+  withTilde.item = "a~b~";
+  EXPECT_EQ(file(), purchaseRecord("one.two.three/a", empty) +
+                        purchaseRecord("one.two.three/a", withTilde));
+}
+
+TEST_F(PurchaseDialogsTest, DeleteTheFirstOfTwoInOneSecondAndTheEntryChosen) {
+  givenPurchases(purchaseRecord("one.two.three/a", {.item = "first~"}) +
+                 purchaseRecord("one.two.three/a", {.item = "second~"}));
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  auto& list = control<QListWidget>(dialog, "List1");
+  list.setCurrentRow(1);
+  messageBox_.expect("Delete purchase information?", MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Ok);
+  whenThePurchaseOpensPress("DeleteButton");
+  press(dialog, "Command1");
+  ASSERT_EQ(list.count(), 1);
+  EXPECT_EQ(list.item(0)->text(), QStringLiteral("first 9.95 1/2/26 3:04:05 PM"));
+  EXPECT_EQ(file(), std::string(542, ' ') + purchaseRecord("one.two.three/a", {.item = "second~"}));
 }
 
 TEST_F(PurchaseDialogsTest, SayThatThereIsNothingToList) {

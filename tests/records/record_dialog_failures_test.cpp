@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/failure.h"
 #include "records/new_purchase_dialog.h"
 #include "records/notes_dialog.h"
 #include "records/purchases_dialog.h"
@@ -190,6 +191,34 @@ TEST_F(RecordDialogFailuresTest, OfOpeningPurchases) {
         bool somePurchasesToLoad = false;
         dialog.Form_Load(somePurchasesToLoad);
       });
+}
+
+// The main window has the hourglass while it opens a dialog.
+TEST_F(RecordDialogFailuresTest, OfOpeningGiveTheMainWindowItsPointerBack) {
+  files_.failAlways(57);
+  mainWindow_.setCursor(Qt::WaitCursor);
+  Qt::CursorShape underTheMessage = Qt::WaitCursor;
+  NotesDialog dialog(parts());
+  messageBox_.expect("Unable to open Notes window. Device I/O error.", MessageBoxStyle::Critical,
+                     MessageBoxButton::Ok, [&] { underTheMessage = mainWindow_.cursor().shape(); });
+  dialog.Form_Load();
+  EXPECT_EQ(underTheMessage, Qt::ArrowCursor);
+}
+
+TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
+  struct BrokenClock final : Clock {
+    LocalDateTime now() override { throw Failure(7); }
+    std::chrono::milliseconds elapsed() override { return {}; }
+  } broken;
+  NewPurchaseDialog dialog({.files = files_,
+                            .clock = broken,
+                            .messageBox = messageBox_,
+                            .paths = paths_,
+                            .tree = tree_,
+                            .mainWindow = mainWindow_});
+  messageBox_.expect("Unable to open New Purchase window. Out of memory.",
+                     MessageBoxStyle::Critical);
+  dialog.Form_Load();
 }
 
 // The time of the purchase is all that opening the dialog asks anybody for.

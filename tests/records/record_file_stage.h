@@ -15,8 +15,6 @@
 
 namespace quorrix::test {
 
-inline constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 76, 51};
-
 inline std::string padded(const std::string& text, std::size_t width) {
   std::string field(width, ' ');
   std::copy(text.begin(), text.end(), field.begin());

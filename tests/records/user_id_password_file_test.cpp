@@ -95,6 +95,9 @@ TEST_F(UserIDPasswordFileTest, ReplacesAndRemovesAFieldWithoutABlank) {
   givenTheFile(record("a.b.c", std::string(30, 'p'), std::string(30, 'u')));
   records_.save("a.b.c", {.userID = "u", .password = "p"});
   EXPECT_EQ(file(), record("a.b.c", "p", "u"));
+  givenTheFile(record("a.b.c", std::string(30, 'p'), std::string(30, 'u')));
+  records_.remove("a.b.c");
+  EXPECT_EQ(file(), std::string(360, ' '));
 }
 
 TEST_F(UserIDPasswordFileTest, BlanksTheRecordAndNeverReusesIt) {

@@ -29,9 +29,11 @@ struct FaultyFileSystem::Plan {
   std::vector<BadSpot> badSpots;
   std::vector<Cut> cuts;
   std::optional<int> always;
+  std::function<void()> look;
 
   void call(FileCall kind) {
     calls.push_back(kind);
+    if (look) look();
     if (always) throw Failure(*always);
     std::optional<int> strikes;
     for (Fault& fault : faults) {
@@ -110,6 +112,8 @@ void FaultyFileSystem::spoilBytes(std::uint64_t first, std::uint64_t count, int 
 void FaultyFileSystem::cutReadShort(int n, std::size_t bytes) {
   plan_->cuts.push_back({.readsLeft = n, .bytes = bytes});
 }
+
+void FaultyFileSystem::onEveryCall(std::function<void()> look) { plan_->look = std::move(look); }
 
 void FaultyFileSystem::reset() { *plan_ = Plan(); }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -44,6 +45,9 @@ class FaultyFileSystem final : public FileSystem {
   // The n-th read from now on finds the file ending after so many of the bytes
   // asked for, as when another program has cut it meanwhile.
   void cutReadShort(int n, std::size_t bytes);
+
+  // Called at the beginning of every call.
+  void onEveryCall(std::function<void()> look);
 
   // Nothing fails any more, and no call has been made yet.
   void reset();

@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include "shell/main_window/main_form_stage.h"
 
@@ -258,6 +259,61 @@ TEST_F(MainFormPopup, HidesAllAndKeepsWhatIsOpenBelow) {
   QTest::keyClick(&stage_.treeView(), Qt::Key_Right);
   EXPECT_TRUE(stage_.isExpanded("one.two.three"));
   EXPECT_TRUE(stage_.isOnScreen("one.two.three/a/b/c"));
+}
+
+class MainFormRecordsTest : public MainFormTest {
+ protected:
+  // Looks at the dialog that opens, and closes it.
+  void whenADialogOpens(std::function<void(QDialog&)> look) {
+    QTimer::singleShot(0, &stage_.form, [this, look = std::move(look)] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      hourglass_ = stage_.pointer() == Qt::WaitCursor;
+      opened_ << dialog->windowTitle();
+      if (look) look(*dialog);
+      dialog->reject();
+    });
+  }
+
+  QStringList opened_;
+  bool hourglass_ = false;
+};
+
+using MainFormRecords = MainFormRecordsTest;
+
+TEST_F(MainFormRecords, OpenForTheSelectedSiteUnderTheHourglass) {
+  click(Qt::RightButton, placeOf("four.five.six"));
+  stage_.memory.givenAFile("/Quorrix/Data/purchases.dat",
+                           "four.five.six" + std::string(287, ' ') + "d~" + std::string(23, ' ') +
+                               "p~" + std::string(10, ' ') + "m~" + std::string(48, ' ') + "i~" +
+                               std::string(48, ' ') + "t~" + std::string(98, ' ') + "q~   ");
+  for (const char* const entry :
+       {"PopUpNotes", "PopUpPasswords", "PopUpNewPurchase", "PopUpPurchases"}) {
+    whenADialogOpens({});
+    stage_.choose(entry);
+    EXPECT_TRUE(hourglass_) << entry;
+    EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor) << entry;
+  }
+  EXPECT_EQ(opened_, QStringList({QStringLiteral("Notes - four.five.six"),
+                                  QStringLiteral("User ID, Password - four.five.six"),
+                                  QStringLiteral("New Purchase - four.five.six"),
+                                  QStringLiteral("Purchases - four.five.six")}));
+}
+
+TEST_F(MainFormRecords, BelongToTheSiteThatTheMenuWasOpenedFor) {
+  click(Qt::RightButton, placeOf("four.five.six"));
+  select("one.two.three");
+  whenADialogOpens({});
+  stage_.choose("PopUpNotes");
+  EXPECT_EQ(opened_, QStringList(QStringLiteral("Notes - four.five.six")));
+}
+
+TEST_F(MainFormRecords, ListNoPurchasesWhereThereAreNone) {
+  click(Qt::RightButton, placeOf("four.five.six"));
+  stage_.messageBox.expect("No purchase information recorded for this web location.",
+                           MessageBoxStyle::Information);
+  stage_.choose("PopUpPurchases");
+  EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
 }
 
 using MainFormExit = MainFormTest;
