@@ -25,6 +25,27 @@ void KeyIndex::insert(std::uint32_t hash, Number number) {
   ++used_;
 }
 
+// Whoever searches stops at an empty slot, so the slot is not just emptied: what
+// stands behind it moves up if its own search would pass the gap.
+void KeyIndex::erase(std::uint32_t hash, Number number) {
+  std::size_t gap = hash & mask();
+  while (slots_[gap].number != number) gap = (gap + 1) & mask();
+  for (std::size_t next = (gap + 1) & mask(); slots_[next].number != kNone;
+       next = (next + 1) & mask()) {
+    const std::size_t home = slots_[next].hash & mask();
+    if (((next - home) & mask()) < ((next - gap) & mask())) continue;
+    slots_[gap] = slots_[next];
+    gap = next;
+  }
+  slots_[gap] = {};
+  --used_;
+}
+
+void KeyIndex::clear() {
+  slots_.clear();
+  used_ = 0;
+}
+
 void KeyIndex::rebuild(std::size_t slotCount) {
   const auto old = std::exchange(slots_, std::vector<Slot>(slotCount));
   for (const Slot& slot : old) {

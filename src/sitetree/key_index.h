@@ -21,6 +21,12 @@ class KeyIndex {
   // Adds a number whose key is not in the index yet.
   void insert(std::uint32_t hash, Number number);
 
+  // Takes a number out that was inserted with this hash.
+  void erase(std::uint32_t hash, Number number);
+
+  // Takes all numbers out.
+  void clear();
+
   // Has the memory fetched that a search for this hash begins in.
   void expect(std::uint32_t hash) const {
     if (!slots_.empty()) __builtin_prefetch(&slots_[hash & mask()]);

@@ -72,15 +72,13 @@ std::uint64_t SiteFile::updateSiteRecord(std::string_view siteAddress, char prot
   return found;
 }
 
-std::uint64_t SiteFile::appendSiteRecord(std::string_view siteAddress, char protocolFlag) {
+void SiteFile::appendSiteRecord(std::string_view siteAddress, char protocolFlag) {
   FixedRecordFile file = openSiteFile();
   SiteRecord record;
   fillField(record, site_record::kSiteAddress, siteAddress);
   stamp(record, protocolFlag);
-  const std::uint64_t number = file.recordCount() + 1;
-  file.put(number, record);
+  file.put(file.recordCount() + 1, record);
   file.sync();
-  return number;
 }
 
 FixedRecordFile SiteFile::openSiteFile() {

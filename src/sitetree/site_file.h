@@ -37,8 +37,8 @@ class SiteFile {
   std::uint64_t updateSiteRecord(std::string_view siteAddress, char protocolFlag,
                                  std::uint64_t likelyNumber = 0);
 
-  // Adds a record behind the last one. Returns its number.
-  std::uint64_t appendSiteRecord(std::string_view siteAddress, char protocolFlag);
+  // Adds a record behind the last one.
+  void appendSiteRecord(std::string_view siteAddress, char protocolFlag);
 
  private:
   // Creates the file when it is missing; the file closes with the object.

@@ -60,6 +60,60 @@ NodeId SiteTree::addMissingLevels(const AddressLevels& levels, const LevelHashes
   return parent;
 }
 
+void SiteTree::remove(NodeId node) {
+  const std::vector<NodeId> removed = subtree(node);
+  if (std::ranges::find(removed, selected_) != removed.end()) select(selectedAfterRemoving(node));
+  const NodeId above = parent(node);
+  const std::size_t place = row(node);
+  if (observer_ != nullptr) observer_->nodeWillBeRemoved(above, place);
+  std::vector<NodeId>& siblings = nodes_[above].children;
+  siblings.erase(siblings.begin() + static_cast<std::ptrdiff_t>(place));
+  for (std::size_t i = place; i < siblings.size(); ++i) --nodes_[siblings[i]].row;
+  for (const NodeId gone : removed) {
+    index_.erase(hashOf(key(gone)), gone);
+    nodes_[gone] = {};
+  }
+  removed_ += removed.size();
+  if (observer_ != nullptr) observer_->nodeWasRemoved();
+}
+
+void SiteTree::clear() {
+  const BulkChange change(*this);
+  nodes_.clear();
+  removed_ = 0;
+  index_.clear();
+  blocks_.clear();
+  freeInBlock_ = 0;
+  selected_ = kNoNode;
+  addRoot();
+}
+
+std::vector<std::string_view> SiteTree::collectSubtreeKeys(NodeId node) const {
+  std::vector<std::string_view> keys;
+  for (const NodeId below : subtree(node)) keys.push_back(key(below));
+  return keys;
+}
+
+std::vector<NodeId> SiteTree::subtree(NodeId node) const {
+  std::vector<NodeId> found;
+  std::vector<NodeId> open{node};
+  while (!open.empty()) {
+    const NodeId next = open.back();
+    open.pop_back();
+    found.push_back(next);
+    const std::vector<NodeId>& children = nodes_[next].children;
+    open.insert(open.end(), children.rbegin(), children.rend());
+  }
+  return found;
+}
+
+NodeId SiteTree::selectedAfterRemoving(NodeId node) const {
+  const NodeId above = parent(node);
+  const std::size_t place = row(node);
+  if (place + 1 < childCount(above)) return child(above, place + 1);
+  return place > 0 ? child(above, place - 1) : above;
+}
+
 void SiteTree::reserve(std::size_t nodes) {
   nodes_.reserve(nodes_.size() + nodes);
   index_.reserve(nodes_.size() + nodes);

@@ -32,6 +32,8 @@ class SiteTreeObserver {
   virtual void treeWasReset() = 0;
   virtual void nodeWillBeAdded(NodeId parent, std::size_t row) = 0;
   virtual void nodeWasAdded(NodeId node) = 0;
+  virtual void nodeWillBeRemoved(NodeId parent, std::size_t row) = 0;  // with all below it
+  virtual void nodeWasRemoved() = 0;
   virtual void selectionChanged(NodeId node) = 0;
 };
 
@@ -55,11 +57,22 @@ class SiteTree {
   // Adds many addresses, each as addMissingLevels does, in order.
   class Batch;
 
+  // Removes a node other than the root with everything below it. If that holds the
+  // selected node, the next sibling is selected, else the previous one, else the parent.
+  void remove(NodeId node);
+
+  // Empties the tree and adds the root anew.
+  void clear();
+
+  // The keys of a node and of everything below it, each node before those below it,
+  // children in their order. Views that live until the node is removed.
+  [[nodiscard]] std::vector<std::string_view> collectSubtreeKeys(NodeId node) const;
+
   // Makes room for about so many more nodes.
   void reserve(std::size_t nodes);
 
   // The root counts. Zero before addRoot.
-  [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+  [[nodiscard]] std::size_t size() const { return nodes_.size() - removed_; }
   [[nodiscard]] NodeId root() const { return nodes_.empty() ? kNoNode : 0; }
 
   // kNoNode when no node has the key.
@@ -68,7 +81,7 @@ class SiteTree {
   // Throws Failure 35601 when no node has the key.
   [[nodiscard]] NodeId at(std::string_view key) const;
 
-  // Views that live as long as the tree. The text is the key's last segment,
+  // Views that live as long as the node. The text is the key's last segment,
   // but for the root.
   [[nodiscard]] std::string_view key(NodeId node) const;
   [[nodiscard]] std::string_view text(NodeId node) const;
@@ -129,7 +142,13 @@ class SiteTree {
   void makeRoom(NodeId parent);
   [[nodiscard]] std::string_view keep(std::string_view address);
 
-  std::vector<Node> nodes_;  // the root is the first
+  [[nodiscard]] std::vector<NodeId> subtree(NodeId node) const;
+  [[nodiscard]] NodeId selectedAfterRemoving(NodeId node) const;
+
+  // The root is the first. A removed node leaves its place empty until the tree is
+  // cleared, so that no number ever names two nodes.
+  std::vector<Node> nodes_;
+  std::size_t removed_ = 0;
   KeyIndex index_;
   // Addresses, each stored once: the keys of its levels are its beginnings.
   std::vector<std::unique_ptr<char[]>> blocks_;

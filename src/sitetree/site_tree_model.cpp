@@ -62,6 +62,12 @@ void SiteTreeModel::nodeWillBeAdded(NodeId parent, std::size_t row) {
 
 void SiteTreeModel::nodeWasAdded(NodeId /*node*/) { endInsertRows(); }
 
+void SiteTreeModel::nodeWillBeRemoved(NodeId parent, std::size_t row) {
+  beginRemoveRows(indexOf(parent), static_cast<int>(row), static_cast<int>(row));
+}
+
+void SiteTreeModel::nodeWasRemoved() { endRemoveRows(); }
+
 void SiteTreeModel::selectionChanged(NodeId node) { emit treeSelectionChanged(indexOf(node)); }
 
 }  // namespace quorrix

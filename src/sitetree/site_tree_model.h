@@ -34,6 +34,8 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
   void treeWasReset() override;
   void nodeWillBeAdded(NodeId parent, std::size_t row) override;
   void nodeWasAdded(NodeId node) override;
+  void nodeWillBeRemoved(NodeId parent, std::size_t row) override;
+  void nodeWasRemoved() override;
   void selectionChanged(NodeId node) override;
 
   SiteTree& tree_;

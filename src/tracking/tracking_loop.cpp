@@ -64,9 +64,14 @@ void TrackingLoop::recordVisit() {
   tagAncestors(node, check.protocolFlag);
 }
 
-// Returns the number of the address's record, 0 when it has none.
+// Returns the number of the record that an update of this address would find, 0
+// when that is not known: a record added may have an older one before it, of a site
+// that was cleared from the display.
 std::uint64_t TrackingLoop::writeRecord(std::string_view address, char protocolFlag) {
-  if (!isExistingAddress_) return parts_.siteFile.appendSiteRecord(address, protocolFlag);
+  if (!isExistingAddress_) {
+    parts_.siteFile.appendSiteRecord(address, protocolFlag);
+    return 0;
+  }
   const NodeId node = parts_.tree.at(address);
   return parts_.siteFile.updateSiteRecord(address, protocolFlag, parts_.tree.recordNumber(node));
 }

@@ -121,5 +121,23 @@ TEST(KeyHash, SpreadsKeysThatDifferOnlyAtTheEnd) {
   EXPECT_GT(lowBits.size(), 9'000U);
 }
 
+TEST(KeyIndex, KeepsFindingTheOthersWhenOneIsErased) {
+  KeyIndex index;
+  for (KeyIndex::Number number = 0; number < 100; ++number) index.insert(number % 10, number);
+  for (KeyIndex::Number number = 0; number < 100; number += 3) index.erase(number % 10, number);
+  for (KeyIndex::Number number = 0; number < 100; ++number) {
+    EXPECT_EQ(findNumber(index, number % 10, number), number % 3 == 0 ? KeyIndex::kNone : number);
+  }
+}
+
+TEST(KeyIndex, IsEmptyWhenCleared) {
+  KeyIndex index;
+  index.insert(7, 1);
+  index.clear();
+  EXPECT_EQ(findNumber(index, 7, 1), KeyIndex::kNone);
+  index.insert(7, 2);
+  EXPECT_EQ(findNumber(index, 7, 2), 2U);
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -248,6 +248,8 @@ TEST_F(SiteFileTest, AnnouncesLoadingAsOneReset) {
     void treeWasReset() override { ++resets; }
     void nodeWillBeAdded(NodeId, std::size_t) override { ++others; }
     void nodeWasAdded(NodeId) override { ++others; }
+    void nodeWillBeRemoved(NodeId, std::size_t) override { ++others; }
+    void nodeWasRemoved() override { ++others; }
     void selectionChanged(NodeId) override { ++others; }
 
     int resets = 0;
@@ -529,11 +531,6 @@ TEST_F(SiteFileTest, SearchesForARecordThatIsNoLongerWhereItWas) {
     EXPECT_EQ(file(),
               record("a.b.c") + record("d.e.f", 'S', "7/9/26 3:04:05 PM~") + record("g.h.i"));
   }
-}
-
-TEST_F(SiteFileTest, TellsWhereItAppended) {
-  givenTheFile(record("a.b.c") + record("d.e.f"));
-  EXPECT_EQ(siteFile_.appendSiteRecord("g.h.i", 'N'), 3U);
 }
 
 }  // namespace

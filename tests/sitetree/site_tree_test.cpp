@@ -174,6 +174,83 @@ TEST_F(SiteTreeTest, CountsTheRootAsSelectedWhenNothingIs) {
   EXPECT_EQ(tree_.selected(), tree_.root());
 }
 
+TEST_F(SiteTreeTest, RemovesANodeWithEverythingBelowIt) {
+  for (const auto* const address :
+       {"one.two.three/a/b", "one.two.three/c", "four.five.six", "seven.eight.nine/z"}) {
+    add(address);
+  }
+  tree_.remove(node("one.two.three"));
+  for (const auto* const gone :
+       {"one.two.three", "one.two.three/a", "one.two.three/a/b", "one.two.three/c"}) {
+    EXPECT_EQ(tree_.find(gone), kNoNode) << gone;
+  }
+  EXPECT_EQ(tree_.size(), 4U);
+  EXPECT_EQ(childrenOf("ROOT"), (Keys{"four.five.six", "seven.eight.nine"}));
+  EXPECT_EQ(tree_.row(node("seven.eight.nine")), 1U);
+  EXPECT_NE(tree_.find("seven.eight.nine/z"), kNoNode);
+}
+
+TEST_F(SiteTreeTest, AddsAgainWhatWasRemoved) {
+  add("one.two.three/a", 'N');
+  tree_.setRecordNumber(node("one.two.three/a"), 7);
+  tree_.remove(node("one.two.three/a"));
+  EXPECT_EQ(add("one.two.three/a", 'S'), 1U);
+  EXPECT_EQ(tree_.tag(node("one.two.three/a")), 'S');
+  EXPECT_EQ(tree_.recordNumber(node("one.two.three/a")), 0U);
+}
+
+TEST_F(SiteTreeTest, SelectsTheNextSiblingOfARemovedNodeThatWasSelected) {
+  for (const auto* const host : {"a.a.a/x", "b.b.b/x", "c.c.c"}) add(host);
+  tree_.select(node("b.b.b"));
+  tree_.remove(node("b.b.b"));
+  EXPECT_EQ(tree_.selected(), node("c.c.c"));
+  tree_.remove(node("c.c.c"));
+  EXPECT_EQ(tree_.selected(), node("a.a.a")) << "there is no next one";
+  tree_.select(node("a.a.a/x"));
+  tree_.remove(node("a.a.a/x"));
+  EXPECT_EQ(tree_.selected(), node("a.a.a")) << "there is no sibling";
+  tree_.remove(node("a.a.a"));
+  EXPECT_EQ(tree_.selected(), tree_.root());
+}
+
+TEST_F(SiteTreeTest, KeepsTheSelectionThatIsNotRemoved) {
+  for (const auto* const host : {"a.a.a", "b.b.b/x", "c.c.c"}) add(host);
+  tree_.select(node("a.a.a"));
+  tree_.remove(node("b.b.b"));
+  EXPECT_EQ(tree_.selected(), node("a.a.a"));
+}
+
+TEST_F(SiteTreeTest, SelectsBesideARemovedNodeWhenOneBelowItWasSelected) {
+  for (const auto* const host : {"a.a.a/x/y", "b.b.b"}) add(host);
+  tree_.select(node("a.a.a/x/y"));
+  tree_.remove(node("a.a.a"));
+  EXPECT_EQ(tree_.selected(), node("b.b.b"));
+}
+
+TEST_F(SiteTreeTest, CollectsTheKeysBelowANodeInTheOrderOfTheRows) {
+  for (const auto* const address :
+       {"one.two.three/a/b", "four.five.six", "one.two.three/c", "one.two.three/a/d"}) {
+    add(address);
+  }
+  EXPECT_EQ(tree_.collectSubtreeKeys(node("one.two.three")),
+            (std::vector<std::string_view>{"one.two.three", "one.two.three/a", "one.two.three/a/b",
+                                           "one.two.three/a/d", "one.two.three/c"}));
+  EXPECT_EQ(tree_.collectSubtreeKeys(node("four.five.six")),
+            std::vector<std::string_view>{"four.five.six"});
+}
+
+TEST_F(SiteTreeTest, BeginsAnewWhenItIsCleared) {
+  add("one.two.three/a");
+  tree_.select(node("one.two.three/a"));
+  tree_.clear();
+  EXPECT_EQ(tree_.size(), 1U);
+  EXPECT_EQ(tree_.key(tree_.root()), "ROOT");
+  EXPECT_EQ(tree_.text(tree_.root()), "www");
+  EXPECT_EQ(tree_.selected(), tree_.root());
+  EXPECT_EQ(tree_.find("one.two.three"), kNoNode);
+  EXPECT_EQ(add("one.two.three/a"), 2U);
+}
+
 // Writes down what it is told, and checks that the tree is then as it was told.
 class EventLog final : public SiteTreeObserver {
  public:
@@ -194,6 +271,16 @@ class EventLog final : public SiteTreeObserver {
     events.push_back("was added " + std::string(tree_.key(node)));
   }
 
+  void nodeWillBeRemoved(NodeId parent, std::size_t row) override {
+    removed_ = tree_.key(tree_.child(parent, row));
+    events.push_back("will be removed " + removed_);
+  }
+
+  void nodeWasRemoved() override {
+    EXPECT_EQ(tree_.find(removed_), kNoNode);
+    events.push_back("was removed");
+  }
+
   void selectionChanged(NodeId node) override {
     events.push_back("selected " + (node == kNoNode ? "nothing" : std::string(tree_.key(node))));
   }
@@ -202,6 +289,7 @@ class EventLog final : public SiteTreeObserver {
 
  private:
   const SiteTree& tree_;
+  std::string removed_;
 };
 
 class ObservedSiteTreeTest : public SiteTreeTest {
@@ -224,6 +312,23 @@ TEST_F(ObservedSiteTreeTest, SaysNothingWhenNothingIsAdded) {
   add("one.two.three/a");
   add("one.two.three");
   EXPECT_EQ(log_.events, std::vector<std::string>{});
+}
+
+TEST_F(ObservedSiteTreeTest, AnnouncesANewSelectionAndThenARemoval) {
+  add("a.a.a/x");
+  add("b.b.b");
+  tree_.select(node("a.a.a/x"));
+  log_.events.clear();
+  tree_.remove(node("a.a.a"));
+  EXPECT_EQ(log_.events,
+            (std::vector<std::string>{"selected b.b.b", "will be removed a.a.a", "was removed"}));
+}
+
+TEST_F(ObservedSiteTreeTest, AnnouncesClearingAsOneReset) {
+  add("a.a.a/x");
+  log_.events.clear();
+  tree_.clear();
+  EXPECT_EQ(log_.events, (std::vector<std::string>{"will be reset", "was reset, 1"}));
 }
 
 TEST_F(ObservedSiteTreeTest, AnnouncesABulkChangeAsOneReset) {
@@ -314,6 +419,13 @@ class ModelTree {
     }
   }
 
+  void remove(const std::string& key) {
+    std::erase(nodes[nodes[key].parent].children, key);
+    std::erase_if(nodes, [&key](const auto& entry) {
+      return entry.first == key || entry.first.starts_with(key + '/');
+    });
+  }
+
   std::map<std::string, Node> nodes;
 };
 
@@ -369,7 +481,14 @@ TEST_F(SiteTreeTest, LeavesAnAddressOfTooManyLevelsOutOfABatch) {
 TEST_F(SiteTreeTest, AgreesWithAPlainMapOfKeys) {
   std::mt19937 random(20'260'709);
   ModelTree model;
-  for (int round = 0; round < 20'000; ++round) {
+  for (int round = 0; round < 40'000; ++round) {
+    if (random() % 4 == 0) {
+      const std::string removed = randomAddress(random);
+      if (removed != "ROOT" && tree_.find(removed) != kNoNode) {
+        tree_.remove(node(removed));
+        model.remove(removed);
+      }
+    }
     const std::string address = randomAddress(random);
     const char tag = "NSU"[random() % 3];
     ASSERT_EQ(add(address, tag), model.add(address, tag)) << address;

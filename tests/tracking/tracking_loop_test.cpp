@@ -302,6 +302,16 @@ TEST_F(TrackingLoopTest, AppendsALongerAddressOfAKnownOne) {
   EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/a/b", 'N'));
 }
 
+TEST_F(TrackingLoopTest, StampsTheFirstRecordOfASiteThatWasClearedInBetween) {
+  givenTheFile(record("one.two.three", 'N', "1/1/20 1:00:00 AM~"));
+  tree_.clear();
+  visit("https://one.two.three");
+  EXPECT_EQ(file(),
+            record("one.two.three", 'N', "1/1/20 1:00:00 AM~") + record("one.two.three", 'S'));
+  visit("https://one.two.three");
+  EXPECT_EQ(file(), record("one.two.three", 'S') + record("one.two.three", 'S'));
+}
+
 TEST_F(TrackingLoopTest, WritesAnAddressThatBeginsWithABlankOnlyOnce) {
   // It does not read back as a site, so there is no record to update.
   visit(" one.two.three");
@@ -461,6 +471,8 @@ TEST_F(TrackingLoopTest, FailsWhereANodeCouldNotBeAdded) {
     void treeWasReset() override {}
     void nodeWillBeAdded(NodeId, std::size_t) override { throw Failure(7); }
     void nodeWasAdded(NodeId) override {}
+    void nodeWillBeRemoved(NodeId, std::size_t) override {}
+    void nodeWasRemoved() override {}
     void selectionChanged(NodeId) override {}
   };
   NoRoom noRoom;
