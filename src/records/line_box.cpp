@@ -1,31 +1,34 @@
 #include "records/line_box.h"
 
-#include <QRegularExpression>
+#include <QValidator>
 
 #include "records/stored_text.h"
-#include "shell/plain_text.h"
 
 namespace quorrix {
+namespace {
 
-LineBox::LineBox(std::size_t limit, QWidget* parent) : QLineEdit(parent), limit_(limit) {
-  connect(this, &QLineEdit::textEdited, this, &LineBox::takeEdited);
+QString onOneLine(const QString& text) {
+  return asReadBack(text).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
-// Takes back what went over the limit from the end of what was inserted.
-void LineBox::takeEdited() {
-  static const QRegularExpression lineBreak(QStringLiteral("\\r\\n|[\\r\\n\\x{2028}\\x{2029}]"));
-  const QSignalBlocker onlyOnce(this);
-  if (text().contains(lineBreak)) {
-    const auto behind = text().mid(cursorPosition()).replace(lineBreak, QStringLiteral(" ")).size();
-    setText(text().replace(lineBreak, QStringLiteral(" ")));
-    setCursorPosition(static_cast<int>(text().size() - behind));
+// Refuses nothing; it is where a line edit lets its text be changed before it shows.
+class Storing final : public QValidator {
+ public:
+  using QValidator::QValidator;
+
+  State validate(QString& input, int& cursor) const override {
+    const auto before = onOneLine(input.left(cursor)).size();
+    input = onOneLine(input);
+    cursor = static_cast<int>(before);
+    return Acceptable;
   }
-  const std::size_t size = fromQString(text()).size();
-  if (size <= limit_) return;
-  const int end = cursorPosition();
-  const auto start = static_cast<int>(startOfExcess(text(), end, size - limit_));
-  setSelection(start, end - start);
-  del();
+};
+
+}  // namespace
+
+LineBox::LineBox(std::size_t limit, QWidget* parent) : QLineEdit(parent) {
+  setMaxLength(static_cast<int>(limit));
+  setValidator(new Storing(this));
 }
 
 }  // namespace quorrix

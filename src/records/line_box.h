@@ -1,5 +1,6 @@
-// A text box of one line whose text is limited by what is stored of it, which is
-// one character for each that the user sees.
+// A text box of one line that shows what will be stored of what is entered: a
+// character without a place in the code page turns into "?" at once, a pasted line
+// break into a blank.
 #pragma once
 
 #include <QLineEdit>
@@ -11,14 +12,8 @@ class LineBox final : public QLineEdit {
   Q_OBJECT
 
  public:
-  // Typing and pasting stop at `limit` stored characters. A pasted line break
-  // becomes a blank.
+  // Typing and pasting stop at `limit` characters.
   LineBox(std::size_t limit, QWidget* parent);
-
- private:
-  void takeEdited();
-
-  std::size_t limit_;
 };
 
 }  // namespace quorrix

@@ -1,5 +1,7 @@
 #include "records/multi_line_box.h"
 
+#include <QKeyEvent>
+#include <QMimeData>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <algorithm>
@@ -12,20 +14,13 @@ namespace quorrix {
 MultiLineBox::MultiLineBox(std::size_t limit, QWidget* parent)
     : QPlainTextEdit(parent), limit_(limit) {
   setTabChangesFocus(true);
-  connect(document(), &QTextDocument::contentsChange, this,
-          [this](int position, int /*removed*/, int added) { lastChange_ = position + added; });
-  connect(this, &QPlainTextEdit::textChanged, this, &MultiLineBox::cutToLimit);
 }
 
 void MultiLineBox::showStored(std::string stored) {
   stored_ = std::move(stored);
   const auto last = stored_.find_last_not_of(' ');
   const std::size_t length = last == std::string::npos ? 0 : last + 1;
-  {
-    const QSignalBlocker noCutting(this);
-    setPlainText(toQString(std::string_view(stored_).substr(0, length)));
-  }
-  size_ = shownText().size();
+  setPlainText(toQString(std::string_view(stored_).substr(0, length)));
   document()->setModified(false);
 }
 
@@ -36,20 +31,34 @@ std::string MultiLineBox::value() const {
   return text;
 }
 
-// Takes back what went over the limit from the end of what was inserted, and not
-// from the end of the text, which the user may not even see.
-void MultiLineBox::cutToLimit() {
-  const QSignalBlocker onlyOnce(this);
-  const std::size_t allowed = std::max(limit_, size_);
-  size_ = shownText().size();
-  if (size_ <= allowed) return;
-  const int end = std::min(lastChange_, document()->characterCount() - 1);
-  QTextCursor excess(document());
-  excess.setPosition(end);
-  excess.setPosition(static_cast<int>(startOfExcess(document()->toRawText(), end, size_ - allowed)),
-                     QTextCursor::KeepAnchor);
-  excess.removeSelectedText();
-  size_ = shownText().size();
+void MultiLineBox::keyPressEvent(QKeyEvent* event) {
+  const bool isLineBreak = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isLineBreak && admitted(QStringLiteral("\n")).isEmpty()) return;
+  const QString typed = event->text();
+  const bool isTyped = !typed.isEmpty() && typed[0].isPrint();
+  if (isTyped && admitted(typed) != typed) return insertPlainText(admitted(typed));
+  QPlainTextEdit::keyPressEvent(event);
+}
+
+void MultiLineBox::inputMethodEvent(QInputMethodEvent* event) {
+  QInputMethodEvent entered(event->preeditString(), event->attributes());
+  entered.setCommitString(admitted(event->commitString()), event->replacementStart(),
+                          event->replacementLength());
+  QPlainTextEdit::inputMethodEvent(&entered);
+}
+
+void MultiLineBox::insertFromMimeData(const QMimeData* source) {
+  if (!source->hasText()) return;
+  insertPlainText(admitted(source->text()));
+  ensureCursorVisible();
+}
+
+// What may be put in the place of the selection. Nothing is cut afterwards, so that
+// undoing what was entered leaves things as they were before.
+QString MultiLineBox::admitted(const QString& text) const {
+  const std::size_t replaced = storedText(textCursor().selectedText()).size();
+  const std::size_t others = shownText().size() - replaced;
+  return cutToStore(asReadBack(text), others < limit_ ? limit_ - others : 0);
 }
 
 std::string MultiLineBox::shownText() const {

@@ -1,5 +1,6 @@
-// A text box of several lines whose text is limited by what is stored of it: a
-// line break counts as two characters, CR LF.
+// A text box of several lines that shows what will be stored of what is entered: a
+// character without a place in the code page turns into "?" at once. Its limit counts
+// stored characters, of which a line break is two, CR LF.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -25,14 +26,17 @@ class MultiLineBox final : public QPlainTextEdit {
   // is left of it.
   [[nodiscard]] std::string value() const;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  void insertFromMimeData(const QMimeData* source) override;
+
  private:
-  void cutToLimit();
+  [[nodiscard]] QString admitted(const QString& text) const;
   [[nodiscard]] std::string shownText() const;
 
   std::size_t limit_;
   std::string stored_;
-  std::size_t size_ = 0;  // of the text shown, in stored characters
-  int lastChange_ = 0;    // where the latest insertion ends
 };
 
 }  // namespace quorrix

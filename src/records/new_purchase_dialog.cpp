@@ -18,6 +18,17 @@ namespace {
 
 constexpr int kLinesOfDescription = 4;
 
+// A disabled box cannot be scrolled, so its text can also be read in the tool tip, and
+// it is not greyed, for there is nothing else to do here than to read it.
+void showForReading(QWidget& box, const QString& text) {
+  QPalette palette = box.palette();
+  palette.setColor(QPalette::Disabled, QPalette::Text,
+                   palette.color(QPalette::Active, QPalette::Text));
+  box.setPalette(palette);
+  box.setToolTip(text.isEmpty() ? QString() : asToolTip(text));
+  box.setEnabled(false);
+}
+
 }  // namespace
 
 NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted onDeleted)
@@ -84,10 +95,11 @@ void NewPurchaseDialog::getExistingRecord(const std::string& dateStamp) {
   const auto stored = purchases_.read(siteKey(), dateStamp);
   if (!stored) return;
   showPurchase(*stored);
-  for (QWidget* const box :
-       std::initializer_list<QWidget*>{Text1_, Text2_, Text3_, Text4_, Text5_, Text6_}) {
-    box->setEnabled(false);
+  for (QLineEdit* const box : {Text1_, Text2_, Text3_, Text4_, Text6_}) {
+    box->home(false);
+    showForReading(*box, box->text());
   }
+  showForReading(*Text5_, Text5_->toPlainText());
   OKButton_->setEnabled(false);
 }
 

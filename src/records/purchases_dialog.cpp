@@ -1,12 +1,12 @@
 #include "records/purchases_dialog.h"
 
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "records/new_purchase_dialog.h"
 #include "shell/centre_over.h"
+#include "shell/entry_list.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 
@@ -15,7 +15,7 @@ namespace quorrix {
 PurchasesDialog::PurchasesDialog(const RecordDialogParts& parts)
     : RecordDialog(parts, "PurchasesDialog", QStringLiteral("Purchases")),
       purchases_(parts.files, parts.paths) {
-  List1_ = new QListWidget(this);
+  List1_ = new EntryList(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setAccessibleName(QStringLiteral("Purchases"));
   Command1_ = makeButton("Command1", QStringLiteral("OK"));
@@ -55,7 +55,7 @@ void PurchasesDialog::fillList() {
 }
 
 void PurchasesDialog::Command1_Click() {
-  const int entry = selectedEntry();
+  const int entry = List1_->selectedRow();
   if (entry < 0) {
     parts().messageBox.show("You must select an item from the list.", MessageBoxStyle::Exclamation);
     return;
@@ -79,14 +79,8 @@ void PurchasesDialog::viewPurchase(int entry) {
   dialog.exec();
 }
 
-// -1 for none. Not the current row: a list has one of those as soon as it has the focus.
-int PurchasesDialog::selectedEntry() const {
-  const auto selected = List1_->selectedItems();
-  return selected.isEmpty() ? -1 : List1_->row(selected.first());
-}
-
 void PurchasesDialog::noteDeleted(const std::string& dateText) {
-  delete List1_->takeItem(selectedEntry());
+  delete List1_->takeItem(List1_->selectedRow());
   List1_->clearSelection();
   dates_.deleteDeletedRecordDateFromDatesArray(dateText);
   Command1_->setEnabled(List1_->count() > 0);

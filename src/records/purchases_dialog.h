@@ -6,9 +6,9 @@
 #include "records/purchases_file.h"
 #include "records/record_dialog.h"
 
-class QListWidget;
-
 namespace quorrix {
+
+class EntryList;
 
 class PurchasesDialog final : public RecordDialog {
   Q_OBJECT
@@ -26,12 +26,11 @@ class PurchasesDialog final : public RecordDialog {
 
   void fillList();
   void viewPurchase(int entry);
-  [[nodiscard]] int selectedEntry() const;
   void noteDeleted(const std::string& dateText);
 
   PurchasesFile purchases_;
   PurchaseDates dates_;
-  QListWidget* List1_;
+  EntryList* List1_;
   QPushButton* Command1_;
 };
 

@@ -1,33 +1,32 @@
 #include "records/stored_text.h"
 
-#include <algorithm>
+#include <QRegularExpression>
 
 #include "shell/plain_text.h"
 
 namespace quorrix {
 namespace {
 
-bool breaksLine(QChar character) {
-  return character == QChar::ParagraphSeparator || character == QChar::LineSeparator ||
-         character == QLatin1Char('\n');
+QString withLineFeeds(QString text) {
+  static const QRegularExpression lineBreak(QStringLiteral("\\r\\n|[\\r\\x{2028}\\x{2029}]"));
+  return text.replace(lineBreak, QStringLiteral("\n"));
 }
 
 }  // namespace
 
-std::string storedText(QString text) {
-  for (const QChar lineBreak : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)}) {
-    text.replace(lineBreak, QLatin1Char('\n'));
-  }
-  return fromQString(text.replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+std::string storedText(const QString& text) {
+  return fromQString(withLineFeeds(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
 }
 
-qsizetype startOfExcess(const QString& text, qsizetype end, std::size_t excess) {
-  while (excess > 0 && end > 0) {
-    const QChar character = text[--end];
-    if (character.isLowSurrogate() && end > 0 && text[end - 1].isHighSurrogate()) --end;
-    excess -= std::min<std::size_t>(excess, breaksLine(character) ? 2 : 1);
+QString asReadBack(const QString& text) { return toQString(fromQString(withLineFeeds(text))); }
+
+QString cutToStore(const QString& text, std::size_t room) {
+  qsizetype length = 0;
+  for (std::size_t stored = 0; length < text.size(); ++length) {
+    stored += text[length] == QLatin1Char('\n') ? 2U : 1U;
+    if (stored > room) break;
   }
-  return end;
+  return text.left(length);
 }
 
 }  // namespace quorrix

@@ -1,5 +1,5 @@
 // What the entry boxes know of the form in which their text is stored: one byte for
-// each character, a line break as CR LF.
+// each character, "?" for one without a place in the code page, a line break as CR LF.
 #pragma once
 
 #include <QString>
@@ -8,11 +8,13 @@
 
 namespace quorrix {
 
-// A text as Qt's documents keep it, in which separators break lines.
-[[nodiscard]] std::string storedText(QString text);
+// Of a text as Qt's documents keep it, in which separators break lines.
+[[nodiscard]] std::string storedText(const QString& text);
 
-// Where `text` is to be cut before `end`, a place in it, so that at least `excess`
-// characters fewer are stored; 0 when that is not to be had.
-[[nodiscard]] qsizetype startOfExcess(const QString& text, qsizetype end, std::size_t excess);
+// The text as it will be read back from what is stored of it; lines end in "\n".
+[[nodiscard]] QString asReadBack(const QString& text);
+
+// The beginning of such a text of which at most `room` characters are stored.
+[[nodiscard]] QString cutToStore(const QString& text, std::size_t room);
 
 }  // namespace quorrix

@@ -23,6 +23,10 @@ QString fromPlatformText(std::string_view text) {
   return decoder.hasError() ? toQString(text) : decoded;
 }
 
+QString asToolTip(const QString& text) {
+  return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(text.toHtmlEscaped());
+}
+
 QString asWindowTitle(const QString& text) {
   QString title = text;
   return title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));

@@ -17,6 +17,9 @@ namespace quorrix {
 // UTF-8, or single-byte text where it is not valid UTF-8.
 [[nodiscard]] QString fromPlatformText(std::string_view text);
 
+// For setToolTip, which takes text that looks like markup for markup. Lines stay lines.
+[[nodiscard]] QString asToolTip(const QString& text);
+
 // For setWindowTitle, which gives "[*]" a meaning of its own.
 [[nodiscard]] QString asWindowTitle(const QString& text);
 

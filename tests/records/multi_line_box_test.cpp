@@ -1,5 +1,7 @@
 #include "records/multi_line_box.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QTest>
 #include <QTextCursor>
 
@@ -12,6 +14,11 @@ class MultiLineBoxTest : public testing::Test {
  protected:
   void type(const QString& text) { QTest::keyClicks(&box_, text); }
   void press(Qt::Key key) { QTest::keyClick(&box_, key); }
+
+  void paste(const QString& text) {
+    QApplication::clipboard()->setText(text);
+    box_.paste();
+  }
 
   void placeCursorAt(int position) {
     QTextCursor cursor = box_.textCursor();
@@ -47,8 +54,37 @@ TEST_F(MultiLineBoxTest, TakesBackWhatWasInsertedAndNotTheEndOfTheText) {
 }
 
 TEST_F(MultiLineBoxTest, CountsACharacterOfTwoCodeUnitsOnce) {
-  box_.insertPlainText(QString::fromUtf8("\xF0\x9F\x94\x91").repeated(12));
+  paste(QString::fromUtf8("\xF0\x9F\x94\x91").repeated(12));
   EXPECT_EQ(box_.value(), "?????????");
+}
+
+TEST_F(MultiLineBoxTest, ShowsAtOnceWhatHasNoPlaceInTheCodePage) {
+  type(QStringLiteral("a?b"));
+  placeCursorAt(1);
+  paste(QString::fromUtf8("\xF0\x9F\x94\x91x\xC4\x81"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("a?x??b"));
+  EXPECT_EQ(box_.textCursor().position(), 4);
+  box_.undo();
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("a?b"));
+}
+
+TEST_F(MultiLineBoxTest, KeepsTheTextBehindWhatIsPastedAtItsBeginning) {
+  box_.showStored("tulips    ");
+  placeCursorAt(0);
+  paste(QStringLiteral("0123456789").repeated(20));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("012tulips"));
+}
+
+TEST_F(MultiLineBoxTest, CanUndoWhatWasPastedOverItsLimit) {
+  box_.showStored("tulips    ");
+  placeCursorAt(3);
+  paste(QStringLiteral("0123456789"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("tul012ips"));
+  box_.undo();
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("tulips"));
+  EXPECT_EQ(box_.value(), "tulips    ");
+  box_.redo();
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("tul012ips"));
 }
 
 TEST_F(MultiLineBoxTest, KeepsNonBreakingSpaces) {
@@ -70,8 +106,23 @@ TEST_F(MultiLineBoxTest, StoresASoftLineBreakLikeAnother) {
 }
 
 TEST_F(MultiLineBoxTest, CutsAHugePasteAtOnce) {
-  box_.insertPlainText(QStringLiteral("line\n").repeated(200'000));
+  paste(QStringLiteral("line\n").repeated(200'000));
   EXPECT_EQ(box_.value(), "line\r\nlin");
+}
+
+TEST_F(MultiLineBoxTest, HasRoomForWhatReplacesASelection) {
+  type(QStringLiteral("abcdefghi"));
+  box_.selectAll();
+  paste(QStringLiteral("123456789012"));
+  EXPECT_EQ(box_.value(), "123456789");
+}
+
+TEST_F(MultiLineBoxTest, LimitsWhatAnInputMethodEnters) {
+  type(QStringLiteral("abcdefg"));
+  QInputMethodEvent event;
+  event.setCommitString(QString::fromUtf8("\xC3\xA9\xE6\x97\xA5\xC3\xA9"));
+  QApplication::sendEvent(&box_, &event);
+  EXPECT_EQ(box_.value(), "abcdefg\xE9?");
 }
 
 TEST_F(MultiLineBoxTest, ShowsWhatWasStoredWithoutItsPadding) {

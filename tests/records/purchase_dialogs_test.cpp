@@ -64,6 +64,20 @@ TEST_F(PurchaseDialogsTest, LeaveTheBoxesOpenWhenThePurchaseIsGone) {
   EXPECT_EQ(files_.callsOf(test::FileCall::WriteAt), 0);
 }
 
+TEST_F(PurchaseDialogsTest, LetAPurchaseThatIsTooLongForItsBoxesBeRead) {
+  test::PurchaseFields fields;
+  fields.paymentMethod.assign(49, 'W').append("~");
+  fields.description = "<b>1</b>\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7~";
+  givenPurchases(purchaseRecord("one.two.three/a", fields));
+  NewPurchaseDialog dialog(parts());
+  dialog.Form_Load();
+  dialog.getExistingRecord("1/2/26 3:04:05 PM");
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text2").cursorPosition(), 0);
+  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text5").toolTip(),
+            QStringLiteral("<p style='white-space:pre-wrap'>&lt;b&gt;1&lt;/b&gt;"
+                           "\n2\n3\n4\n5\n6\n7</p>"));
+}
+
 TEST_F(PurchaseDialogsTest, SaveEmptyBoxesAndTildesAsTheyAre) {
   NewPurchaseDialog dialog(parts());
   dialog.Form_Load();
