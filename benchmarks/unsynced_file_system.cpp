@@ -36,6 +36,8 @@ std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openRandomAccess(const Pat
   return std::make_unique<UnsyncedFile>(real_.openRandomAccess(path));
 }
 
+void UnsyncedFileSystem::deleteFile(const Path& path) { real_.deleteFile(path); }
+
 std::string UnsyncedFileSystem::readFirstLine(const Path& path) {
   return real_.readFirstLine(path);
 }

@@ -14,6 +14,7 @@ class UnsyncedFileSystem final : public FileSystem {
   void makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  void deleteFile(const Path& path) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

@@ -55,6 +55,11 @@ class FileSystem {
   // or 76 when it is missing, else as openRandomAccess().
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openForReading(const Path& path) = 0;
 
+  // Deletes a file; a link is deleted itself, not what it leads to. 53 when there
+  // is none, 76 when the folder above is missing too, 75 for a folder and for
+  // whatever openRandomAccess() would refuse: a deletion is the last of all writes.
+  virtual void deleteFile(const Path& path) = 0;
+
   // The bytes before the first line end (LF, CR or both); empty for an empty file.
   [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;
 };

@@ -173,6 +173,73 @@ TEST_F(OpenForReading, FailsForAFolder) {
   EXPECT_EQ(failureNumberOf([&] { return files_.openForReading(folder_.path()); }), 75);
 }
 
+using DeleteFile = RealFileSystemTest;
+
+TEST_F(DeleteFile, RemovesTheFileAndNoOther) {
+  const Path path = folder_.givenAFile("nodes.dat", "0123456789");
+  folder_.givenAFile("notes.dat", "kept");
+  files_.deleteFile(path);
+  EXPECT_FALSE(std::filesystem::exists(path));
+  EXPECT_EQ(folder_.bytesOf("notes.dat"), "kept");
+}
+
+TEST_F(DeleteFile, TakesANameBeyondAscii) {
+  const Path path = folder_.givenAFile(Path(u8"Dépôt-€-Ж-書.dat"), "x");
+  files_.deleteFile(path);
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(DeleteFile, LeavesRoomForANewFile) {
+  const Path path = folder_.givenAFile("nodes.dat", "old");
+  files_.deleteFile(path);
+  EXPECT_EQ(files_.openRandomAccess(path)->length(), 0U);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "");
+}
+
+TEST_F(DeleteFile, FailsForAMissingFileAndMakesNone) {
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(folder_ / "nodes.dat"); }), 53);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "nodes.dat"));
+}
+
+TEST_F(DeleteFile, FailsInAMissingFolder) {
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(folder_ / "no" / "nodes.dat"); }), 76);
+}
+
+TEST_F(DeleteFile, FailsForAFolderEvenAnEmptyOne) {
+  files_.makeFolder(folder_ / "Data");
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(folder_ / "Data"); }), 75);
+  EXPECT_TRUE(files_.folderExists(folder_ / "Data"));
+}
+
+TEST_F(DeleteFile, FailsForAReadOnlyFile) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(path); }), 75);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+}
+
+TEST_F(DeleteFile, FailsWhileTheFileIsOpenElsewhere) {
+  test::RealFileSystem impatient(kShortPatience);
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  for (const bool isForReading : {false, true}) {
+    const auto held = isForReading ? files_.openForReading(path) : files_.openRandomAccess(path);
+    EXPECT_EQ(failureNumberOf([&] { impatient.deleteFile(path); }), 75);
+    EXPECT_EQ(read(*held, 0, 100), "kept");
+  }
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+}
+
+TEST_F(DeleteFile, WaitsForTheFileToBeClosed) {
+  test::RealFileSystem patient(std::chrono::seconds(60));
+  const Path path = folder_.givenAFile("nodes.dat", "first");
+  auto held = files_.openRandomAccess(path);
+  auto deletion = std::async(std::launch::async, [&] { patient.deleteFile(path); });
+  EXPECT_EQ(read(*held, 0, 100), "first");
+  held.reset();
+  deletion.get();
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
 using ReadAt = RealFileSystemTest;
 
 TEST_F(ReadAt, ReadsFromTheOffset) {

@@ -143,6 +143,11 @@ std::unique_ptr<RandomAccessFile> FaultyFileSystem::openForReading(const Path& p
   return std::make_unique<File>(behind_.openForReading(path), plan_);
 }
 
+void FaultyFileSystem::deleteFile(const Path& path) {
+  plan_->call(FileCall::DeleteFile);
+  behind_.deleteFile(path);
+}
+
 std::string FaultyFileSystem::readFirstLine(const Path& path) {
   plan_->call(FileCall::ReadFirstLine);
   return behind_.readFirstLine(path);

@@ -18,6 +18,7 @@ enum class FileCall {
   MakeFolder,
   OpenRandomAccess,
   OpenForReading,
+  DeleteFile,
   ReadFirstLine,
   Length,
   ReadAt,
@@ -60,6 +61,7 @@ class FaultyFileSystem final : public FileSystem {
   void makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  void deleteFile(const Path& path) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

@@ -106,6 +106,14 @@ std::unique_ptr<RandomAccessFile> MemoryFileSystem::openForReading(const Path& p
   return std::make_unique<OpenFile>(file, OpenFile::Access::Read);
 }
 
+void MemoryFileSystem::deleteFile(const Path& path) {
+  requireFolderOf(path);
+  if (folderExists(path)) throw Failure(failure::kPathFileAccess);
+  const File& file = fileAt(path);
+  if (file.isReadOnly || file.isOpen) throw Failure(failure::kPathFileAccess);
+  files_.erase(nameOf(path));
+}
+
 std::string MemoryFileSystem::readFirstLine(const Path& path) {
   requireFolderOf(path);
   if (folderExists(path)) throw Failure(failure::kPathFileAccess);

@@ -38,6 +38,9 @@ class MemoryFileSystem final : public FileSystem {
   // 75 also for a file that is open already: its lock would not be had.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+
+  // 75 for a read-only file and one that is open.
+  void deleteFile(const Path& path) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

@@ -3,13 +3,13 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <utility>
 
 #include "platform/failure.h"
 #include "platform/first_line.h"
-#include "platform/linux/file_descriptor.h"
 #include "platform/linux/posix_random_access_file.h"
 #include "platform/system_errors.h"
 
@@ -73,14 +73,20 @@ void PosixFileSystem::makeFolder(const Path& path) {
 }
 
 std::unique_ptr<RandomAccessFile> PosixFileSystem::openRandomAccess(const Path& path) {
-  return openLocked(path, O_RDWR | O_CREAT);
+  return std::make_unique<PosixRandomAccessFile>(openLocked(path, O_RDWR | O_CREAT), path);
 }
 
 std::unique_ptr<RandomAccessFile> PosixFileSystem::openForReading(const Path& path) {
-  return openLocked(path, O_RDONLY);
+  return std::make_unique<PosixRandomAccessFile>(openLocked(path, O_RDONLY), path);
 }
 
-std::unique_ptr<RandomAccessFile> PosixFileSystem::openLocked(const Path& path, int flags) {
+void PosixFileSystem::deleteFile(const Path& path) {
+  const FileDescriptor locked = openLocked(path, O_RDWR);
+  if (::unlink(path.c_str()) != 0) failWithErrno(path);
+  syncFolder(path.parent_path());
+}
+
+FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
   const bool isForWriting = (flags & O_ACCMODE) == O_RDWR;
   FileDescriptor file;
   const bool locked = succeedsWithin(lockPatience_, [&] {
@@ -95,7 +101,7 @@ std::unique_ptr<RandomAccessFile> PosixFileSystem::openLocked(const Path& path, 
     return false;
   });
   if (!locked) throw Failure(failure::kPathFileAccess);
-  return std::make_unique<PosixRandomAccessFile>(std::move(file), path);
+  return file;
 }
 
 std::string PosixFileSystem::readFirstLine(const Path& path) {

@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "platform/file_system.h"
+#include "platform/linux/file_descriptor.h"
 #include "platform/lock_patience.h"
 
 namespace quorrix {
@@ -26,11 +27,15 @@ class PosixFileSystem final : public FileSystem {
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
 
+  // Returns once the folder has reached the disk without the name. The file is
+  // locked meanwhile, so that no other program is in the middle of an operation on it.
+  void deleteFile(const Path& path) override;
+
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:
-  [[nodiscard]] std::unique_ptr<RandomAccessFile> openLocked(const Path& path, int flags);
+  [[nodiscard]] FileDescriptor openLocked(const Path& path, int flags);
 
   std::chrono::milliseconds lockPatience_;
 };

@@ -76,6 +76,21 @@ std::unique_ptr<RandomAccessFile> WindowsFileSystem::openForReading(const Path& 
   return openLocked(path, Access::Read);
 }
 
+void WindowsFileSystem::deleteFile(const Path& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) failWithWindowsError(::GetLastError(), path);
+  // As for opening: the system's own refusal does not reach everyone under Wine.
+  constexpr DWORD kRefused = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
+  if ((attributes & kRefused) != 0) throw Failure(failure::kPathFileAccess);
+  const bool deleted = succeedsWithin(lockPatience_, [&] {
+    if (::DeleteFileW(path.c_str())) return true;
+    const DWORD reason = ::GetLastError();
+    if (reason != ERROR_SHARING_VIOLATION) failWithWindowsError(reason, path);
+    return false;
+  });
+  if (!deleted) throw Failure(failure::kPathFileAccess);
+}
+
 std::unique_ptr<RandomAccessFile> WindowsFileSystem::openLocked(const Path& path, Access access) {
   const bool isForWriting = access == Access::ReadWrite;
   UniqueHandle file;

@@ -24,6 +24,9 @@ class WindowsFileSystem final : public FileSystem {
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
 
+  // Waits as an open does for a file that another program has open.
+  void deleteFile(const Path& path) override;
+
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 

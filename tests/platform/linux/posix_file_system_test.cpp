@@ -92,6 +92,41 @@ TEST_F(PosixFileSystemTest, FollowsALinkToTheFileItself) {
   EXPECT_EQ(folder_.bytesOf("target.dat"), "ab23");
 }
 
+TEST_F(PosixFileSystemTest, DeletesNoFileWithoutWriteBitsWhoeverAsks) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(path); }), 75);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+}
+
+TEST_F(PosixFileSystemTest, DeletesALinkAndLeavesWhatItLeadsTo) {
+  const Path target = folder_.givenAFile("target.dat", "kept");
+  std::filesystem::create_symlink(target, folder_ / "nodes.dat");
+  files_.deleteFile(folder_ / "nodes.dat");
+  EXPECT_FALSE(std::filesystem::is_symlink(folder_ / "nodes.dat"));
+  EXPECT_EQ(folder_.bytesOf("target.dat"), "kept");
+}
+
+TEST_F(PosixFileSystemTest, DeletesNoPipe) {
+  const Path pipe = folder_ / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(pipe); }), 75);
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
+TEST_F(PosixFileSystemTest, DeletesTheNewFileWhenTheOldOneWasReplacedDuringTheWait) {
+  PosixFileSystem patient(60s);
+  const Path path = folder_.givenAFile("nodes.dat", "old");
+  auto held = files_.openRandomAccess(path);
+  auto deletion = std::async(std::launch::async, [&] { patient.deleteFile(path); });
+  ASSERT_TRUE(test::eventually([&] { return openCountOf(path) == 2; }));
+
+  std::filesystem::rename(folder_.givenAFile("new", "new"), path);
+  held.reset();
+  deletion.get();
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
 TEST_F(PosixFileSystemTest, RefusesALinkThatLeadsInACircle) {
   std::filesystem::create_symlink(folder_ / "b", folder_ / "a");
   std::filesystem::create_symlink(folder_ / "a", folder_ / "b");
