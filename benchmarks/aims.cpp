@@ -55,6 +55,8 @@ constexpr std::array kAims{
         "purchase_remove/file_synced/32767", "purchase_remove/sqlite_wal_full/32767", 0, ""},
     Aim{"Removing the last purchase unsynced, ms", "purchase_remove/file_unsynced/32767", "", 5,
         ""},
+    Aim{"Deleting 20,000 sites from four files of 100,000, ms", "deletion/files_synced/100000", "",
+        2'000, ""},
     Aim{"Show All over 100,000 nodes of all depths, ms", "view/show_all/100000", "", 200, ""},
     Aim{"Show All over 100,000 hosts, ms", "view/show_all_hosts/100000", "", 200, ""},
     Aim{"Expanding the root over 100,000 hosts, ms", "view/expand_root/100000", "", 200, ""},

@@ -22,6 +22,9 @@ void registerVisitBenchmarks(BenchData& data);
 // Finding, saving and removing the last of as many records as a record file can number.
 void registerRecordBenchmarks(BenchData& data);
 
+// A host with a fifth of all sites out of four files.
+void registerDeletionBenchmarks(BenchData& data);
+
 // Expanding the tree's view; nothing in a build without the forms.
 void registerViewBenchmarks(BenchData& data);
 

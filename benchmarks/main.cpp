@@ -25,6 +25,7 @@ void run() {
   registerLoadBenchmarks(data);
   registerVisitBenchmarks(data);
   registerRecordBenchmarks(data);
+  registerDeletionBenchmarks(data);
   registerViewBenchmarks(data);
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
