@@ -9,11 +9,13 @@
 #include "shell/failure_messages.h"
 #include "shell/main_window/desktop_platform.h"
 #include "shell/main_window/main_form.h"
+#include "shell/qt_command_shell.h"
 #include "shell/qt_event_pump.h"
 #include "shell/qt_message_box.h"
 
 #ifdef _WIN32
 #include "platform/windows/user32_window_system.h"
+#include "platform/windows/windows_command_shell.h"
 #include "platform/windows/windows_file_system.h"
 #else
 #include "platform/linux/accessible_window_system.h"
@@ -26,10 +28,12 @@ namespace {
 
 #ifdef _WIN32
 using RealFileSystem = quorrix::WindowsFileSystem;
+using RealCommandShell = quorrix::WindowsCommandShell;
 
 quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/) { return {}; }
 #else
 using RealFileSystem = quorrix::PosixFileSystem;
+using RealCommandShell = quorrix::QtCommandShell;
 
 quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock) {
   return {clock,
@@ -60,6 +64,7 @@ int main(int argc, char* argv[]) {
   auto windows = windowSystem(clock);
   quorrix::QtEventPump events;
   quorrix::QtMessageBox messageBox;
+  RealCommandShell commandShell;
   quorrix::Path folder;
   try {
     folder = quorrix::programFolder();
@@ -74,7 +79,8 @@ int main(int argc, char* argv[]) {
                           .clock = clock,
                           .events = events,
                           .messageBox = messageBox,
-                          .windows = windows});
+                          .windows = windows,
+                          .commandShell = commandShell});
   // Whatever handlers are still running when the window goes return first.
   QObject::connect(&form, &quorrix::MainForm::unloaded, &application,
                    [] { QApplication::exit(0); });

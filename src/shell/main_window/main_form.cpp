@@ -11,12 +11,14 @@
 #include "records/purchases_dialog.h"
 #include "records/user_id_password_dialog.h"
 #include "shell/guarded.h"
+#include "shell/main_window/browser_launch.h"
 #include "shell/main_window/load_wait_dialog.h"
 #include "shell/main_window/main_menu.h"
 #include "shell/main_window/splash_screen.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 #include "shell/twips.h"
+#include "sitetree/site_deletion.h"
 
 namespace quorrix {
 namespace {
@@ -51,8 +53,8 @@ constexpr MenuItem kMenus[] = {
     separator("FileSep2"),
     entry("FileSearch", "Search Dis&play..."),
     separator("FileSep3"),
-    entry("FileDelete", "&Delete Selected Sites"),
-    entry("FileClear", "&Clear Display"),
+    entry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click),
+    entry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
     separator("FileSep4"),
     {MenuItemKind::Submenu, "FileArchiveTop", "A&rchive", nullptr},
     entry("FileArchive", "&Archive Sites..."),
@@ -65,6 +67,11 @@ constexpr MenuItem kMenus[] = {
     entry("HelpHelp", "&Help"),
     entry("HelpAbout", "&About Quorrix"),
 };
+
+constexpr std::string_view kDeleteAnyway =
+    "You are about to delete the selected site and all its sub sites. Deleting will remove the "
+    "selected items from the current view and permanently destroy all information associated "
+    "with them. Delete anyway?";
 
 std::string_view withoutOuterBlanks(std::string_view text) {
   const auto first = text.find_first_not_of(' ');
@@ -96,6 +103,7 @@ MainForm::MainForm(const Parts& parts)
   SitePopupMenu::Handlers handlers;
   handlers.PopUpShowAll_Click = onPopupSite(&MainForm::PopUpShowAll_Click);
   handlers.PopUpHideAll_Click = onPopupSite(&MainForm::PopUpHideAll_Click);
+  handlers.PopUpLaunch_Click = onPopupSite(&MainForm::PopUpLaunch_Click);
   handlers.PopUpNotes_Click = onPopupSite(&MainForm::PopUpNotes_Click);
   handlers.PopUpPasswords_Click = onPopupSite(&MainForm::PopUpPasswords_Click);
   handlers.PopUpNewPurchase_Click = onPopupSite(&MainForm::PopUpNewPurchase_Click);
@@ -169,6 +177,58 @@ void MainForm::FileStartTrack_Click() {
 
 void MainForm::FileStopTrack_Click() { tracking_.stopTracking(); }
 
+// What is refused while tracking runs or the display is empty, with the reason told.
+bool MainForm::refuses(std::string_view whenThereAreNoSites) {
+  std::string_view reason;
+  if (isTracking()) {
+    reason = "You must stop tracking websites before using this feature.";
+  } else if (tree_.size() <= 1) {
+    reason = whenThereAreNoSites;
+  } else {
+    return false;
+  }
+  parts_.messageBox.show(reason, MessageBoxStyle::Information);
+  return true;
+}
+
+void MainForm::FileDelete_Click() {
+  guarded(*this, parts_.messageBox, FailureFamily::DeleteSites, [this] {
+    if (refuses("No website addresses to delete in current display.")) return;
+    const auto answer = parts_.messageBox.show(kDeleteAnyway, MessageBoxStyle::ConfirmWarning);
+    if (answer != MessageBoxButton::Ok) return;
+    showHourglass(*this);
+    deleteSelectedSites();
+    setCaption();
+    showDefaultPointer(*this);
+  });
+}
+
+// The tree last: after a failure in the files it still shows what is left in them.
+void MainForm::deleteSelectedSites() {
+  const NodeId selected = tree_.selected();
+  if (selected == tree_.root()) {
+    deleteAllRecords(parts_.files, workingPaths_);
+    clearTree();
+  } else {
+    deleteSiteRecords(parts_.files, workingPaths_, tree_.collectSubtreeKeys(selected));
+    popupSite_ = kNoNode;
+    tree_.remove(selected);
+  }
+}
+
+void MainForm::FileClear_Click() {
+  if (refuses("No website addresses to clear in current display.")) return;
+  showHourglass(*this);
+  clearTree();
+  setCaption();
+  showDefaultPointer(*this);
+}
+
+void MainForm::clearTree() {
+  popupSite_ = kNoNode;
+  tree_.clear();
+}
+
 void MainForm::FileExit_Click() {
   hide();
   Form_Unload();
@@ -205,6 +265,13 @@ void MainForm::showRecordDialog() {
   dialog.Form_Load();
   dialog.exec();
   showDefaultPointer(*this);
+}
+
+void MainForm::PopUpLaunch_Click() {
+  guarded(*this, parts_.messageBox, FailureFamily::LinkInBrowser, [this] {
+    const NodeId site = tree_.selected();
+    launchSiteInBrowser(parts_.commandShell, tree_.tag(site), tree_.key(site));
+  });
 }
 
 void MainForm::PopUpNotes_Click() { showRecordDialog<NotesDialog>(); }

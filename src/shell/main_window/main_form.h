@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "platform/clock.h"
+#include "platform/command_shell.h"
 #include "platform/event_pump.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"
@@ -35,6 +36,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
     EventPump& events;
     MessageBox& messageBox;
     WindowSystem& windows;
+    CommandShell& commandShell;
   };
 
   explicit MainForm(const Parts& parts);
@@ -46,9 +48,12 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
 
   void FileStartTrack_Click();
   void FileStopTrack_Click();
+  void FileDelete_Click();
+  void FileClear_Click();
   void FileExit_Click();
   void PopUpShowAll_Click();
   void PopUpHideAll_Click();
+  void PopUpLaunch_Click();
   void PopUpNotes_Click();
   void PopUpPasswords_Click();
   void PopUpNewPurchase_Click();
@@ -77,6 +82,9 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void layOut();
   void Form_Unload();
   void setCaption();
+  [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);
+  void deleteSelectedSites();
+  void clearTree();
   [[nodiscard]] std::function<void()> onPopupSite(void (MainForm::*handler)());
   [[nodiscard]] RecordDialogParts recordDialogParts();
   template <typename Dialog>

@@ -20,6 +20,7 @@
 #include "support/form_event_pump.h"
 #include "support/memory_file_system.h"
 #include "support/qt_printers.h"
+#include "support/recording_command_shell.h"
 #include "support/scripted_message_box.h"
 
 namespace quorrix::test {
@@ -105,12 +106,14 @@ class MainFormStage {
   FormEventPump events{clock};
   ScriptedMessageBox messageBox;
   FakeWindowSystem windows;
+  RecordingCommandShell commandShell;
   MainForm form{{.paths = AppPaths("/Quorrix"),
                  .files = files,
                  .clock = clock,
                  .events = events,
                  .messageBox = messageBox,
-                 .windows = windows}};
+                 .windows = windows,
+                 .commandShell = commandShell}};
 };
 
 }  // namespace quorrix::test

@@ -214,8 +214,9 @@ TEST_F(MainFormPopup, EnablesWhatTheProgramCanDoForASite) {
   click(Qt::RightButton, placeOf("four.five.six"));
   EXPECT_EQ(enabledPopupEntries(),
             QStringList({QStringLiteral("PopUpShowAll"), QStringLiteral("PopUpHideAll"),
-                         QStringLiteral("PopUpNotes"), QStringLiteral("PopUpPasswords"),
-                         QStringLiteral("PopUpNewPurchase"), QStringLiteral("PopUpPurchases")}));
+                         QStringLiteral("PopUpLaunch"), QStringLiteral("PopUpNotes"),
+                         QStringLiteral("PopUpPasswords"), QStringLiteral("PopUpNewPurchase"),
+                         QStringLiteral("PopUpPurchases")}));
 }
 
 TEST_F(MainFormPopup, OpensWithEverythingDisabledForTheRoot) {

@@ -53,11 +53,12 @@ TEST(MainMenu, HoldsItsItemsInTheirOrder) {
 
 TEST(MainMenu, EnablesWhatTheProgramCanDo) {
   MainFormStage stage;
-  for (const auto* const name : {"FileStartTrack", "FileStopTrack", "FileExit"}) {
+  for (const auto* const name :
+       {"FileStartTrack", "FileStopTrack", "FileDelete", "FileClear", "FileExit"}) {
     EXPECT_TRUE(stage.action(name)->isEnabled()) << name;
   }
-  for (const auto* const name : {"FileSearch", "FileDelete", "FileClear", "FileArchive",
-                                 "FileLoadArchive", "FileDeleteArchive", "HelpHelp", "HelpAbout"}) {
+  for (const auto* const name : {"FileSearch", "FileArchive", "FileLoadArchive",
+                                 "FileDeleteArchive", "HelpHelp", "HelpAbout"}) {
     EXPECT_FALSE(stage.action(name)->isEnabled()) << name;
   }
   for (const auto* const name : {"FileMenu", "FileArchiveTop", "HelpMenu"}) {

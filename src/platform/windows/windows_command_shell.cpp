@@ -1,0 +1,34 @@
+#include "platform/windows/windows_command_shell.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <string>
+
+#include "platform/failure.h"
+#include "platform/text_encoding.h"
+
+namespace quorrix {
+namespace {
+
+std::wstring wideFromUtf8(const std::string& utf8) {
+  const int bytes = static_cast<int>(utf8.size());
+  std::wstring wide(
+      static_cast<std::size_t>(::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, nullptr, 0)),
+      L'\0');
+  ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, wide.data(), static_cast<int>(wide.size()));
+  return wide;
+}
+
+}  // namespace
+
+void WindowsCommandShell::run(std::string_view line) {
+  const std::wstring address = wideFromUtf8(utf8FromWindows1252(line.substr(kStartCommand.size())));
+  const HINSTANCE outcome =
+      ::ShellExecuteW(nullptr, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+  constexpr INT_PTR kLastError = 32;  // what is above is no error
+  if (reinterpret_cast<INT_PTR>(outcome) <= kLastError) throw Failure(failure::kFileNotFound);
+}
+
+}  // namespace quorrix

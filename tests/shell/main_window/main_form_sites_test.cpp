@@ -1,0 +1,235 @@
+// The commands that remove sites and that open one in the browser.
+#include <QTimer>
+
+#include "records/record_file_stage.h"
+#include "shell/main_window/main_form.h"
+#include "shell/main_window/main_form_stage.h"
+
+namespace quorrix {
+namespace {
+
+using test::MainFormStage;
+using test::siteRecord;
+
+constexpr const char* kDeleteAnyway =
+    "You are about to delete the selected site and all its sub sites. Deleting will remove the "
+    "selected items from the current view and permanently destroy all information associated "
+    "with them. Delete anyway?";
+
+constexpr const char* kStopTrackingFirst =
+    "You must stop tracking websites before using this feature.";
+
+class MainFormSitesTest : public testing::Test {
+ protected:
+  MainFormSitesTest() {
+    stage_.start(siteRecord("one.two.three/a/b", 'N') + siteRecord("four.five.six", 'S') +
+                 siteRecord("one.two.three/c", 'N'));
+    for (const auto* const key : {"one.two.three", "four.five.six", "one.two.three/a/b"}) {
+      notes_ += test::notesRecord(key, "roses");
+      info_ += test::userIDPasswordRecord(key, "p", "u");
+      purchases_ += test::purchaseRecord(key) + test::purchaseRecord(key);
+    }
+    stage_.memory.givenAFile("/Quorrix/Data/notes.dat", notes_);
+    stage_.memory.givenAFile("/Quorrix/Data/info.dat", info_);
+    stage_.memory.givenAFile("/Quorrix/Data/purchases.dat", purchases_);
+  }
+
+  void select(std::string_view key) { stage_.form.tree().select(stage_.node(key)); }
+
+  const std::string& file(const char* name) {
+    return stage_.memory.bytesOf(Path("/Quorrix/Data") / name);
+  }
+
+  void expectNothingDeleted() {
+    EXPECT_EQ(stage_.form.tree().size(), 6U);
+    EXPECT_EQ(file("nodes.dat"), siteRecord("one.two.three/a/b", 'N') +
+                                     siteRecord("four.five.six", 'S') +
+                                     siteRecord("one.two.three/c", 'N'));
+    EXPECT_EQ(file("notes.dat"), notes_);
+    EXPECT_EQ(file("info.dat"), info_);
+    EXPECT_EQ(file("purchases.dat"), purchases_);
+  }
+
+  void whenAskedAnswer(MessageBoxButton answer) {
+    stage_.messageBox.expect(kDeleteAnyway, MessageBoxStyle::ConfirmWarning, answer);
+  }
+
+  MainFormStage stage_;
+  std::string notes_;
+  std::string info_;
+  std::string purchases_;
+};
+
+using MainFormDelete = MainFormSitesTest;
+using MainFormClear = MainFormSitesTest;
+using MainFormLaunch = MainFormSitesTest;
+
+TEST_F(MainFormDelete, DestroysAHostWithEverythingBelowItInAllFourFiles) {
+  select("one.two.three");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.choose("FileDelete");
+  EXPECT_EQ(file("nodes.dat"),
+            std::string(322, ' ') + siteRecord("four.five.six", 'S') + std::string(322, ' '));
+  EXPECT_EQ(file("notes.dat"), std::string(1324, ' ') +
+                                   test::notesRecord("four.five.six", "roses") +
+                                   std::string(1324, ' '));
+  EXPECT_EQ(file("info.dat"), std::string(360, ' ') +
+                                  test::userIDPasswordRecord("four.five.six", "p", "u") +
+                                  std::string(360, ' '));
+  // The second purchase of a site stays.
+  EXPECT_EQ(file("purchases.dat"),
+            std::string(542, ' ') + test::purchaseRecord("one.two.three") +
+                test::purchaseRecord("four.five.six") + test::purchaseRecord("four.five.six") +
+                std::string(542, ' ') + test::purchaseRecord("one.two.three/a/b"));
+  EXPECT_EQ(stage_.form.tree().size(), 2U);
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
+  EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+}
+
+TEST_F(MainFormDelete, TakesTheCaptionFromWhatIsSelectedThen) {
+  for (const auto* const host : {"one.two.three", "four.five.six"}) {
+    select(host);
+    whenAskedAnswer(MessageBoxButton::Ok);
+    stage_.choose("FileDelete");
+  }
+  EXPECT_EQ(stage_.form.tree().size(), 1U);
+  EXPECT_EQ(stage_.caption(), "Quorrix");
+}
+
+TEST_F(MainFormDelete, EmptiesEverythingWhenTheRootIsSelected) {
+  select("ROOT");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.choose("FileDelete");
+  for (const auto* const name : {"nodes.dat", "notes.dat", "info.dat", "purchases.dat"}) {
+    EXPECT_EQ(file(name), "") << name;
+  }
+  SiteTree& tree = stage_.form.tree();
+  EXPECT_EQ(tree.size(), 1U);
+  EXPECT_EQ(tree.text(tree.root()), "www");
+  EXPECT_EQ(tree.selected(), tree.root());
+  EXPECT_EQ(stage_.caption(), "Quorrix");
+}
+
+TEST_F(MainFormDelete, ChangesNothingWithoutConfirmation) {
+  select("one.two.three");
+  whenAskedAnswer(MessageBoxButton::Cancel);
+  stage_.choose("FileDelete");
+  expectNothingDeleted();
+}
+
+TEST_F(MainFormDelete, IsRefusedWhenNothingIsThere) {
+  stage_.form.tree().clear();
+  stage_.messageBox.expect("No website addresses to delete in current display.",
+                           MessageBoxStyle::Information);
+  stage_.choose("FileDelete");
+}
+
+TEST_F(MainFormDelete, WorksUnderTheHourglass) {
+  select("four.five.six");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  bool hadHourglass = true;
+  stage_.files.onEveryCall(
+      [&] { hadHourglass = hadHourglass && stage_.pointer() == Qt::WaitCursor; });
+  stage_.choose("FileDelete");
+  EXPECT_TRUE(hadHourglass);
+  stage_.files.onEveryCall({});
+}
+
+struct DeleteFailure {
+  int number;
+  const char* sentence;
+};
+
+constexpr DeleteFailure kDeleteFailures[] = {
+    {7, "Not enough memory available to delete site(s)."},
+    {53, "Unable to find file. Stopping delete."},
+    {57, "Device I/O error. Stopping delete."},
+    {67, "Too many file open. Stopping delete."},
+    {68, "Device not ready. Ending program."},
+    {71, "Disk not ready. Stopping delete."},
+    {76, "Error. Stopping delete."},
+};
+
+TEST_F(MainFormDelete, KeepsTheNodesOnScreenAfterAFailureAndGoesOnRunning) {
+  for (const auto& [number, sentence] : kDeleteFailures) {
+    for (const auto* const key : {"one.two.three", "ROOT"}) {
+      select(key);
+      whenAskedAnswer(MessageBoxButton::Ok);
+      stage_.messageBox.expect(sentence, MessageBoxStyle::Critical);
+      stage_.files.reset();
+      stage_.files.failAtCall(1, number);
+      stage_.choose("FileDelete");
+      expectNothingDeleted();
+      EXPECT_TRUE(stage_.form.isVisible());
+      EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+    }
+  }
+}
+
+TEST_F(MainFormDelete, LeavesBlankWhatWasBlankedBeforeAFailure) {
+  select("four.five.six");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.messageBox.expect("Device I/O error. Stopping delete.", MessageBoxStyle::Critical);
+  stage_.files.failAtCall(test::FileCall::OpenRandomAccess, 2, 57);
+  stage_.choose("FileDelete");
+  EXPECT_EQ(file("nodes.dat").substr(322, 322), std::string(322, ' '));
+  EXPECT_EQ(file("purchases.dat"), purchases_);
+  EXPECT_EQ(stage_.form.tree().size(), 6U);
+}
+
+TEST_F(MainFormClear, EmptiesTheDisplayAndTouchesNoFile) {
+  select("one.two.three");
+  stage_.choose("FileClear");
+  SiteTree& tree = stage_.form.tree();
+  EXPECT_EQ(tree.size(), 1U);
+  EXPECT_EQ(tree.selected(), tree.root());
+  EXPECT_EQ(stage_.caption(), "Quorrix");
+  EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+  EXPECT_EQ(stage_.files.calls().size(), 0U);
+}
+
+TEST_F(MainFormClear, IsRefusedWhenNothingIsThere) {
+  stage_.form.tree().clear();
+  stage_.messageBox.expect("No website addresses to clear in current display.",
+                           MessageBoxStyle::Information);
+  stage_.choose("FileClear");
+}
+
+TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
+  for (const char* const command : {"FileDelete", "FileClear"}) {
+    stage_.messageBox.expect(kStopTrackingFirst, MessageBoxStyle::Information);
+    QTimer::singleShot(0, &stage_.form, [this, command] {
+      stage_.choose(command);
+      stage_.choose("FileStopTrack");
+    });
+    stage_.choose("FileStartTrack");
+  }
+  EXPECT_TRUE(stage_.messageBox.isThrough());
+  expectNothingDeleted();
+}
+
+TEST_F(MainFormLaunch, OpensTheSelectedSiteByTheSchemeOfItsLastVisit) {
+  select("four.five.six");
+  stage_.form.PopUpLaunch_Click();
+  select("one.two.three/a");
+  stage_.form.PopUpLaunch_Click();
+  EXPECT_EQ(stage_.commandShell.lines, (std::vector<std::string>{"start https://four.five.six",
+                                                                 "start http://one.two.three/a"}));
+}
+
+TEST_F(MainFormLaunch, TellsOfAFailure) {
+  select("four.five.six");
+  for (const auto& [number, sentence] :
+       {std::pair{7, "Not enough memory available to link site in browser."},
+        std::pair{28, "Not enough memory available to link site in browser."},
+        std::pair{31001, "Not enough memory available to link site in browser."},
+        std::pair{53, "Error. Unable to link site in browser."}}) {
+    stage_.commandShell.failure = number;
+    stage_.messageBox.expect(sentence, MessageBoxStyle::Critical);
+    stage_.form.PopUpLaunch_Click();
+    EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+  }
+}
+
+}  // namespace
+}  // namespace quorrix
