@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "shell/twips.h"
+#include "shell/window_frame.h"
 
 namespace quorrix {
 namespace {
@@ -13,19 +14,11 @@ int centred(int ownerStart, int ownerLength, int length) {
   return twips / kTwipsPerPixel;
 }
 
-// A window that was never shown has no frame yet; the owner's will be like it.
-QSize framedSize(const QWidget& dialog, const QWidget& owner) {
-  const bool isFrameToCome = dialog.frameSize() == dialog.size() &&
-                             !dialog.windowFlags().testFlag(Qt::FramelessWindowHint);
-  const QSize ownersFrame = owner.frameSize() - owner.size();
-  return isFrameToCome ? dialog.size() + ownersFrame : dialog.frameSize();
-}
-
 }  // namespace
 
 void centreOver(QWidget& dialog, const QWidget& owner) {
   const QRect frame = owner.frameGeometry();
-  const QSize size = framedSize(dialog, owner);
+  const QSize size = dialog.size() + frameAround(dialog, owner);
   dialog.move(centred(frame.left(), frame.width(), size.width()),
               centred(frame.top(), frame.height(), size.height()));
 }
