@@ -1,0 +1,113 @@
+#include "search/search_results_dialog.h"
+
+#include <QGridLayout>
+#include <QListWidget>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "search/literal_label.h"
+#include "search/search_controls.h"
+#include "shell/guarded.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+#include "shell/window_frame.h"
+
+namespace quorrix {
+namespace {
+
+constexpr QSize kFirstSize{420, 235};  // pixels, with the frame
+
+}  // namespace
+
+SearchResultsDialog::SearchResultsDialog(Parts parts)
+    : QDialog(&parts.mainWindow), parts_(std::move(parts)) {
+  setObjectName(QStringLiteral("SearchResultsDialog"));
+  setWindowTitle(QStringLiteral("Search Results"));
+  setWindowFlag(Qt::WindowStaysOnTopHint);
+
+  QLabel* const Label1 = makeLabel("Label1",
+                                   QStringLiteral("Select a web site address  from the list below "
+                                                  "and then click Locate in Display."),
+                                   this);
+  Label1->setWordWrap(true);
+  Label4_ = new LiteralLabel("Label4", this);
+  Label6_ = new LiteralLabel("Label6", this);
+  List1_ = new QListWidget(this);
+  List1_->setObjectName(QStringLiteral("List1"));
+  List1_->setAccessibleName(QStringLiteral("Search Results"));
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("Locate in Display"), this);
+  QPushButton* const NewSearchButton =
+      makeButton("NewSearchButton", QStringLiteral("New Search"), this);
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &SearchResultsDialog::OKButton_Click);
+  connect(List1_, &QListWidget::itemDoubleClicked, this, &SearchResultsDialog::OKButton_Click);
+  connect(NewSearchButton, &QPushButton::clicked, this,
+          &SearchResultsDialog::NewSearchButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &SearchResultsDialog::CancelButton_Click);
+
+  auto* const criteria = new QGridLayout;
+  criteria->addWidget(makeLabel("Label3", QStringLiteral("Website address contains:"), this), 0, 0);
+  criteria->addWidget(Label4_, 0, 1);
+  criteria->addWidget(makeLabel("Label5", QStringLiteral("Accessed after:"), this), 1, 0);
+  criteria->addWidget(Label6_, 1, 1);
+
+  // Beside the list and not below it, where they would leave it too few rows.
+  auto* const buttons = new QVBoxLayout;
+  buttons->addWidget(OKButton);
+  buttons->addWidget(NewSearchButton);
+  buttons->addWidget(CancelButton);
+  buttons->addStretch();
+  auto* const choice = new QHBoxLayout;
+  choice->addWidget(List1_, 1);
+  choice->addLayout(buttons);
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(Label1);
+  layout->addLayout(criteria);
+  layout->addLayout(choice, 1);
+  List1_->setFocus();
+}
+
+void SearchResultsDialog::Form_Load(const SearchCriteria& criteria,
+                                    const std::vector<std::string>& addresses) {
+  Label4_->showText(toQString(criteria.searchText));
+  if (criteria.userSearchType != UserSearchType::Url) {
+    Label6_->showText(toQString(criteria.searchDate));
+  }
+  placeInCorner(kFirstSize);
+  QStringList entries;
+  entries.reserve(static_cast<qsizetype>(addresses.size()));
+  for (const std::string& address : addresses) entries.append(toQString(address));
+  List1_->addItems(entries);
+}
+
+void SearchResultsDialog::placeInCorner(const QSize& size) {
+  resize(size - frameAround(*this, parts_.mainWindow));
+  move(parts_.mainWindow.screen()->availableGeometry().topLeft());
+}
+
+// Nothing of the dialog is used after a message box: the program may end while
+// one is open, and the dialog with it.
+void SearchResultsDialog::OKButton_Click() {
+  guarded(*this, parts_.messageBox, FailureFamily::LocateInDisplay, [this] {
+    // Not the current row: a list has one of those as soon as it has the focus.
+    const auto selected = List1_->selectedItems();
+    if (selected.isEmpty()) {
+      parts_.messageBox.show("You must select an item from the list.",
+                             MessageBoxStyle::SystemModal);
+      return;
+    }
+    showHourglass(*this);
+    const NodeId node = parts_.tree.at(fromQString(selected.first()->text()));
+    parts_.makeVisible(node);
+    parts_.tree.select(node);
+    showDefaultPointer(*this);
+  });
+}
+
+void SearchResultsDialog::NewSearchButton_Click() { parts_.newSearch(); }
+
+void SearchResultsDialog::CancelButton_Click() { reject(); }
+
+}  // namespace quorrix

@@ -1,0 +1,53 @@
+// Search Results: the addresses that a search found, to be located in the tree
+// one after another. Not modal, and in front of the other windows.
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/message_box.h"
+#include "search/search_criteria.h"
+#include "sitetree/site_tree.h"
+
+class QListWidget;
+
+namespace quorrix {
+
+class LiteralLabel;
+
+class SearchResultsDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  // All must outlive the dialog.
+  struct Parts {
+    SiteTree& tree;
+    MessageBox& messageBox;
+    QWidget& mainWindow;
+    std::function<void(NodeId)> makeVisible;  // scrolls the tree to the node
+    std::function<void()> newSearch;          // this dialog is to give way to a new search
+  };
+
+  explicit SearchResultsDialog(Parts parts);
+
+  // Before the dialog is shown.
+  void Form_Load(const SearchCriteria& criteria, const std::vector<std::string>& addresses);
+
+  // Puts the window into the top left corner of the screen; `size` in pixels,
+  // the frame included. A large font can make it larger.
+  void placeInCorner(const QSize& size);
+
+ private:
+  void OKButton_Click();
+  void NewSearchButton_Click();
+  void CancelButton_Click();
+
+  Parts parts_;
+  LiteralLabel* Label4_;
+  LiteralLabel* Label6_;
+  QListWidget* List1_;
+};
+
+}  // namespace quorrix

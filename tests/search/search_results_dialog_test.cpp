@@ -1,0 +1,200 @@
+#include "search/search_results_dialog.h"
+
+#include <stdexcept>
+
+#include "platform/failure.h"
+#include "search/search_stage.h"
+
+namespace quorrix {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class SearchResultsDialogTest : public test::SearchStage {
+ protected:
+  SearchResultsDialog::Parts parts() {
+    return {.tree = tree_,
+            .messageBox = messageBox_,
+            .mainWindow = mainWindow_,
+            .makeVisible =
+                [this](NodeId node) {
+                  madeVisible_.emplace_back(tree_.key(node));
+                  if (whileScrolling_) whileScrolling_();
+                },
+            .newSearch = [this] { ++newSearches_; }};
+  }
+
+  void load(const Texts& addresses) {
+    dialog_.Form_Load({UserSearchType::Url, "e", "7/9/26"}, addresses);
+    dialog_.show();
+  }
+
+  void locate(int entry) {
+    control<QListWidget>(dialog_, "List1").setCurrentRow(entry);
+    press(dialog_, "OKButton");
+  }
+
+  std::string selected() { return std::string(tree_.key(tree_.selected())); }
+
+  Texts listed() {
+    const auto& list = control<QListWidget>(dialog_, "List1");
+    Texts texts;
+    for (int row = 0; row < list.count(); ++row)
+      texts.push_back(list.item(row)->text().toStdString());
+    return texts;
+  }
+
+  Texts madeVisible_;
+  std::function<void()> whileScrolling_;
+  int newSearches_ = 0;
+  SearchResultsDialog dialog_{parts()};
+};
+
+TEST_F(SearchResultsDialogTest, ShowsItsCaptions) {
+  EXPECT_EQ(dialog_.windowTitle(), QStringLiteral("Search Results"));
+  EXPECT_EQ(captionOf(dialog_, "Label1"),
+            "Select a web site address  from the list below and then click Locate in Display.");
+  EXPECT_EQ(captionOf(dialog_, "Label3"), "Website address contains:");
+  EXPECT_EQ(captionOf(dialog_, "Label5"), "Accessed after:");
+  EXPECT_EQ(captionOfButton(dialog_, "OKButton"), "Locate in Display");
+  EXPECT_EQ(captionOfButton(dialog_, "NewSearchButton"), "New Search");
+  EXPECT_EQ(captionOfButton(dialog_, "CancelButton"), "Cancel");
+}
+
+TEST_F(SearchResultsDialogTest, StaysInFrontAndLetsTheUserGoOnInTheMainWindow) {
+  dialog_.show();
+  EXPECT_TRUE(dialog_.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  EXPECT_FALSE(dialog_.isModal());
+}
+
+TEST_F(SearchResultsDialogTest, OpensInTheCornerOfTheScreen) {
+  load({"one.two.three/a"});
+  EXPECT_EQ(dialog_.frameGeometry(), QRect(0, 0, 420, 235));
+}
+
+TEST_F(SearchResultsDialogTest, ShowsTheDateUnlessOnlyTheAddressWasSearched) {
+  dialog_.Form_Load({UserSearchType::Url, "wick", "11/16/99"}, {});
+  EXPECT_EQ(captionOf(dialog_, "Label4"), "wick");
+  EXPECT_EQ(captionOf(dialog_, "Label6"), "");
+  for (const UserSearchType type : {UserSearchType::Date, UserSearchType::Both}) {
+    SearchResultsDialog dialog(parts());
+    dialog.Form_Load({type, "caf\xE9", "11/16/99"}, {});
+    EXPECT_EQ(captionOf(dialog, "Label4"), "caf\u00e9");
+    EXPECT_EQ(captionOf(dialog, "Label6"), "11/16/99");
+  }
+}
+
+TEST_F(SearchResultsDialogTest, ListsWhatWasFoundInItsOrderAndAsOftenAsItWasFound) {
+  load({"one.two.three/a", "caf\xE9.fr", "one.two.three/a", "<b>&a</b>"});
+  EXPECT_EQ(listed(), (Texts{"one.two.three/a", "caf\u00e9.fr", "one.two.three/a", "<b>&a</b>"}));
+}
+
+TEST_F(SearchResultsDialogTest, AsksForASelection) {
+  load({"one.two.three/a"});
+  messageBox_.expect("You must select an item from the list.", MessageBoxStyle::SystemModal);
+  press(dialog_, "OKButton");
+  EXPECT_EQ(madeVisible_, Texts{});
+  EXPECT_EQ(selected(), "ROOT");
+  EXPECT_EQ(dialog_.cursor().shape(), Qt::ArrowCursor);
+  EXPECT_TRUE(dialog_.isVisible());
+}
+
+// Coming to the list by keyboard makes its first entry current, but selects nothing.
+TEST_F(SearchResultsDialogTest, AsksForASelectionWhenTheListHasTheFocus) {
+  load({"one.two.three/a"});
+  auto& list = control<QListWidget>(dialog_, "List1");
+  list.setCurrentRow(0, QItemSelectionModel::NoUpdate);
+  messageBox_.expect("You must select an item from the list.", MessageBoxStyle::SystemModal);
+  press(dialog_, "OKButton");
+  EXPECT_EQ(selected(), "ROOT");
+}
+
+TEST_F(SearchResultsDialogTest, LocatesOneResultAfterAnother) {
+  load({"one.two.three/a", "caf\xE9.fr"});
+  whileScrolling_ = [this] {
+    EXPECT_EQ(dialog_.cursor().shape(), Qt::WaitCursor);
+    EXPECT_NE(selected(), madeVisible_.back()) << "selected only then";
+  };
+  locate(0);
+  EXPECT_EQ(selected(), "one.two.three/a");
+  EXPECT_TRUE(dialog_.isVisible());
+  EXPECT_EQ(dialog_.cursor().shape(), Qt::ArrowCursor);
+  locate(1);
+  EXPECT_EQ(selected(), "caf\xE9.fr");
+  EXPECT_EQ(madeVisible_, (Texts{"one.two.three/a", "caf\xE9.fr"}));
+}
+
+TEST_F(SearchResultsDialogTest, LocatesTheSameSiteFromBothOfItsEntries) {
+  load({"one.two.three/a", "caf\xE9.fr", "one.two.three/a"});
+  locate(0);
+  tree_.select(tree_.root());
+  locate(2);
+  EXPECT_EQ(selected(), "one.two.three/a");
+  EXPECT_EQ(madeVisible_, (Texts{"one.two.three/a", "one.two.three/a"}));
+}
+
+TEST_F(SearchResultsDialogTest, TellsOfASiteThatIsNoLongerThere) {
+  load({"deleted.example/a", "caf\xE9.fr"});
+  messageBox_.expect("Unable to find site in display.", MessageBoxStyle::Critical,
+                     MessageBoxButton::Ok,
+                     [this] { EXPECT_EQ(dialog_.cursor().shape(), Qt::ArrowCursor); });
+  locate(0);
+  EXPECT_EQ(madeVisible_, Texts{});
+  EXPECT_EQ(selected(), "ROOT");
+  EXPECT_TRUE(dialog_.isVisible());
+  locate(1);
+  EXPECT_EQ(selected(), "caf\xE9.fr");
+}
+
+TEST_F(SearchResultsDialogTest, TellsTheSameOfEveryFailure) {
+  load({"one.two.three/a"});
+  for (const int number : {5, 7, 9, 28, 53, 61, 75, 31001, 35601}) {
+    whileScrolling_ = [number] { throw Failure(number); };
+    messageBox_.expect("Unable to find site in display.", MessageBoxStyle::Critical);
+    locate(0);
+    EXPECT_TRUE(messageBox_.isThrough()) << number;
+    EXPECT_EQ(selected(), "ROOT");
+    EXPECT_EQ(dialog_.cursor().shape(), Qt::ArrowCursor);
+  }
+}
+
+TEST_F(SearchResultsDialogTest, LocatesByDoubleClickAndByEnter) {
+  load({"one.two.three/a", "caf\xE9.fr"});
+  auto& list = control<QListWidget>(dialog_, "List1");
+  const QPoint second = list.visualItemRect(list.item(1)).center();
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second);
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, second);
+  EXPECT_EQ(selected(), "caf\xE9.fr");
+  list.setCurrentRow(0);
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(selected(), "one.two.three/a");
+}
+
+TEST_F(SearchResultsDialogTest, GivesWayToANewSearch) {
+  load({"one.two.three/a"});
+  press(dialog_, "NewSearchButton");
+  EXPECT_EQ(newSearches_, 1);
+}
+
+TEST_F(SearchResultsDialogTest, ClosesByCancelAndEscape) {
+  load({"one.two.three/a"});
+  press(dialog_, "CancelButton");
+  EXPECT_FALSE(dialog_.isVisible());
+  dialog_.show();
+  QTest::keyClick(&control<QListWidget>(dialog_, "List1"), Qt::Key_Escape);
+  EXPECT_FALSE(dialog_.isVisible());
+}
+
+TEST_F(SearchResultsDialogTest, IsWalkedThroughFromTopToBottom) {
+  load({"one.two.three/a"});
+  EXPECT_EQ(tabThrough(dialog_), (Texts{"List1", "OKButton", "NewSearchButton", "CancelButton"}));
+}
+
+TEST_F(SearchResultsDialogTest, KeepsItsSizeWithALongSearchText) {
+  dialog_.Form_Load({UserSearchType::Both, std::string(5000, 'w'), std::string(5000, '1')}, {});
+  dialog_.show();
+  EXPECT_EQ(dialog_.frameGeometry(), QRect(0, 0, 420, 235));
+}
+
+}  // namespace
+}  // namespace quorrix
