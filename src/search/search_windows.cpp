@@ -1,0 +1,91 @@
+#include "search/search_windows.h"
+
+#include <memory>
+
+#include "shell/guarded.h"
+
+namespace quorrix {
+namespace {
+
+constexpr QSize kResultsSize{511, 220};  // pixels, with the frame
+
+// Hidden now; gone only when the handler of its own that may be running is.
+template <typename Dialog>
+void unload(QPointer<Dialog>& dialog) {
+  if (dialog.isNull()) return;
+  dialog->hide();
+  dialog->deleteLater();
+  dialog.clear();
+}
+
+// A window that was minimised or lies below others comes up.
+void bringUp(QWidget& window) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
+
+SearchWindows::~SearchWindows() {
+  delete search_.data();
+  delete results_.data();
+}
+
+void SearchWindows::openSearch() {
+  guarded(parts_.mainWindow, parts_.messageBox, FailureFamily::OpenSearch, [this] {
+    if (search_.isNull()) loadSearch();
+    bringUp(*search_);
+  });
+}
+
+void SearchWindows::unloadAll() {
+  unload(search_);
+  unload(results_);
+}
+
+void SearchWindows::loadSearch() {
+  auto dialog = std::make_unique<SearchDialog>(SearchDialog::Parts{
+      .clock = parts_.clock,
+      .messageBox = parts_.messageBox,
+      .mainWindow = parts_.mainWindow,
+      .search = parts_.search,
+      .unloadResults = [this] { unload(results_); },
+      .showResults =
+          [this](const SearchCriteria& criteria, const std::vector<std::string>& addresses) {
+            showResults(criteria, addresses);
+          }});
+  dialog->Form_Load();
+  // However it is closed.
+  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(search_); });
+  search_ = dialog.release();
+}
+
+void SearchWindows::loadResults(const SearchCriteria& criteria,
+                                const std::vector<std::string>& addresses) {
+  auto dialog = std::make_unique<SearchResultsDialog>(
+      SearchResultsDialog::Parts{.tree = parts_.tree,
+                                 .messageBox = parts_.messageBox,
+                                 .mainWindow = parts_.mainWindow,
+                                 .makeVisible = parts_.makeVisible,
+                                 .newSearch = [this] { newSearch(); }});
+  dialog->Form_Load(criteria, addresses);
+  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(results_); });
+  results_ = dialog.release();
+}
+
+void SearchWindows::showResults(const SearchCriteria& criteria,
+                                const std::vector<std::string>& addresses) {
+  loadResults(criteria, addresses);
+  results_->placeInCorner(kResultsSize);
+  unload(search_);
+  results_->show();
+}
+
+void SearchWindows::newSearch() {
+  results_->hide();
+  openSearch();
+}
+
+}  // namespace quorrix

@@ -1,0 +1,53 @@
+// The search dialog and the results dialog, at most one of each: makes them,
+// lets each give way to the other, and unloads them. The main window owns this.
+#pragma once
+
+#include <QPointer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/message_box.h"
+#include "search/search_dialog.h"
+#include "search/search_results_dialog.h"
+#include "sitetree/site_tree.h"
+
+namespace quorrix {
+
+class SearchWindows {
+ public:
+  // All must outlive this.
+  struct Parts {
+    SiteTree& tree;
+    Clock& clock;
+    MessageBox& messageBox;
+    QWidget& mainWindow;
+    SiteSearch search;
+    std::function<void(NodeId)> makeVisible;  // scrolls the tree to the node
+  };
+
+  explicit SearchWindows(Parts parts) : parts_(std::move(parts)) {}
+  ~SearchWindows();
+  SearchWindows(const SearchWindows&) = delete;
+  SearchWindows& operator=(const SearchWindows&) = delete;
+
+  // Shows the search dialog; one that is open already comes to the front as it
+  // is. Failures are told.
+  void openSearch();
+
+  // Closes both dialogs, when the main window goes.
+  void unloadAll();
+
+ private:
+  void loadSearch();
+  void loadResults(const SearchCriteria& criteria, const std::vector<std::string>& addresses);
+  void showResults(const SearchCriteria& criteria, const std::vector<std::string>& addresses);
+  void newSearch();
+
+  Parts parts_;
+  QPointer<SearchDialog> search_;
+  QPointer<SearchResultsDialog> results_;  // loaded, but hidden, during a new search
+};
+
+}  // namespace quorrix
