@@ -16,6 +16,7 @@ namespace quorrix {
 namespace {
 
 constexpr QSize kFirstSize{420, 235};  // pixels, with the frame
+constexpr int kEntriesAtOnce = 1000;
 
 }  // namespace
 
@@ -35,6 +36,9 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   List1_ = new QListWidget(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setAccessibleName(QStringLiteral("Search Results"));
+  // A long list shows at once and is measured bit by bit while the user reads.
+  List1_->setLayoutMode(QListView::Batched);
+  List1_->setBatchSize(kEntriesAtOnce);
   QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("Locate in Display"), this);
   QPushButton* const NewSearchButton =
       makeButton("NewSearchButton", QStringLiteral("New Search"), this);
