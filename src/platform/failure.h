@@ -12,6 +12,7 @@ inline constexpr int kInvalidCall = 5;  // such as cutting a text at a mark that
 inline constexpr int kOverflow = 6;     // a number does not fit in 16 bits
 inline constexpr int kOutOfMemory = 7;
 inline constexpr int kIndexOutOfRange = 9;
+inline constexpr int kTypeMismatch = 13;  // a text that cannot be read as a date
 inline constexpr int kOutOfStackSpace = 28;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kDeviceIo = 57;

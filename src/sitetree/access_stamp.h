@@ -2,7 +2,9 @@
 // the locale, so that what one machine wrote another one reads.
 #pragma once
 
+#include <compare>
 #include <string>
+#include <string_view>
 
 #include "platform/clock.h"
 
@@ -11,8 +13,27 @@ namespace quorrix {
 // Stands behind every stamp in a record and marks its end.
 inline constexpr char kStampEnd = '~';
 
+// A day of the calendar: month and day count from 1, the year has all its
+// digits. The earlier of two days is the smaller one.
+struct CalendarDate {
+  int year = 0;
+  int month = 0;
+  int day = 0;
+
+  auto operator<=>(const CalendarDate&) const = default;
+};
+
 // "M/d/yy h:mm:ss AM" or "PM", at most 20 characters; the year as two digits,
 // of which 99 means 1999 and every other value 20yy.
 [[nodiscard]] std::string accessStampText(const LocalDateTime& moment);
+
+// Reads "M/d/yy", whose year means what it means in a stamp, or "M/d/yyyy"; month
+// and day may have a leading zero, and nothing may stand around or between them.
+// Throws Failure 13 for anything else and for a day that is in no calendar.
+[[nodiscard]] CalendarDate readCalendarDate(std::string_view text);
+
+// The day of a stamp: what stands before its first blank. Throws Failure 13 for a
+// stamp without a blank and for one that begins with no date.
+[[nodiscard]] CalendarDate stampDate(std::string_view stamp);
 
 }  // namespace quorrix
