@@ -1,0 +1,72 @@
+#include "search/site_search.h"
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "search/text_search.h"
+#include "sitetree/access_stamp.h"
+#include "sitetree/fixed_record_file.h"
+#include "sitetree/site_record.h"
+
+namespace quorrix {
+namespace {
+
+class RecordMatcher {
+ public:
+  explicit RecordMatcher(const SearchCriteria& criteria)
+      : criteria_(criteria), text_(criteria.searchText) {}
+
+  [[nodiscard]] bool matches(std::string_view address, const CalendarDate& visited) {
+    switch (criteria_.userSearchType) {
+      case UserSearchType::Url:
+        return text_.isIn(address);
+      case UserSearchType::Date:
+        return isOnOrAfterSearchDate(visited);
+      case UserSearchType::Both:
+        // The date first: one that cannot be read fails, whatever the addresses hold.
+        return isOnOrAfterSearchDate(visited) && text_.isIn(address);
+    }
+    return false;
+  }
+
+ private:
+  // Where no record has an address, the search date is never read.
+  bool isOnOrAfterSearchDate(const CalendarDate& visited) {
+    if (!searchDate_) searchDate_ = readCalendarDate(criteria_.searchDate);
+    return *searchDate_ <= visited;
+  }
+
+  const SearchCriteria& criteria_;
+  TextSearch text_;
+  std::optional<CalendarDate> searchDate_;
+};
+
+// The stamp and its end mark; empty in a field without the mark.
+std::string_view stampOf(std::span<const char> record) {
+  const auto field = fieldOf(record, site_record::kAccessStamp);
+  const auto end = field.find(kStampEnd);
+  return end == std::string_view::npos ? std::string_view() : field.substr(0, end + 1);
+}
+
+}  // namespace
+
+std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& paths,
+                                        const SearchCriteria& criteria) {
+  FixedRecordFile file(files, paths.currentNodesFile, site_record::kLength,
+                       FileAccess::AsPermitted);
+  std::vector<std::string> found;
+  if (criteria.userSearchType == UserSearchType::Url && criteria.searchText.empty()) return found;
+  RecordMatcher matcher(criteria);
+  file.scan(file.recordsBegun(), FixedRecordFile::ReadFailures::Throw,
+            [&](std::uint64_t, std::span<const char> record) {
+              const auto address = fieldText(fieldOf(record, site_record::kSiteAddress));
+              if (address.empty()) return true;
+              const CalendarDate visited = stampDate(stampOf(record));
+              if (matcher.matches(address, visited)) found.emplace_back(address);
+              return true;
+            });
+  return found;
+}
+
+}  // namespace quorrix

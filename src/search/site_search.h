@@ -1,0 +1,33 @@
+// The search over the site file: which recorded addresses hold a text, were last
+// visited on or after a day, or both.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/file_system.h"
+#include "sitetree/working_folder.h"
+
+namespace quorrix {
+
+enum class UserSearchType { Url, Date, Both };
+
+struct SearchCriteria {
+  UserSearchType userSearchType = UserSearchType::Url;
+  std::string searchText;  // the address holds it, whatever the case of its letters
+  std::string searchDate;  // "M/d/yy" or "M/d/yyyy": the visit was on that day or later
+};
+
+// The addresses of all matching records of paths.currentNodesFile, up to the end of
+// the file and in its order; an address recorded twice comes twice. A missing file is
+// created, one that may only be read will do. By Url, an empty text is in no address;
+// by Both it is in every one.
+//
+// Throws the Failure of the file, whose records then count for nothing, or Failure 13
+// for a date that cannot be read: that of any record with an address, also by Url,
+// and, unless it is by Url, the date sought, as soon as there is a record to compare
+// it with.
+[[nodiscard]] std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& paths,
+                                                      const SearchCriteria& criteria);
+
+}  // namespace quorrix
