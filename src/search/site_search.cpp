@@ -17,20 +17,26 @@ class RecordMatcher {
   explicit RecordMatcher(const SearchCriteria& criteria)
       : criteria_(criteria), text_(criteria.searchText) {}
 
-  [[nodiscard]] bool matches(std::string_view address, const CalendarDate& visited) {
+  // `field` is the address with its padding, which is cheaper to search than to cut:
+  // what is not in the whole is not in the address.
+  [[nodiscard]] bool matches(std::string_view field, const CalendarDate& visited) {
     switch (criteria_.userSearchType) {
       case UserSearchType::Url:
-        return text_.isIn(address);
+        return holdsText(field);
       case UserSearchType::Date:
         return isOnOrAfterSearchDate(visited);
       case UserSearchType::Both:
         // The date first: one that cannot be read fails, whatever the addresses hold.
-        return isOnOrAfterSearchDate(visited) && text_.isIn(address);
+        return isOnOrAfterSearchDate(visited) && holdsText(field);
     }
     return false;
   }
 
  private:
+  [[nodiscard]] bool holdsText(std::string_view field) const {
+    return text_.isIn(field) && text_.isIn(fieldText(field));
+  }
+
   // Where no record has an address, the search date is never read.
   bool isOnOrAfterSearchDate(const CalendarDate& visited) {
     if (!searchDate_) searchDate_ = readCalendarDate(criteria_.searchDate);
@@ -60,10 +66,10 @@ std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& p
   RecordMatcher matcher(criteria);
   file.scan(file.recordsBegun(), FixedRecordFile::ReadFailures::Throw,
             [&](std::uint64_t, std::span<const char> record) {
-              const auto address = fieldText(fieldOf(record, site_record::kSiteAddress));
-              if (address.empty()) return true;
+              const auto field = fieldOf(record, site_record::kSiteAddress);
+              if (!fieldHoldsText(field)) return true;
               const CalendarDate visited = stampDate(stampOf(record));
-              if (matcher.matches(address, visited)) found.emplace_back(address);
+              if (matcher.matches(field, visited)) found.emplace_back(fieldText(field));
               return true;
             });
   return found;

@@ -3,8 +3,6 @@
 // in the texts that are searched.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -18,10 +16,17 @@ class TextSearch {
   [[nodiscard]] bool isIn(std::string_view text) const noexcept;
 
  private:
+  // A character as it may stand in a text.
+  struct EitherCase {
+    char small = '\0';
+    char capital = '\0';
+  };
+  [[nodiscard]] static EitherCase bothCasesOf(char character);
+  [[nodiscard]] bool endsAreIn(std::string_view text) const noexcept;
+
   std::string sought_;  // folded
-  // By a byte of the text, as it stands there: how far from it the sought text can
-  // end next, when it does not end with this very byte.
-  std::array<std::size_t, 256> skips_;
+  EitherCase first_;
+  EitherCase last_;
 };
 
 }  // namespace quorrix

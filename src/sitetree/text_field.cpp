@@ -15,6 +15,10 @@ std::string_view fieldText(std::string_view field) {
   return field.substr(0, nul != std::string_view::npos ? nul : field.find(' '));
 }
 
+bool fieldHoldsText(std::string_view field) {
+  return !field.empty() && field.front() != ' ' && field.front() != '\0';
+}
+
 bool fieldHolds(std::string_view field, std::string_view text) {
   return field.starts_with(text) && fieldText(field) == text;
 }

@@ -24,6 +24,9 @@ struct FieldLayout {
 // A field with neither is text from end to end.
 [[nodiscard]] std::string_view fieldText(std::string_view field);
 
+// Whether fieldText(field) is not empty, which its first byte decides.
+[[nodiscard]] bool fieldHoldsText(std::string_view field);
+
 // Whether fieldText(field) is `text`; decides most fields by their first bytes.
 [[nodiscard]] bool fieldHolds(std::string_view field, std::string_view text);
 

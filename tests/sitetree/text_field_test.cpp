@@ -48,6 +48,15 @@ TEST(FieldText, KeepsEveryCharacterThatIsNeitherBlankNorNul) {
   EXPECT_EQ(fieldText("\x01\t\n\x7F\x80\xA0\xFF   "), "\x01\t\n\x7F\x80\xA0\xFF");
 }
 
+TEST(FieldHoldsText, IsTrueUnlessTheTextIsEmpty) {
+  EXPECT_TRUE(fieldHoldsText("one   "));
+  EXPECT_TRUE(fieldHoldsText("\t one"));
+  EXPECT_FALSE(fieldHoldsText(" one"));
+  EXPECT_FALSE(fieldHoldsText("\0one"s));
+  EXPECT_FALSE(fieldHoldsText("   "));
+  EXPECT_FALSE(fieldHoldsText(""));
+}
+
 TEST(FieldHolds, ComparesTheTextWithoutThePadding) {
   EXPECT_TRUE(fieldHolds("one.two.three   ", "one.two.three"));
   EXPECT_TRUE(fieldHolds("one.two.three\0  "s, "one.two.three"));
