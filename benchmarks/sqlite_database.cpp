@@ -30,6 +30,10 @@ void SqliteDatabase::bind(sqlite3_stmt* statement, int place, std::string_view t
                           SQLITE_STATIC));
 }
 
+void SqliteDatabase::bind(sqlite3_stmt* statement, int place, int value) const {
+  check(sqlite3_bind_int(statement, place, value));
+}
+
 bool SqliteDatabase::step(sqlite3_stmt* statement) const {
   const int result = sqlite3_step(statement);
   if (result != SQLITE_ROW && result != SQLITE_DONE) check(result);

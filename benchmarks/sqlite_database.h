@@ -28,6 +28,7 @@ class SqliteDatabase {
 
   // `text` has to live until the statement has run. The first place is 1.
   void bind(sqlite3_stmt* statement, int place, std::string_view text) const;
+  void bind(sqlite3_stmt* statement, int place, int value) const;
 
   // Takes a statement to its next row; false at the end.
   [[nodiscard]] bool step(sqlite3_stmt* statement) const;
