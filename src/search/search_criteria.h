@@ -9,9 +9,9 @@ enum class UserSearchType { Url, Date, Both };
 
 // Texts as the user entered them, in single-byte text.
 struct SearchCriteria {
-  UserSearchType userSearchType;
-  std::string searchText;  // what the address must contain
-  std::string searchDate;  // month/day/year, the year as two digits
+  UserSearchType userSearchType = UserSearchType::Url;
+  std::string searchText;  // the address holds it, whatever the case of its letters
+  std::string searchDate;  // "M/d/yy" or "M/d/yyyy": the visit was on that day or later
 };
 
 }  // namespace quorrix

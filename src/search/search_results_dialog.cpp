@@ -1,12 +1,12 @@
 #include "search/search_results_dialog.h"
 
 #include <QGridLayout>
-#include <QListWidget>
 #include <QScreen>
 #include <QVBoxLayout>
 
 #include "search/literal_label.h"
 #include "search/search_controls.h"
+#include "shell/entry_list.h"
 #include "shell/guarded.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
@@ -33,7 +33,7 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   Label1->setWordWrap(true);
   Label4_ = new LiteralLabel("Label4", this);
   Label6_ = new LiteralLabel("Label6", this);
-  List1_ = new QListWidget(this);
+  List1_ = new EntryList(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setAccessibleName(QStringLiteral("Search Results"));
   // A long list shows at once and is measured bit by bit while the user reads.
@@ -45,7 +45,7 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
   OKButton->setDefault(true);
   connect(OKButton, &QPushButton::clicked, this, &SearchResultsDialog::OKButton_Click);
-  connect(List1_, &QListWidget::itemDoubleClicked, this, &SearchResultsDialog::OKButton_Click);
+  connect(List1_, &EntryList::itemDoubleClicked, this, &SearchResultsDialog::OKButton_Click);
   connect(NewSearchButton, &QPushButton::clicked, this,
           &SearchResultsDialog::NewSearchButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &SearchResultsDialog::CancelButton_Click);
@@ -95,15 +95,14 @@ void SearchResultsDialog::placeInCorner(const QSize& size) {
 // one is open, and the dialog with it.
 void SearchResultsDialog::OKButton_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::LocateInDisplay, [this] {
-    // Not the current row: a list has one of those as soon as it has the focus.
-    const auto selected = List1_->selectedItems();
-    if (selected.isEmpty()) {
+    const int selected = List1_->selectedRow();
+    if (selected < 0) {
       parts_.messageBox.show("You must select an item from the list.",
                              MessageBoxStyle::SystemModal);
       return;
     }
     showHourglass(*this);
-    const NodeId node = parts_.tree.at(fromQString(selected.first()->text()));
+    const NodeId node = parts_.tree.at(fromQString(List1_->item(selected)->text()));
     parts_.makeVisible(node);
     parts_.tree.select(node);
     showDefaultPointer(*this);

@@ -11,9 +11,9 @@
 #include "search/search_criteria.h"
 #include "sitetree/site_tree.h"
 
-class QListWidget;
-
 namespace quorrix {
+
+class EntryList;
 
 class LiteralLabel;
 
@@ -47,7 +47,7 @@ class SearchResultsDialog final : public QDialog {
   Parts parts_;
   LiteralLabel* Label4_;
   LiteralLabel* Label6_;
-  QListWidget* List1_;
+  EntryList* List1_;
 };
 
 }  // namespace quorrix

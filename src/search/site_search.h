@@ -6,17 +6,10 @@
 #include <vector>
 
 #include "platform/file_system.h"
+#include "search/search_criteria.h"
 #include "sitetree/working_folder.h"
 
 namespace quorrix {
-
-enum class UserSearchType { Url, Date, Both };
-
-struct SearchCriteria {
-  UserSearchType userSearchType = UserSearchType::Url;
-  std::string searchText;  // the address holds it, whatever the case of its letters
-  std::string searchDate;  // "M/d/yy" or "M/d/yyyy": the visit was on that day or later
-};
 
 // The addresses of all matching records of paths.currentNodesFile, up to the end of
 // the file and in its order; an address recorded twice comes twice. A missing file is

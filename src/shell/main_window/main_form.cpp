@@ -10,6 +10,7 @@
 #include "records/notes_dialog.h"
 #include "records/purchases_dialog.h"
 #include "records/user_id_password_dialog.h"
+#include "search/site_search.h"
 #include "shell/guarded.h"
 #include "shell/main_window/browser_launch.h"
 #include "shell/main_window/load_wait_dialog.h"
@@ -51,7 +52,7 @@ constexpr MenuItem kMenus[] = {
     entry("FileStartTrack", "Start &Tracking", &MainForm::FileStartTrack_Click),
     entry("FileStopTrack", "&Stop Tracking", &MainForm::FileStopTrack_Click),
     separator("FileSep2"),
-    entry("FileSearch", "Search Dis&play..."),
+    entry("FileSearch", "Search Dis&play...", &MainForm::FileSearch_Click),
     separator("FileSep3"),
     entry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click),
     entry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
@@ -89,7 +90,8 @@ MainForm::MainForm(const Parts& parts)
                  .siteFile = siteFile_,
                  .events = parts.events,
                  .messageBox = parts.messageBox,
-                 .display = *this}) {
+                 .display = *this}),
+      searchWindows_(searchParts()) {
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(QStringLiteral("Quorrix"));
   fillMenuBar(*menuBar(), *this, kMenus);
@@ -189,6 +191,23 @@ bool MainForm::refuses(std::string_view whenThereAreNoSites) {
   }
   parts_.messageBox.show(reason, MessageBoxStyle::Information);
   return true;
+}
+
+void MainForm::FileSearch_Click() {
+  if (refuses("No website addresses to search in current display.")) return;
+  searchWindows_.openSearch();
+}
+
+SearchWindows::Parts MainForm::searchParts() {
+  return {.tree = tree_,
+          .clock = parts_.clock,
+          .messageBox = parts_.messageBox,
+          .mainWindow = *this,
+          .search =
+              [this](const SearchCriteria& criteria) {
+                return searchSiteFile(parts_.files, workingPaths_, criteria);
+              },
+          .makeVisible = [this](NodeId node) { treeView_->makeVisible(node); }};
 }
 
 void MainForm::FileDelete_Click() {
@@ -344,6 +363,7 @@ void MainForm::Form_Unload() {
   isUnloaded_ = true;
   showHourglass(*this);
   tracking_.abandon();
+  searchWindows_.unloadAll();
   QApplication::closeAllWindows();
   emit unloaded();
 }

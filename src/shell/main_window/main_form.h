@@ -13,6 +13,7 @@
 #include "platform/message_box.h"
 #include "platform/window_system.h"
 #include "records/record_dialog.h"
+#include "search/search_windows.h"
 #include "shell/app_paths.h"
 #include "shell/main_window/two_panel_status_bar.h"
 #include "sitetree/site_file.h"
@@ -48,6 +49,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
 
   void FileStartTrack_Click();
   void FileStopTrack_Click();
+  void FileSearch_Click();
   void FileDelete_Click();
   void FileClear_Click();
   void FileExit_Click();
@@ -87,6 +89,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void clearTree();
   [[nodiscard]] std::function<void()> onPopupSite(void (MainForm::*handler)());
   [[nodiscard]] RecordDialogParts recordDialogParts();
+  [[nodiscard]] SearchWindows::Parts searchParts();
   template <typename Dialog>
   void showRecordDialog();
 
@@ -101,6 +104,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   SiteTreeView* treeView_;
   TwoPanelStatusBar* statusBar_;
   SitePopupMenu* popupMenu_;
+  SearchWindows searchWindows_;
   NodeId popupSite_ = kNoNode;        // selected when the popup menu was opened
   bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
   bool isUnloaded_ = false;

@@ -1,4 +1,7 @@
 // The commands that remove sites and that open one in the browser.
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
 #include <QTimer>
 
 #include "records/record_file_stage.h"
@@ -63,6 +66,7 @@ class MainFormSitesTest : public testing::Test {
 using MainFormDelete = MainFormSitesTest;
 using MainFormClear = MainFormSitesTest;
 using MainFormLaunch = MainFormSitesTest;
+using MainFormSearch = MainFormSitesTest;
 
 TEST_F(MainFormDelete, DestroysAHostWithEverythingBelowItInAllFourFiles) {
   select("one.two.three");
@@ -196,7 +200,7 @@ TEST_F(MainFormClear, IsRefusedWhenNothingIsThere) {
 }
 
 TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
-  for (const char* const command : {"FileDelete", "FileClear"}) {
+  for (const char* const command : {"FileSearch", "FileDelete", "FileClear"}) {
     stage_.messageBox.expect(kStopTrackingFirst, MessageBoxStyle::Information);
     QTimer::singleShot(0, &stage_.form, [this, command] {
       stage_.choose(command);
@@ -206,6 +210,50 @@ TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
   }
   EXPECT_TRUE(stage_.messageBox.isThrough());
   expectNothingDeleted();
+}
+
+TEST_F(MainFormSearch, IsRefusedWhenNothingIsThere) {
+  stage_.form.tree().clear();
+  stage_.messageBox.expect("No website addresses to search in current display.",
+                           MessageBoxStyle::Information);
+  stage_.choose("FileSearch");
+  EXPECT_EQ(test::openWindow(QStringLiteral("SearchDialog")), nullptr);
+}
+
+TEST_F(MainFormSearch, FindsInTheSiteFileAndLocatesInTheTree) {
+  stage_.choose("FileSearch");
+  QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
+  ASSERT_NE(search, nullptr);
+  search->findChild<QLineEdit*>(QStringLiteral("Text3"))->setText(QStringLiteral("THREE/A"));
+  search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
+  ASSERT_NE(results, nullptr);
+  auto* const list = results->findChild<QListWidget*>(QStringLiteral("List1"));
+  ASSERT_EQ(list->count(), 1);
+  list->setCurrentRow(0);
+  results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  EXPECT_EQ(stage_.form.tree().selected(), stage_.node("one.two.three/a/b"));
+  EXPECT_TRUE(stage_.isOnScreen("one.two.three/a/b"));
+}
+
+TEST_F(MainFormSearch, LeavesResultsThatOutliveTheirSites) {
+  stage_.choose("FileSearch");
+  QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
+  search->findChild<QLineEdit*>(QStringLiteral("Text3"))->setText(QStringLiteral("four"));
+  search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  stage_.choose("FileClear");
+  QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
+  ASSERT_NE(results, nullptr);
+  results->findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);
+  stage_.messageBox.expect("Unable to find site in display.", MessageBoxStyle::Critical);
+  results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  EXPECT_TRUE(results->isVisible());
+}
+
+TEST_F(MainFormSearch, ClosesItsWindowsWithTheProgram) {
+  stage_.choose("FileSearch");
+  stage_.choose("FileExit");
+  EXPECT_EQ(test::openWindow(QStringLiteral("SearchDialog")), nullptr);
 }
 
 TEST_F(MainFormLaunch, OpensTheSelectedSiteByTheSchemeOfItsLastVisit) {
