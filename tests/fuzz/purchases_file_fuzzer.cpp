@@ -74,15 +74,15 @@ class Operations {
     });
     bool marked = true;
     std::size_t place = 0;
-    for (std::size_t number = 1; number <= expected.begun(); ++number) {
+    for (std::size_t number = 1; marked && number <= expected.begun(); ++number) {
       if (!expected.belongs(number, task_.siteKey)) continue;
       const std::string record = expected.record(number);
       const auto item = cutAt(textOf(record, kItem), '~');
       const auto price = cutAt(textOf(record, kPrice), '~');
       const auto date = cutAt(textOf(record, kDate), '~');
-      marked = marked && item && price && date;
-      if (!succeeded) continue;
-      require(marked && place < listed.size(), "every purchase is listed");
+      marked = item && price && date;
+      if (!marked) break;
+      require(place < listed.size(), "every purchase before one without its mark is listed");
       require(listed[place].item == *item && listed[place].price == *price &&
                   listed[place].dateStamp == *date,
               "purchases are listed in file order");
