@@ -1,8 +1,9 @@
 #include "search/literal_label.h"
 
 #include <QPainter>
-#include <QStringBuilder>
 #include <QStyle>
+
+#include "shell/plain_text.h"
 
 namespace quorrix {
 
@@ -14,10 +15,7 @@ LiteralLabel::LiteralLabel(const char* name, QWidget* parent) : QLabel(parent) {
 
 void LiteralLabel::showText(const QString& text) {
   setText(text);
-  // A tool tip is markup as soon as it looks like it, so it is made to be.
-  setToolTip(text.isEmpty()
-                 ? QString()
-                 : QStringLiteral("<qt>") % text.toHtmlEscaped() % QStringLiteral("</qt>"));
+  setToolTip(text.isEmpty() ? QString() : asToolTip(text));
 }
 
 QSize LiteralLabel::sizeHint() const { return {0, QLabel::sizeHint().height()}; }

@@ -11,6 +11,7 @@
 #include "shell/guarded.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
+#include "sitetree/access_stamp.h"
 
 namespace quorrix {
 namespace {
@@ -20,12 +21,6 @@ constexpr UpDown::Range kDays{1, 31};
 constexpr UpDown::Range kYears{1999, 2098};  // those that two digits can tell
 
 constexpr int kGap = 8;  // pixels, between what does not belong together
-
-// The one rule for two-digit years.
-QString yearText(int year) {
-  const int twoDigits = year % 100;
-  return QString::number(twoDigits == 99 ? 1999 : 2000 + twoDigits);
-}
 
 }  // namespace
 
@@ -127,7 +122,7 @@ void SearchDialog::Form_Load() {
   const LocalDateTime today = parts_.clock.now();
   Text2_->setText(QString::number(today.month));
   Text1_->setText(QString::number(today.day));
-  Text4_->setText(yearText(today.year));
+  Text4_->setText(QString::number(yearOfTwoDigits(today.year % 100)));
 }
 
 // Nothing of the dialog is used after a message box: the program may end while

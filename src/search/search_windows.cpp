@@ -9,7 +9,7 @@ namespace {
 
 constexpr QSize kResultsSize{511, 220};  // pixels, with the frame
 
-// Hidden now; gone only when the handler of its own that may be running is.
+// Hidden now; gone later, for it may be a handler of its own that asks for this.
 template <typename Dialog>
 void unload(QPointer<Dialog>& dialog) {
   if (dialog.isNull()) return;

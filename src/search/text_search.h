@@ -1,6 +1,6 @@
 // A text that is sought in many others, whatever the case of their letters. What
-// can be prepared for all of them is prepared once, and nothing is copied or folded
-// in the texts that are searched.
+// can be prepared for all of them is prepared once, and the texts that are searched
+// are not copied.
 #pragma once
 
 #include <string>

@@ -1,6 +1,7 @@
 #include "shell/entry_list.h"
 
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace quorrix {
 

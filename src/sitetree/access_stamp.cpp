@@ -40,7 +40,7 @@ int readYear(std::string_view text) {
   for (const char character : text) year = year * 10 + digitOf(character);
   if (text.size() == 4) return static_cast<int>(year);
   if (text.size() != 2) failToReadDate();
-  return static_cast<int>(year) + (year == 99 ? 1900 : 2000);
+  return yearOfTwoDigits(static_cast<int>(year));
 }
 
 int daysInMonth(int year, int month) {

@@ -23,8 +23,12 @@ struct CalendarDate {
   auto operator<=>(const CalendarDate&) const = default;
 };
 
-// "M/d/yy h:mm:ss AM" or "PM", at most 20 characters; the year as two digits,
-// of which 99 means 1999 and every other value 20yy.
+// The one rule for years of two digits: 99 means 1999, every other value 20yy.
+[[nodiscard]] constexpr int yearOfTwoDigits(int digits) {
+  return digits + (digits == 99 ? 1900 : 2000);
+}
+
+// "M/d/yy h:mm:ss AM" or "PM", at most 20 characters; the year as two digits.
 [[nodiscard]] std::string accessStampText(const LocalDateTime& moment);
 
 // Reads "M/d/yy", whose year means what it means in a stamp, or "M/d/yyyy"; month

@@ -23,12 +23,27 @@ std::wstring wideFromUtf8(const std::string& utf8) {
 
 }  // namespace
 
+std::string asOneArgument(std::string_view address) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string argument;
+  for (const char character : utf8FromWindows1252(address)) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte > ' ' && character != '"' && byte != 0x7F) {
+      argument += character;
+    } else {
+      argument += {'%', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
+    }
+  }
+  return argument;
+}
+
 void WindowsCommandShell::run(std::string_view line) {
-  const std::wstring address = wideFromUtf8(utf8FromWindows1252(line.substr(kStartCommand.size())));
-  const HINSTANCE outcome =
-      ::ShellExecuteW(nullptr, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+  const std::wstring address = wideFromUtf8(asOneArgument(line.substr(kStartCommand.size())));
+  const auto outcome = reinterpret_cast<INT_PTR>(
+      ::ShellExecuteW(nullptr, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
   constexpr INT_PTR kLastError = 32;  // what is above is no error
-  if (reinterpret_cast<INT_PTR>(outcome) <= kLastError) throw Failure(failure::kFileNotFound);
+  if (outcome == 0 || outcome == SE_ERR_OOM) throw Failure(failure::kOutOfMemory);
+  if (outcome <= kLastError) throw Failure(failure::kFileNotFound);
 }
 
 }  // namespace quorrix

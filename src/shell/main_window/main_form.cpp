@@ -207,7 +207,7 @@ SearchWindows::Parts MainForm::searchParts() {
               [this](const SearchCriteria& criteria) {
                 return searchSiteFile(parts_.files, workingPaths_, criteria);
               },
-          .makeVisible = [this](NodeId node) { treeView_->makeVisible(node); }};
+          .makeVisible = [this](NodeId node) { makeVisible(node); }};
 }
 
 void MainForm::FileDelete_Click() {

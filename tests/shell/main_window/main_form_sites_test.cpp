@@ -37,7 +37,11 @@ class MainFormSitesTest : public testing::Test {
     stage_.memory.givenAFile("/Quorrix/Data/purchases.dat", purchases_);
   }
 
-  void select(std::string_view key) { stage_.form.tree().select(stage_.node(key)); }
+  // As by a click: the caption names the site.
+  void select(std::string_view key) {
+    stage_.form.tree().select(stage_.node(key));
+    stage_.form.TreeView_MouseUp(mouse_button::kLeft, 0, 0, 0);
+  }
 
   const std::string& file(const char* name) {
     return stage_.memory.bytesOf(Path("/Quorrix/Data") / name);
@@ -101,7 +105,8 @@ TEST_F(MainFormDelete, TakesTheCaptionFromWhatIsSelectedThen) {
 }
 
 TEST_F(MainFormDelete, EmptiesEverythingWhenTheRootIsSelected) {
-  select("ROOT");
+  select("one.two.three");
+  stage_.form.tree().select(stage_.node("ROOT"));
   whenAskedAnswer(MessageBoxButton::Ok);
   stage_.choose("FileDelete");
   for (const auto* const name : {"nodes.dat", "notes.dat", "info.dat", "purchases.dat"}) {
@@ -112,6 +117,14 @@ TEST_F(MainFormDelete, EmptiesEverythingWhenTheRootIsSelected) {
   EXPECT_EQ(tree.text(tree.root()), "www");
   EXPECT_EQ(tree.selected(), tree.root());
   EXPECT_EQ(stage_.caption(), "Quorrix");
+}
+
+TEST_F(MainFormDelete, TakesASiteNamedLikeTheRootForASite) {
+  stage_.form.tree().addMissingLevels(addressLevels("four.five.six/www"), 'N');
+  select("four.five.six/www");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.choose("FileDelete");
+  expectNothingDeleted();
 }
 
 TEST_F(MainFormDelete, ChangesNothingWithoutConfirmation) {
@@ -135,6 +148,7 @@ TEST_F(MainFormDelete, WorksUnderTheHourglass) {
   stage_.files.onEveryCall(
       [&] { hadHourglass = hadHourglass && stage_.pointer() == Qt::WaitCursor; });
   stage_.choose("FileDelete");
+  EXPECT_GT(stage_.files.calls().size(), 4U);
   EXPECT_TRUE(hadHourglass);
   stage_.files.onEveryCall({});
 }
@@ -209,6 +223,7 @@ TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
     stage_.choose("FileStartTrack");
   }
   EXPECT_TRUE(stage_.messageBox.isThrough());
+  EXPECT_EQ(test::openWindow(QStringLiteral("SearchDialog")), nullptr);
   expectNothingDeleted();
 }
 
@@ -241,13 +256,24 @@ TEST_F(MainFormSearch, LeavesResultsThatOutliveTheirSites) {
   QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
   search->findChild<QLineEdit*>(QStringLiteral("Text3"))->setText(QStringLiteral("four"));
   search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
-  stage_.choose("FileClear");
+  select("four.five.six");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.choose("FileDelete");
   QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
   ASSERT_NE(results, nullptr);
   results->findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);
   stage_.messageBox.expect("Unable to find site in display.", MessageBoxStyle::Critical);
   results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
   EXPECT_TRUE(results->isVisible());
+}
+
+TEST_F(MainFormSearch, FindsNothingByAnEmptyAddress) {
+  stage_.choose("FileSearch");
+  stage_.messageBox.expect("No matches found.", MessageBoxStyle::Information);
+  test::openWindow(QStringLiteral("SearchDialog"))
+      ->findChild<QPushButton*>(QStringLiteral("OKButton"))
+      ->click();
+  EXPECT_NE(test::openWindow(QStringLiteral("SearchDialog")), nullptr);
 }
 
 TEST_F(MainFormSearch, ClosesItsWindowsWithTheProgram) {
