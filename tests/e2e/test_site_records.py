@@ -50,15 +50,6 @@ class SiteRecordsTest(QuorrixTest):
         self.assertEqual(question, self.quorrix.wait_for_message())
         self.assertEqual("Quorrix", self.quorrix.message_title())
 
-    def press_key_at_message(self, key):
-        wait_until(lambda: self.quorrix.message_has_keyboard(), "the message box to be active")
-        self.session.screen.press(key)
-        wait_until(lambda: self.quorrix.message() is None, "the message box to close")
-
-    def wait_for_tree(self, *rows):
-        wait_until(lambda: self.quorrix.tree() == list(rows),
-                   lambda: f"the rows {rows}; there are {self.quorrix.tree()}")
-
     def assert_tab_order(self, dialog, *names):
         """From the control that has the keyboard first, and round to it again."""
         self.assertEqual(names[0], dialog.focused())
@@ -73,11 +64,11 @@ class PopupMenuOfTheTree(SiteRecordsTest):
         self.given_the_program()
         closed = ("www", GARDEN, "news.harbour.example")
         opened = ("www", GARDEN, "roses", "climbing", "herbs", "news.harbour.example")
-        self.wait_for_tree(*closed)
+        self.quorrix.wait_for_tree(*closed)
         PopupMenu(self.quorrix, GARDEN).choose("Show All")
-        self.wait_for_tree(*opened)
+        self.quorrix.wait_for_tree(*opened)
         PopupMenu(self.quorrix, GARDEN).choose("Hide All")
-        self.wait_for_tree(*closed)
+        self.quorrix.wait_for_tree(*closed)
 
     def test_its_entries_are_for_sites_and_not_for_the_root(self):
         self.given_the_program()
@@ -112,7 +103,7 @@ class Notes(SiteRecordsTest):
         self.given_bytes("notes.dat", GARDEN_NOTES)
         self.given_the_program()
         PopupMenu(self.quorrix, GARDEN).choose("Show All")
-        self.wait_for_tree("www", GARDEN, "roses", "climbing", "herbs", "news.harbour.example")
+        self.quorrix.wait_for_tree("www", GARDEN, "roses", "climbing", "herbs", "news.harbour.example")
         # A row below a host shows the end of its key only.
         PopupMenu(self.quorrix, "climbing").choose("Notes...")
         dialog = RecordDialog(self.quorrix, "Notes - www.garden.example/roses/climbing")
@@ -138,7 +129,7 @@ class Notes(SiteRecordsTest):
         self.assertEqual(GARDEN_NOTES, self.bytes_of("notes.dat"))
         dialog = self.open(NOTES)
         self.press_delete(dialog, "Delete notes?")
-        self.press_key_at_message("Return")  # Cancel is the default.
+        self.quorrix.answer_message_with_key("Return")  # Cancel is the default.
         self.assertEqual(GARDEN_NOTES, self.bytes_of("notes.dat"))
         self.press_delete(dialog, "Delete notes?")
         self.quorrix.answer_message("OK")

@@ -10,6 +10,7 @@ from support.session import connect
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"
+STATE_CHECKED = 4
 STATE_FOCUSED = 12
 STATE_SELECTED = 23
 STATE_SENSITIVE = 24

@@ -10,7 +10,8 @@ import shutil
 from gi.repository import GLib
 
 from support import processes
-from support.accessibility import STATE_FOCUSED, STATE_SHOWING, AccessibilityBus
+from support.accessibility import (STATE_FOCUSED, STATE_SELECTED, STATE_SHOWING,
+                                   AccessibilityBus)
 from support.site_file import read_records
 from support.waiting import TimedOut, wait_until
 
@@ -45,6 +46,7 @@ class Quorrix:
     def __init__(self, session, folder):
         self.session = session
         self.folder = folder
+        self.more_environment = {}  # for the program alone, on top of the session's
         self.process = None
         self.bus = None
         self._application = None
@@ -55,7 +57,8 @@ class Quorrix:
     def start(self):
         self.process = self.session.start(
             [os.path.join(self.folder, "Quorrix")], log="quorrix.log",
-            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **{MARK: self.folder})
+            **{**self.more_environment, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+               MARK: self.folder})
 
     def start_and_wait(self):
         """Starts the program if need be, and waits until its start-up windows are gone."""
@@ -151,6 +154,17 @@ class Quorrix:
     def tree_rows(self):
         return [row for row in self.frame().find("tree").children() if row.role == "tree item"]
 
+    def selected_rows(self):
+        return [row.name for row in self.tree_rows() if row.has_state(STATE_SELECTED)]
+
+    def wait_for_tree(self, *rows):
+        wait_until(lambda: self.tree() == list(rows),
+                   lambda: f"the rows {rows}; there are {self.tree()}")
+
+    def wait_for_caption(self, caption):
+        wait_until(lambda: self.caption() == caption,
+                   lambda: f"the caption {caption!r}; it is {self.caption()!r}")
+
     def click_row(self, text, button=1):
         """Clicks a row of the tree with the mouse."""
         row = next(row for row in self.tree_rows() if row.name == text)
@@ -203,6 +217,11 @@ class Quorrix:
 
     def answer_message(self, button):
         self._message_box().find("push button", button).press()
+        wait_until(lambda: not self._message_if_any(), "the message box to close")
+
+    def answer_message_with_key(self, key):
+        wait_until(self.message_has_keyboard, "the message box to be active")
+        self.session.screen.press(key)
         wait_until(lambda: not self._message_if_any(), "the message box to close")
 
     def _message_box(self):

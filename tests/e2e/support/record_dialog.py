@@ -3,8 +3,8 @@ with keys and clicks."""
 
 from gi.repository import GLib
 
-from support.accessibility import (STATE_FOCUSED, STATE_SELECTED, STATE_SENSITIVE,
-                                   STATE_SHOWING)
+from support.accessibility import (STATE_CHECKED, STATE_FOCUSED, STATE_SELECTED,
+                                   STATE_SENSITIVE, STATE_SHOWING)
 from support.popup_menu import PopupMenu
 from support.waiting import wait_until
 
@@ -71,6 +71,9 @@ class RecordDialog:
         return [entry.name for entry in self._control("list").children()
                 if entry.role == "list item"]
 
+    def labels(self):
+        return [thing.name for thing in self._on_bus().children() if thing.role == "label"]
+
     def is_enabled(self, role, name):
         return self._control(role, name).has_state(STATE_SENSITIVE)
 
@@ -118,6 +121,11 @@ class RecordDialog:
         """Puts a text in front of what is in the box, without the keyboard."""
         self._control("text", box).insert_text(text)
         wait_until(lambda: self.text_of(box).startswith(text), f"{text!r} in the box {box!r}")
+
+    def choose_option(self, name):
+        option = self._control("radio button", name)
+        self.screen.click(*option.centre())
+        wait_until(lambda: option.has_state(STATE_CHECKED), f"the option {name!r} to be chosen")
 
     def _click_into(self, box):
         control = self._control("text", box)

@@ -108,6 +108,14 @@ class Window:
     def is_active(self):
         return self.screen.active_window() == self.number
 
+    def is_above(self, other):
+        numbers = self.screen.window_numbers_from_below()
+        return numbers.index(self.number) > numbers.index(other.number)
+
+    def stays_on_top(self):
+        states = self.screen.connection.property(self.number, "_NET_WM_STATE") or []
+        return self.screen.connection.atom("_NET_WM_STATE_ABOVE") in states
+
     def use(self):
         """Brings the window to the front and gives it the keyboard, as a click on it would."""
         connection = self.screen.connection
@@ -144,6 +152,10 @@ class Screen:
 
     def window_numbers(self):
         return self.connection.property(self.connection.root, "_NET_CLIENT_LIST") or []
+
+    def window_numbers_from_below(self):
+        connection = self.connection
+        return connection.property(connection.root, "_NET_CLIENT_LIST_STACKING") or []
 
     def active_window(self):
         return (self.connection.property(self.connection.root, "_NET_ACTIVE_WINDOW") or [None])[0]
