@@ -141,8 +141,16 @@ class Search(SitesTest):
         self.assertEqual(["Select a web site address  from the list below and then click Locate "
                           "in Display.", "Website address contains:", "GARDEN",
                           "Accessed after:", ""], results.labels())
+        self.assert_in_the_corner(results)
         results.close_with("Cancel")
         self.assert_files(SITES, PURCHASES, NOTES, USERS)
+
+    def assert_in_the_corner(self, results):
+        """Of the screen, and as large with its frame as it is to be."""
+        x, y, width, height = results.extents()
+        left, right, top, bottom = results.window().frame_widths()
+        self.assertEqual((0, 0, 511, 220),
+                         (x - left, y - top, width + left + right, height + top + bottom))
 
     def test_the_day_itself_is_found_and_the_day_before_is_not(self):
         self.given_the_program()
@@ -183,17 +191,14 @@ class Search(SitesTest):
             search.press_key("Return")
             self.assert_message("No matches found.")
             self.assertTrue(search.is_open())
-        search.type_into(ADDRESS, "Harbour")
-        self.assertEqual([HARBOUR], self.results_of(search).entries())
-
-    def test_a_date_that_is_none_is_told(self):
-        self.given_the_program()
-        search = self.open_search()
         search.choose_option("Date")
         self.enter_date(search, "13", "45", "1999")
         search.press_key("Return")
         self.assert_message("Unknown error. Unable to process search.")
         self.assertTrue(search.is_open())
+        search.choose_option("Site address")
+        search.type_into(ADDRESS, "Harbour")
+        self.assertEqual([HARBOUR], self.results_of(search).entries())
 
 
 class Locate(SitesTest):
@@ -214,7 +219,7 @@ class Locate(SitesTest):
         self.quorrix.wait_for_tree("www", GARDEN, "roses", "herbs", HARBOUR, MEADOW)
         wait_until(lambda: self.quorrix.selected_rows() == ["herbs"], "the herbs to be selected")
         self.click_row_and_wait("herbs", "Quorrix - www.garden.example/herbs")
-        self.assertTrue(self.quorrix.main_window().is_active())
+        wait_until(self.quorrix.main_window().is_active, "the main window to be active")
         self.assertTrue(results.window().is_above(self.quorrix.main_window()))
         self.assertTrue(results.window().stays_on_top())
         # Either entry of a site that is there twice leads to its only row.
@@ -248,22 +253,12 @@ class Locate(SitesTest):
         _x, top, _width, height = row.extents()
         return height > 0 and tree_top <= top and top + height <= tree_top + tree_height
 
-    def test_the_results_are_in_the_corner_of_the_screen_and_as_large_as_promised(self):
-        results = self.given_results("garden")
-        x, y, width, height = results.extents()
-        left, right, top, bottom = results.window().frame_widths()
-        self.assertEqual((0, 0, 511, 220),
-                         (x - left, y - top, width + left + right, height + top + bottom))
-
-    def test_it_asks_for_a_choice(self):
-        results = self.given_results("garden")
+    def test_it_asks_for_a_choice_and_a_new_search_takes_the_place_of_the_results(self):
+        results = self.given_results("harbour")
         results.press_button("Locate in Display")
         self.assert_message("You must select an item from the list.")
-        self.assertTrue(results.is_open())
-        self.quorrix.wait_for_tree("www", GARDEN, HARBOUR, MEADOW)
-
-    def test_a_new_search_takes_the_place_of_the_results(self):
-        results = self.given_results("harbour")
+        self.assertEqual([HARBOUR], results.entries())
+        self.assertEqual(["www"], self.quorrix.selected_rows())
         results.press_button("New Search")
         search = RecordDialog(self.quorrix, "Search Display")
         self.assertIsNone(results.window())
@@ -343,14 +338,14 @@ class DeleteSites(SitesTest):
         self.given_the_program()
         results = self.search_address("garden")
         self.click_row_and_wait(GARDEN, "Quorrix - " + GARDEN)
-        # Return presses Cancel.
         self.use_file_menu("d")
-        self.assert_message(DELETE_ANYWAY)
+        self.assert_message(DELETE_ANYWAY)  # Return presses Cancel.
+        self.use_file_menu("d")
+        self.assertEqual(DELETE_ANYWAY, self.quorrix.wait_for_message())
+        # That it asks again shows that it is through with the first answer.
         self.assert_files(SITES, PURCHASES, NOTES, USERS)
         self.assertEqual(["www", GARDEN, HARBOUR, MEADOW], self.quorrix.tree())
         self.assertEqual("Quorrix - " + GARDEN, self.quorrix.caption())
-        self.use_file_menu("d")
-        self.assertEqual(DELETE_ANYWAY, self.quorrix.wait_for_message())
         self.quorrix.answer_message("OK")
         self.quorrix.wait_for_tree("www", HARBOUR, MEADOW)
         self.assert_files(SITES_WITHOUT_GARDEN, PURCHASES_WITHOUT_GARDEN, NOTES_WITHOUT_GARDEN,
@@ -418,11 +413,10 @@ class WhileTracking(SitesTest):
             self.use_file_menu(key)
             self.assert_message(STOP_FIRST)
             self.assertEqual(["www", GARDEN, HARBOUR, MEADOW], self.quorrix.tree())
-            self.assertEqual(1, len(self.quorrix.windows()))
+            wait_until(lambda: len(self.quorrix.windows()) == 1, "no window but the main window")
         self.assert_files(SITES, PURCHASES, NOTES, USERS)
         self.quorrix.stop_tracking()
         self.assertEqual([HARBOUR], self.search_address("harbour").entries())
-
 
 
 if __name__ == "__main__":

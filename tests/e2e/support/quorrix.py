@@ -192,8 +192,11 @@ class Quorrix:
     def message(self):
         """Text of the message box that is open, or None."""
         box = self._message_box()
-        label = box.find("label") if box else None
-        return label.name if label else None
+        if box is None:
+            return None
+        # A box without an icon keeps an empty label in the icon's place.
+        return next((thing.name for thing in box.everything_below()
+                     if thing.role == "label" and thing.name), None)
 
     def wait_for_message(self):
         return wait_until(self._message_if_any, "a message box")

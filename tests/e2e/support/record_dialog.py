@@ -72,7 +72,9 @@ class RecordDialog:
                 if entry.role == "list item"]
 
     def labels(self):
-        return [thing.name for thing in self._on_bus().children() if thing.role == "label"]
+        """Line by line from the top, each from the left."""
+        labels = [thing for thing in self._on_bus().children() if thing.role == "label"]
+        return [label.name for label in sorted(labels, key=lambda label: label.extents()[1::-1])]
 
     def is_enabled(self, role, name):
         return self._control(role, name).has_state(STATE_SENSITIVE)
