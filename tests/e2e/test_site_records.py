@@ -76,8 +76,7 @@ class PopupMenuOfTheTree(SiteRecordsTest):
         self.assertEqual(["Show All", "Hide All", "Link to in Browser", "Notes...",
                           "User ID, Password...", "New Purchase...", "Purchases..."],
                          menu.captions())
-        self.assertEqual(["Show All", "Hide All", "Notes...", "User ID, Password...",
-                          "New Purchase...", "Purchases..."], menu.enabled_captions())
+        self.assertEqual(menu.captions(), menu.enabled_captions())
         menu.dismiss()
         # It is one menu for all rows; with nothing to choose no key would find it.
         self.quorrix.click_row("www", 3)
