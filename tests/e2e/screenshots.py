@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Makes the pictures of the dialogs: screenshots.py PROGRAM_FOLDER OUTPUT_FOLDER
 
-In a session of its own it starts the program with one site in the tree, fills each dialog in as a
-user would, and leaves a picture of it in OUTPUT_FOLDER. PROGRAM_FOLDER is only copied from.
+In a session of its own it starts the program with a few sites in the tree, fills each dialog in as
+a user would, and leaves a picture of it in OUTPUT_FOLDER. PROGRAM_FOLDER is only copied from.
 """
 
 import os
@@ -14,12 +14,18 @@ from support.record_dialog import RecordDialog
 from support.session import PrivateSession
 
 SITE = "shop.lantern.example"
-SITE_FILE = b"shop.lantern.example" + b" " * 280 + b"S" + b"11/21/26 4:05:00 PM~ "
+SITE_FILE = (b"shop.lantern.example" + b" " * 280 + b"S" + b"11/21/26 4:05:00 PM~ "
+             + b"www.lantern-makers.example/history" + b" " * 266 + b"N" + b"11/3/26 8:52:10 AM~  "
+             + b"news.harbour.example" + b" " * 280 + b"S" + b"11/12/26 7:15:33 PM~ "
+             + b"www.lantern-makers.example/guild" + b" " * 268 + b"N" + b"11/3/26 9:02:41 AM~  ")
 
 NOTES = "Brass lanterns are at the back of the catalogue.\n" \
         "Orders before noon leave the same day."
 
 USER_ID_PASSWORD = (("User ID", "anna"), ("Password", "tulip7"))
+
+SEARCH = (("Website address contains", "lantern"), ("Month", "11"), ("Day", "1"),
+          ("Year", "2026"))
 
 PURCHASES = (
     (("Item", "Brass lantern"), ("Price", "48.00"), ("Quantity", "1"), ("Payment Method", "Card"),
@@ -64,6 +70,20 @@ class Photographer:
         dialog.click_entry(1)
         self._take(dialog, "purchases.png")
         dialog.close_with("Cancel")
+        self._search()
+
+    def _search(self):
+        self.quorrix.choose("File", "Search Display...")
+        search = RecordDialog(self.quorrix, "Search Display")
+        search.choose_option("Site address and date")
+        for box, text in SEARCH:
+            search.type_into(box, text)
+        self._take(search, "search.png")
+        search.close_with("OK")
+        results = RecordDialog(self.quorrix, "Search Results")
+        results.click_entry(1)
+        self._take(results, "search-results.png")
+        results.close_with("Cancel")
 
     def _keep(self, name, texts, picture=None):
         """Fills a dialog in, takes the picture if one is wanted, and saves."""
