@@ -102,7 +102,8 @@ class Notes(SiteRecordsTest):
         self.given_bytes("notes.dat", GARDEN_NOTES)
         self.given_the_program()
         PopupMenu(self.quorrix, GARDEN).choose("Show All")
-        self.quorrix.wait_for_tree("www", GARDEN, "roses", "climbing", "herbs", "news.harbour.example")
+        self.quorrix.wait_for_tree("www", GARDEN, "roses", "climbing", "herbs",
+                                   "news.harbour.example")
         # A row below a host shows the end of its key only.
         PopupMenu(self.quorrix, "climbing").choose("Notes...")
         dialog = RecordDialog(self.quorrix, "Notes - www.garden.example/roses/climbing")

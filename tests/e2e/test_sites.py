@@ -357,6 +357,10 @@ class DeleteSites(SitesTest):
         results.press_button("Locate in Display")
         self.assert_message("Unable to find site in display.")
         self.assertTrue(results.is_open())
+        # The results do not keep the program running, and the second record of the roses is
+        # still there.
+        self.restart()
+        self.quorrix.wait_for_tree("www", HARBOUR, GARDEN, MEADOW)
 
     def test_a_sub_site_goes_without_its_host(self):
         self.given_the_program()
