@@ -362,6 +362,17 @@ class DeleteSites(SitesTest):
         self.restart()
         self.quorrix.wait_for_tree("www", HARBOUR, GARDEN, MEADOW)
 
+    def test_the_question_is_asked_in_front_of_the_results(self):
+        self.given_the_program()
+        results = self.search_address("garden")
+        self.use_file_menu("d")
+        self.assertEqual(DELETE_ANYWAY, self.quorrix.wait_for_message())
+        others = [self.quorrix.main_window().number, results.window().number]
+        question = next(window for window in self.quorrix.windows()
+                        if window.number not in others)
+        wait_until(lambda: question.is_above(results.window()),
+                   "the question to be in front of the results")
+
     def test_a_sub_site_goes_without_its_host(self):
         self.given_the_program()
         PopupMenu(self.quorrix, GARDEN).choose("Show All")
