@@ -9,6 +9,7 @@
 #include "records/line_box.h"
 #include "records/record_layouts.h"
 #include "shell/guarded.h"
+#include "shell/keep_in_front.h"
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -17,6 +18,7 @@ RecordDialog::RecordDialog(const RecordDialogParts& parts, const char* name, con
     : QDialog(&parts.mainWindow), parts_(parts), caption_(caption) {
   setObjectName(QString::fromLatin1(name));
   setWindowTitle(caption_);
+  keepInFront(*this);
 }
 
 std::string RecordDialog::siteKey() const {

@@ -31,7 +31,10 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
                                                   "and then click Locate in Display."),
                                    this);
   Label1->setWordWrap(true);
+  // In the order in which a screen reader reads them.
+  QLabel* const Label3 = makeLabel("Label3", QStringLiteral("Website address contains:"), this);
   Label4_ = new LiteralLabel("Label4", this);
+  QLabel* const Label5 = makeLabel("Label5", QStringLiteral("Accessed after:"), this);
   Label6_ = new LiteralLabel("Label6", this);
   List1_ = new EntryList(this);
   List1_->setObjectName(QStringLiteral("List1"));
@@ -51,9 +54,9 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   connect(CancelButton, &QPushButton::clicked, this, &SearchResultsDialog::CancelButton_Click);
 
   auto* const criteria = new QGridLayout;
-  criteria->addWidget(makeLabel("Label3", QStringLiteral("Website address contains:"), this), 0, 0);
+  criteria->addWidget(Label3, 0, 0);
   criteria->addWidget(Label4_, 0, 1);
-  criteria->addWidget(makeLabel("Label5", QStringLiteral("Accessed after:"), this), 1, 0);
+  criteria->addWidget(Label5, 1, 0);
   criteria->addWidget(Label6_, 1, 1);
 
   // Beside the list and not below it, where they would leave it too few rows.

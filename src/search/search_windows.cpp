@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "shell/guarded.h"
+#include "shell/keep_in_front.h"
 
 namespace quorrix {
 namespace {
@@ -57,6 +58,7 @@ void SearchWindows::loadSearch() {
             showResults(criteria, addresses);
           }});
   dialog->Form_Load();
+  keepInFront(*dialog);
   // However it is closed.
   QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(search_); });
   search_ = dialog.release();

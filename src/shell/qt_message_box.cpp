@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "shell/keep_in_front.h"
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -44,6 +45,7 @@ MessageBoxButton QtMessageBox::show(std::string_view text, MessageBoxStyle style
   box.setStandardButtons(row.hasCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok);
   box.setDefaultButton(row.hasCancel ? QMessageBox::Cancel : QMessageBox::Ok);
   box.setWindowFlag(Qt::WindowStaysOnTopHint, row.staysOnTop);
+  keepInFront(box);
   // When the program ends meanwhile there is no answer, and only OK goes on.
   const bool isOk = box.exec() == QMessageBox::Ok;
   return isOk || !row.hasCancel ? MessageBoxButton::Ok : MessageBoxButton::Cancel;
