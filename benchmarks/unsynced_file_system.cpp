@@ -1,6 +1,9 @@
 #include "unsynced_file_system.h"
 
+#include <filesystem>
 #include <utility>
+
+#include "platform/file_replacement.h"
 
 namespace quorrix::bench {
 namespace {
@@ -26,6 +29,8 @@ class UnsyncedFile final : public RandomAccessFile {
 
 bool UnsyncedFileSystem::folderExists(const Path& path) { return real_.folderExists(path); }
 
+bool UnsyncedFileSystem::fileExists(const Path& path) { return real_.fileExists(path); }
+
 void UnsyncedFileSystem::makeFolder(const Path& path) { real_.makeFolder(path); }
 
 std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openForReading(const Path& path) {
@@ -37,6 +42,18 @@ std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openRandomAccess(const Pat
 }
 
 void UnsyncedFileSystem::deleteFile(const Path& path) { real_.deleteFile(path); }
+
+void UnsyncedFileSystem::copyFile(const Path& from, const Path& to) {
+  const auto source = real_.openForReading(from);
+  const auto next = real_.openRandomAccess(replacementNameOf(to));
+  writeCopy(*source, *next);
+  std::filesystem::rename(replacementNameOf(to), to);
+}
+
+void UnsyncedFileSystem::replaceByLine(const Path& path, std::string_view line) {
+  writeLine(line, *real_.openRandomAccess(replacementNameOf(path)));
+  std::filesystem::rename(replacementNameOf(path), path);
+}
 
 std::string UnsyncedFileSystem::readFirstLine(const Path& path) {
   return real_.readFirstLine(path);

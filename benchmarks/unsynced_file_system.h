@@ -11,10 +11,13 @@ class UnsyncedFileSystem final : public FileSystem {
   explicit UnsyncedFileSystem(FileSystem& real) : real_(real) {}
 
   [[nodiscard]] bool folderExists(const Path& path) override;
+  [[nodiscard]] bool fileExists(const Path& path) override;
   void makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   void deleteFile(const Path& path) override;
+  void copyFile(const Path& from, const Path& to) override;
+  void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

@@ -10,6 +10,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace quorrix {
 
@@ -43,6 +44,9 @@ class FileSystem {
   // False when there is nothing at `path` or something that is no folder.
   [[nodiscard]] virtual bool folderExists(const Path& path) = 0;
 
+  // False when there is nothing at `path`, and for a folder.
+  [[nodiscard]] virtual bool fileExists(const Path& path) = 0;
+
   // One level; private to the user. 75 when there is something at `path` already.
   virtual void makeFolder(const Path& path) = 0;
 
@@ -59,6 +63,17 @@ class FileSystem {
   // is none, 76 when the folder above is missing too, 75 for a folder and for
   // whatever openRandomAccess() would refuse: a deletion is the last of all writes.
   virtual void deleteFile(const Path& path) = 0;
+
+  // Makes `to` the same as `from`, byte for byte, and private to the user. Returns
+  // once that has reached the disk; after a failure, and after a crash, `to` is the
+  // old file or the new one, whole. A file that is copied onto itself, by whatever
+  // name, stays as it is. 53 or 76 when `from` is missing, 76 when the folder of `to`
+  // is; 75 for a folder, and for a `to` that openRandomAccess() would refuse.
+  virtual void copyFile(const Path& from, const Path& to) = 0;
+
+  // Makes `line`, ended by CR LF, all that the file holds: on the disk, and after a
+  // failure whole, as copyFile() does. 53 or 76 when the file is missing, 75 as there.
+  virtual void replaceByLine(const Path& path, std::string_view line) = 0;
 
   // The bytes before the first line end (LF, CR or both); empty for an empty file.
   [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;

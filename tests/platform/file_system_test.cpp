@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <future>
+#include <set>
+#include <string>
 
 #include "support/failure_number.h"
 #include "support/real_file_system.h"
@@ -18,12 +21,29 @@ using test::failureNumberOf;
 
 constexpr std::chrono::milliseconds kShortPatience{50};
 
+constexpr auto kAllWrite = std::filesystem::perms::owner_write |
+                           std::filesystem::perms::group_write |
+                           std::filesystem::perms::others_write;
+
 class RealFileSystemTest : public testing::Test {
  protected:
   std::string read(RandomAccessFile& file, std::uint64_t offset, std::size_t count) {
     std::string bytes(count, '?');
     bytes.resize(file.readAt(offset, bytes));
     return bytes;
+  }
+
+  static void makeReadOnly(const Path& path) {
+    std::filesystem::permissions(path, kAllWrite, std::filesystem::perm_options::remove);
+  }
+
+  // The names in the folder: what a test expects and nothing that was left behind.
+  [[nodiscard]] std::set<std::string> names() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
   }
 
   test::TemporaryFolder folder_;
@@ -46,6 +66,25 @@ TEST_F(FolderExists, IsFalseWhereNothingIs) {
 TEST_F(FolderExists, IsFalseBelowAFile) {
   folder_.givenAFile("file", "");
   EXPECT_FALSE(files_.folderExists(folder_ / "file" / "below"));
+}
+
+using FileExists = RealFileSystemTest;
+
+TEST_F(FileExists, IsTrueForAFile) {
+  EXPECT_TRUE(files_.fileExists(folder_.givenAFile("file", "")));
+  EXPECT_TRUE(files_.fileExists(folder_.givenAFile(Path(u8"Dépôt-€-Ж-書.dat"), "x")));
+}
+
+TEST_F(FileExists, IsFalseForAFolder) { EXPECT_FALSE(files_.fileExists(folder_.path())); }
+
+TEST_F(FileExists, IsFalseWhereNothingIs) {
+  EXPECT_FALSE(files_.fileExists(folder_ / "missing"));
+  EXPECT_FALSE(files_.fileExists(folder_ / "missing" / "below"));
+}
+
+TEST_F(FileExists, IsFalseBelowAFile) {
+  folder_.givenAFile("file", "");
+  EXPECT_FALSE(files_.fileExists(folder_ / "file" / "below"));
 }
 
 using MakeFolder = RealFileSystemTest;
@@ -105,10 +144,7 @@ TEST_F(OpenRandomAccess, FailsInAMissingFolder) {
 
 TEST_F(OpenRandomAccess, FailsForAReadOnlyFile) {
   const Path path = folder_.givenAFile("nodes.dat", "kept");
-  constexpr auto kAllWrite = std::filesystem::perms::owner_write |
-                             std::filesystem::perms::group_write |
-                             std::filesystem::perms::others_write;
-  std::filesystem::permissions(path, kAllWrite, std::filesystem::perm_options::remove);
+  makeReadOnly(path);
   EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(path); }), 75);
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
 }
@@ -238,6 +274,180 @@ TEST_F(DeleteFile, WaitsForTheFileToBeClosed) {
   held.reset();
   deletion.get();
   EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+using CopyFile = RealFileSystemTest;
+
+TEST_F(CopyFile, MakesAFileOfTheSameBytes) {
+  const auto bytes = "\x00\x1A\r\n\n\xFF"s;
+  files_.copyFile(folder_.givenAFile("nodes.dat", bytes), folder_ / "copy");
+  EXPECT_EQ(folder_.bytesOf("copy"), bytes);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), bytes);
+  EXPECT_EQ(names(), (std::set<std::string>{"copy", "nodes.dat"}));
+}
+
+TEST_F(CopyFile, LeavesNothingOfALongerFile) {
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_.givenAFile("copy", "much older"));
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+}
+
+TEST_F(CopyFile, CopiesAnEmptyFile) {
+  files_.copyFile(folder_.givenAFile("nodes.dat", ""), folder_.givenAFile("copy", "old"));
+  EXPECT_EQ(folder_.bytesOf("copy"), "");
+}
+
+TEST_F(CopyFile, CopiesAFileOfManyBlocks) {
+  for (const std::size_t length : {262143U, 262144U, 262145U, 1000000U}) {
+    std::string bytes(length, 'q');
+    bytes.back() = 'z';
+    files_.copyFile(folder_.givenAFile("nodes.dat", bytes), folder_ / "copy");
+    EXPECT_EQ(folder_.bytesOf("copy"), bytes);
+  }
+}
+
+TEST_F(CopyFile, TakesNamesBeyondAscii) {
+  const Path from = folder_.givenAFile(Path(u8"Dépôt-€-Ж-書.dat"), "x");
+  const Path name(u8"書-copy.dat");
+  files_.copyFile(from, folder_ / name);
+  EXPECT_EQ(folder_.bytesOf(name), "x");
+}
+
+TEST_F(CopyFile, CopiesAReadOnlyFileToOneThatMayBeWritten) {
+  const Path from = folder_.givenAFile("nodes.dat", "bytes");
+  makeReadOnly(from);
+  files_.copyFile(from, folder_ / "copy");
+  files_.openRandomAccess(folder_ / "copy")->writeAt(0, "B"s);
+  EXPECT_EQ(folder_.bytesOf("copy"), "Bytes");
+}
+
+TEST_F(CopyFile, LeavesAFileThatIsCopiedOntoItself) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  files_.copyFile(path, path);
+  files_.copyFile(path, folder_ / "." / "nodes.dat");
+  makeReadOnly(path);
+  files_.copyFile(path, path);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+  EXPECT_EQ(names(), std::set<std::string>{"nodes.dat"});
+}
+
+TEST_F(CopyFile, LeavesAFileThatIsCopiedOntoItsOtherName) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  std::filesystem::create_hard_link(path, folder_ / "other");
+  files_.copyFile(path, folder_ / "other");
+  EXPECT_EQ(folder_.bytesOf("other"), "kept");
+  files_.openRandomAccess(folder_ / "other")->writeAt(0, "both"s);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "both");
+}
+
+TEST_F(CopyFile, FailsForAMissingFileAndMakesNone) {
+  const Path old = folder_.givenAFile("copy", "old");
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(folder_ / "nodes.dat", old); }), 53);
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(folder_ / "no" / "file", old); }), 76);
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(folder_ / "no", folder_ / "no"); }), 53);
+  EXPECT_EQ(folder_.bytesOf("copy"), "old");
+  EXPECT_EQ(names(), std::set<std::string>{"copy"});
+}
+
+TEST_F(CopyFile, FailsIntoAMissingFolder) {
+  const Path from = folder_.givenAFile("nodes.dat", "kept");
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, folder_ / "no" / "copy"); }), 76);
+}
+
+TEST_F(CopyFile, FailsFromAndToAFolder) {
+  const Path file = folder_.givenAFile("nodes.dat", "kept");
+  files_.makeFolder(folder_ / "Data");
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(folder_ / "Data", file); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(file, folder_ / "Data"); }), 75);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+  EXPECT_EQ(names(), (std::set<std::string>{"Data", "nodes.dat"}));
+}
+
+TEST_F(CopyFile, FailsForAReadOnlyTarget) {
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  const Path to = folder_.givenAFile("copy", "old");
+  makeReadOnly(to);
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, to); }), 75);
+  EXPECT_EQ(folder_.bytesOf("copy"), "old");
+  EXPECT_EQ(names(), (std::set<std::string>{"copy", "nodes.dat"}));
+}
+
+TEST_F(CopyFile, FailsWhileEitherFileIsOpenElsewhere) {
+  test::RealFileSystem impatient(kShortPatience);
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  const Path to = folder_.givenAFile("copy", "old");
+  for (const Path& path : {from, to}) {
+    const auto held = files_.openRandomAccess(path);
+    EXPECT_EQ(failureNumberOf([&] { impatient.copyFile(from, to); }), 75);
+  }
+  EXPECT_EQ(folder_.bytesOf("copy"), "old");
+  EXPECT_EQ(names(), (std::set<std::string>{"copy", "nodes.dat"}));
+}
+
+TEST_F(CopyFile, WaitsForTheTargetToBeClosed) {
+  test::RealFileSystem patient(std::chrono::seconds(60));
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  const Path to = folder_.givenAFile("copy", "old");
+  auto held = files_.openRandomAccess(to);
+  auto copying = std::async(std::launch::async, [&] { patient.copyFile(from, to); });
+  EXPECT_EQ(read(*held, 0, 100), "old");
+  held.reset();
+  copying.get();
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+}
+
+TEST_F(CopyFile, IsNotHinderedByWhatACrashLeftBehind) {
+  folder_.givenAFile("copy.quorrix-new", "half of a much longer file");
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_.givenAFile("copy", "old"));
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+  EXPECT_EQ(names(), (std::set<std::string>{"copy", "nodes.dat"}));
+}
+
+TEST_F(CopyFile, LeavesTheTargetWhenTheReplacementCannotBeMade) {
+  files_.makeFolder(folder_ / "copy.quorrix-new");
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  const Path to = folder_.givenAFile("copy", "old");
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, to); }), 75);
+  EXPECT_EQ(folder_.bytesOf("copy"), "old");
+}
+
+using ReplaceByLine = RealFileSystemTest;
+
+TEST_F(ReplaceByLine, LeavesTheLineAndItsEnd) {
+  const Path path = folder_.givenAFile("load.txt", "/a/much/longer/folder\r\nmore\r\n");
+  files_.replaceByLine(path, "none");
+  EXPECT_EQ(folder_.bytesOf("load.txt"), "none\r\n");
+  EXPECT_EQ(names(), std::set<std::string>{"load.txt"});
+}
+
+TEST_F(ReplaceByLine, WritesEveryByteAsItIs) {
+  files_.replaceByLine(folder_.givenAFile("load.txt", ""), " \xE9\x1A\xC3\xA9 ");
+  EXPECT_EQ(folder_.bytesOf("load.txt"), " \xE9\x1A\xC3\xA9 \r\n");
+}
+
+TEST_F(ReplaceByLine, FailsForAMissingFileAndMakesNone) {
+  EXPECT_EQ(failureNumberOf([&] { files_.replaceByLine(folder_ / "load.txt", "x"); }), 53);
+  EXPECT_EQ(failureNumberOf([&] { files_.replaceByLine(folder_ / "no" / "load.txt", "x"); }), 76);
+  EXPECT_EQ(names(), std::set<std::string>{});
+}
+
+TEST_F(ReplaceByLine, FailsForAFolder) {
+  files_.makeFolder(folder_ / "load.txt");
+  EXPECT_EQ(failureNumberOf([&] { files_.replaceByLine(folder_ / "load.txt", "x"); }), 75);
+}
+
+TEST_F(ReplaceByLine, FailsForAReadOnlyFile) {
+  const Path path = folder_.givenAFile("load.txt", "none\r\n");
+  makeReadOnly(path);
+  EXPECT_EQ(failureNumberOf([&] { files_.replaceByLine(path, "x"); }), 75);
+  EXPECT_EQ(folder_.bytesOf("load.txt"), "none\r\n");
+}
+
+TEST_F(ReplaceByLine, FailsWhileTheFileIsOpenElsewhere) {
+  test::RealFileSystem impatient(kShortPatience);
+  const Path path = folder_.givenAFile("load.txt", "none\r\n");
+  const auto held = files_.openRandomAccess(path);
+  EXPECT_EQ(failureNumberOf([&] { impatient.replaceByLine(path, "x"); }), 75);
+  EXPECT_EQ(names(), std::set<std::string>{"load.txt"});
 }
 
 using ReadAt = RealFileSystemTest;

@@ -128,6 +128,11 @@ bool FaultyFileSystem::folderExists(const Path& path) {
   return behind_.folderExists(path);
 }
 
+bool FaultyFileSystem::fileExists(const Path& path) {
+  plan_->call(FileCall::FileExists);
+  return behind_.fileExists(path);
+}
+
 void FaultyFileSystem::makeFolder(const Path& path) {
   plan_->call(FileCall::MakeFolder);
   behind_.makeFolder(path);
@@ -146,6 +151,16 @@ std::unique_ptr<RandomAccessFile> FaultyFileSystem::openForReading(const Path& p
 void FaultyFileSystem::deleteFile(const Path& path) {
   plan_->call(FileCall::DeleteFile);
   behind_.deleteFile(path);
+}
+
+void FaultyFileSystem::copyFile(const Path& from, const Path& to) {
+  plan_->call(FileCall::CopyFile);
+  behind_.copyFile(from, to);
+}
+
+void FaultyFileSystem::replaceByLine(const Path& path, std::string_view line) {
+  plan_->call(FileCall::ReplaceByLine);
+  behind_.replaceByLine(path, line);
 }
 
 std::string FaultyFileSystem::readFirstLine(const Path& path) {

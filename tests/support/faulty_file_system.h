@@ -15,10 +15,13 @@ namespace quorrix::test {
 
 enum class FileCall {
   FolderExists,
+  FileExists,
   MakeFolder,
   OpenRandomAccess,
   OpenForReading,
   DeleteFile,
+  CopyFile,
+  ReplaceByLine,
   ReadFirstLine,
   Length,
   ReadAt,
@@ -58,10 +61,13 @@ class FaultyFileSystem final : public FileSystem {
   [[nodiscard]] int callsOf(FileCall kind) const;
 
   [[nodiscard]] bool folderExists(const Path& path) override;
+  [[nodiscard]] bool fileExists(const Path& path) override;
   void makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   void deleteFile(const Path& path) override;
+  void copyFile(const Path& from, const Path& to) override;
+  void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:

@@ -82,6 +82,8 @@ int MemoryFileSystem::openFiles() const {
 
 bool MemoryFileSystem::folderExists(const Path& path) { return folders_.contains(nameOf(path)); }
 
+bool MemoryFileSystem::fileExists(const Path& path) { return holdsFile(path); }
+
 void MemoryFileSystem::makeFolder(const Path& path) {
   requireFolderOf(path);
   if (holdsFile(path) || folderExists(path)) throw Failure(failure::kPathFileAccess);
@@ -107,11 +109,22 @@ std::unique_ptr<RandomAccessFile> MemoryFileSystem::openForReading(const Path& p
 }
 
 void MemoryFileSystem::deleteFile(const Path& path) {
-  requireFolderOf(path);
-  if (folderExists(path)) throw Failure(failure::kPathFileAccess);
-  const File& file = fileAt(path);
-  if (file.isReadOnly || file.isOpen) throw Failure(failure::kPathFileAccess);
+  requireWritable(path);
   files_.erase(nameOf(path));
+}
+
+void MemoryFileSystem::copyFile(const Path& from, const Path& to) {
+  std::string bytes(static_cast<std::size_t>(openForReading(from)->length()), '\0');
+  static_cast<void>(openForReading(from)->readAt(0, bytes));
+  if (nameOf(from) == nameOf(to)) return;
+  requireFolderOf(to);
+  if (folderExists(to) || holdsFile(to)) requireWritable(to);
+  givenAFile(to, std::move(bytes));
+}
+
+void MemoryFileSystem::replaceByLine(const Path& path, std::string_view line) {
+  requireWritable(path);
+  givenAFile(path, std::string(line) + "\r\n");
 }
 
 std::string MemoryFileSystem::readFirstLine(const Path& path) {
@@ -125,6 +138,13 @@ const MemoryFileSystem::File& MemoryFileSystem::fileAt(const Path& path) const {
   const auto place = files_.find(nameOf(path));
   if (place == files_.end()) throw Failure(failure::kFileNotFound);
   return *place->second;
+}
+
+void MemoryFileSystem::requireWritable(const Path& path) const {
+  requireFolderOf(path);
+  if (folders_.contains(nameOf(path))) throw Failure(failure::kPathFileAccess);
+  const File& file = fileAt(path);
+  if (file.isReadOnly || file.isOpen) throw Failure(failure::kPathFileAccess);
 }
 
 void MemoryFileSystem::requireFolderOf(const Path& path) const {

@@ -33,14 +33,17 @@ class MemoryFileSystem final : public FileSystem {
   [[nodiscard]] int openFiles() const;
 
   [[nodiscard]] bool folderExists(const Path& path) override;
+  [[nodiscard]] bool fileExists(const Path& path) override;
   void makeFolder(const Path& path) override;
 
   // 75 also for a file that is open already: its lock would not be had.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
 
-  // 75 for a read-only file and one that is open.
+  // Each 75 for a read-only file and one that is open.
   void deleteFile(const Path& path) override;
+  void copyFile(const Path& from, const Path& to) override;
+  void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:
@@ -53,6 +56,7 @@ class MemoryFileSystem final : public FileSystem {
   class OpenFile;
 
   [[nodiscard]] const File& fileAt(const Path& path) const;
+  void requireWritable(const Path& path) const;
   void requireFolderOf(const Path& path) const;
 
   std::map<std::string, std::shared_ptr<File>> files_;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/file_replacement.h"
 #include "platform/first_line.h"
 #include "platform/linux/posix_random_access_file.h"
 #include "platform/system_errors.h"
@@ -49,13 +50,26 @@ bool tryToLock(const FileDescriptor& file, const Path& path) {
   failWithErrno(path);
 }
 
-// False when the file was renamed away or replaced since it was opened: what is
-// written to it now would be lost.
-bool isStillNamed(const FileDescriptor& file, const Path& path) {
+// Whether `path` leads to the open file. When it does not any more, the file was
+// renamed away or replaced since, and what is written to it now would be lost.
+bool isNamed(const FileDescriptor& file, const Path& path) {
   const struct stat opened = statusOf(file, path);
   struct stat named {};
   return ::stat(path.c_str(), &named) == 0 && named.st_dev == opened.st_dev &&
          named.st_ino == opened.st_ino;
+}
+
+// What a rename has to replace, so that a link stays a link.
+Path withoutLinks(const Path& path) {
+  std::error_code leadsNowhere;
+  const Path target = std::filesystem::canonical(path, leadsNowhere);
+  return leadsNowhere ? path : target;
+}
+
+// False where openRandomAccess() would make a new file; true when that would fail.
+bool isAnythingAt(const Path& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 || errno != ENOENT;
 }
 
 }  // namespace
@@ -63,6 +77,13 @@ bool isStillNamed(const FileDescriptor& file, const Path& path) {
 bool PosixFileSystem::folderExists(const Path& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) == 0) return S_ISDIR(status.st_mode);
+  if (errno == ENOENT || errno == ENOTDIR) return false;
+  failWithErrno(path);
+}
+
+bool PosixFileSystem::fileExists(const Path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) return !S_ISDIR(status.st_mode);
   if (errno == ENOENT || errno == ENOTDIR) return false;
   failWithErrno(path);
 }
@@ -86,6 +107,30 @@ void PosixFileSystem::deleteFile(const Path& path) {
   syncFolder(path.parent_path());
 }
 
+void PosixFileSystem::copyFile(const Path& from, const Path& to) {
+  FileDescriptor opened = openLocked(from, O_RDONLY);
+  if (isNamed(opened, to)) return;
+  PosixRandomAccessFile source(std::move(opened), from);
+  FileDescriptor old;
+  if (isAnythingAt(to)) old = openLocked(to, O_RDWR);
+  PosixReplacement next = startReplacing(to);
+  writeCopy(source, next.file());
+  next.takePlaceOf(withoutLinks(to));
+}
+
+void PosixFileSystem::replaceByLine(const Path& path, std::string_view line) {
+  const FileDescriptor old = openLocked(path, O_RDWR);
+  PosixReplacement next = startReplacing(path);
+  writeLine(line, next.file());
+  next.takePlaceOf(withoutLinks(path));
+}
+
+PosixReplacement PosixFileSystem::startReplacing(const Path& path) {
+  Path name = replacementNameOf(withoutLinks(path));
+  FileDescriptor file = openLocked(name, O_RDWR | O_CREAT | O_NOFOLLOW);
+  return {std::move(file), std::move(name)};
+}
+
 FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
   const bool isForWriting = (flags & O_ACCMODE) == O_RDWR;
   FileDescriptor file;
@@ -96,7 +141,7 @@ FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
     const bool isReadOnly = (statusOf(file, path).st_mode & kAnyWriteBit) == 0;
     if (isForWriting && isReadOnly) throw Failure(failure::kPathFileAccess);
     if (!tryToLock(file, path)) return false;
-    if (isStillNamed(file, path)) return true;
+    if (isNamed(file, path)) return true;
     file = FileDescriptor();
     return false;
   });

@@ -6,6 +6,7 @@
 
 #include "platform/file_system.h"
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/posix_replacement.h"
 #include "platform/lock_patience.h"
 
 namespace quorrix {
@@ -18,6 +19,7 @@ class PosixFileSystem final : public FileSystem {
 
   // Fails when it cannot tell, for example inside a folder that may not be entered.
   [[nodiscard]] bool folderExists(const Path& path) override;
+  [[nodiscard]] bool fileExists(const Path& path) override;
 
   // Mode 0700. Returns once the new folder's name has reached the disk.
   void makeFolder(const Path& path) override;
@@ -31,11 +33,16 @@ class PosixFileSystem final : public FileSystem {
   // locked meanwhile, so that no other program is in the middle of an operation on it.
   void deleteFile(const Path& path) override;
 
+  // Both files are locked meanwhile. When `to` is a link, what it leads to becomes the copy.
+  void copyFile(const Path& from, const Path& to) override;
+  void replaceByLine(const Path& path, std::string_view line) override;
+
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:
   [[nodiscard]] FileDescriptor openLocked(const Path& path, int flags);
+  [[nodiscard]] PosixReplacement startReplacing(const Path& path);
 
   std::chrono::milliseconds lockPatience_;
 };

@@ -89,10 +89,14 @@ void PosixRandomAccessFile::shortenTo(std::uint64_t length) {
 }
 
 void PosixRandomAccessFile::sync() {
-  if (uninterrupted([&] { return ::fdatasync(file_.number()); }) != 0) failWithErrno(path_);
+  syncBytes();
   if (!nameMayBeUnsynced_) return;
   syncFolder(path_.parent_path());
   nameMayBeUnsynced_ = false;
+}
+
+void PosixRandomAccessFile::syncBytes() {
+  if (uninterrupted([&] { return ::fdatasync(file_.number()); }) != 0) failWithErrno(path_);
 }
 
 }  // namespace quorrix

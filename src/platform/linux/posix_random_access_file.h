@@ -22,6 +22,9 @@ class PosixRandomAccessFile final : public RandomAccessFile {
 
   void sync() override;
 
+  // Without the name, for a file that is going to be renamed.
+  void syncBytes();
+
  private:
   void shortenTo(std::uint64_t length);
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/file_replacement.h"
 #include "platform/first_line.h"
 #include "platform/system_errors.h"
 #include "platform/windows/unique_handle.h"
@@ -41,6 +42,38 @@ void requireWritable(const UniqueHandle& file, const Path& path) {
   }
 }
 
+// Names the same file as `file`. False when that cannot be told.
+bool isNamed(const UniqueHandle& file, const Path& path) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const UniqueHandle named(::CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+  BY_HANDLE_FILE_INFORMATION one{};
+  BY_HANDLE_FILE_INFORMATION other{};
+  return named.isOpen() && ::GetFileInformationByHandle(file.get(), &one) &&
+         ::GetFileInformationByHandle(named.get(), &other) &&
+         one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+         one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+}
+
+// Fails for a folder and a read-only file: the system's own refusal does not reach
+// everyone under Wine. False when nothing is at `path`.
+bool isReplaceable(const Path& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    const DWORD reason = ::GetLastError();
+    if (reason == ERROR_FILE_NOT_FOUND) return false;
+    failWithWindowsError(reason, path);
+  }
+  constexpr DWORD kRefused = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
+  if ((attributes & kRefused) != 0) throw Failure(failure::kPathFileAccess);
+  return true;
+}
+
+// The same for a path where something must be.
+void requireReplaceable(const Path& path) {
+  if (!isReplaceable(path)) failWithWindowsError(ERROR_FILE_NOT_FOUND, path);
+}
+
 // False while another open file holds the lock. A file system that has no locks
 // is used without them rather than not at all.
 bool tryToLock(const UniqueHandle& file, const Path& path) {
@@ -64,24 +97,28 @@ bool WindowsFileSystem::folderExists(const Path& path) {
   failWithWindowsError(reason, path);
 }
 
+bool WindowsFileSystem::fileExists(const Path& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) return (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  const DWORD reason = ::GetLastError();
+  if (reason == ERROR_FILE_NOT_FOUND || reason == ERROR_PATH_NOT_FOUND) return false;
+  failWithWindowsError(reason, path);
+}
+
 void WindowsFileSystem::makeFolder(const Path& path) {
   if (!::CreateDirectoryW(path.c_str(), nullptr)) failWithWindowsError(::GetLastError(), path);
 }
 
 std::unique_ptr<RandomAccessFile> WindowsFileSystem::openRandomAccess(const Path& path) {
-  return openLocked(path, Access::ReadWrite);
+  return std::make_unique<WindowsRandomAccessFile>(openLocked(path, Access::ReadWrite), path);
 }
 
 std::unique_ptr<RandomAccessFile> WindowsFileSystem::openForReading(const Path& path) {
-  return openLocked(path, Access::Read);
+  return std::make_unique<WindowsRandomAccessFile>(openLocked(path, Access::Read), path);
 }
 
 void WindowsFileSystem::deleteFile(const Path& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) failWithWindowsError(::GetLastError(), path);
-  // As for opening: the system's own refusal does not reach everyone under Wine.
-  constexpr DWORD kRefused = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
-  if ((attributes & kRefused) != 0) throw Failure(failure::kPathFileAccess);
+  requireReplaceable(path);
   const bool deleted = succeedsWithin(lockPatience_, [&] {
     if (::DeleteFileW(path.c_str())) return true;
     const DWORD reason = ::GetLastError();
@@ -91,7 +128,56 @@ void WindowsFileSystem::deleteFile(const Path& path) {
   if (!deleted) throw Failure(failure::kPathFileAccess);
 }
 
-std::unique_ptr<RandomAccessFile> WindowsFileSystem::openLocked(const Path& path, Access access) {
+void WindowsFileSystem::copyFile(const Path& from, const Path& to) {
+  UniqueHandle opened = openLocked(from, Access::Read);
+  if (isNamed(opened, to)) return;
+  static_cast<void>(isReplaceable(to));
+  WindowsRandomAccessFile source(std::move(opened), from);
+  replace(to, [&source](RandomAccessFile& next) { writeCopy(source, next); });
+}
+
+void WindowsFileSystem::replaceByLine(const Path& path, std::string_view line) {
+  requireReplaceable(path);
+  replace(path, [line](RandomAccessFile& next) { writeLine(line, next); });
+}
+
+void WindowsFileSystem::replace(const Path& path,
+                                const std::function<void(RandomAccessFile&)>& write) {
+  const Path name = replacementNameOf(path);
+  UniqueHandle file;
+  const bool isOwn = succeedsWithin(lockPatience_, [&] {
+    // Shared with nobody: two programs do not write the same replacement.
+    file = openUnlessInUse(name, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    return file.isOpen();
+  });
+  if (!isOwn) throw Failure(failure::kPathFileAccess);
+  try {
+    {
+      WindowsRandomAccessFile next(std::move(file), name);
+      write(next);
+      next.sync();
+    }
+    renameOver(name, path);
+  } catch (...) {
+    ::DeleteFileW(name.c_str());
+    throw;
+  }
+}
+
+void WindowsFileSystem::renameOver(const Path& name, const Path& target) {
+  constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  const bool renamed = succeedsWithin(lockPatience_, [&] {
+    if (::MoveFileExW(name.c_str(), target.c_str(), kFlags)) return true;
+    const DWORD reason = ::GetLastError();
+    // Either may mean that another program has the target open.
+    const bool mayBeInUse = reason == ERROR_SHARING_VIOLATION || reason == ERROR_ACCESS_DENIED;
+    if (!mayBeInUse) failWithWindowsError(reason, target);
+    return false;
+  });
+  if (!renamed) throw Failure(failure::kPathFileAccess);
+}
+
+UniqueHandle WindowsFileSystem::openLocked(const Path& path, Access access) {
   const bool isForWriting = access == Access::ReadWrite;
   UniqueHandle file;
   const bool locked = succeedsWithin(lockPatience_, [&] {
@@ -106,7 +192,7 @@ std::unique_ptr<RandomAccessFile> WindowsFileSystem::openLocked(const Path& path
     return tryToLock(file, path);
   });
   if (!locked) throw Failure(failure::kPathFileAccess);
-  return std::make_unique<WindowsRandomAccessFile>(std::move(file), path);
+  return file;
 }
 
 std::string WindowsFileSystem::readFirstLine(const Path& path) {

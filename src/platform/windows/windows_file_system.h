@@ -2,11 +2,14 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 
 #include "platform/file_system.h"
 #include "platform/lock_patience.h"
 
 namespace quorrix {
+
+class UniqueHandle;
 
 class WindowsFileSystem final : public FileSystem {
  public:
@@ -16,6 +19,7 @@ class WindowsFileSystem final : public FileSystem {
 
   // Fails when it cannot tell, for example inside a folder that may not be entered.
   [[nodiscard]] bool folderExists(const Path& path) override;
+  [[nodiscard]] bool fileExists(const Path& path) override;
 
   // Who may enter follows from the folder above, as everywhere in a user's profile.
   void makeFolder(const Path& path) override;
@@ -27,12 +31,18 @@ class WindowsFileSystem final : public FileSystem {
   // Waits as an open does for a file that another program has open.
   void deleteFile(const Path& path) override;
 
+  // `from` is locked meanwhile. Waits, as an open does, for another program to close `to`.
+  void copyFile(const Path& from, const Path& to) override;
+  void replaceByLine(const Path& path, std::string_view line) override;
+
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
  private:
   enum class Access { Read, ReadWrite };
-  [[nodiscard]] std::unique_ptr<RandomAccessFile> openLocked(const Path& path, Access access);
+  [[nodiscard]] UniqueHandle openLocked(const Path& path, Access access);
+  void replace(const Path& path, const std::function<void(RandomAccessFile&)>& write);
+  void renameOver(const Path& name, const Path& target);
 
   std::chrono::milliseconds lockPatience_;
 };

@@ -207,6 +207,79 @@ TEST_F(PosixFileSystemTest, LeavesNoHalfRecordWhenTheDiskFillsUp) {
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "first record");
 }
 
+TEST_F(PosixFileSystemTest, LeavesTheOldFileWhenTheDiskFillsUpDuringACopy) {
+  const Path from = folder_.givenAFile("nodes.dat", std::string(400'000, 'n'));
+  const Path to = folder_.givenAFile("copy", "old");
+  const test::FileSizeLimit limit(300'000);  // in the second block
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, to); }), 61);
+  EXPECT_EQ(folder_.bytesOf("copy"), "old");
+  EXPECT_FALSE(files_.fileExists(folder_ / "copy.quorrix-new"));
+}
+
+TEST_F(PosixFileSystemTest, LeavesTheOldLineWhenTheDiskIsFull) {
+  const Path path = folder_.givenAFile("load.txt", "none\r\n");
+  const test::FileSizeLimit limit(2);
+  EXPECT_EQ(failureNumberOf([&] { files_.replaceByLine(path, "/Archives/May"); }), 61);
+  EXPECT_EQ(folder_.bytesOf("load.txt"), "none\r\n");
+  EXPECT_FALSE(files_.fileExists(folder_ / "load.txt.quorrix-new"));
+}
+
+TEST_F(PosixFileSystemTest, MakesCopiesPrivateWhateverTheFilesWere) {
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  const Path to = folder_.givenAFile("copy", "old");
+  const Path leftBehind = folder_.givenAFile("copy.quorrix-new", "half");
+  for (const Path& path : {from, to, leftBehind}) ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
+  files_.copyFile(from, to);
+  files_.replaceByLine(from, "line");
+  EXPECT_EQ(modeOf(to), 0600U);
+  EXPECT_EQ(modeOf(from), 0600U);
+}
+
+TEST_F(PosixFileSystemTest, CopiesToWhatALinkLeadsTo) {
+  files_.makeFolder(folder_ / "elsewhere");
+  const Path target = folder_.givenAFile(Path("elsewhere") / "target", "old");
+  std::filesystem::create_symlink(target, folder_ / "copy");
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_ / "copy");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "copy"));
+  EXPECT_EQ(folder_.bytesOf(Path("elsewhere") / "target"), "new");
+}
+
+TEST_F(PosixFileSystemTest, PutsTheCopyInPlaceOfALinkThatLeadsNowhere) {
+  std::filesystem::create_symlink(folder_ / "missing", folder_ / "copy");
+  EXPECT_FALSE(files_.fileExists(folder_ / "copy"));
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_ / "copy");
+  EXPECT_FALSE(std::filesystem::is_symlink(folder_ / "copy"));
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+}
+
+TEST_F(PosixFileSystemTest, LeavesAFileThatIsCopiedOntoItselfThroughALink) {
+  const Path path = folder_.givenAFile("nodes.dat", "kept");
+  std::filesystem::create_symlink(path, folder_ / "link");
+  std::filesystem::create_directory_symlink(folder_.path(), folder_ / "again");
+  files_.copyFile(path, folder_ / "link");
+  files_.copyFile(folder_ / "link", path);
+  files_.copyFile(path, folder_ / "again" / "nodes.dat");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "link"));
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
+}
+
+TEST_F(PosixFileSystemTest, WritesNoReplacementThroughALink) {
+  const Path other = folder_.givenAFile("other", "kept");
+  std::filesystem::create_symlink(other, folder_ / "copy.quorrix-new");
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, folder_ / "copy"); }), 75);
+  EXPECT_EQ(folder_.bytesOf("other"), "kept");
+}
+
+TEST_F(PosixFileSystemTest, CopiesFilesNamedWithoutTheirFolder) {
+  folder_.givenAFile("nodes.dat", "new");
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path());
+  EXPECT_EQ(failureNumberOf([&] { files_.copyFile("nodes.dat", "copy"); }), test::kNoFailure);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+}
+
 TEST_F(PosixFileSystemTest, SyncsAFileNamedWithoutItsFolder) {
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(folder_.path());
