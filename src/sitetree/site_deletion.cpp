@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "records/record_layouts.h"
+#include "sitetree/empty_files.h"
 #include "sitetree/fixed_record_file.h"
 #include "sitetree/site_record.h"
 #include "sitetree/text_field.h"
@@ -105,9 +106,9 @@ void deleteSiteRecords(FileSystem& files, const WorkingPaths& paths, Keys delete
 }
 
 void deleteAllRecords(FileSystem& files, const WorkingPaths& paths) {
-  for (const DataFile& data : kDataFiles) files.deleteFile(paths.*data.path);
-  // The sync is for the new file's name.
-  for (const DataFile& data : kDataFiles) files.openRandomAccess(paths.*data.path)->sync();
+  std::vector<Path> inOrder;
+  for (const DataFile& data : kDataFiles) inOrder.push_back(paths.*data.path);
+  emptyFiles(files, inOrder);
 }
 
 }  // namespace quorrix

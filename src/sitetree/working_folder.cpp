@@ -4,10 +4,14 @@ namespace quorrix {
 
 void WorkingPaths::setFolder(const Path& folder) {
   loadPath = folder;
-  currentNodesFile = folder / "nodes.dat";
-  currentPurchasesFile = folder / "purchases.dat";
-  currentUserIDPasswordFile = folder / "info.dat";
-  currentURLNotesFile = folder / "notes.dat";
+  setFilesFolder(folder);
+}
+
+void WorkingPaths::setFilesFolder(const Path& folder) {
+  currentNodesFile = folder / data_file::kNodes;
+  currentPurchasesFile = folder / data_file::kPurchases;
+  currentUserIDPasswordFile = folder / data_file::kUserIDPassword;
+  currentURLNotesFile = folder / data_file::kURLNotes;
 }
 
 }  // namespace quorrix

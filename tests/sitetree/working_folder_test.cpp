@@ -26,5 +26,16 @@ TEST(WorkingPaths, PointsAllPathsIntoAnotherFolder) {
   EXPECT_EQ(paths.currentURLNotesFile.generic_string(), "two/notes.dat");
 }
 
+TEST(WorkingPaths, PointsTheFourFilesElsewhereAndKeepsTheFolder) {
+  WorkingPaths paths;
+  paths.setFolder("one");
+  paths.setFilesFolder("two");
+  EXPECT_EQ(paths.loadPath, Path("one"));
+  EXPECT_EQ(paths.currentNodesFile.generic_string(), "two/nodes.dat");
+  EXPECT_EQ(paths.currentPurchasesFile.generic_string(), "two/purchases.dat");
+  EXPECT_EQ(paths.currentUserIDPasswordFile.generic_string(), "two/info.dat");
+  EXPECT_EQ(paths.currentURLNotesFile.generic_string(), "two/notes.dat");
+}
+
 }  // namespace
 }  // namespace quorrix

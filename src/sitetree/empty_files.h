@@ -1,0 +1,14 @@
+// Makes data files empty by deleting them and creating them anew.
+#pragma once
+
+#include <span>
+
+#include "platform/file_system.h"
+
+namespace quorrix {
+
+// Deletes all of them in the order given, then creates each again in the same
+// order. A file that is missing fails with 53. A failure stops it where it is.
+void emptyFiles(FileSystem& files, std::span<const Path> paths);
+
+}  // namespace quorrix
