@@ -1,0 +1,43 @@
+// What archiving, loading and deleting do to files; the archive dialogs ask the
+// questions and, in between, do what the display needs. Failures reach the caller
+// as Failure and stop an operation where it is. Nothing is rolled back: what is
+// copied, deleted or emptied by then stays so.
+#pragma once
+
+#include <span>
+
+#include "platform/file_system.h"
+#include "shell/app_paths.h"
+#include "sitetree/working_folder.h"
+
+namespace quorrix {
+
+// Whether any record of the site file has an address; the other files do not
+// count. The site file is created when it is missing.
+[[nodiscard]] bool hasSitesToArchive(FileSystem& files, const WorkingPaths& paths);
+
+enum class EarlierArchive { None, Delete };
+
+// Copies the data files to the folder, then empties those in loadPath. An earlier
+// archive is deleted before, all four files of it: 53 when it lacks one. To be
+// followed by emptying the tree and by rememberNoArchive().
+void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& folder,
+                     EarlierArchive earlier);
+
+// Loading is four steps, of which the caller does the second:
+//   paths.setFilesFolder(folder);                  the archive's files are the current ones
+//   the tree is built from them
+//   takeOverArchive(files, appPaths, paths, folder);
+//   rememberArchive(files, appPaths, folder);      after the display tells of it
+// Copies the archive over the working data, then points the paths back into
+// loadPath. When a copy fails, for example with 53 for a file that the archive
+// lacks, the paths stay in the archive, whose sites the tree then shows.
+void takeOverArchive(FileSystem& files, const AppPaths& appPaths, WorkingPaths& paths,
+                     const Path& folder);
+
+// Deletes from the folder what isDeletedWithAnArchive() of the names of its files,
+// in their order. False when there was nothing to delete.
+[[nodiscard]] bool deleteArchiveFiles(FileSystem& files, const Path& folder,
+                                      std::span<const Path> names);
+
+}  // namespace quorrix
