@@ -25,6 +25,9 @@ void registerRecordBenchmarks(BenchData& data);
 // A host with a fifth of all sites out of four files.
 void registerDeletionBenchmarks(BenchData& data);
 
+// Four files of the usual sizes into an archive and back.
+void registerArchiveBenchmarks(BenchData& data);
+
 // A text, a day or both in the site file, and an address in the tree.
 void registerSearchBenchmarks(BenchData& data);
 

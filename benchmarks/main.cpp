@@ -26,6 +26,7 @@ void run() {
   registerVisitBenchmarks(data);
   registerRecordBenchmarks(data);
   registerDeletionBenchmarks(data);
+  registerArchiveBenchmarks(data);
   registerSearchBenchmarks(data);
   registerViewBenchmarks(data);
   MedianReporter reporter;
