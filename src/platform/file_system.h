@@ -11,6 +11,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quorrix {
 
@@ -77,6 +78,16 @@ class FileSystem {
 
   // The bytes before the first line end (LF, CR or both); empty for an empty file.
   [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;
+
+  // The names of all that the folder holds, without the folder's own path, in the
+  // order of their bytes: what is no folder, and the folders. A link to a folder is
+  // one. 76 for a missing folder, 75 for what is none or may not be read.
+  [[nodiscard]] virtual std::vector<Path> fileNames(const Path& folder) = 0;
+  [[nodiscard]] virtual std::vector<Path> folderNames(const Path& folder) = 0;
+
+  // The root folders of the disks, sticks and network shares that a user can choose
+  // from now, whether or not they can be read.
+  [[nodiscard]] virtual std::vector<Path> volumes() = 0;
 };
 
 }  // namespace quorrix

@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <future>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "support/failure_number.h"
 #include "support/real_file_system.h"
@@ -570,6 +572,60 @@ TEST_F(ReadFirstLine, ReadsAReadOnlyFile) {
   const Path path = folder_.givenAFile("load.txt", "spring\n");
   std::filesystem::permissions(path, std::filesystem::perms::owner_read);
   EXPECT_EQ(files_.readFirstLine(path), "spring");
+}
+
+using ListFolder = RealFileSystemTest;
+using Names = std::vector<Path>;
+
+TEST_F(ListFolder, TellsFilesFromFolders) {
+  folder_.givenAFile("nodes.dat", "x");
+  folder_.givenAFile("notes", "");
+  files_.makeFolder(folder_ / "May");
+  files_.makeFolder(folder_ / "May" / "below");
+  EXPECT_EQ(files_.fileNames(folder_.path()), (Names{"nodes.dat", "notes"}));
+  EXPECT_EQ(files_.folderNames(folder_.path()), Names{"May"});
+}
+
+TEST_F(ListFolder, FindsNothingInAnEmptyFolder) {
+  EXPECT_EQ(files_.fileNames(folder_.path()), Names{});
+  EXPECT_EQ(files_.folderNames(folder_.path()), Names{});
+}
+
+TEST_F(ListFolder, SortsByBytes) {
+  for (const char* name : {"b", "a", "B2", "a b", ".hidden"}) {
+    folder_.givenAFile(std::string(name) + ".f", "");
+    files_.makeFolder(folder_ / name);
+  }
+  EXPECT_EQ(files_.fileNames(folder_.path()), (Names{".hidden.f", "B2.f", "a b.f", "a.f", "b.f"}));
+  EXPECT_EQ(files_.folderNames(folder_.path()), (Names{".hidden", "B2", "a", "a b", "b"}));
+}
+
+TEST_F(ListFolder, KeepsNamesBeyondAscii) {
+  const Path name(u8"Dépôt-€-Ж-書");
+  files_.makeFolder(folder_ / name);
+  folder_.givenAFile(Path(u8"Ж"), "");
+  EXPECT_EQ(files_.folderNames(folder_.path()), Names{name});
+  EXPECT_EQ(files_.fileNames(folder_.path()), Names{Path(u8"Ж")});
+}
+
+TEST_F(ListFolder, FailsForAMissingFolder) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.fileNames(folder_ / "no"); }), 76);
+  EXPECT_EQ(failureNumberOf([&] { return files_.folderNames(folder_ / "no"); }), 76);
+  EXPECT_EQ(failureNumberOf([&] { return files_.folderNames(folder_ / "no" / "below"); }), 76);
+}
+
+TEST_F(ListFolder, FailsForAFile) {
+  folder_.givenAFile("file", "");
+  EXPECT_EQ(failureNumberOf([&] { return files_.fileNames(folder_ / "file"); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { return files_.folderNames(folder_ / "file"); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { return files_.folderNames(folder_ / "file" / "below"); }), 76);
+}
+
+using Volumes = RealFileSystemTest;
+
+TEST_F(Volumes, HoldTheRootOfWhereTheTestRuns) {
+  const Names volumes = files_.volumes();
+  EXPECT_EQ(std::count(volumes.begin(), volumes.end(), folder_.path().root_path()), 1);
 }
 
 }  // namespace

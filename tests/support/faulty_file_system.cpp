@@ -168,4 +168,19 @@ std::string FaultyFileSystem::readFirstLine(const Path& path) {
   return behind_.readFirstLine(path);
 }
 
+std::vector<Path> FaultyFileSystem::fileNames(const Path& folder) {
+  plan_->call(FileCall::FileNames);
+  return behind_.fileNames(folder);
+}
+
+std::vector<Path> FaultyFileSystem::folderNames(const Path& folder) {
+  plan_->call(FileCall::FolderNames);
+  return behind_.folderNames(folder);
+}
+
+std::vector<Path> FaultyFileSystem::volumes() {
+  plan_->call(FileCall::Volumes);
+  return behind_.volumes();
+}
+
 }  // namespace quorrix::test

@@ -23,6 +23,9 @@ enum class FileCall {
   CopyFile,
   ReplaceByLine,
   ReadFirstLine,
+  FileNames,
+  FolderNames,
+  Volumes,
   Length,
   ReadAt,
   WriteAt,
@@ -69,6 +72,9 @@ class FaultyFileSystem final : public FileSystem {
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
+  [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> volumes() override;
 
  private:
   struct Plan;

@@ -15,6 +15,19 @@ std::string nameOf(const Path& path) {
   return name;
 }
 
+// Those of the paths that lie directly in `folder`, by their names there.
+std::vector<Path> namesIn(const std::string& folder, const std::vector<std::string>& paths) {
+  std::vector<std::string> names;
+  for (const std::string& path : paths) {
+    const auto end = path.rfind('/');
+    if (end == std::string::npos || end + 1 == path.size()) continue;
+    if (path.substr(0, std::max<std::size_t>(end, 1)) == folder)
+      names.push_back(path.substr(end + 1));
+  }
+  std::sort(names.begin(), names.end());
+  return {names.begin(), names.end()};
+}
+
 }  // namespace
 
 class MemoryFileSystem::OpenFile final : public RandomAccessFile {
@@ -132,6 +145,34 @@ std::string MemoryFileSystem::readFirstLine(const Path& path) {
   if (folderExists(path)) throw Failure(failure::kPathFileAccess);
   const std::string& bytes = bytesOf(path);
   return bytes.substr(0, bytes.find_first_of("\r\n"));
+}
+
+void MemoryFileSystem::failListing(const Path& folder, int number) {
+  listingFailures_[nameOf(folder)] = number;
+}
+
+std::vector<Path> MemoryFileSystem::fileNames(const Path& folder) {
+  requireReadableFolder(folder);
+  std::vector<std::string> paths;
+  for (const auto& [path, file] : files_) paths.push_back(path);
+  return namesIn(nameOf(folder), paths);
+}
+
+std::vector<Path> MemoryFileSystem::folderNames(const Path& folder) {
+  requireReadableFolder(folder);
+  return namesIn(nameOf(folder), {folders_.begin(), folders_.end()});
+}
+
+std::vector<Path> MemoryFileSystem::volumes() { return volumes_; }
+
+void MemoryFileSystem::requireReadableFolder(const Path& folder) const {
+  for (Path above = folder.lexically_normal();; above = above.parent_path()) {
+    const auto failing = listingFailures_.find(nameOf(above));
+    if (failing != listingFailures_.end() && failing->second != 0) throw Failure(failing->second);
+    if (above == above.parent_path()) break;
+  }
+  if (holdsFile(folder)) throw Failure(failure::kPathFileAccess);
+  if (!folders_.contains(nameOf(folder))) throw Failure(failure::kPathNotFound);
 }
 
 const MemoryFileSystem::File& MemoryFileSystem::fileAt(const Path& path) const {

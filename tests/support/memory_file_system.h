@@ -7,6 +7,8 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/file_system.h"
 
@@ -20,6 +22,13 @@ class MemoryFileSystem final : public FileSystem {
   // Replaces a file that is there already.
   void givenAFile(const Path& path, std::string bytes);
   void givenAReadOnlyFile(const Path& path, std::string bytes);
+
+  // What volumes() answers; at first "/" alone.
+  void givenVolumes(std::vector<Path> volumes) { volumes_ = std::move(volumes); }
+
+  // Listing this folder or one below fails with the number, as on a drive that has
+  // no medium or in a folder that may not be read; 0 lets it be read again.
+  void failListing(const Path& folder, int number);
 
   [[nodiscard]] bool holdsFile(const Path& path) const;
 
@@ -45,6 +54,9 @@ class MemoryFileSystem final : public FileSystem {
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
+  [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> volumes() override;
 
  private:
   struct File {
@@ -58,9 +70,12 @@ class MemoryFileSystem final : public FileSystem {
   [[nodiscard]] const File& fileAt(const Path& path) const;
   void requireWritable(const Path& path) const;
   void requireFolderOf(const Path& path) const;
+  void requireReadableFolder(const Path& folder) const;
 
   std::map<std::string, std::shared_ptr<File>> files_;
   std::set<std::string> folders_;
+  std::map<std::string, int> listingFailures_;
+  std::vector<Path> volumes_{"/"};
 };
 
 }  // namespace quorrix::test

@@ -6,11 +6,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <fstream>
 #include <utility>
 
 #include "platform/failure.h"
 #include "platform/file_replacement.h"
 #include "platform/first_line.h"
+#include "platform/linux/folder_listing.h"
+#include "platform/linux/mounted_volumes.h"
 #include "platform/linux/posix_random_access_file.h"
 #include "platform/system_errors.h"
 
@@ -154,6 +157,19 @@ std::string PosixFileSystem::readFirstLine(const Path& path) {
   static_cast<void>(statusOf(descriptor, path));
   PosixRandomAccessFile file(std::move(descriptor), path);
   return firstLineOf(file);
+}
+
+std::vector<Path> PosixFileSystem::fileNames(const Path& folder) {
+  return namesIn(folder, ListedKind::File);
+}
+
+std::vector<Path> PosixFileSystem::folderNames(const Path& folder) {
+  return namesIn(folder, ListedKind::Folder);
+}
+
+std::vector<Path> PosixFileSystem::volumes() {
+  std::ifstream mounts("/proc/self/mountinfo");
+  return mountedVolumes(mounts);
 }
 
 }  // namespace quorrix

@@ -40,6 +40,12 @@ class PosixFileSystem final : public FileSystem {
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
+  [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;
+
+  // "/" first; linux/mounted_volumes.h says which others.
+  [[nodiscard]] std::vector<Path> volumes() override;
+
  private:
   [[nodiscard]] FileDescriptor openLocked(const Path& path, int flags);
   [[nodiscard]] PosixReplacement startReplacing(const Path& path);

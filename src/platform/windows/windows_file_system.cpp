@@ -6,6 +6,7 @@
 #include "platform/file_replacement.h"
 #include "platform/first_line.h"
 #include "platform/system_errors.h"
+#include "platform/windows/folder_listing.h"
 #include "platform/windows/unique_handle.h"
 #include "platform/windows/windows_random_access_file.h"
 
@@ -203,6 +204,24 @@ std::string WindowsFileSystem::readFirstLine(const Path& path) {
   }
   WindowsRandomAccessFile file(std::move(handle), path);
   return firstLineOf(file);
+}
+
+std::vector<Path> WindowsFileSystem::fileNames(const Path& folder) {
+  return namesIn(folder, ListedKind::File);
+}
+
+std::vector<Path> WindowsFileSystem::folderNames(const Path& folder) {
+  return namesIn(folder, ListedKind::Folder);
+}
+
+std::vector<Path> WindowsFileSystem::volumes() {
+  std::vector<Path> roots;
+  const DWORD letters = ::GetLogicalDrives();  // bit 0 is A
+  for (DWORD letter = 0; letter < 26; ++letter) {
+    if ((letters >> letter & 1U) == 0) continue;
+    roots.emplace_back(std::wstring{static_cast<wchar_t>(L'A' + letter), L':', L'\\'});
+  }
+  return roots;
 }
 
 }  // namespace quorrix

@@ -38,6 +38,12 @@ class WindowsFileSystem final : public FileSystem {
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
+  [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;
+
+  // The roots of all drive letters.
+  [[nodiscard]] std::vector<Path> volumes() override;
+
  private:
   enum class Access { Read, ReadWrite };
   [[nodiscard]] UniqueHandle openLocked(const Path& path, Access access);

@@ -289,5 +289,31 @@ TEST_F(PosixFileSystemTest, SyncsAFileNamedWithoutItsFolder) {
   std::filesystem::current_path(before);
 }
 
+TEST_F(PosixFileSystemTest, ListsALinkAsWhatItLeadsTo) {
+  files_.makeFolder(folder_ / "May");
+  folder_.givenAFile("file", "");
+  std::filesystem::create_symlink("May", folder_ / "toFolder");
+  std::filesystem::create_symlink("file", folder_ / "toFile");
+  std::filesystem::create_symlink("nothing", folder_ / "toNothing");
+  using Names = std::vector<Path>;
+  EXPECT_EQ(files_.folderNames(folder_.path()), (Names{"May", "toFolder"}));
+  EXPECT_EQ(files_.fileNames(folder_.path()), (Names{"file", "toFile", "toNothing"}));
+}
+
+TEST_F(PosixFileSystemTest, ListsNamesThatAreNoText) {
+  files_.makeFolder(folder_ / "caf\xE9");
+  folder_.givenAFile("\xFF\n.dat", "");
+  EXPECT_EQ(files_.folderNames(folder_.path()), std::vector<Path>{"caf\xE9"});
+  EXPECT_EQ(files_.fileNames(folder_.path()), std::vector<Path>{"\xFF\n.dat"});
+}
+
+TEST_F(PosixFileSystemTest, ListsNoFolderThatMayNotBeRead) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may read every folder";
+  files_.makeFolder(folder_ / "closed");
+  std::filesystem::permissions(folder_ / "closed", std::filesystem::perms::none);
+  EXPECT_EQ(failureNumberOf([&] { return files_.fileNames(folder_ / "closed"); }), 75);
+  std::filesystem::permissions(folder_ / "closed", std::filesystem::perms::owner_all);
+}
+
 }  // namespace
 }  // namespace quorrix
