@@ -96,6 +96,32 @@ constexpr Sentence kOpenArchiveSitesSentences[] = {
     {kInvalidFileFormat, "Invalid file format. Unable to open Archive Sites window."},
 };
 
+constexpr Sentence kOpenArchiveDialogSentences[] = {
+    {kOutOfMemory, "Not enough memory available to open Archive Sites window."},
+    {kOutOfStackSpace, "Not enough memory available to open Archive Sites window."},
+};
+
+constexpr Sentence kOpenLoadArchiveDialogSentences[] = {
+    {kOutOfMemory, "Not enough memory available to open Load Sites Archive window."},
+    {kOutOfStackSpace, "Not enough memory available to open Load Sites Archive window."},
+};
+
+constexpr Sentence kOpenDeleteArchiveDialogSentences[] = {
+    {kOutOfMemory, "Not enough memory available to open Delete Sites Archive window."},
+    {kOutOfStackSpace, "Not enough memory available to open Delete Sites Archive window."},
+};
+
+constexpr Sentence kOpenNewArchiveDialogSentences[] = {
+    {kOutOfMemory,
+     "Unable to open New Archive window. Not enough memory available to start window."},
+    {kOutOfControlMemory,
+     "Unable to open New Archive window. Not enough memory available to start window."},
+    {kDeviceUnavailable, "Device not ready."},
+    {kDiskNotReady, "Disk not ready."},
+    {kPathFileAccess, "Path/file access error."},
+    {kPathNotFound, "Path not found."},
+};
+
 constexpr Sentence kLinkSentences[] = {
     {kOutOfMemory, "Not enough memory available to link site in browser."},
     {kOutOfStackSpace, "Not enough memory available to link site in browser."},
@@ -156,6 +182,16 @@ constexpr FamilyRow kFamilies[] = {
      kUnknownError},
     {FailureFamily::OpenArchiveSites, "", kOpenArchiveSitesSentences,
      "Unknown error. Unable to open Archive Sites window."},
+    {FailureFamily::OpenArchiveDialog, "", kOpenArchiveDialogSentences,
+     "Error. Unable to open Archive Sites window."},
+    {FailureFamily::OpenLoadArchiveDialog, "", kOpenLoadArchiveDialogSentences,
+     "Error. Unable to open Load Sites Archive window."},
+    {FailureFamily::OpenDeleteArchiveDialog, "", kOpenDeleteArchiveDialogSentences,
+     "Error. Unable to open Delete Sites Archive window."},
+    {FailureFamily::OpenNewArchiveDialog, "", kOpenNewArchiveDialogSentences,
+     "Unable to open New Archive window. Unknown error."},
+    {FailureFamily::ChooseDrive, "", {}, "Device not ready."},
+    {FailureFamily::OpenFolder, "", kReasons, kUnknownError},
     {FailureFamily::LinkInBrowser, "", kLinkSentences, "Error. Unable to link site in browser."},
     {FailureFamily::OpenSearch, "", kOpenSearchSentences,
      "Unknown error. Unable to open Search Display window."},
