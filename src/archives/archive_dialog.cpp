@@ -1,0 +1,74 @@
+#include "archives/archive_dialog.h"
+
+#include <QPushButton>
+#include <utility>
+
+#include "archives/new_archive_dialog.h"
+#include "shell/pointer.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::string_view kArchiveAnyway =
+    "The selected folder contains Quorrix archive files. They will be overwritten if you "
+    "continue. Archive anyway?";
+
+}  // namespace
+
+ArchiveDialog::ArchiveDialog(const ArchiveDialogParts& parts, Work work)
+    : ExistingArchiveDialog(
+          parts, {.name = "ArchiveDialog",
+                  .caption = QStringLiteral("Archive Sites"),
+                  .prompt = QStringLiteral("Choose the folder to archive the current display and "
+                                           "its data to, or make a new one, and then click OK.")}),
+      work_(std::move(work)) {
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  QPushButton* const NewButton = makeButton("NewButton", QStringLiteral("New"));
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &ArchiveDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &ArchiveDialog::CancelButton_Click);
+  connect(NewButton, &QPushButton::clicked, this, &ArchiveDialog::NewButton_Click);
+  connect(&Dir1(), &QListWidget::itemClicked, this, &ArchiveDialog::Dir1_Click);
+  layOut(&File1(), QStringLiteral("Archive folder"), {OKButton, CancelButton, NewButton});
+}
+
+void ArchiveDialog::pointAt(const Path& folder, const Path& drive) {
+  Dir1().setPath(folder);
+  Drive1().setDrive(drive);
+  showInBox(folder);
+}
+
+void ArchiveDialog::Dir1_Click() { showInBox(Dir1().path()); }
+
+void ArchiveDialog::OKButton_Click() {
+  if (!isFolderChosen()) return;
+  runOrUnload(FailureFamily::ArchiveSites, [this] { archiveIntoFolder(); });
+}
+
+void ArchiveDialog::archiveIntoFolder() {
+  if (!isConfirmed(aboutFolder("Archive current display and associated data to '", "'?"))) return;
+  auto earlier = EarlierArchive::None;
+  if (work_.holdsArchiveFiles(folder())) {
+    if (!isConfirmed(kArchiveAnyway, MessageBoxStyle::ConfirmWarning)) return;
+    earlier = EarlierArchive::Overwritten;
+  }
+  giveWayToWork();
+  work_.archive(folder(), earlier);
+  showDefaultPointer(*this);
+  parts().messageBox.show(aboutFolder("Data successfully archived to '", "'."),
+                          MessageBoxStyle::Information);
+  accept();
+}
+
+void ArchiveDialog::CancelButton_Click() { reject(); }
+
+void ArchiveDialog::NewButton_Click() {
+  showHourglass(*this);
+  NewArchiveDialog dialog(parts(), *this);
+  dialog.Form_Load();
+  if (newArchiveLoadedOK) dialog.exec();
+  showDefaultPointer(*this);
+}
+
+}  // namespace quorrix

@@ -1,0 +1,49 @@
+// Archive Sites: moves the display and its data into a folder that the user chooses
+// or, by New Archive, makes.
+#pragma once
+
+#include <functional>
+
+#include "archives/archive_folder_dialog.h"
+
+namespace quorrix {
+
+enum class EarlierArchive { None, Overwritten };
+
+class ArchiveDialog final : public ExistingArchiveDialog {
+  Q_OBJECT
+
+ public:
+  struct Work {
+    // Whether the folder holds files that archiving would overwrite; throws Failure.
+    std::function<bool(const Path& folder)> holdsArchiveFiles;
+    // Everything between the dialog's giving way and the news of success, in the
+    // main window, too; throws Failure.
+    std::function<void(const Path& folder, EarlierArchive earlier)> archive;
+  };
+
+  ArchiveDialog(const ArchiveDialogParts& parts, Work work);
+
+  // Before the dialog is shown; it is shown even when this fails.
+  void Form_Load() { load(FailureFamily::OpenArchiveDialog); }
+
+  // For New Archive, which begins where this dialog is and sends it to the new folder.
+  [[nodiscard]] const Path& folder() const { return Dir1().path(); }
+  [[nodiscard]] const Path& drive() const { return Drive1().drive(); }
+  void pointAt(const Path& folder, const Path& drive);  // throws Failure
+
+  // Whether New Archive opened without failure.
+  bool newArchiveLoadedOK = false;
+
+ private:
+  void Dir1_Click();
+  void OKButton_Click();
+  void CancelButton_Click();
+  void NewButton_Click();
+
+  void archiveIntoFolder();
+
+  Work work_;
+};
+
+}  // namespace quorrix

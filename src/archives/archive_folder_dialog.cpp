@@ -1,0 +1,147 @@
+#include "archives/archive_folder_dialog.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "archives/path_text.h"
+#include "shell/centre_over.h"
+#include "shell/guarded.h"
+#include "shell/pointer.h"
+
+namespace quorrix {
+namespace {
+
+constexpr int kShortestFolderPath = 4;  // a drive's root has three characters
+constexpr QSize kSize{520, 400};        // pixels
+
+QLabel* makeLabel(const QString& text, QWidget* buddy, QWidget* parent) {
+  auto* const label = new QLabel(text, parent);
+  label->setTextFormat(Qt::PlainText);
+  label->setBuddy(buddy);
+  return label;
+}
+
+template <typename Control>
+Control* named(Control* control, const char* name, const QString& accessibleName) {
+  control->setObjectName(QString::fromLatin1(name));
+  control->setAccessibleName(accessibleName);
+  return control;
+}
+
+}  // namespace
+
+ArchiveFolderDialog::ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidget& owner,
+                                         const Texts& texts)
+    : QDialog(&owner),
+      parts_(parts),
+      // In the order of reading, which is the order of Tab.
+      prompt_(makeLabel(texts.prompt, nullptr, this)),
+      Drive1_(named(new DriveList(parts.files, this), "Drive1", QStringLiteral("Drive"))),
+      Dir1_(named(new FolderList(parts.files, parts.archives, this), "Dir1",
+                  QStringLiteral("Folder"))),
+      Text1_(new QLineEdit(this)) {
+  setObjectName(QString::fromLatin1(texts.name));
+  setWindowTitle(texts.caption);
+  prompt_->setWordWrap(true);
+  Text1_->setObjectName(QStringLiteral("Text1"));
+  Drive1_->setDriveOf(parts_.archives);
+  connect(Drive1_, &DriveList::changed, this, &ArchiveFolderDialog::Drive1_Change);
+  connect(Dir1_, &FolderList::openFailed, this, [this](int number) {
+    parts_.messageBox.show(failureMessage(FailureFamily::OpenFolder, number),
+                           MessageBoxStyle::Critical);
+  });
+}
+
+void ArchiveFolderDialog::Drive1_Change() {
+  guarded(*this, parts_.messageBox, FailureFamily::ChooseDrive,
+          [this] { Dir1_->setPath(Drive1_->drive()); });
+}
+
+std::string ArchiveFolderDialog::aboutFolder(std::string_view before,
+                                             std::string_view after) const {
+  return std::string(before).append(messageTextOfPath(Dir1_->path())).append(after);
+}
+
+bool ArchiveFolderDialog::isConfirmed(std::string_view question, MessageBoxStyle style) const {
+  return parts_.messageBox.show(question, style) == MessageBoxButton::Ok;
+}
+
+void ArchiveFolderDialog::giveWayToWork() {
+  showHourglass(*this);
+  hide();
+  parts_.mainWindow.repaint();
+}
+
+void ArchiveFolderDialog::runOrUnload(FailureFamily family,
+                                      const std::function<void()>& operation) {
+  if (guarded(*this, parts_.messageBox, family, operation)) return;
+  hide();
+  reject();
+}
+
+QPushButton* ArchiveFolderDialog::makeButton(const char* name, const QString& caption) {
+  return named(new QPushButton(caption, this), name, caption);
+}
+
+void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
+                                 std::initializer_list<QPushButton*> buttons) {
+  auto* const lists = new QGridLayout;
+  lists->addWidget(makeLabel(QStringLiteral("Drive"), Drive1_, this), 0, 0);
+  lists->addWidget(Drive1_, 1, 0);
+  lists->addWidget(makeLabel(QStringLiteral("Folder"), Dir1_, this), 2, 0);
+  lists->addWidget(Dir1_, 3, 0);
+  lists->setColumnStretch(0, 1);
+  if (beside != nullptr) {
+    lists->addWidget(makeLabel(beside->accessibleName(), beside, this), 0, 1);
+    lists->addWidget(beside, 1, 1, 3, 1);
+    lists->setColumnStretch(1, 1);
+  }
+
+  Text1_->setAccessibleName(boxLabel);
+  auto* const row = new QHBoxLayout;
+  row->addStretch();
+  for (QPushButton* const button : buttons) row->addWidget(button);
+
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(prompt_);
+  layout->addLayout(lists);
+  layout->addWidget(makeLabel(boxLabel, Text1_, this));
+  layout->addWidget(Text1_);
+  layout->addSpacing(layout->spacing());
+  layout->addLayout(row);
+  resize(sizeHint().expandedTo(kSize));
+}
+
+ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, const Texts& texts)
+    : ArchiveFolderDialog(parts, parts.mainWindow, texts),
+      File1_(named(new FileList(parts.files, this), "File1", QStringLiteral("Files"))) {
+  setTabOrder(&Dir1(), File1_);
+  setTabOrder(File1_, &Text1());
+  Dir1().onChange([this] { Dir1_Change(); });
+}
+
+void ExistingArchiveDialog::load(FailureFamily family) {
+  guarded(*this, parts().messageBox, family, [this] {
+    centreOver(*this, parts().mainWindow);
+    Dir1().setPath(parts().archives);
+    showInBox(parts().archives);
+  });
+}
+
+void ExistingArchiveDialog::Dir1_Change() {
+  File1_->setPath(Dir1().path());
+  showInBox(Dir1().path());
+}
+
+void ExistingArchiveDialog::showInBox(const Path& folder) { Text1().setText(textOfPath(folder)); }
+
+bool ExistingArchiveDialog::isFolderChosen() const {
+  if (Text1().text().size() >= kShortestFolderPath) return true;
+  parts().messageBox.show("You must select a valid directory.", MessageBoxStyle::Exclamation);
+  return false;
+}
+
+}  // namespace quorrix

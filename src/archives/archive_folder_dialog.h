@@ -1,0 +1,104 @@
+// What the dialogs of the archives share: the choice of a folder, by a drive list, a
+// folder list, a list of the files there, and a box that shows the path.
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "archives/drive_list.h"
+#include "archives/file_list.h"
+#include "archives/folder_list.h"
+#include "platform/file_system.h"
+#include "platform/message_box.h"
+#include "shell/failure_messages.h"
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace quorrix {
+
+// All must outlive the dialog.
+struct ArchiveDialogParts {
+  FileSystem& files;
+  MessageBox& messageBox;
+  QWidget& mainWindow;
+  Path archives;  // the folder "Archives" beside the program, on which the dialogs open
+};
+
+class ArchiveFolderDialog : public QDialog {
+  Q_OBJECT
+
+ protected:
+  struct Texts {
+    const char* name;
+    QString caption;
+    QString prompt;
+  };
+
+  ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidget& owner, const Texts& texts);
+
+  [[nodiscard]] const ArchiveDialogParts& parts() const { return parts_; }
+  [[nodiscard]] DriveList& Drive1() const { return *Drive1_; }
+  [[nodiscard]] FolderList& Dir1() const { return *Dir1_; }
+  [[nodiscard]] QLineEdit& Text1() const { return *Text1_; }
+
+  // The operation's folder, in a message with `before` and `after` it.
+  [[nodiscard]] std::string aboutFolder(std::string_view before, std::string_view after) const;
+
+  // Asks with OK and Cancel, Cancel being the default.
+  [[nodiscard]] bool isConfirmed(std::string_view question,
+                                 MessageBoxStyle style = MessageBoxStyle::ConfirmQuestion) const;
+
+  // Away before the work begins, with the main window whole again where it was.
+  void giveWayToWork();
+
+  // When the operation fails, hides the dialog and unloads it once that was told.
+  void runOrUnload(FailureFamily family, const std::function<void()>& operation);
+
+  [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption);
+
+  // Lays out the controls that every dialog has, `beside` next to the folders, and
+  // below them the box under `boxLabel` and the buttons.
+  void layOut(QWidget* beside, const QString& boxLabel,
+              std::initializer_list<QPushButton*> buttons);
+
+ private:
+  void Drive1_Change();
+
+  ArchiveDialogParts parts_;
+  QLabel* prompt_;
+  DriveList* Drive1_;
+  FolderList* Dir1_;
+  QLineEdit* Text1_;
+};
+
+// The three that work on a folder that is there, and list its files.
+class ExistingArchiveDialog : public ArchiveFolderDialog {
+  Q_OBJECT
+
+ protected:
+  ExistingArchiveDialog(const ArchiveDialogParts& parts, const Texts& texts);
+
+  [[nodiscard]] FileList& File1() const { return *File1_; }
+
+  // Places the dialog and opens the folder of archives. A failure is told, and the
+  // dialog then shows with what had been set.
+  void load(FailureFamily family);
+
+  // Shows `folder` in the box.
+  void showInBox(const Path& folder);
+
+  // Whether the box names a folder at all, and no root; else the user is told.
+  [[nodiscard]] bool isFolderChosen() const;
+
+ private:
+  void Dir1_Change();
+
+  FileList* File1_;
+};
+
+}  // namespace quorrix

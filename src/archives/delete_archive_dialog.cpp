@@ -1,0 +1,48 @@
+#include "archives/delete_archive_dialog.h"
+
+#include <QPushButton>
+#include <utility>
+
+#include "shell/pointer.h"
+
+namespace quorrix {
+
+DeleteArchiveDialog::DeleteArchiveDialog(const ArchiveDialogParts& parts, Work deleteArchiveFiles)
+    : ExistingArchiveDialog(
+          parts, {.name = "DeleteArchiveDialog",
+                  .caption = QStringLiteral("Delete Sites Archive"),
+                  .prompt = QStringLiteral("Choose the folder to delete the archive files from "
+                                           "and then click OK.")}),
+      deleteArchiveFiles_(std::move(deleteArchiveFiles)) {
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &DeleteArchiveDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &DeleteArchiveDialog::CancelButton_Click);
+  layOut(&File1(), QStringLiteral("Archive folder"), {OKButton, CancelButton});
+}
+
+void DeleteArchiveDialog::OKButton_Click() {
+  if (!isFolderChosen()) return;
+  runOrUnload(FailureFamily::DeleteArchive, [this] { deleteFromFolder(); });
+}
+
+void DeleteArchiveDialog::deleteFromFolder() {
+  if (!isConfirmed(aboutFolder("Delete archive '", "'?"))) return;
+  giveWayToWork();
+  const bool isAnyDeleted = deleteArchiveFiles_(Dir1().path(), File1().names());
+  showDefaultPointer(*this);
+  if (isAnyDeleted) {
+    parts().messageBox.show(aboutFolder("Archive files in '", "' successfully deleted."),
+                            MessageBoxStyle::Information);
+  } else {
+    parts().messageBox.show(
+        aboutFolder("Error deleting archive '", "'. Unable to delete some archive files."),
+        MessageBoxStyle::Exclamation);
+  }
+  accept();
+}
+
+void DeleteArchiveDialog::CancelButton_Click() { reject(); }
+
+}  // namespace quorrix

@@ -1,0 +1,125 @@
+#include "archives/folder_list.h"
+
+#include <QKeyEvent>
+#include <QStyledItemDelegate>
+#include <utility>
+
+#include "archives/path_text.h"
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+constexpr int kDepthRole = Qt::UserRole;
+constexpr int kIndent = 10;  // pixels for each folder above
+
+class IndentingDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem indented = option;
+    indented.rect.setLeft(option.rect.left() + indentOf(index));
+    QStyledItemDelegate::paint(painter, indented, index);
+  }
+
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(indentOf(index), 0);
+  }
+
+ private:
+  static int indentOf(const QModelIndex& index) { return kIndent * index.data(kDepthRole).toInt(); }
+};
+
+// One path for a folder, with or without a separator at its end.
+Path withoutLastSeparator(const Path& path) {
+  return path.has_filename() || path == path.root_path() ? path : path.parent_path();
+}
+
+}  // namespace
+
+FolderList::FolderList(FileSystem& files, const Path& start, QWidget* parent)
+    : QListWidget(parent), files_(files), path_(start.root_path()) {
+  setItemDelegate(new IndentingDelegate(this));
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  connect(this, &QListWidget::itemDoubleClicked, this,
+          [this](const QListWidgetItem* item) { openRow(row(item)); });
+  try {
+    setPath(path_);
+  } catch (const Failure&) {
+    clear();
+  }
+}
+
+void FolderList::setPath(const Path& path) {
+  const Path opened = withoutLastSeparator(path);
+  std::vector<Row> rows = rowsOf(opened);
+  const Path pathBefore = path_;
+  const std::vector<Row> rowsBefore = rows_;
+  open(opened, std::move(rows));
+  if (opened == pathBefore) return;
+  try {
+    if (changed_) changed_();
+  } catch (...) {
+    open(pathBefore, rowsBefore);
+    throw;
+  }
+}
+
+std::vector<FolderList::Row> FolderList::rowsOf(const Path& path) {
+  Path level = path.root_path();
+  std::vector<Row> rows{{.path = level, .depth = 0, .isOpen = true}};
+  for (const Path& name : path.relative_path()) {
+    level /= name;
+    rows.push_back({.path = level, .depth = rows.back().depth + 1, .isOpen = true});
+  }
+  const int depth = rows.back().depth + 1;
+  for (const Path& name : files_.folderNames(path)) {
+    rows.push_back({.path = path / name, .depth = depth, .isOpen = false});
+  }
+  return rows;
+}
+
+void FolderList::open(const Path& path, std::vector<Row> rows) {
+  path_ = path;
+  rows_ = std::move(rows);
+  showRows();
+}
+
+void FolderList::showRows() {
+  const QIcon closedFolder = style()->standardIcon(QStyle::SP_DirClosedIcon);
+  const QIcon openFolder = style()->standardIcon(QStyle::SP_DirOpenIcon);
+  clear();
+  int opened = 0;
+  for (const Row& row : rows_) {
+    const bool isRoot = row.depth == 0;
+    auto* const item = new QListWidgetItem(rowTextOfPath(isRoot ? row.path : row.path.filename()));
+    if (row.isOpen) opened = count();
+    item->setIcon(row.isOpen ? openFolder : closedFolder);
+    item->setData(kDepthRole, row.depth);
+    addItem(item);
+  }
+  setCurrentRow(opened);
+}
+
+void FolderList::openRow(int row) {
+  int number = 0;
+  try {
+    const Path chosen = rows_[static_cast<std::size_t>(row)].path;
+    return setPath(chosen);
+  } catch (...) {
+    number = currentFailureNumber();
+  }
+  emit openFailed(number);
+}
+
+// Enter would otherwise press the dialog's button, too.
+void FolderList::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!isEnter) return QListWidget::keyPressEvent(event);
+  if (currentRow() >= 0) openRow(currentRow());
+}
+
+}  // namespace quorrix

@@ -1,0 +1,57 @@
+// A list of folders: the open one with all above it, from the root down, and what
+// folders it holds. A single click selects; a double click, or Enter, opens.
+#pragma once
+
+#include <QListWidget>
+#include <functional>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace quorrix {
+
+class FolderList final : public QListWidget {
+  Q_OBJECT
+
+ public:
+  // Opens the root on which `start` lies; when that cannot be read it shows empty.
+  // `files` must outlive the list.
+  FolderList(FileSystem& files, const Path& start, QWidget* parent);
+
+  // The folder that is open, whatever is selected.
+  [[nodiscard]] const Path& path() const { return path_; }
+
+  // Opens a folder and reads it anew. Throws Failure, and what `onChange` throws; the
+  // folder that was open is then open still.
+  void setPath(const Path& path);
+
+  // Called when another folder has been opened, by the user or by setPath(). No
+  // signal, for it may throw.
+  void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
+
+ signals:
+  // The user could not open a folder, for the reason with this number.
+  void openFailed(int number);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  struct Row {
+    Path path;
+    int depth;    // folders above it
+    bool isOpen;  // the folder that is open or one above it
+  };
+
+  void openRow(int row);
+  void open(const Path& path, std::vector<Row> rows);
+  void showRows();
+  [[nodiscard]] std::vector<Row> rowsOf(const Path& path);
+
+  FileSystem& files_;
+  Path path_;
+  std::vector<Row> rows_;
+  std::function<void()> changed_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,57 @@
+#include "archives/load_archive_dialog.h"
+
+#include <QPushButton>
+#include <utility>
+
+#include "shell/pointer.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::string_view kNoArchive =
+    "Folder does not contain a critical archive file. The folder must contain at least "
+    "'nodes.dat'. Canceling operation.";
+
+constexpr std::string_view kLoadAnyway =
+    "The current display, and associated data, will be discarded before loading archive. Archive "
+    "the current display first if you wish to retain the information. Load archive anyway?";
+
+}  // namespace
+
+LoadArchiveDialog::LoadArchiveDialog(const ArchiveDialogParts& parts, Work work)
+    : ExistingArchiveDialog(parts,
+                            {.name = "LoadArchiveDialog",
+                             .caption = QStringLiteral("Load Sites Archive"),
+                             .prompt = QStringLiteral(
+                                 "Choose the folder of the archive to load and then click OK.")}),
+      work_(std::move(work)) {
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &LoadArchiveDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &LoadArchiveDialog::CancelButton_Click);
+  layOut(&File1(), QStringLiteral("Archive folder"), {OKButton, CancelButton});
+}
+
+void LoadArchiveDialog::OKButton_Click() {
+  if (!isFolderChosen()) return;
+  runOrUnload(FailureFamily::LoadArchive, [this] { loadFromFolder(); });
+}
+
+void LoadArchiveDialog::loadFromFolder() {
+  const Path folder = Dir1().path();
+  if (!isConfirmed(aboutFolder("Load archive data from '", "'?"))) return;
+  if (!work_.holdsArchive(folder)) {
+    parts().messageBox.show(kNoArchive, MessageBoxStyle::Exclamation);
+    return;
+  }
+  if (work_.displayHoldsSites() && !isConfirmed(kLoadAnyway)) return reject();
+  giveWayToWork();
+  work_.load(folder);
+  showDefaultPointer(*this);
+  accept();
+}
+
+void LoadArchiveDialog::CancelButton_Click() { reject(); }
+
+}  // namespace quorrix

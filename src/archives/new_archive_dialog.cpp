@@ -1,0 +1,64 @@
+#include "archives/new_archive_dialog.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "archives/archive_dialog.h"
+#include "archives/path_text.h"
+#include "shell/centre_over.h"
+#include "shell/guarded.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+
+namespace quorrix {
+
+NewArchiveDialog::NewArchiveDialog(const ArchiveDialogParts& parts, ArchiveDialog& archiveDialog)
+    : ArchiveFolderDialog(
+          parts, archiveDialog,
+          {.name = "NewArchiveDialog",
+           .caption = QStringLiteral("New Archive"),
+           .prompt = QStringLiteral("Choose where to make the new archive folder, enter its "
+                                    "name and then click OK.")}),
+      archiveDialog_(archiveDialog) {
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  OKButton->setDefault(true);
+  connect(OKButton, &QPushButton::clicked, this, &NewArchiveDialog::OKButton_Click);
+  connect(CancelButton, &QPushButton::clicked, this, &NewArchiveDialog::CancelButton_Click);
+  layOut(nullptr, QStringLiteral("Name of the new folder"), {OKButton, CancelButton});
+  Text1().setFocus();
+}
+
+void NewArchiveDialog::Form_Load() {
+  archiveDialog_.newArchiveLoadedOK = false;  // until the last step has been done
+  guarded(archiveDialog_, parts().messageBox, FailureFamily::OpenNewArchiveDialog, [this] {
+    centreOver(*this, archiveDialog_);
+    Dir1().setPath(archiveDialog_.folder());
+    Drive1().setDrive(archiveDialog_.drive());
+    archiveDialog_.newArchiveLoadedOK = true;
+  });
+}
+
+void NewArchiveDialog::OKButton_Click() {
+  if (Text1().text().isEmpty()) {
+    parts().messageBox.show("You must enter a folder name.", MessageBoxStyle::Exclamation);
+    return;
+  }
+  guarded(*this, parts().messageBox, FailureFamily::CreateArchive, [this] { makeArchiveFolder(); });
+}
+
+void NewArchiveDialog::makeArchiveFolder() {
+  const std::string question = "Create new archive folder '" + fromQString(Text1().text()) +
+                               "' in '" + messageTextOfPath(Dir1().path()) + "'?";
+  if (!isConfirmed(question)) return;
+  showHourglass(*this);
+  const Path made = joinedPath(Dir1().path(), Text1().text());
+  parts().files.makeFolder(made);
+  archiveDialog_.pointAt(made, Drive1().drive());
+  showDefaultPointer(*this);
+  accept();
+}
+
+void NewArchiveDialog::CancelButton_Click() { reject(); }
+
+}  // namespace quorrix

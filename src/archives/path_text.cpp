@@ -1,0 +1,36 @@
+#include "archives/path_text.h"
+
+#include "shell/plain_text.h"
+
+namespace quorrix {
+namespace {
+
+constexpr char16_t kSignOfNul = 0x2400;  // those of the other control characters follow
+constexpr char16_t kFirstPrintable = 0x20;
+
+}  // namespace
+
+QString textOfPath(const Path& path) {
+  const std::u8string bytes = path.u8string();  // on Linux whatever they are
+  return fromPlatformText(std::string(bytes.begin(), bytes.end()));
+}
+
+QString rowTextOfPath(const Path& path) {
+  QString text = textOfPath(path);
+  for (QChar& character : text) {
+    if (character < kFirstPrintable) character = QChar(kSignOfNul + character.unicode());
+  }
+  return text;
+}
+
+std::string messageTextOfPath(const Path& path) { return fromQString(textOfPath(path)); }
+
+Path joinedPath(const Path& folder, const QString& name) {
+  const QByteArray bytes = name.toUtf8();
+  Path joined = folder;
+  if (!joined.native().ends_with(Path::preferred_separator)) joined += Path::preferred_separator;
+  joined += Path(std::u8string(bytes.begin(), bytes.end()));
+  return joined;
+}
+
+}  // namespace quorrix

@@ -1,0 +1,24 @@
+// The border between paths, whose bytes are the file system's own, and what the
+// user reads and enters. A path that was shown is never made from its text again.
+#pragma once
+
+#include <QString>
+#include <string>
+
+#include "platform/file_system.h"
+
+namespace quorrix {
+
+[[nodiscard]] QString textOfPath(const Path& path);
+
+// On one line: a control character shows as the sign for it.
+[[nodiscard]] QString rowTextOfPath(const Path& path);
+
+// For a message box, in single-byte text.
+[[nodiscard]] std::string messageTextOfPath(const Path& path);
+
+// `name` behind the folder's path and one separator, which a root ends in already.
+// A name that begins with a separator leads nowhere else.
+[[nodiscard]] Path joinedPath(const Path& folder, const QString& name);
+
+}  // namespace quorrix
