@@ -107,6 +107,7 @@ void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
 
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(prompt_);
+  layout->addSpacing(layout->spacing());
   layout->addLayout(lists);
   layout->addWidget(makeLabel(boxLabel, Text1_, this));
   layout->addWidget(Text1_);

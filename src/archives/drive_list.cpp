@@ -19,7 +19,9 @@ DriveList::DriveList(FileSystem& files, QWidget* parent) : QComboBox(parent), fi
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   connect(this, &QComboBox::activated, this, &DriveList::chooseRow);
   showAnew();
-  if (!rows_.empty()) drive_ = rows_.front();
+  if (rows_.empty()) return;
+  drive_ = rows_.front();
+  setCurrentIndex(0);
 }
 
 void DriveList::setDrive(const Path& drive) {

@@ -25,12 +25,12 @@ QString rowTextOfPath(const Path& path) {
 
 std::string messageTextOfPath(const Path& path) { return fromQString(textOfPath(path)); }
 
+// Joined as text: a path's own += can lose a component of a name with separators.
 Path joinedPath(const Path& folder, const QString& name) {
   const QByteArray bytes = name.toUtf8();
-  Path joined = folder;
-  if (!joined.native().ends_with(Path::preferred_separator)) joined += Path::preferred_separator;
-  joined += Path(std::u8string(bytes.begin(), bytes.end()));
-  return joined;
+  Path::string_type joined = folder.native();
+  if (!joined.ends_with(Path::preferred_separator)) joined += Path::preferred_separator;
+  return joined + Path(std::u8string(bytes.begin(), bytes.end())).native();
 }
 
 }  // namespace quorrix

@@ -1,0 +1,233 @@
+// What the dialogs on an existing folder have in common, for each of the three.
+#include "archives/archive_folder_dialog.h"
+
+#include <memory>
+#include <ostream>
+
+#include "archives/archive_dialog.h"
+#include "archives/archive_stage.h"
+#include "archives/delete_archive_dialog.h"
+#include "archives/load_archive_dialog.h"
+
+namespace quorrix {
+namespace {
+
+using test::Texts;
+
+class Loadable {
+ public:
+  Loadable() = default;
+  Loadable(const Loadable&) = delete;
+  Loadable& operator=(const Loadable&) = delete;
+  virtual ~Loadable() = default;
+  virtual QDialog& dialog() = 0;
+  virtual void load() = 0;
+};
+
+template <typename Dialog>
+class LoadableDialog final : public Loadable {
+ public:
+  explicit LoadableDialog(const ArchiveDialogParts& parts) : dialog_(parts, {}) {}
+  QDialog& dialog() override { return dialog_; }
+  void load() override { dialog_.Form_Load(); }
+
+ private:
+  Dialog dialog_;
+};
+
+struct Kind {
+  const char* name;
+  const char* caption;
+  std::unique_ptr<Loadable> (*make)(const ArchiveDialogParts&);
+};
+
+template <typename Dialog>
+std::unique_ptr<Loadable> make(const ArchiveDialogParts& parts) {
+  return std::make_unique<LoadableDialog<Dialog>>(parts);
+}
+
+void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
+
+constexpr Kind kKinds[] = {
+    {"ArchiveDialog", "Archive Sites", make<ArchiveDialog>},
+    {"LoadArchiveDialog", "Load Sites Archive", make<LoadArchiveDialog>},
+    {"DeleteArchiveDialog", "Delete Sites Archive", make<DeleteArchiveDialog>},
+};
+
+class ExistingArchiveDialogTest : public test::ArchiveStage,
+                                  public testing::WithParamInterface<Kind> {
+ protected:
+  QDialog& dialog() { return loadable_->dialog(); }
+
+  void open() {
+    loadable_->load();
+    dialog().show();
+  }
+
+  void expectTheFolderOfArchives() {
+    EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives");
+    EXPECT_EQ(filesOf(dialog()), Texts{"readme.txt"});
+    EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives");
+  }
+
+  std::unique_ptr<Loadable> loadable_ = GetParam().make(parts());
+};
+
+TEST_P(ExistingArchiveDialogTest, IsNamedAndCaptioned) {
+  EXPECT_EQ(dialog().objectName().toStdString(), GetParam().name);
+  EXPECT_EQ(dialog().windowTitle().toStdString(), GetParam().caption);
+  EXPECT_EQ(control<QAbstractButton>(dialog(), "OKButton").text(), QStringLiteral("OK"));
+  EXPECT_EQ(control<QAbstractButton>(dialog(), "CancelButton").text(), QStringLiteral("Cancel"));
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensOnTheFolderOfArchives) {
+  open();
+  expectTheFolderOfArchives();
+  EXPECT_EQ(driveShownIn(dialog()), "/");
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensOverTheMiddleOfTheMainWindow) {
+  open();
+  const QPoint apart = dialog().frameGeometry().center() - mainWindow_.frameGeometry().center();
+  EXPECT_LE(apart.manhattanLength(), 2) << "half pixels are cut off";
+}
+
+TEST_P(ExistingArchiveDialogTest, FollowsTheFolderThatTheUserOpens) {
+  open();
+  openIn(dialog(), "May");
+  EXPECT_EQ(filesOf(dialog()), (Texts{"nodes.dat", "notes.dat"}));
+  EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
+}
+
+TEST_P(ExistingArchiveDialogTest, FollowsTheDrive) {
+  open();
+  control<QComboBox>(dialog(), "Drive1").setCurrentIndex(1);  // tells nobody
+  chooseDrive(dialog(), "/media/stick");
+  EXPECT_EQ(openFolderOf(dialog()), "/media/stick");
+  EXPECT_EQ(filesOf(dialog()), Texts{"photo"});
+  EXPECT_EQ(shownInBox(dialog()), "/media/stick");
+}
+
+TEST_P(ExistingArchiveDialogTest, KeepsItsFolderButShowsTheDriveWithoutAMedium) {
+  for (const int number : {71, 68, 75, 57, 7}) {
+    open();
+    disk_.failListing("/media/empty", number);
+    messageBox_.expect("Device not ready.", MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                       [this] { EXPECT_EQ(driveShownIn(dialog()), "/media/empty"); });
+    chooseDrive(dialog(), "/media/empty");
+    EXPECT_TRUE(messageBox_.isThrough());
+    EXPECT_EQ(driveShownIn(dialog()), "/media/empty");
+    expectTheFolderOfArchives();
+    EXPECT_TRUE(dialog().isVisible());
+    chooseDrive(dialog(), "/");
+  }
+}
+
+TEST_P(ExistingArchiveDialogTest, KeepsItsFolderWhenItsFilesCannotBeListed) {
+  open();
+  control<QComboBox>(dialog(), "Drive1").setCurrentIndex(1);
+  files_.failAtCall(test::FileCall::FileNames, 1, 57);
+  messageBox_.expect("Device not ready.", MessageBoxStyle::Critical);
+  chooseDrive(dialog(), "/media/stick");
+  EXPECT_EQ(driveShownIn(dialog()), "/media/stick");
+  expectTheFolderOfArchives();
+}
+
+TEST_P(ExistingArchiveDialogTest, TellsWhyAFolderDoesNotOpen) {
+  open();
+  disk_.failListing("/opt/quorrix/Archives/May", 75);
+  messageBox_.expect("Path/file access error.", MessageBoxStyle::Critical);
+  openIn(dialog(), "May");
+  expectTheFolderOfArchives();
+}
+
+TEST_P(ExistingArchiveDialogTest, ShowsAllTheSameWhenItsLoadFails) {
+  const std::string window = " " + std::string(GetParam().caption) + " window.";
+  const std::string memory = "Not enough memory available to open" + window;
+  const std::string other = "Error. Unable to open" + window;
+  const std::pair<int, std::string> kSentences[] = {{7, memory},   {28, memory}, {31001, other},
+                                                    {57, other},   {71, other},  {75, other},
+                                                    {35601, other}};
+  for (const auto& [number, sentence] : kSentences) {
+    disk_.failListing("/opt/quorrix/Archives", number);
+    messageBox_.expect(sentence, MessageBoxStyle::Critical);
+    open();
+    EXPECT_TRUE(messageBox_.isThrough()) << number;
+    EXPECT_TRUE(dialog().isVisible());
+    EXPECT_EQ(openFolderOf(dialog()), "/");
+    EXPECT_EQ(shownInBox(dialog()), "");
+  }
+}
+
+TEST_P(ExistingArchiveDialogTest, IsUsableWithoutTheFolderOfArchives) {
+  ArchiveDialogParts missing = parts();
+  missing.archives = "/opt/quorrix/Missing";
+  loadable_ = GetParam().make(missing);
+  messageBox_.expect("Error. Unable to open " + std::string(GetParam().caption) + " window.",
+                     MessageBoxStyle::Critical);
+  open();
+  messageBox_.expect("You must select a valid directory.", MessageBoxStyle::Exclamation);
+  press(dialog(), "OKButton");
+  openIn(dialog(), "opt");
+  EXPECT_EQ(shownInBox(dialog()), "/opt");
+}
+
+TEST_P(ExistingArchiveDialogTest, IsPlacedBeforeItsLoadFails) {
+  loadable_->load();
+  const QPoint centred = dialog().pos();
+  dialog().move(0, 0);
+  disk_.failListing("/opt/quorrix/Archives", 75);
+  messageBox_.expect("Error. Unable to open " + std::string(GetParam().caption) + " window.",
+                     MessageBoxStyle::Critical);
+  loadable_->load();
+  EXPECT_EQ(dialog().pos(), centred);
+  EXPECT_NE(centred, QPoint(0, 0));
+}
+
+TEST_P(ExistingArchiveDialogTest, RefusesAPathOfFewerThanFourCharacters) {
+  open();
+  for (const char* path : {"", "/", "C:\\", "\u00e9\u00e9\u00e9"}) {
+    control<QLineEdit>(dialog(), "Text1").setText(QString::fromUtf8(path));
+    messageBox_.expect("You must select a valid directory.", MessageBoxStyle::Exclamation);
+    press(dialog(), "OKButton");
+    EXPECT_TRUE(messageBox_.isThrough()) << path;
+    EXPECT_TRUE(dialog().isVisible());
+  }
+}
+
+TEST_P(ExistingArchiveDialogTest, ClosesOnCancelAndEscape) {
+  open();
+  press(dialog(), "CancelButton");
+  EXPECT_FALSE(dialog().isVisible());
+  EXPECT_EQ(dialog().result(), QDialog::Rejected);
+  open();
+  QTest::keyClick(&control<FolderList>(dialog(), "Dir1"), Qt::Key_Escape);
+  EXPECT_FALSE(dialog().isVisible());
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensAFolderByEnterAndPressesNoButton) {
+  open();
+  auto& folders = control<FolderList>(dialog(), "Dir1");
+  QTest::keyClick(&folders, Qt::Key_Down);
+  QTest::keyClick(&folders, Qt::Key_Return);
+  EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives/June");
+  EXPECT_EQ(messageBox_.shown(), 0);
+}
+
+TEST_P(ExistingArchiveDialogTest, IsWalkedThroughFromTopToBottom) {
+  open();
+  Texts order{"Drive1", "Dir1", "File1", "Text1", "OKButton", "CancelButton"};
+  if (dialog().findChild<QAbstractButton*>(QStringLiteral("NewButton")) != nullptr) {
+    order.push_back("NewButton");
+  }
+  EXPECT_EQ(tabThrough(dialog()), order);
+  expectEveryControlIsNamed(dialog());
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ExistingArchiveDialogTest, testing::ValuesIn(kKinds),
+                         [](const testing::TestParamInfo<Kind>& kind) {
+                           return std::string(kind.param.name);
+                         });
+
+}  // namespace
+}  // namespace quorrix
