@@ -51,7 +51,7 @@ void ArchiveDialog::archiveIntoFolder() {
   auto earlier = EarlierArchive::None;
   if (work_.holdsArchiveFiles(folder())) {
     if (!isConfirmed(kArchiveAnyway, MessageBoxStyle::ConfirmWarning)) return;
-    earlier = EarlierArchive::Overwritten;
+    earlier = EarlierArchive::Delete;
   }
   giveWayToWork();
   work_.archive(folder(), earlier);

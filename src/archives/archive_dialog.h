@@ -5,10 +5,9 @@
 #include <functional>
 
 #include "archives/archive_folder_dialog.h"
+#include "archives/archive_operations.h"
 
 namespace quorrix {
-
-enum class EarlierArchive { None, Overwritten };
 
 class ArchiveDialog final : public ExistingArchiveDialog {
   Q_OBJECT

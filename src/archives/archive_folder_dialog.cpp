@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "archives/path_text.h"
+#include "archives/shown_path.h"
 #include "shell/centre_over.h"
 #include "shell/guarded.h"
 #include "shell/pointer.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "archives/path_text.h"
+#include "archives/shown_path.h"
 #include "platform/failure.h"
 
 namespace quorrix {

@@ -1,6 +1,6 @@
 #include "archives/file_list.h"
 
-#include "archives/path_text.h"
+#include "archives/shown_path.h"
 
 namespace quorrix {
 

@@ -4,7 +4,7 @@
 #include <QStyledItemDelegate>
 #include <utility>
 
-#include "archives/path_text.h"
+#include "archives/shown_path.h"
 #include "platform/failure.h"
 
 namespace quorrix {

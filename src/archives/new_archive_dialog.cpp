@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 #include "archives/archive_dialog.h"
-#include "archives/path_text.h"
+#include "archives/shown_path.h"
 #include "shell/centre_over.h"
 #include "shell/guarded.h"
 #include "shell/plain_text.h"

@@ -58,9 +58,9 @@ constexpr MenuItem kMenus[] = {
     entry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
     separator("FileSep4"),
     {MenuItemKind::Submenu, "FileArchiveTop", "A&rchive", nullptr},
-    entry("FileArchive", "&Archive Sites..."),
-    entry("FileLoadArchive", "&Load Sites Archive..."),
-    entry("FileDeleteArchive", "&Delete Sites Archive..."),
+    entry("FileArchive", "&Archive Sites...", &MainForm::FileArchive_Click),
+    entry("FileLoadArchive", "&Load Sites Archive...", &MainForm::FileLoadArchive_Click),
+    entry("FileDeleteArchive", "&Delete Sites Archive...", &MainForm::FileDeleteArchive_Click),
     {MenuItemKind::SubmenuEnd, "", "", nullptr},
     separator("FileSep5"),
     entry("FileExit", "&Exit", &MainForm::FileExit_Click),
@@ -158,8 +158,7 @@ void MainForm::loadData() {
   treeView_->expandDNSNodes();
   const std::string lastArchive =
       parts_.files.readFirstLine(parts_.paths.appPath("Data") / "load.txt");
-  statusBar_->setPanelText(1, QStringLiteral("Last archive loaded: ") %
-                                  fromPlatformText(withoutOuterBlanks(lastArchive)));
+  showLastArchive(fromPlatformText(withoutOuterBlanks(lastArchive)));
   statusBar_->setPanelText(2, QStringLiteral("Right click site address for site menu."));
 }
 
@@ -169,8 +168,7 @@ void MainForm::waitYielding(std::chrono::milliseconds time) {
 }
 
 void MainForm::FileStartTrack_Click() {
-  // The menus work while the wait dialog shows, but the data are not there yet.
-  if (tree_.root() == kNoNode) return;
+  if (!isLoaded()) return;
   setWindowTitle(QStringLiteral("Quorrix"));
   const bool isEnded = guarded(*this, parts_.messageBox, FailureFamily::Tracking,
                                [this] { tracking_.startTracking(); });
@@ -179,17 +177,18 @@ void MainForm::FileStartTrack_Click() {
 
 void MainForm::FileStopTrack_Click() { tracking_.stopTracking(); }
 
+bool MainForm::refusesWhileTracking() {
+  if (!isTracking()) return false;
+  parts_.messageBox.show("You must stop tracking websites before using this feature.",
+                         MessageBoxStyle::Information);
+  return true;
+}
+
 // What is refused while tracking runs or the display is empty, with the reason told.
 bool MainForm::refuses(std::string_view whenThereAreNoSites) {
-  std::string_view reason;
-  if (isTracking()) {
-    reason = "You must stop tracking websites before using this feature.";
-  } else if (tree_.size() <= 1) {
-    reason = whenThereAreNoSites;
-  } else {
-    return false;
-  }
-  parts_.messageBox.show(reason, MessageBoxStyle::Information);
+  if (refusesWhileTracking()) return true;
+  if (tree_.size() > 1) return false;
+  parts_.messageBox.show(whenThereAreNoSites, MessageBoxStyle::Information);
   return true;
 }
 

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <functional>
 
+#include "archives/archive_folder_dialog.h"
+#include "archives/archive_operations.h"
 #include "platform/clock.h"
 #include "platform/command_shell.h"
 #include "platform/event_pump.h"
@@ -52,6 +54,9 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void FileSearch_Click();
   void FileDelete_Click();
   void FileClear_Click();
+  void FileArchive_Click();
+  void FileLoadArchive_Click();
+  void FileDeleteArchive_Click();
   void FileExit_Click();
   void PopUpShowAll_Click();
   void PopUpHideAll_Click();
@@ -84,9 +89,18 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void layOut();
   void Form_Unload();
   void setCaption();
+  // The menus work while the wait dialog shows, but the data are not there yet.
+  [[nodiscard]] bool isLoaded() const { return tree_.root() != kNoNode; }
+  [[nodiscard]] bool refusesWhileTracking();
   [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);
   void deleteSelectedSites();
   void clearTree();
+  [[nodiscard]] ArchiveDialogParts archiveDialogParts();
+  template <typename Dialog>
+  void showArchiveDialog(const typename Dialog::Work& work);
+  void showLastArchive(const QString& archive);
+  void archiveTo(const Path& folder, EarlierArchive earlier);
+  void loadFrom(const Path& folder);
   [[nodiscard]] std::function<void()> onPopupSite(void (MainForm::*handler)());
   [[nodiscard]] RecordDialogParts recordDialogParts();
   [[nodiscard]] SearchWindows::Parts searchParts();

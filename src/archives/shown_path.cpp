@@ -1,4 +1,4 @@
-#include "archives/path_text.h"
+#include "archives/shown_path.h"
 
 #include "shell/plain_text.h"
 
