@@ -9,7 +9,6 @@ import unittest
 
 from support import processes
 from support.popup_menu import PopupMenu
-from support.quorrix import Quorrix
 from support.record_dialog import RecordDialog
 from support.scenario import QuorrixTest
 from support.waiting import wait_until
@@ -121,14 +120,6 @@ class SitesTest(QuorrixTest):
     def click_row_and_wait(self, row, caption):
         self.quorrix.click_row(row)
         self.quorrix.wait_for_caption(caption)
-
-    def restart(self):
-        self.quorrix.close_window()
-        self.assertEqual(0, self.quorrix.exit_status())
-        self.quorrix.end()
-        self.quorrix = Quorrix(self.session, self.folder)
-        self.addCleanup(self.quorrix.end)
-        self.given_the_program()
 
 
 class Search(SitesTest):

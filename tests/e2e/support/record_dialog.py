@@ -9,7 +9,7 @@ from support.popup_menu import PopupMenu
 from support.waiting import wait_until
 
 # What Tab can stop at.
-CONTROLS = ("text", "list", "push button")
+CONTROLS = ("combo box", "text", "list", "push button")
 
 
 class RecordDialog:
@@ -69,6 +69,11 @@ class RecordDialog:
     def entries(self):
         """Of the list, from top to bottom."""
         return [entry.name for entry in self._control("list").children()
+                if entry.role == "list item"]
+
+    def entries_of(self, name):
+        """Of one list among several, from top to bottom."""
+        return [entry.name for entry in self._control("list", name).children()
                 if entry.role == "list item"]
 
     def labels(self):
@@ -133,6 +138,13 @@ class RecordDialog:
         control = self._control("text", box)
         self.screen.click(*control.centre())
         wait_until(lambda: control.has_state(STATE_FOCUSED), f"the box {box!r} to have the focus")
+
+    def double_click_entry(self, name, number):
+        """Of one list among several; counted from 0."""
+        entry = [thing for thing in self._control("list", name).children()
+                 if thing.role == "list item"][number]
+        self.screen.click(*entry.centre())
+        self.screen.click(*entry.centre())
 
     def click_entry(self, number):
         """Counted from 0."""

@@ -94,6 +94,14 @@ class QuorrixTest(unittest.TestCase):
             self.quorrix.start_and_wait()
         return browser
 
+    def restart(self):
+        self.quorrix.close_window()
+        self.assertEqual(0, self.quorrix.exit_status())
+        self.quorrix.end()
+        self.quorrix = Quorrix(self.session, self.folder)
+        self.addCleanup(self.quorrix.end)
+        self.given_the_program()
+
     def watch_writes(self):
         writes = WriteCount(self.quorrix.site_file)
         self.addCleanup(writes.close)

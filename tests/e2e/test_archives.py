@@ -1,0 +1,148 @@
+"""Archiving the display, loading an archive back, and deleting it, as a user does it."""
+
+import os
+import unittest
+
+from support.record_dialog import RecordDialog
+from support.scenario import QuorrixTest
+from support.waiting import wait_until
+
+GARDEN_SITE = b"www.garden.example/roses" + b" " * 276 + b"N" + b"3/14/26 10:00:00 AM~ "
+HARBOUR_SITE = b"news.harbour.example" + b" " * 280 + b"S" + b"11/3/25 1:00:00 PM~  "
+SITES = GARDEN_SITE + HARBOUR_SITE
+NOTES = b"news.harbour.example" + b" " * 280 + b"Ask for Anna" + b" " * 1012
+USERS = b"news.harbour.example" + b" " * 280 + b"anchor" + b" " * 24 + b"anna" + b" " * 26
+PURCHASES = (b"www.garden.example/roses" + b" " * 276 + b"3/14/26 10:00:00 AM~" + b" " * 5
+             + b"24.50~" + b" " * 6 + b"Card~" + b" " * 45 + b"Shears~" + b" " * 43
+             + b"~" + b" " * 99 + b"1~" + b" " * 3)
+DATA = {"nodes.dat": SITES, "notes.dat": NOTES, "info.dat": USERS, "purchases.dat": PURCHASES}
+NOTHING = dict.fromkeys(DATA, b"")
+
+# Blanks, markup, what stands for a changed window, a mnemonic, and a letter beyond ASCII.
+NAME = "M\u00e4y <b> [*] & 'x'"
+
+STOP_FIRST = "You must stop tracking websites before using this feature."
+
+
+class Archives(QuorrixTest):
+    def setUp(self):
+        super().setUp()
+        for name, content in DATA.items():
+            self.given_bytes(name, content)
+        self.given_the_program()
+        self.archives = os.path.join(self.folder, "Archives")
+        self.archive = os.path.join(self.archives, NAME)
+
+    def open(self, key, caption):
+        self.use_archive_menu(key)
+        return RecordDialog(self.quorrix, caption)
+
+    def use_archive_menu(self, key):
+        self.quorrix.main_window().use()
+        self.session.screen.press("alt+f", "r", key)
+
+    def answer(self, expected, button="OK"):
+        self.assertEqual(expected, self.quorrix.wait_for_message())
+        self.quorrix.answer_message(button)
+
+    def make_archive_folder(self, dialog):
+        dialog.press_button("New")
+        new = RecordDialog(self.quorrix, "New Archive")
+        new.insert_into("Name of the new folder", NAME)
+        new.press_button("OK")
+        self.answer(f"Create new archive folder '{NAME}' in '{self.archives}'?")
+        new.wait_until_closed()
+        wait_until(lambda: dialog.text_of("Archive folder") == self.archive, "the new folder")
+
+    def choose_archive(self, dialog):
+        folders = dialog.entries_of("Folder")
+        row = next(i for i, name in enumerate(folders) if name.strip() == NAME)
+        dialog.double_click_entry("Folder", row)
+        wait_until(lambda: dialog.text_of("Archive folder") == self.archive, "the archive")
+
+    def files_of(self, folder):
+        return {name: self.bytes_in(folder, name) for name in DATA
+                if os.path.exists(os.path.join(folder, name))}
+
+    @staticmethod
+    def bytes_in(folder, name):
+        with open(os.path.join(folder, name), "rb") as file:
+            return file.read()
+
+    def last_archive(self):
+        return self.bytes_in(self.quorrix.data_folder, "load.txt")
+
+    def archive_display(self):
+        dialog = self.open("a", "Archive Sites")
+        self.make_archive_folder(dialog)
+        dialog.press_button("OK")
+        self.answer(f"Archive current display and associated data to '{self.archive}'?")
+        self.answer(f"Data successfully archived to '{self.archive}'.")
+        dialog.wait_until_closed()
+
+    def test_a_display_goes_into_a_new_folder_and_comes_back(self):
+        self.archive_display()
+        self.assertEqual(DATA, self.files_of(self.archive))
+        self.assertEqual(NOTHING, self.files_of(self.quorrix.data_folder))
+        self.assertEqual(b"none\r\n", self.last_archive())
+        self.assertEqual(["www"], self.quorrix.tree())
+        self.quorrix.wait_for_text("Last archive loaded: none")
+
+        self.restart()
+        self.quorrix.wait_for_text("Last archive loaded: none")
+        self.assertEqual(["www"], self.quorrix.tree())
+
+        dialog = self.open("l", "Load Sites Archive")
+        self.choose_archive(dialog)
+        dialog.press_button("OK")
+        self.answer(f"Load archive data from '{self.archive}'?")
+        dialog.wait_until_closed()
+        self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
+        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+        self.assertEqual(DATA, self.files_of(self.archive))
+        self.assertEqual(self.archive.encode() + b"\r\n", self.last_archive())
+        self.quorrix.wait_for_text(f"Last archive loaded: {self.archive}")
+
+    def test_deleting_an_archive_leaves_what_is_not_its_own(self):
+        self.archive_display()
+        readme = os.path.join(self.archive, "readme.txt")
+        with open(readme, "wb") as file:
+            file.write(b"mine")
+        dialog = self.open("d", "Delete Sites Archive")
+        self.choose_archive(dialog)
+        dialog.press_button("OK")
+        self.answer(f"Delete archive '{self.archive}'?")
+        self.answer(f"Archive files in '{self.archive}' successfully deleted.")
+        dialog.wait_until_closed()
+        self.assertEqual(["readme.txt"], os.listdir(self.archive))
+        self.assertEqual(NOTHING, self.files_of(self.quorrix.data_folder))
+
+    def test_cancel_changes_nothing(self):
+        dialog = self.open("a", "Archive Sites")
+        dialog.press_button("OK")
+        self.answer(f"Archive current display and associated data to '{self.archives}'?", "Cancel")
+        dialog.press_key("Escape")
+        dialog.wait_until_closed()
+        self.assertEqual([], os.listdir(self.archives))
+        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+
+    def test_a_folder_without_sites_is_no_archive(self):
+        dialog = self.open("l", "Load Sites Archive")
+        dialog.press_button("OK")
+        self.answer(f"Load archive data from '{self.archives}'?")
+        self.answer("Folder does not contain a critical archive file. The folder must contain at "
+                    "least 'nodes.dat'. Canceling operation.")
+        dialog.press_key("Escape")
+        dialog.wait_until_closed()
+        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+
+    def test_all_three_are_refused_while_tracking(self):
+        self.quorrix.start_tracking()
+        for key in ("a", "l", "d"):
+            self.use_archive_menu(key)
+            self.answer(STOP_FIRST)
+        self.quorrix.stop_tracking()
+
+
+if __name__ == "__main__":
+    unittest.main()
