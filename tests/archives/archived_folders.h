@@ -1,0 +1,189 @@
+// A program folder on the real disk with working data and one archive, for tests
+// of what is left of them after a crash or on a full disk. The files are written
+// here by hand, and looked at from outside the program.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "archives/archive_operations.h"
+#include "archives/last_archive.h"
+#include "platform/linux/posix_file_system.h"
+#include "sitetree/site_file.h"
+#include "support/failure_number.h"
+#include "support/fake_clock.h"
+#include "support/temporary_folder.h"
+
+namespace quorrix::test {
+
+// Some of the files fill more than one block of a copy, so that half of one can be
+// told from the whole.
+class ArchivedFolders : public testing::Test {
+ protected:
+  // In the order of the letters of a state, which is that of archiving.
+  static constexpr const char* kNames[] = {"nodes.dat", "notes.dat", "purchases.dat", "info.dat"};
+
+  ArchivedFolders() {
+    std::filesystem::create_directories(data_);
+    std::filesystem::create_directories(may_);
+    paths_.setFolder(data_);
+  }
+
+  static std::string repeated(int count, const std::string& record) {
+    std::string bytes;
+    for (int i = 0; i < count; ++i) bytes += record;
+    return bytes;
+  }
+
+  static std::string siteRecord(std::string address) {
+    address.resize(300, ' ');
+    return address + "N11/21/26 10:15:00 AM~";
+  }
+
+  static std::string otherRecord(std::string text) {
+    text.resize(498, ' ');
+    return text + "~\n";
+  }
+
+  // Each longer than the one that archiving copies before it.
+  const std::vector<std::string> working_{
+      repeated(1000, siteRecord("working.site.example")),  // 322,000 bytes
+      repeated(900, otherRecord("a working note")),        // 450,000
+      repeated(1000, otherRecord("a working purchase")),   // 500,000
+      repeated(1200, otherRecord("a working user ID"))};   // 600,000
+
+  // Each longer than the one that loading copies before it.
+  const std::vector<std::string> archived_{
+      repeated(1000, siteRecord("archived.site.example")),  // 322,000 bytes
+      repeated(1000, otherRecord("an archived note")),      // 500,000
+      repeated(900, otherRecord("an archived purchase")),   // 450,000
+      repeated(1200, otherRecord("an archived user ID"))};  // 600,000
+
+  static void write(const Path& path, const std::string& bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file << bytes;
+    ASSERT_TRUE(file.flush()) << "cannot write " << path;
+  }
+
+  static std::string read(const Path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+
+  static void givenNothingIn(const Path& folder) {
+    for (const std::string& name : namesIn(folder)) std::filesystem::remove(folder / name);
+  }
+
+  static void givenFiles(const Path& folder, const std::vector<std::string>& contents) {
+    givenNothingIn(folder);
+    for (std::size_t i = 0; i < 4; ++i) write(folder / kNames[i], contents[i]);
+  }
+
+  // Both folders whole, and load.txt with the archive before.
+  void givenWorkingDataAndAnArchive() {
+    givenFiles(may_, archived_);
+    givenFiles(data_, working_);
+    write(data_ / "load.txt", "/Archives/April\r\n");
+  }
+
+  static std::vector<std::string> namesIn(const Path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  // Names besides the data files and load.txt, of both folders.
+  [[nodiscard]] std::vector<std::string> strangeNames() const {
+    std::vector<std::string> strange;
+    for (const Path& folder : {may_, data_}) {
+      for (const std::string& name : namesIn(folder)) {
+        const bool isKnown = name == "load.txt" || std::find(std::begin(kNames), std::end(kNames),
+                                                             name) != std::end(kNames);
+        if (!isKnown) strange.push_back(name);
+      }
+    }
+    return strange;
+  }
+
+  // The archive's four files, the working ones, and load.txt. "w" is the whole file
+  // of the working data and "a" that of the archive, "0" is empty and "-" missing;
+  // in load.txt "b" is the archive before, "m" is May, "n" is none. "?" is anything
+  // else, half a file for example.
+  [[nodiscard]] std::string state() const {
+    return letters(may_) + " " + letters(data_) + " " + recordLetter();
+  }
+
+  void archive(FileSystem& files, EarlierArchive earlier) {
+    WorkingPaths paths = paths_;
+    moveIntoArchive(files, paths, may_, earlier);
+    rememberNoArchive(files, app_);
+  }
+
+  void load(FileSystem& files) {
+    WorkingPaths paths = paths_;
+    paths.setFilesFolder(may_);
+    SiteTree tree;
+    SiteFile(files, clock_, paths).loadNodes(tree);
+    takeOverArchive(files, app_, paths, may_);
+    rememberArchive(files, app_, may_);
+  }
+
+  // The program is started again where `before` is what it finds: it shows the sites
+  // of the site file, and the archive that load.txt names.
+  void expectToStartOn(const std::string& before) {
+    SiteTree tree;
+    std::string line;
+    EXPECT_EQ(failureNumberOf([&] {
+                SiteFile(files_, clock_, paths_).loadNodes(tree);
+                line = files_.readFirstLine(data_ / "load.txt");
+                return 0;
+              }),
+              kNoFailure);
+    const char site = before.at(5);
+    EXPECT_EQ(tree.find("working.site.example") != kNoNode, site == 'w');
+    EXPECT_EQ(tree.find("archived.site.example") != kNoNode, site == 'a');
+    const char named = before.at(10);
+    EXPECT_EQ(line, named == 'n' ? "none" : named == 'm' ? may_.string() : "/Archives/April");
+  }
+
+  TemporaryFolder folder_;
+  const Path data_ = folder_ / "Data";
+  const Path may_ = folder_ / "Archives" / "May";
+  PosixFileSystem files_;
+  FakeClock clock_;
+  AppPaths app_{folder_.path()};
+  WorkingPaths paths_;
+
+ private:
+  [[nodiscard]] std::string letters(const Path& folder) const {
+    std::string all;
+    for (std::size_t i = 0; i < 4; ++i) all += letter(folder / kNames[i], i);
+    return all;
+  }
+
+  [[nodiscard]] char letter(const Path& path, std::size_t i) const {
+    if (!std::filesystem::exists(path)) return '-';
+    const std::string bytes = read(path);
+    if (bytes.empty()) return '0';
+    if (bytes == working_[i]) return 'w';
+    return bytes == archived_[i] ? 'a' : '?';
+  }
+
+  [[nodiscard]] char recordLetter() const {
+    const std::string line = read(data_ / "load.txt");
+    if (line == "/Archives/April\r\n") return 'b';
+    if (line == "none\r\n") return 'n';
+    return line == may_.string() + "\r\n" ? 'm' : '?';
+  }
+};
+
+}  // namespace quorrix::test
