@@ -142,9 +142,7 @@ TEST_F(PosixFileSystemTest, GivesUpWhenTheLockOutlastsItsPatience) {
   EXPECT_GE(steady_clock::now() - start, 50ms);
 }
 
-TEST_F(PosixFileSystemTest, WaitsForALockUnlessToldOtherwise) {
-  EXPECT_EQ(kLockPatience, 400ms);
-}
+TEST_F(PosixFileSystemTest, WaitsForALockUnlessToldOtherwise) { EXPECT_EQ(kLockPatience, 400ms); }
 
 TEST_F(PosixFileSystemTest, RespectsAnotherProgramsLockUntilThatProgramEnds) {
   const Path path = folder_.givenAFile("nodes.dat", "");
