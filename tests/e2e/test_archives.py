@@ -45,6 +45,10 @@ class Archives(QuorrixTest):
         self.assertEqual(expected, self.quorrix.wait_for_message())
         self.quorrix.answer_message(button)
 
+    def wait_until_gone(self, dialog):
+        """After its work; the main window is used next, and so made active, by hand."""
+        wait_until(lambda: dialog.window() is None, "the dialog to close")
+
     def make_archive_folder(self, dialog):
         dialog.press_button("New")
         new = RecordDialog(self.quorrix, "New Archive")
@@ -78,7 +82,7 @@ class Archives(QuorrixTest):
         dialog.press_button("OK")
         self.answer(f"Archive current display and associated data to '{self.archive}'?")
         self.answer(f"Data successfully archived to '{self.archive}'.")
-        dialog.wait_until_closed()
+        self.wait_until_gone(dialog)
 
     def test_a_display_goes_into_a_new_folder_and_comes_back(self):
         self.archive_display()
@@ -96,7 +100,7 @@ class Archives(QuorrixTest):
         self.choose_archive(dialog)
         dialog.press_button("OK")
         self.answer(f"Load archive data from '{self.archive}'?")
-        dialog.wait_until_closed()
+        self.wait_until_gone(dialog)
         self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
         self.assertEqual(DATA, self.files_of(self.archive))
@@ -113,7 +117,7 @@ class Archives(QuorrixTest):
         dialog.press_button("OK")
         self.answer(f"Delete archive '{self.archive}'?")
         self.answer(f"Archive files in '{self.archive}' successfully deleted.")
-        dialog.wait_until_closed()
+        self.wait_until_gone(dialog)
         self.assertEqual(["readme.txt"], os.listdir(self.archive))
         self.assertEqual(NOTHING, self.files_of(self.quorrix.data_folder))
 
@@ -122,7 +126,7 @@ class Archives(QuorrixTest):
         dialog.press_button("OK")
         self.answer(f"Archive current display and associated data to '{self.archives}'?", "Cancel")
         dialog.press_key("Escape")
-        dialog.wait_until_closed()
+        self.wait_until_gone(dialog)
         self.assertEqual([], os.listdir(self.archives))
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
 
@@ -133,7 +137,7 @@ class Archives(QuorrixTest):
         self.answer("Folder does not contain a critical archive file. The folder must contain at "
                     "least 'nodes.dat'. Canceling operation.")
         dialog.press_key("Escape")
-        dialog.wait_until_closed()
+        self.wait_until_gone(dialog)
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
 
     def test_all_three_are_refused_while_tracking(self):

@@ -29,6 +29,7 @@ void MainForm::showArchiveDialog(const typename Dialog::Work& work) {
   Dialog dialog(archiveDialogParts(), work);
   dialog.Form_Load();
   dialog.exec();
+  activateWindow();  // the dialog hides before its work, and the keyboard may have gone elsewhere
   showDefaultPointer(*this);
 }
 
