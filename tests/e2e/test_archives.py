@@ -45,9 +45,10 @@ class Archives(QuorrixTest):
         self.assertEqual(expected, self.quorrix.wait_for_message())
         self.quorrix.answer_message(button)
 
-    def wait_until_gone(self, dialog):
-        """After its work; the main window is used next, and so made active, by hand."""
-        wait_until(lambda: dialog.window() is None, "the dialog to close")
+    def answer_both(self, first, second):
+        self.assertEqual(first, self.quorrix.wait_for_message())
+        self.quorrix.answer_message_before("OK", second)
+        self.quorrix.confirm_message()
 
     def make_archive_folder(self, dialog):
         dialog.press_button("New")
@@ -80,9 +81,9 @@ class Archives(QuorrixTest):
         dialog = self.open("a", "Archive Sites")
         self.make_archive_folder(dialog)
         dialog.press_button("OK")
-        self.answer(f"Archive current display and associated data to '{self.archive}'?")
-        self.answer(f"Data successfully archived to '{self.archive}'.")
-        self.wait_until_gone(dialog)
+        self.answer_both(f"Archive current display and associated data to '{self.archive}'?",
+                         f"Data successfully archived to '{self.archive}'.")
+        dialog.wait_until_closed()
 
     def test_a_display_goes_into_a_new_folder_and_comes_back(self):
         self.archive_display()
@@ -100,7 +101,7 @@ class Archives(QuorrixTest):
         self.choose_archive(dialog)
         dialog.press_button("OK")
         self.answer(f"Load archive data from '{self.archive}'?")
-        self.wait_until_gone(dialog)
+        dialog.wait_until_closed()
         self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
         self.assertEqual(DATA, self.files_of(self.archive))
@@ -115,9 +116,9 @@ class Archives(QuorrixTest):
         dialog = self.open("d", "Delete Sites Archive")
         self.choose_archive(dialog)
         dialog.press_button("OK")
-        self.answer(f"Delete archive '{self.archive}'?")
-        self.answer(f"Archive files in '{self.archive}' successfully deleted.")
-        self.wait_until_gone(dialog)
+        self.answer_both(f"Delete archive '{self.archive}'?",
+                         f"Archive files in '{self.archive}' successfully deleted.")
+        dialog.wait_until_closed()
         self.assertEqual(["readme.txt"], os.listdir(self.archive))
         self.assertEqual(NOTHING, self.files_of(self.quorrix.data_folder))
 
@@ -126,18 +127,18 @@ class Archives(QuorrixTest):
         dialog.press_button("OK")
         self.answer(f"Archive current display and associated data to '{self.archives}'?", "Cancel")
         dialog.press_key("Escape")
-        self.wait_until_gone(dialog)
+        dialog.wait_until_closed()
         self.assertEqual([], os.listdir(self.archives))
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
 
     def test_a_folder_without_sites_is_no_archive(self):
         dialog = self.open("l", "Load Sites Archive")
         dialog.press_button("OK")
-        self.answer(f"Load archive data from '{self.archives}'?")
-        self.answer("Folder does not contain a critical archive file. The folder must contain at "
-                    "least 'nodes.dat'. Canceling operation.")
+        self.answer_both(f"Load archive data from '{self.archives}'?",
+                         "Folder does not contain a critical archive file. The folder must "
+                         "contain at least 'nodes.dat'. Canceling operation.")
         dialog.press_key("Escape")
-        self.wait_until_gone(dialog)
+        dialog.wait_until_closed()
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
 
     def test_all_three_are_refused_while_tracking(self):

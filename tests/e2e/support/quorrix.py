@@ -219,10 +219,13 @@ class Quorrix:
         self.answer_message("OK")
 
     def answer_message(self, button):
-        """Another message may follow at once, so this one's going is all that is waited for."""
-        answered = self.message()
         self._message_box().find("push button", button).press()
-        wait_until(lambda: self._message_if_any() != answered, "the message box to close")
+        wait_until(lambda: not self._message_if_any(), "the message box to close")
+
+    def answer_message_before(self, button, following):
+        """Of two messages, the second of which may come before anyone sees that the first went."""
+        self._message_box().find("push button", button).press()
+        wait_until(lambda: self._message_if_any() == following, f"the message {following!r}")
 
     def answer_message_with_key(self, key):
         wait_until(self.message_has_keyboard, "the message box to be active")
