@@ -16,7 +16,12 @@ class MainFormArchivesTest : public testing::Test {
  protected:
   MainFormArchivesTest() {
     stage_.memory.givenAFolder("/Quorrix/Archives/May");
-    stage_.start(nodes_);
+    stage_.givenAnInstalledProgram(nodes_, "/Quorrix/Archives/April\r\n");
+    EXPECT_TRUE(stage_.form.Form_Load());
+    stage_.files.reset();
+    // As by a click: the caption names the site.
+    stage_.form.tree().select(stage_.node("four.five.six"));
+    stage_.form.TreeView_MouseUp(mouse_button::kLeft, 0, 0, 0);
     stage_.memory.givenAFile("/Quorrix/Data/notes.dat", notes_);
     stage_.memory.givenAFile("/Quorrix/Data/info.dat", "");
     stage_.memory.givenAFile("/Quorrix/Data/purchases.dat", "");
@@ -27,9 +32,10 @@ class MainFormArchivesTest : public testing::Test {
   // Runs a command of the menu, and in the dialog that it opens chooses the archive
   // "May" and presses OK.
   void archiveCommand(const char* command) {
-    QTimer::singleShot(0, &stage_.form, [] {
+    QTimer::singleShot(0, &stage_.form, [this] {
       auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       ASSERT_NE(dialog, nullptr);
+      EXPECT_EQ(stage_.pointer(), Qt::WaitCursor);
       auto* const folders = dialog->findChild<FolderList*>(QStringLiteral("Dir1"));
       folders->setPath("/Quorrix/Archives/May");
       dialog->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
@@ -75,6 +81,33 @@ TEST_F(MainFormArchive, MovesTheDisplayAndItsDataIntoTheFolder) {
   EXPECT_EQ(stage_.caption(), "Quorrix");
 }
 
+TEST_F(MainFormArchive, LacksTheRecordOfTheLastArchiveOnlyWhenAllElseIsDone) {
+  stage_.memory.deleteFile("/Quorrix/Data/load.txt");
+  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect("Unable to archive sites. Unable to find file.",
+                           MessageBoxStyle::Critical);
+  archiveCommand("FileArchive");
+  EXPECT_EQ(file("/Quorrix/Archives/May/nodes.dat"), nodes_);
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), "");
+  EXPECT_EQ(stage_.form.tree().size(), 1U);
+  EXPECT_EQ(stage_.panelText(1), "Last archive loaded: none");
+}
+
+TEST_F(MainFormArchive, StopsWhereAnEarlierArchiveIsNotWhole) {
+  stage_.memory.givenAFile("/Quorrix/Archives/May/nodes.dat", "old");
+  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect(
+      "The selected folder contains Quorrix archive files. They will be overwritten if you "
+      "continue. Archive anyway?",
+      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  stage_.messageBox.expect("Unable to archive sites. Unable to find file.",
+                           MessageBoxStyle::Critical);
+  archiveCommand("FileArchive");
+  EXPECT_FALSE(stage_.memory.holdsFile("/Quorrix/Archives/May/nodes.dat"));
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), nodes_);
+  EXPECT_EQ(stage_.form.tree().size(), 4U);
+}
+
 TEST_F(MainFormArchive, IsRefusedWhereTheSiteFileHoldsNoSite) {
   stage_.memory.givenAFile("/Quorrix/Data/nodes.dat", std::string(644, ' '));
   stage_.messageBox.expect("No site information to archive.", MessageBoxStyle::Information);
@@ -112,6 +145,7 @@ TEST_F(MainFormLoadArchive, ReplacesTheDisplayAndItsData) {
   EXPECT_EQ(stage_.form.tree().selected(), stage_.form.tree().root());
   EXPECT_TRUE(stage_.isOnScreen("seven.eight.nine"));
   EXPECT_EQ(stage_.panelText(1), "Last archive loaded: /Quorrix/Archives/May");
+  EXPECT_EQ(stage_.caption(), "Quorrix");
   EXPECT_EQ(stage_.form.workingPaths().currentNodesFile, Path("/Quorrix/Data/nodes.dat"));
 }
 
