@@ -22,15 +22,10 @@ ArchiveDialog::ArchiveDialog(const ArchiveDialogParts& parts, Work work)
                   .prompt = QStringLiteral("Choose the folder to archive the current display and "
                                            "its data to, or make a new one, and then click OK.")}),
       work_(std::move(work)) {
-  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
   QPushButton* const NewButton = makeButton("NewButton", QStringLiteral("New"));
-  OKButton->setDefault(true);
-  connect(OKButton, &QPushButton::clicked, this, &ArchiveDialog::OKButton_Click);
-  connect(CancelButton, &QPushButton::clicked, this, &ArchiveDialog::CancelButton_Click);
   connect(NewButton, &QPushButton::clicked, this, &ArchiveDialog::NewButton_Click);
   connect(&Dir1(), &QListWidget::itemClicked, this, &ArchiveDialog::Dir1_Click);
-  layOut(&File1(), QStringLiteral("Archive folder"), {OKButton, CancelButton, NewButton});
+  layOut(&File1(), QStringLiteral("Archive folder"), NewButton);
 }
 
 void ArchiveDialog::pointAt(const Path& folder, const Path& drive) {
@@ -60,8 +55,6 @@ void ArchiveDialog::archiveIntoFolder() {
                           MessageBoxStyle::Information);
   accept();
 }
-
-void ArchiveDialog::CancelButton_Click() { reject(); }
 
 void ArchiveDialog::NewButton_Click() {
   showHourglass(*this);

@@ -36,8 +36,7 @@ class ArchiveDialog final : public ExistingArchiveDialog {
 
  private:
   void Dir1_Click();
-  void OKButton_Click();
-  void CancelButton_Click();
+  void OKButton_Click() override;
   void NewButton_Click();
 
   void archiveIntoFolder();

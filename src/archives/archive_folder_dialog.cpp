@@ -42,11 +42,16 @@ ArchiveFolderDialog::ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidge
       Drive1_(named(new DriveList(parts.files, this), "Drive1", QStringLiteral("Drive"))),
       Dir1_(named(new FolderList(parts.files, parts.archives, this), "Dir1",
                   QStringLiteral("Folder"))),
-      Text1_(new QLineEdit(this)) {
+      Text1_(new QLineEdit(this)),
+      OKButton_(makeButton("OKButton", QStringLiteral("OK"))),
+      CancelButton_(makeButton("CancelButton", QStringLiteral("Cancel"))) {
   setObjectName(QString::fromLatin1(texts.name));
   setWindowTitle(texts.caption);
   prompt_->setWordWrap(true);
   Text1_->setObjectName(QStringLiteral("Text1"));
+  OKButton_->setDefault(true);
+  connect(OKButton_, &QPushButton::clicked, this, &ArchiveFolderDialog::OKButton_Click);
+  connect(CancelButton_, &QPushButton::clicked, this, &ArchiveFolderDialog::CancelButton_Click);
   Drive1_->setDriveOf(parts_.archives);
   connect(Drive1_, &DriveList::changed, this, &ArchiveFolderDialog::Drive1_Change);
   connect(Dir1_, &FolderList::openFailed, this, [this](int number) {
@@ -57,7 +62,7 @@ ArchiveFolderDialog::ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidge
 
 void ArchiveFolderDialog::Drive1_Change() {
   guarded(*this, parts_.messageBox, FailureFamily::ChooseDrive,
-          [this] { Dir1_->setPath(Drive1_->drive()); });
+          [this] { Dir1_->setPathOrStay(Drive1_->drive()); });
 }
 
 std::string ArchiveFolderDialog::aboutFolder(std::string_view before,
@@ -69,25 +74,14 @@ bool ArchiveFolderDialog::isConfirmed(std::string_view question, MessageBoxStyle
   return parts_.messageBox.show(question, style) == MessageBoxButton::Ok;
 }
 
-void ArchiveFolderDialog::giveWayToWork() {
-  showHourglass(*this);
-  hide();
-  parts_.mainWindow.repaint();
-}
-
-void ArchiveFolderDialog::runOrUnload(FailureFamily family,
-                                      const std::function<void()>& operation) {
-  if (guarded(*this, parts_.messageBox, family, operation)) return;
-  hide();
-  reject();
-}
+void ArchiveFolderDialog::CancelButton_Click() { reject(); }
 
 QPushButton* ArchiveFolderDialog::makeButton(const char* name, const QString& caption) {
   return named(new QPushButton(caption, this), name, caption);
 }
 
 void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
-                                 std::initializer_list<QPushButton*> buttons) {
+                                 QPushButton* furtherButton) {
   auto* const lists = new QGridLayout;
   lists->addWidget(makeLabel(QStringLiteral("Drive"), Drive1_, this), 0, 0);
   lists->addWidget(Drive1_, 1, 0);
@@ -103,7 +97,9 @@ void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
   Text1_->setAccessibleName(boxLabel);
   auto* const row = new QHBoxLayout;
   row->addStretch();
-  for (QPushButton* const button : buttons) row->addWidget(button);
+  row->addWidget(OKButton_);
+  row->addWidget(CancelButton_);
+  if (furtherButton != nullptr) row->addWidget(furtherButton);
 
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(prompt_);
@@ -118,9 +114,9 @@ void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
 
 ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, const Texts& texts)
     : ArchiveFolderDialog(parts, parts.mainWindow, texts),
-      File1_(named(new FileList(parts.files, this), "File1", QStringLiteral("Files"))) {
+      File1_(
+          named(new FileList(parts.files, Dir1().path(), this), "File1", QStringLiteral("Files"))) {
   setTabOrder(&Dir1(), File1_);
-  setTabOrder(File1_, &Text1());
   Dir1().onChange([this] { Dir1_Change(); });
 }
 
@@ -135,6 +131,19 @@ void ExistingArchiveDialog::load(FailureFamily family) {
 void ExistingArchiveDialog::Dir1_Change() {
   File1_->setPath(Dir1().path());
   showInBox(Dir1().path());
+}
+
+void ExistingArchiveDialog::giveWayToWork() {
+  showHourglass(*this);
+  hide();
+  parts().mainWindow.repaint();
+}
+
+void ExistingArchiveDialog::runOrUnload(FailureFamily family,
+                                        const std::function<void()>& operation) {
+  if (guarded(*this, parts().messageBox, family, operation)) return;
+  hide();
+  reject();
 }
 
 void ExistingArchiveDialog::showInBox(const Path& folder) { Text1().setText(textOfPath(folder)); }

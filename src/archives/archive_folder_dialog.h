@@ -1,10 +1,10 @@
-// What the dialogs of the archives share: the choice of a folder, by a drive list, a
-// folder list, a list of the files there, and a box that shows the path.
+// What the dialogs of the archives share: the choice of a folder by a drive list and a
+// folder list, a box below them, and the buttons OK and Cancel. For the three on a
+// folder that is there already, also a list of its files; their box shows the path.
 #pragma once
 
 #include <QDialog>
 #include <functional>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -53,27 +53,25 @@ class ArchiveFolderDialog : public QDialog {
   [[nodiscard]] bool isConfirmed(std::string_view question,
                                  MessageBoxStyle style = MessageBoxStyle::ConfirmQuestion) const;
 
-  // Away before the work begins, with the main window whole again where it was.
-  void giveWayToWork();
-
-  // When the operation fails, hides the dialog and unloads it once that was told.
-  void runOrUnload(FailureFamily family, const std::function<void()>& operation);
+  virtual void OKButton_Click() = 0;
 
   [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption);
 
-  // Lays out the controls that every dialog has, `beside` next to the folders, and
-  // below them the box under `boxLabel` and the buttons.
-  void layOut(QWidget* beside, const QString& boxLabel,
-              std::initializer_list<QPushButton*> buttons);
+  // Lays out the controls that every dialog has, with `beside`, if any, next to the
+  // folders, the box under `boxLabel`, and `furtherButton`, if any, after Cancel.
+  void layOut(QWidget* beside, const QString& boxLabel, QPushButton* furtherButton = nullptr);
 
  private:
   void Drive1_Change();
+  void CancelButton_Click();
 
   ArchiveDialogParts parts_;
   QLabel* prompt_;
   DriveList* Drive1_;
   FolderList* Dir1_;
   QLineEdit* Text1_;
+  QPushButton* OKButton_;
+  QPushButton* CancelButton_;
 };
 
 // The three that work on a folder that is there, and list its files.
@@ -88,6 +86,12 @@ class ExistingArchiveDialog : public ArchiveFolderDialog {
   // Places the dialog and opens the folder of archives. A failure is told, and the
   // dialog then shows with what had been set.
   void load(FailureFamily family);
+
+  // Away before the work begins, with the main window whole again where it was.
+  void giveWayToWork();
+
+  // When the operation fails, hides the dialog and unloads it once that was told.
+  void runOrUnload(FailureFamily family, const std::function<void()>& operation);
 
   // Shows `folder` in the box.
   void showInBox(const Path& folder);

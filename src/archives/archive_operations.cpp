@@ -43,7 +43,10 @@ bool hasSitesToArchive(FileSystem& files, const WorkingPaths& paths) {
 void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& folder,
                      EarlierArchive earlier) {
   if (earlier == EarlierArchive::Delete) {
-    for (const DataFile& data : kArchivingOrder) files.deleteFile(folder / data.name);
+    for (const DataFile& data : kArchivingOrder) {
+      const Path archived = folder / data.name;
+      if (archived != paths.*data.current) files.deleteFile(archived);
+    }
   }
   for (const DataFile& data : kArchivingOrder) {
     files.copyFile(paths.*data.current, folder / data.name);

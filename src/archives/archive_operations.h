@@ -19,8 +19,10 @@ namespace quorrix {
 enum class EarlierArchive { None, Delete };
 
 // Copies the data files to the folder, then empties those in loadPath. An earlier
-// archive is deleted before, all four files of it: 53 when it lacks one. To be
-// followed by emptying the tree and by rememberNoArchive().
+// archive is deleted before, all four files of it: 53 when it lacks one. Where the
+// current files lie in the folder themselves they are what is archived, and no
+// earlier archive: they stay as they are until loadPath is emptied. To be followed by
+// emptying the tree and by rememberNoArchive().
 void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& folder,
                      EarlierArchive earlier);
 

@@ -1,6 +1,5 @@
 #include "archives/delete_archive_dialog.h"
 
-#include <QPushButton>
 #include <utility>
 
 #include "shell/pointer.h"
@@ -14,12 +13,7 @@ DeleteArchiveDialog::DeleteArchiveDialog(const ArchiveDialogParts& parts, Work d
                   .prompt = QStringLiteral("Choose the folder to delete the archive files from "
                                            "and then click OK.")}),
       deleteArchiveFiles_(std::move(deleteArchiveFiles)) {
-  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
-  OKButton->setDefault(true);
-  connect(OKButton, &QPushButton::clicked, this, &DeleteArchiveDialog::OKButton_Click);
-  connect(CancelButton, &QPushButton::clicked, this, &DeleteArchiveDialog::CancelButton_Click);
-  layOut(&File1(), QStringLiteral("Archive folder"), {OKButton, CancelButton});
+  layOut(&File1(), QStringLiteral("Archive folder"));
 }
 
 void DeleteArchiveDialog::OKButton_Click() {
@@ -42,7 +36,5 @@ void DeleteArchiveDialog::deleteFromFolder() {
   }
   accept();
 }
-
-void DeleteArchiveDialog::CancelButton_Click() { reject(); }
 
 }  // namespace quorrix

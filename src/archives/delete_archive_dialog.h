@@ -22,8 +22,7 @@ class DeleteArchiveDialog final : public ExistingArchiveDialog {
   void Form_Load() { load(FailureFamily::OpenDeleteArchiveDialog); }
 
  private:
-  void OKButton_Click();
-  void CancelButton_Click();
+  void OKButton_Click() override;
 
   void deleteFromFolder();
 

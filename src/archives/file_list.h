@@ -13,10 +13,9 @@ class FileList final : public QListWidget {
   Q_OBJECT
 
  public:
-  // Empty until the first setPath(). `files` must outlive the list.
-  FileList(FileSystem& files, QWidget* parent);
-
-  [[nodiscard]] const Path& path() const { return path_; }
+  // Shows the files of `start`, and none when that cannot be read. `files` must
+  // outlive the list.
+  FileList(FileSystem& files, const Path& start, QWidget* parent);
 
   // Shows a folder's files as they are now. Throws Failure; the list then stays.
   void setPath(const Path& path);
@@ -26,7 +25,6 @@ class FileList final : public QListWidget {
 
  private:
   FileSystem& files_;
-  Path path_;
   std::vector<Path> names_;
 };
 

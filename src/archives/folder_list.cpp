@@ -55,13 +55,16 @@ FolderList::FolderList(FileSystem& files, const Path& start, QWidget* parent)
 
 void FolderList::setPath(const Path& path) {
   const Path opened = withoutLastSeparator(path);
-  std::vector<Row> rows = rowsOf(opened);
+  const bool isAnother = opened != path_;
+  open(opened, rowsOf(opened));
+  if (isAnother && changed_) changed_();
+}
+
+void FolderList::setPathOrStay(const Path& path) {
   const Path pathBefore = path_;
   const std::vector<Row> rowsBefore = rows_;
-  open(opened, std::move(rows));
-  if (opened == pathBefore) return;
   try {
-    if (changed_) changed_();
+    setPath(path);
   } catch (...) {
     open(pathBefore, rowsBefore);
     throw;
@@ -108,7 +111,7 @@ void FolderList::openRow(int row) {
   int number = 0;
   try {
     const Path chosen = rows_[static_cast<std::size_t>(row)].path;
-    return setPath(chosen);
+    return setPathOrStay(chosen);
   } catch (...) {
     number = currentFailureNumber();
   }

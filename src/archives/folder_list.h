@@ -21,9 +21,12 @@ class FolderList final : public QListWidget {
   // The folder that is open, whatever is selected.
   [[nodiscard]] const Path& path() const { return path_; }
 
-  // Opens a folder and reads it anew. Throws Failure, and what `onChange` throws; the
-  // folder that was open is then open still.
+  // Opens a folder and reads it anew. Throws Failure when it cannot be read, and the
+  // folder that was open is open still; and what `onChange` throws, after opening.
   void setPath(const Path& path);
+
+  // The same, but the folder that was open is open still after every failure.
+  void setPathOrStay(const Path& path);
 
   // Called when another folder has been opened, by the user or by setPath(). No
   // signal, for it may throw.

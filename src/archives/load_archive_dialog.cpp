@@ -1,6 +1,5 @@
 #include "archives/load_archive_dialog.h"
 
-#include <QPushButton>
 #include <utility>
 
 #include "shell/pointer.h"
@@ -25,12 +24,7 @@ LoadArchiveDialog::LoadArchiveDialog(const ArchiveDialogParts& parts, Work work)
                              .prompt = QStringLiteral(
                                  "Choose the folder of the archive to load and then click OK.")}),
       work_(std::move(work)) {
-  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
-  OKButton->setDefault(true);
-  connect(OKButton, &QPushButton::clicked, this, &LoadArchiveDialog::OKButton_Click);
-  connect(CancelButton, &QPushButton::clicked, this, &LoadArchiveDialog::CancelButton_Click);
-  layOut(&File1(), QStringLiteral("Archive folder"), {OKButton, CancelButton});
+  layOut(&File1(), QStringLiteral("Archive folder"));
 }
 
 void LoadArchiveDialog::OKButton_Click() {
@@ -51,7 +45,5 @@ void LoadArchiveDialog::loadFromFolder() {
   showDefaultPointer(*this);
   accept();
 }
-
-void LoadArchiveDialog::CancelButton_Click() { reject(); }
 
 }  // namespace quorrix

@@ -26,8 +26,7 @@ class LoadArchiveDialog final : public ExistingArchiveDialog {
   void Form_Load() { load(FailureFamily::OpenLoadArchiveDialog); }
 
  private:
-  void OKButton_Click();
-  void CancelButton_Click();
+  void OKButton_Click() override;
 
   void loadFromFolder();
 

@@ -1,7 +1,6 @@
 #include "archives/new_archive_dialog.h"
 
 #include <QLineEdit>
-#include <QPushButton>
 
 #include "archives/archive_dialog.h"
 #include "archives/shown_path.h"
@@ -20,12 +19,7 @@ NewArchiveDialog::NewArchiveDialog(const ArchiveDialogParts& parts, ArchiveDialo
            .prompt = QStringLiteral("Choose where to make the new archive folder, enter its "
                                     "name and then click OK.")}),
       archiveDialog_(archiveDialog) {
-  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
-  OKButton->setDefault(true);
-  connect(OKButton, &QPushButton::clicked, this, &NewArchiveDialog::OKButton_Click);
-  connect(CancelButton, &QPushButton::clicked, this, &NewArchiveDialog::CancelButton_Click);
-  layOut(nullptr, QStringLiteral("Name of the new folder"), {OKButton, CancelButton});
+  layOut(nullptr, QStringLiteral("Name of the new folder"));
   Text1().setFocus();
 }
 
@@ -58,7 +52,5 @@ void NewArchiveDialog::makeArchiveFolder() {
   showDefaultPointer(*this);
   accept();
 }
-
-void NewArchiveDialog::CancelButton_Click() { reject(); }
 
 }  // namespace quorrix

@@ -20,8 +20,7 @@ class NewArchiveDialog final : public ArchiveFolderDialog {
   void Form_Load();
 
  private:
-  void OKButton_Click();
-  void CancelButton_Click();
+  void OKButton_Click() override;
 
   void makeArchiveFolder();
 

@@ -30,7 +30,7 @@ enum class FailureFamily {
   OpenDeleteArchiveDialog,
   OpenNewArchiveDialog,
   ChooseDrive,
-  OpenFolder,
+  OpenFolder,  // in a dialog's folder list; as for a drive, the list stays where it was
   LinkInBrowser,
   OpenSearch,
   ProcessSearch,

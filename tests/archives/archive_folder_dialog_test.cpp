@@ -38,6 +38,7 @@ class LoadableDialog final : public Loadable {
 struct Kind {
   const char* name;
   const char* caption;
+  const char* question;  // that OK asks on the folder of archives
   std::unique_ptr<Loadable> (*make)(const ArchiveDialogParts&);
 };
 
@@ -49,9 +50,13 @@ std::unique_ptr<Loadable> make(const ArchiveDialogParts& parts) {
 void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
 
 constexpr Kind kKinds[] = {
-    {"ArchiveDialog", "Archive Sites", make<ArchiveDialog>},
-    {"LoadArchiveDialog", "Load Sites Archive", make<LoadArchiveDialog>},
-    {"DeleteArchiveDialog", "Delete Sites Archive", make<DeleteArchiveDialog>},
+    {"ArchiveDialog", "Archive Sites",
+     "Archive current display and associated data to '/opt/quorrix/Archives'?",
+     make<ArchiveDialog>},
+    {"LoadArchiveDialog", "Load Sites Archive", "Load archive data from '/opt/quorrix/Archives'?",
+     make<LoadArchiveDialog>},
+    {"DeleteArchiveDialog", "Delete Sites Archive", "Delete archive '/opt/quorrix/Archives'?",
+     make<DeleteArchiveDialog>},
 };
 
 class ExistingArchiveDialogTest : public test::ArchiveStage,
@@ -159,6 +164,27 @@ TEST_P(ExistingArchiveDialogTest, ShowsAllTheSameWhenItsLoadFails) {
   }
 }
 
+TEST_P(ExistingArchiveDialogTest, ShowsTheFilesOfTheRootWhenItsLoadFails) {
+  disk_.givenAFile("/vmlinuz", "");
+  loadable_ = GetParam().make(parts());
+  disk_.failListing("/opt/quorrix/Archives", 75);
+  messageBox_.expect("Error. Unable to open " + std::string(GetParam().caption) + " window.",
+                     MessageBoxStyle::Critical);
+  open();
+  EXPECT_EQ(openFolderOf(dialog()), "/");
+  EXPECT_EQ(filesOf(dialog()), Texts{"vmlinuz"});
+}
+
+TEST_P(ExistingArchiveDialogTest, StaysAsFarAsItsLoadGot) {
+  files_.failAtCall(test::FileCall::FileNames, 1, 57);
+  messageBox_.expect("Error. Unable to open " + std::string(GetParam().caption) + " window.",
+                     MessageBoxStyle::Critical);
+  open();
+  EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives");
+  EXPECT_EQ(filesOf(dialog()), Texts{});
+  EXPECT_EQ(shownInBox(dialog()), "");
+}
+
 TEST_P(ExistingArchiveDialogTest, IsUsableWithoutTheFolderOfArchives) {
   ArchiveDialogParts missing = parts();
   missing.archives = "/opt/quorrix/Missing";
@@ -193,6 +219,16 @@ TEST_P(ExistingArchiveDialogTest, RefusesAPathOfFewerThanFourCharacters) {
     EXPECT_TRUE(messageBox_.isThrough()) << path;
     EXPECT_TRUE(dialog().isVisible());
   }
+}
+
+TEST_P(ExistingArchiveDialogTest, TakesAPathOfFourCharacters) {
+  open();
+  control<QLineEdit>(dialog(), "Text1").setText(QStringLiteral("/\u00e9t\u00e9"));
+  bool isAsked = false;
+  messageBox_.expect(GetParam().question, MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Cancel, [&] { isAsked = true; });
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(isAsked);
 }
 
 TEST_P(ExistingArchiveDialogTest, ClosesOnCancelAndEscape) {

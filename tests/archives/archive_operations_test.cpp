@@ -10,6 +10,7 @@
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
 #include "support/real_file_system.h"
+#include "support/site_record_bytes.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -18,8 +19,8 @@ namespace {
 using namespace std::string_literals;
 using test::failureNumberOf;
 using test::FileCall;
-
-constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
+using test::kFileFailures;
+using test::siteRecord;
 
 const Path kData("Quorrix/Data");
 const Path kMay("Quorrix/Archives/May");
@@ -85,11 +86,6 @@ class ArchiveOperationsTest : public testing::Test {
   AppPaths appPaths_{"Quorrix"};
   WorkingPaths paths_;
 };
-
-std::string siteRecord(std::string address) {
-  address.resize(300, ' ');
-  return address + "N11/21/26 10:15:00 AM~"s;
-}
 
 TEST_F(ArchiveOperationsTest, FindNothingToArchiveInAnEmptySiteFile) {
   given(kData, "0upi");
@@ -247,13 +243,19 @@ TEST_F(ArchiveOperationsTest, CopyTheCurrentFilesAndEmptyTheWorkingOnes) {
   EXPECT_EQ(stateOf("Quorrix/Archives/April"), "abcd");
 }
 
-// The user has agreed to lose what the folder holds.
-TEST_F(ArchiveOperationsTest, FindNothingLeftToCopyWhenTheWorkingFolderIsTheArchive) {
+TEST_F(ArchiveOperationsTest, CopyTheWorkingFilesOntoThemselvesAndEmptyThem) {
   given(kData, "nupi");
-  EXPECT_EQ(
-      failureNumberOf([this] { moveIntoArchive(files_, paths_, kData, EarlierArchive::Delete); }),
-      53);
-  EXPECT_EQ(stateOf(kData), "----");
+  moveIntoArchive(files_, paths_, kData, EarlierArchive::Delete);
+  EXPECT_EQ(stateOf(kData), "0000");
+}
+
+// As after a load that failed: the archive is what is displayed.
+TEST_F(ArchiveOperationsTest, KeepAnArchiveThatIsArchivedOntoItself) {
+  given(kMay, "NUPI");
+  given(kData, "nupi");
+  paths_.setFilesFolder(kMay);
+  archive(EarlierArchive::Delete);
+  EXPECT_EQ(states(), "NUPI 0000");
 }
 
 TEST_F(ArchiveOperationsTest, StopArchivingWithTheNumberOfWhateverCallFails) {

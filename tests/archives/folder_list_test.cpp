@@ -85,10 +85,22 @@ TEST_F(FolderListTest, StaysWhereItWasWhenAFolderCannotBeOpened) {
   EXPECT_EQ(changes_, Texts{"/opt/quorrix"});
 }
 
-TEST_F(FolderListTest, GoesBackWhenThoseWhoAreToldFail) {
+TEST_F(FolderListTest, HasOpenedAFolderWhenThoseWhoAreToldFail) {
   folders_.setPath("/opt/quorrix");
   changeFailure_ = 57;
   EXPECT_EQ(failureOfOpening("/media"), 57);
+  EXPECT_EQ(folders_.path(), "/media");
+  EXPECT_EQ(rows(), (Texts{"/", "media", "empty", "stick"}));
+}
+
+TEST_F(FolderListTest, GoesBackWhenThoseWhoAreToldFailAndItIsToStay) {
+  folders_.setPath("/opt/quorrix");
+  changeFailure_ = 57;
+  EXPECT_EQ(failureNumberOf([&] {
+              folders_.setPathOrStay("/media");
+              return 0;
+            }),
+            57);
   EXPECT_EQ(folders_.path(), "/opt/quorrix");
   EXPECT_EQ(rows(), (Texts{"/", "opt", "quorrix", "Archives", "Data"}));
 }

@@ -12,8 +12,7 @@ namespace quorrix {
 namespace {
 
 using test::failureNumberOf;
-
-constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
+using test::kFileFailures;
 
 class LastArchiveTest : public testing::Test {
  protected:

@@ -1,6 +1,7 @@
 """Archiving the display, loading an archive back, and deleting it, as a user does it."""
 
 import os
+import subprocess
 import unittest
 
 from support.record_dialog import RecordDialog
@@ -21,14 +22,25 @@ NOTHING = dict.fromkeys(DATA, b"")
 # Blanks, markup, what stands for a changed window, a mnemonic, and a letter beyond ASCII.
 NAME = "M\u00e4y <b> [*] & 'x'"
 
+# A stick of two megabytes at /media/stick, which only the program that is started so sees.
+A_STICK = ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
+           "--propagation", "private", "sh", "-c",
+           "mount -t tmpfs quorrix-test /media && mkdir /media/stick && "
+           "mount -t tmpfs -o size=2m quorrix-test /media/stick && exec \"$@\"", "sh"]
+
 STOP_FIRST = "You must stop tracking websites before using this feature."
 
 
-class Archives(QuorrixTest):
+class ArchiveTest(QuorrixTest):
+    """With some sites and what is kept for them, and hands for the archive dialogs."""
+
+    launcher = []
+
     def setUp(self):
         super().setUp()
         for name, content in DATA.items():
             self.given_bytes(name, content)
+        self.quorrix.launcher = self.launcher
         self.given_the_program()
         self.archives = os.path.join(self.folder, "Archives")
         self.archive = os.path.join(self.archives, NAME)
@@ -59,6 +71,10 @@ class Archives(QuorrixTest):
         new.wait_until_closed()
         wait_until(lambda: dialog.text_of("Archive folder") == self.archive, "the new folder")
 
+    def choose_drive(self, dialog, drive):
+        dialog.choose_drive(drive)
+        wait_until(lambda: dialog.text_of("Archive folder") == drive, f"the folder list on {drive}")
+
     def choose_archive(self, dialog):
         folders = dialog.entries_of("Folder")
         row = next(i for i, name in enumerate(folders) if name.strip() == NAME)
@@ -80,11 +96,16 @@ class Archives(QuorrixTest):
     def archive_display(self):
         dialog = self.open("a", "Archive Sites")
         self.make_archive_folder(dialog)
+        self.confirm_archiving(dialog)
+
+    def confirm_archiving(self, dialog):
         dialog.press_button("OK")
         self.answer_both(f"Archive current display and associated data to '{self.archive}'?",
                          f"Data successfully archived to '{self.archive}'.")
         dialog.wait_until_closed()
 
+
+class Archives(ArchiveTest):
     def test_a_display_goes_into_a_new_folder_and_comes_back(self):
         self.archive_display()
         self.assertEqual(DATA, self.files_of(self.archive))
@@ -141,12 +162,70 @@ class Archives(QuorrixTest):
         dialog.wait_until_closed()
         self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
 
+    def test_a_folder_that_cannot_be_made_is_told_and_changes_nothing(self):
+        dialog = self.open("a", "Archive Sites")
+        dialog.press_button("New")
+        new = RecordDialog(self.quorrix, "New Archive")
+        for name, reason in (("..", "Path/file access error."), ("no/May", "Path not found."),
+                             ("x" * 256, "Path/file access error.")):
+            new.clear("Name of the new folder")
+            new.insert_into("Name of the new folder", name)
+            new.press_button("OK")
+            self.answer_both(f"Create new archive folder '{name}' in '{self.archives}'?",
+                             f"Unable to create new archive. {reason}")
+        new.close_with("Cancel")
+        self.assertEqual(self.archives, dialog.text_of("Archive folder"))
+        dialog.close_with("Cancel")
+        self.assertEqual([], os.listdir(self.archives))
+        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+
+    def test_what_a_crash_while_emptying_left_can_be_archived_after_the_next_start(self):
+        for name in ("notes.dat", "info.dat", "purchases.dat"):
+            os.remove(os.path.join(self.quorrix.data_folder, name))
+        self.restart()
+        self.archive_display()
+        self.assertEqual({**NOTHING, "nodes.dat": SITES}, self.files_of(self.archive))
+        self.assertEqual(NOTHING, self.files_of(self.quorrix.data_folder))
+
     def test_all_three_are_refused_while_tracking(self):
         self.quorrix.start_tracking()
         for key in ("a", "l", "d"):
             self.use_archive_menu(key)
             self.answer(STOP_FIRST)
         self.quorrix.stop_tracking()
+
+
+@unittest.skipUnless(subprocess.run([*A_STICK, "true"], stderr=subprocess.DEVNULL).returncode == 0,
+                     "this system permits no mount of a small file system")
+class ArchivesOnAnotherVolume(ArchiveTest):
+    launcher = A_STICK
+
+    def setUp(self):
+        super().setUp()
+        self.archives = "/media/stick"
+        self.archive = os.path.join(self.archives, NAME)
+
+    def files_on_the_stick(self):
+        return self.files_of(f"/proc/{self.quorrix.process.pid}/root{self.archive}")
+
+    def test_a_display_goes_onto_a_stick_and_comes_back(self):
+        dialog = self.open("a", "Archive Sites")
+        self.choose_drive(dialog, "/media/stick")
+        self.make_archive_folder(dialog)
+        self.confirm_archiving(dialog)
+        self.assertEqual(DATA, self.files_on_the_stick())
+        self.assertEqual(NOTHING, self.files_of(self.quorrix.data_folder))
+
+        dialog = self.open("l", "Load Sites Archive")
+        self.choose_drive(dialog, "/media/stick")
+        self.choose_archive(dialog)
+        dialog.press_button("OK")
+        self.answer(f"Load archive data from '{self.archive}'?")
+        dialog.wait_until_closed()
+        self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
+        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+        self.assertEqual(DATA, self.files_on_the_stick())
+        self.assertEqual(self.archive.encode() + b"\r\n", self.last_archive())
 
 
 if __name__ == "__main__":

@@ -14,8 +14,8 @@ namespace {
 
 using namespace std::string_literals;
 using test::failureNumberOf;
+using test::kFileFailures;
 
-constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
 constexpr std::size_t kMostRecords = 32'767;
 
 const std::string kBlankRecord(1324, ' ');

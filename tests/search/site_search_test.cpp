@@ -20,10 +20,9 @@ namespace {
 using namespace std::string_literals;
 using test::failureNumberOf;
 using test::FileCall;
+using test::kFileFailures;
 
 using Addresses = std::vector<std::string>;
-
-constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
 
 // A record as it lies in the file: 300 bytes of address, the flag, 21 bytes of stamp.
 std::string record(std::string address, std::string stamp = "1/2/25 3:04:05 AM~") {

@@ -21,8 +21,7 @@ namespace {
 using namespace std::string_literals;
 using test::failureNumberOf;
 using test::FileCall;
-
-constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
+using test::kFileFailures;
 
 struct File {
   Path path;

@@ -17,8 +17,7 @@ namespace {
 using namespace std::string_literals;
 using test::failureNumberOf;
 using test::FileCall;
-
-constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
+using test::kFileFailures;
 
 // A record as it lies in the file: 300 bytes of address, the flag, 21 bytes of stamp.
 std::string record(std::string address, char flag = 'N', std::string stamp = "1/2/25 3:04:05 AM~") {

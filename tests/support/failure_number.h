@@ -7,6 +7,9 @@ namespace quorrix::test {
 
 inline constexpr int kNoFailure = 0;
 
+// What a call to the file system may fail with; the last stands for all others.
+inline constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
+
 // The number of the Failure that `operation` throws, kNoFailure when it throws
 // nothing; any other exception goes through.
 template <typename Operation>

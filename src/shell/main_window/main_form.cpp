@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStringBuilder>
+#include <array>
 
 #include "records/new_purchase_dialog.h"
 #include "records/notes_dialog.h"
@@ -19,6 +20,7 @@
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 #include "shell/twips.h"
+#include "sitetree/empty_files.h"
 #include "sitetree/site_deletion.h"
 
 namespace quorrix {
@@ -155,6 +157,9 @@ void MainForm::loadData() {
   if (!parts_.files.folderExists(archives)) parts_.files.makeFolder(archives);
   workingPaths_.setFolder(parts_.paths.appPath("Data"));
   siteFile_.loadNodes(tree_);
+  createMissingFiles(parts_.files, std::array{workingPaths_.currentURLNotesFile,
+                                              workingPaths_.currentUserIDPasswordFile,
+                                              workingPaths_.currentPurchasesFile});
   treeView_->expandDNSNodes();
   const std::string lastArchive =
       parts_.files.readFirstLine(parts_.paths.appPath("Data") / "load.txt");

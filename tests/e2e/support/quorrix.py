@@ -47,6 +47,7 @@ class Quorrix:
         self.session = session
         self.folder = folder
         self.more_environment = {}  # for the program alone, on top of the session's
+        self.launcher = []  # a command that ends by becoming the program that it is given
         self.process = None
         self.bus = None
         self._application = None
@@ -56,7 +57,7 @@ class Quorrix:
 
     def start(self):
         self.process = self.session.start(
-            [os.path.join(self.folder, "Quorrix")], log="quorrix.log",
+            [*self.launcher, os.path.join(self.folder, "Quorrix")], log="quorrix.log",
             **{**self.more_environment, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                MARK: self.folder})
 

@@ -134,6 +134,14 @@ class RecordDialog:
         self.screen.click(*option.centre())
         wait_until(lambda: option.has_state(STATE_CHECKED), f"the option {name!r} to be chosen")
 
+    def choose_drive(self, drive):
+        """By typing its name, in a dialog that opens with the keyboard on the drive list."""
+        # On the bus the list has the name of the drive that it shows.
+        drives = self._control("combo box")
+        wait_until(lambda: drives.has_state(STATE_FOCUSED), "the drive list to have the focus")
+        self.screen.type(drive)
+        wait_until(lambda: drives.name == drive, f"the drive {drive!r} to be chosen")
+
     def _click_into(self, box):
         control = self._control("text", box)
         self.screen.click(*control.centre())

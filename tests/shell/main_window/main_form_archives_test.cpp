@@ -12,6 +12,10 @@ namespace {
 using test::MainFormStage;
 using test::siteRecord;
 
+constexpr const char* kDiscard =
+    "The current display, and associated data, will be discarded before loading archive. Archive "
+    "the current display first if you wish to retain the information. Load archive anyway?";
+
 class MainFormArchivesTest : public testing::Test {
  protected:
   MainFormArchivesTest() {
@@ -23,26 +27,34 @@ class MainFormArchivesTest : public testing::Test {
     stage_.form.tree().select(stage_.node("four.five.six"));
     stage_.form.TreeView_MouseUp(mouse_button::kLeft, 0, 0, 0);
     stage_.memory.givenAFile("/Quorrix/Data/notes.dat", notes_);
-    stage_.memory.givenAFile("/Quorrix/Data/info.dat", "");
-    stage_.memory.givenAFile("/Quorrix/Data/purchases.dat", "");
   }
 
   const std::string& file(const char* path) { return stage_.memory.bytesOf(path); }
 
-  // Runs a command of the menu, and in the dialog that it opens chooses the archive
-  // "May" and presses OK.
-  void archiveCommand(const char* command) {
-    QTimer::singleShot(0, &stage_.form, [this] {
+  // Runs a command of the menu, and in the dialog that it opens chooses the folder and
+  // presses OK.
+  void archiveCommand(const char* command, const Path& folder = "/Quorrix/Archives/May") {
+    QTimer::singleShot(0, &stage_.form, [this, folder] {
       auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       ASSERT_NE(dialog, nullptr);
       EXPECT_EQ(stage_.pointer(), Qt::WaitCursor);
       auto* const folders = dialog->findChild<FolderList*>(QStringLiteral("Dir1"));
-      folders->setPath("/Quorrix/Archives/May");
+      folders->setPath(folder);
       dialog->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
       if (dialog->isVisible()) dialog->reject();
     });
     stage_.choose(command);
     EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+  }
+
+  // Tracking from the menu for one pass, in which the browser is on its way to the address.
+  void track(const std::string& address) {
+    stage_.windows.show(
+        {test::browserWindow("A page - Netscape", "http://" + address, "Connect: contacting")});
+    stage_.events.atPump(stage_.events.pumps() + 1, [this] { stage_.choose("FileStopTrack"); });
+    stage_.choose("FileStartTrack");
+    stage_.windows.show({});
+    EXPECT_NE(stage_.form.tree().find(address), kNoNode);
   }
 
   void expectQuestion(const char* question) {
@@ -108,6 +120,44 @@ TEST_F(MainFormArchive, StopsWhereAnEarlierArchiveIsNotWhole) {
   EXPECT_EQ(stage_.form.tree().size(), 4U);
 }
 
+TEST_F(MainFormArchive, EmptiesTheWorkingFolderWhenThatIsWhereItArchivesTo) {
+  expectQuestion("Archive current display and associated data to '/Quorrix/Data'?");
+  stage_.messageBox.expect(
+      "The selected folder contains Quorrix archive files. They will be overwritten if you "
+      "continue. Archive anyway?",
+      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  stage_.messageBox.expect("Data successfully archived to '/Quorrix/Data'.",
+                           MessageBoxStyle::Information);
+  archiveCommand("FileArchive", "/Quorrix/Data");
+  for (const auto* const name : {"nodes.dat", "notes.dat", "info.dat", "purchases.dat"}) {
+    EXPECT_EQ(stage_.memory.bytesOf(Path("/Quorrix/Data") / name), "") << name;
+  }
+  EXPECT_EQ(file("/Quorrix/Data/load.txt"), "none\r\n");
+  EXPECT_EQ(stage_.form.tree().size(), 1U);
+}
+
+TEST_F(MainFormArchive, WarnsOfAFolderWithNothingButTitles) {
+  stage_.memory.givenAFile("/Quorrix/Archives/May/titles.txt", "");
+  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect(
+      "The selected folder contains Quorrix archive files. They will be overwritten if you "
+      "continue. Archive anyway?",
+      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Cancel);
+  archiveCommand("FileArchive");
+  EXPECT_FALSE(stage_.memory.holdsFile("/Quorrix/Archives/May/nodes.dat"));
+}
+
+TEST_F(MainFormArchive, WarnsOfPurchasesThatLieBesideTheFolder) {
+  stage_.memory.givenAFile("/Quorrix/Archives/Maypurchases.dat", "");
+  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect(
+      "The selected folder contains Quorrix archive files. They will be overwritten if you "
+      "continue. Archive anyway?",
+      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Cancel);
+  archiveCommand("FileArchive");
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), nodes_);
+}
+
 TEST_F(MainFormArchive, IsRefusedWhereTheSiteFileHoldsNoSite) {
   stage_.memory.givenAFile("/Quorrix/Data/nodes.dat", std::string(644, ' '));
   stage_.messageBox.expect("No site information to archive.", MessageBoxStyle::Information);
@@ -132,10 +182,7 @@ TEST_F(MainFormLoadArchive, ReplacesTheDisplayAndItsData) {
   const std::string archived = siteRecord("seven.eight.nine/x", 'N');
   givenTheArchive(archived);
   expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
-  expectQuestion(
-      "The current display, and associated data, will be discarded before loading archive. "
-      "Archive the current display first if you wish to retain the information. Load archive "
-      "anyway?");
+  expectQuestion(kDiscard);
   archiveCommand("FileLoadArchive");
   EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), archived);
   EXPECT_EQ(file("/Quorrix/Data/notes.dat"), "");
@@ -162,6 +209,90 @@ TEST_F(MainFormLoadArchive, StaysInTheArchiveWhenAFileIsMissingThere) {
   EXPECT_EQ(file("/Quorrix/Data/purchases.dat"), "p");
   EXPECT_EQ(file("/Quorrix/Data/notes.dat"), notes_);
   EXPECT_EQ(stage_.form.workingPaths().currentNodesFile, Path("/Quorrix/Archives/May/nodes.dat"));
+}
+
+TEST_F(MainFormLoadArchive, LoadsTheSameArchiveAgainAsItWasWhateverWasTrackedSince) {
+  const std::string archived = siteRecord("seven.eight.nine/x", 'N');
+  givenTheArchive(archived);
+  for (const int time : {1, 2}) {
+    SCOPED_TRACE(time);
+    expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+    expectQuestion(kDiscard);
+    archiveCommand("FileLoadArchive");
+    EXPECT_EQ(stage_.form.tree().size(), 3U);
+    EXPECT_NE(stage_.form.tree().find("seven.eight.nine/x"), kNoNode);
+    EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), archived);
+
+    track("ten.eleven.twelve");
+    EXPECT_EQ(file("/Quorrix/Data/nodes.dat").size(), 644U);
+    EXPECT_EQ(file("/Quorrix/Archives/May/nodes.dat"), archived);
+  }
+}
+
+TEST_F(MainFormLoadArchive, IsArchivedOverItselfWithWhatWasTrackedSince) {
+  givenTheArchive(siteRecord("seven.eight.nine/x", 'N'));
+  expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+  expectQuestion(kDiscard);
+  archiveCommand("FileLoadArchive");
+  track("ten.eleven.twelve");
+  const std::string tracked = file("/Quorrix/Data/nodes.dat");
+
+  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect(
+      "The selected folder contains Quorrix archive files. They will be overwritten if you "
+      "continue. Archive anyway?",
+      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  stage_.messageBox.expect("Data successfully archived to '/Quorrix/Archives/May'.",
+                           MessageBoxStyle::Information);
+  archiveCommand("FileArchive");
+  EXPECT_EQ(file("/Quorrix/Archives/May/nodes.dat"), tracked);
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), "");
+}
+
+TEST_F(MainFormLoadArchive, LeavesTheDisplayAloneWhereThereIsNoArchive) {
+  stage_.memory.givenAFile("/Quorrix/Archives/May/titles.txt", "");
+  expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect(
+      "Folder does not contain a critical archive file. The folder must contain at least "
+      "'nodes.dat'. Canceling operation.",
+      MessageBoxStyle::Exclamation);
+  archiveCommand("FileLoadArchive");
+  EXPECT_EQ(stage_.form.tree().size(), 4U);
+  EXPECT_EQ(stage_.form.tree().selected(), stage_.node("four.five.six"));
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), nodes_);
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
+  EXPECT_EQ(stage_.panelText(1), "Last archive loaded: /Quorrix/Archives/April");
+}
+
+TEST_F(MainFormDeleteArchive, DeletesNothingOfAFolderWithNothingButTitles) {
+  stage_.memory.givenAFile("/Quorrix/Archives/May/titles.txt", "");
+  stage_.memory.givenAFile("/Quorrix/Archives/May/NODES.DAT", "");
+  expectQuestion("Delete archive '/Quorrix/Archives/May'?");
+  stage_.messageBox.expect(
+      "Error deleting archive '/Quorrix/Archives/May'. Unable to delete some archive files.",
+      MessageBoxStyle::Exclamation);
+  archiveCommand("FileDeleteArchive");
+  EXPECT_TRUE(stage_.memory.holdsFile("/Quorrix/Archives/May/titles.txt"));
+  EXPECT_TRUE(stage_.memory.holdsFile("/Quorrix/Archives/May/NODES.DAT"));
+}
+
+TEST_F(MainFormDeleteArchive, DeletesTheWorkingFilesAndWhatNeedsThemFails) {
+  expectQuestion("Delete archive '/Quorrix/Data'?");
+  stage_.messageBox.expect("Archive files in '/Quorrix/Data' successfully deleted.",
+                           MessageBoxStyle::Information);
+  archiveCommand("FileDeleteArchive", "/Quorrix/Data");
+  EXPECT_FALSE(stage_.memory.holdsFile("/Quorrix/Data/nodes.dat"));
+  EXPECT_EQ(file("/Quorrix/Data/load.txt"), "/Quorrix/Archives/April\r\n");
+  EXPECT_EQ(stage_.form.tree().size(), 4U);
+
+  stage_.form.tree().select(stage_.form.tree().root());
+  stage_.messageBox.expect(
+      "You are about to delete the selected site and all its sub sites. Deleting will remove the "
+      "selected items from the current view and permanently destroy all information associated "
+      "with them. Delete anyway?",
+      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  stage_.messageBox.expect("Unable to find file. Stopping delete.", MessageBoxStyle::Critical);
+  stage_.choose("FileDelete");
 }
 
 TEST_F(MainFormDeleteArchive, DeletesTheArchivesFilesAndNothingElse) {

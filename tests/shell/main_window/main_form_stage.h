@@ -22,19 +22,9 @@
 #include "support/qt_printers.h"
 #include "support/recording_command_shell.h"
 #include "support/scripted_message_box.h"
+#include "support/site_record_bytes.h"
 
 namespace quorrix::test {
-
-// A site record: 322 bytes.
-inline std::string siteRecord(const std::string& address, char protocolFlag,
-                              const std::string& stamp = "7/1/26 8:00:00 AM~") {
-  std::string record = address;
-  record.resize(300, ' ');
-  record += protocolFlag;
-  record += stamp;
-  record.resize(322, ' ');
-  return record;
-}
 
 // The window of this object name among those that are open, or null.
 inline QWidget* openWindow(const QString& name) {
@@ -50,6 +40,9 @@ class MainFormStage {
   void givenAnInstalledProgram(const std::string& siteFile = "",
                                const std::string& lastArchive = "none\r\n") {
     memory.givenAFile("/Quorrix/Data/nodes.dat", siteFile);
+    memory.givenAFile("/Quorrix/Data/notes.dat", "");
+    memory.givenAFile("/Quorrix/Data/info.dat", "");
+    memory.givenAFile("/Quorrix/Data/purchases.dat", "");
     memory.givenAFile("/Quorrix/Data/load.txt", lastArchive);
   }
 

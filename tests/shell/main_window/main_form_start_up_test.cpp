@@ -49,6 +49,7 @@ TEST(MainFormStartUp, TouchesFilesOnlyWhenTheWaitIsOver) {
   EXPECT_EQ(stage.files.calls(),
             std::vector<FileCall>({FileCall::FolderExists, FileCall::MakeFolder,
                                    FileCall::OpenRandomAccess, FileCall::Length, FileCall::ReadAt,
+                                   FileCall::FileExists, FileCall::FileExists, FileCall::FileExists,
                                    FileCall::ReadFirstLine}));
 }
 
@@ -224,6 +225,28 @@ INSTANTIATE_TEST_SUITE_P(AtEachFileOperation, MainFormStartUpFailure,
                          testing::Values(FileCall::FolderExists, FileCall::MakeFolder,
                                          FileCall::OpenRandomAccess, FileCall::Length,
                                          FileCall::ReadFirstLine));
+
+// What a program that died while it emptied them leaves behind.
+TEST(MainFormStartUp, CreatesDataFilesThatAreMissing) {
+  MainFormStage stage;
+  stage.memory.givenAFile("/Quorrix/Data/load.txt", "none\r\n");
+  stage.memory.givenAFile("/Quorrix/Data/notes.dat", "kept");
+  EXPECT_TRUE(stage.form.Form_Load());
+  EXPECT_EQ(stage.memory.bytesOf("/Quorrix/Data/nodes.dat"), "");
+  EXPECT_EQ(stage.memory.bytesOf("/Quorrix/Data/notes.dat"), "kept");
+  EXPECT_EQ(stage.memory.bytesOf("/Quorrix/Data/info.dat"), "");
+  EXPECT_EQ(stage.memory.bytesOf("/Quorrix/Data/purchases.dat"), "");
+}
+
+TEST(MainFormStartUp, LeavesAFileThatItCannotCreateToWhoeverNeedsIt) {
+  MainFormStage stage;
+  stage.memory.givenAFile("/Quorrix/Data/load.txt", "none\r\n");
+  constexpr int kAfterTheSiteFile = 2;
+  stage.files.failAtCall(FileCall::OpenRandomAccess, kAfterTheSiteFile, 61);
+  EXPECT_TRUE(stage.form.Form_Load());
+  EXPECT_FALSE(stage.memory.holdsFile("/Quorrix/Data/notes.dat"));
+  EXPECT_EQ(stage.memory.bytesOf("/Quorrix/Data/info.dat"), "");
+}
 
 TEST(MainFormStartUp, EndsTheProgramWithoutADataFolder) {
   MainFormStage stage;
