@@ -12,6 +12,7 @@ from support import processes
 from support.quorrix import Quorrix, make_program_folder
 from support.record_dialog import RecordDialog
 from support.session import PrivateSession
+from support.waiting import wait_until
 
 SITE = "shop.lantern.example"
 SITE_FILE = (b"shop.lantern.example" + b" " * 280 + b"S" + b"11/21/26 4:05:00 PM~ "
@@ -38,13 +39,29 @@ PURCHASES = (
 )
 
 
+# The archive dialogs show whole paths: the program runs where a reader might keep it, in a home
+# that it alone sees.
+SHOWN_FOLDER = "/home/anna/Quorrix"
+AT_HOME = ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
+           "--propagation", "private", "sh", "-c",
+           f"mount -t tmpfs home /home && mkdir -p {SHOWN_FOLDER} && "
+           f"cp -a \"$(dirname \"$1\")/.\" {SHOWN_FOLDER} && exec {SHOWN_FOLDER}/Quorrix",
+           "sh"]
+
+ARCHIVES = ("2024", "2025", "Garden plans", "Spring 2026")
+ARCHIVE_FILES = ("info.dat", "nodes.dat", "notes.dat", "purchases.dat")
+
+
 def main(program_folder, output_folder):
     processes.become_their_keeper()
     session = PrivateSession()
     try:
         quorrix = Quorrix(session, make_program_folder(os.path.join(program_folder, "Quorrix")))
+        quorrix.launcher = AT_HOME
         with open(quorrix.site_file, "wb") as file:
             file.write(SITE_FILE)
+        for archive in ARCHIVES:
+            given_an_archive(os.path.join(quorrix.folder, "Archives", archive))
         quorrix.start_and_wait()
         os.makedirs(output_folder, exist_ok=True)
         Photographer(quorrix, output_folder).take_all()
@@ -53,6 +70,13 @@ def main(program_folder, output_folder):
             raise RuntimeError(f"the program ended with status {quorrix.exit_status()}")
     finally:
         session.close()
+
+
+def given_an_archive(folder):
+    os.makedirs(folder)
+    for name in ARCHIVE_FILES:
+        with open(os.path.join(folder, name), "wb") as file:
+            file.write(SITE_FILE if name == "nodes.dat" else b"")
 
 
 class Photographer:
@@ -71,6 +95,30 @@ class Photographer:
         self._take(dialog, "purchases.png")
         dialog.close_with("Cancel")
         self._search()
+        self._archives()
+
+    def _archives(self):
+        archive = self._open_archive_dialog("a", "Archive Sites")
+        archive.press_button("New")
+        new = RecordDialog(self.quorrix, "New Archive")
+        new.type_into("Name of the new folder", "Autumn 2026")
+        self._take(new, "new-archive.png")
+        new.close_with("Cancel")
+        self._take(archive, "archive-sites.png")
+        archive.close_with("Cancel")
+        for key, caption, picture in (("l", "Load Sites Archive", "load-sites-archive.png"),
+                                      ("d", "Delete Sites Archive", "delete-sites-archive.png")):
+            dialog = self._open_archive_dialog(key, caption)
+            folders = dialog.entries_of("Folder")
+            dialog.double_click_entry("Folder", folders.index("Spring 2026"))
+            wait_until(lambda: dialog.entries_of("Files") == list(ARCHIVE_FILES), "the archive")
+            self._take(dialog, picture)
+            dialog.close_with("Cancel")
+
+    def _open_archive_dialog(self, key, caption):
+        self.quorrix.main_window().use()
+        self.quorrix.session.screen.press("alt+f", "r", key)
+        return RecordDialog(self.quorrix, caption)
 
     def _search(self):
         self.quorrix.choose("File", "Search Display...")
