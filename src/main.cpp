@@ -4,6 +4,7 @@
 #include <QMetaObject>
 
 #include "platform/failure.h"
+#include "platform/privacy.h"
 #include "platform/program_folder.h"
 #include "platform/system_clock.h"
 #include "shell/failure_messages.h"
@@ -53,6 +54,7 @@ void choosePlatform() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  quorrix::forbidMemoryDumps();
   choosePlatform();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
@@ -74,7 +76,9 @@ int main(int argc, char* argv[]) {
         quorrix::MessageBoxStyle::Critical);
     return 1;
   }
-  quorrix::MainForm form({.paths = quorrix::AppPaths(folder),
+  const quorrix::AppPaths paths(folder);
+  for (const char* const kept : {"Data", "Archives"}) quorrix::closeToOthers(paths.appPath(kept));
+  quorrix::MainForm form({.paths = paths,
                           .files = files,
                           .clock = clock,
                           .events = events,
