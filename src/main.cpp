@@ -13,6 +13,7 @@
 #include "shell/qt_command_shell.h"
 #include "shell/qt_event_pump.h"
 #include "shell/qt_message_box.h"
+#include "shell/resources.h"
 
 #ifdef _WIN32
 #include "platform/windows/user32_window_system.h"
@@ -58,6 +59,9 @@ int main(int argc, char* argv[]) {
   choosePlatform();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
+  quorrix::registerResources();
+  QApplication::setWindowIcon(quorrix::applicationIcon());
+  QGuiApplication::setDesktopFileName(QStringLiteral("quorrix"));
   // The program ends with its main window, not with the splash screen.
   QApplication::setQuitOnLastWindowClosed(false);
 

@@ -61,6 +61,7 @@ void ArchiveDialog::NewButton_Click() {
   NewArchiveDialog dialog(parts(), *this);
   dialog.Form_Load();
   if (newArchiveLoadedOK) dialog.exec();
+  activateWindow();  // a question and the dialog that asked go together, and the keyboard with them
   showDefaultPointer(*this);
 }
 
