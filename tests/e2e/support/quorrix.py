@@ -196,8 +196,10 @@ class Quorrix:
         if box is None:
             return None
         # A box without an icon keeps an empty label in the icon's place.
-        return next((thing.name for thing in box.everything_below()
+        text = next((thing.name for thing in box.everything_below()
                      if thing.role == "label" and thing.name), None)
+        # Long words have places to break at, which do not show.
+        return text and text.replace("\u200b", "")
 
     def wait_for_message(self):
         return wait_until(self._message_if_any, "a message box")
