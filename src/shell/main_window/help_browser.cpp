@@ -10,6 +10,8 @@ namespace {
 // No file has this address; it is there for the page's own links to begin with.
 QUrl pageAddress() { return QUrl(QStringLiteral("quorrix:/manual")); }
 
+constexpr int kMargin = 12;  // pixels
+
 QString anchorOf(const QTextBlock& block) {
   for (auto part = block.begin(); !part.atEnd(); ++part) {
     const QStringList names = part.fragment().charFormat().anchorNames();
@@ -23,6 +25,7 @@ QString anchorOf(const QTextBlock& block) {
 HelpBrowser::HelpBrowser(std::function<void(const QUrl&)> openAddress, QWidget* parent)
     : QTextBrowser(parent), openAddress_(std::move(openAddress)) {
   setOpenLinks(false);
+  document()->setDocumentMargin(kMargin);
   connect(this, &QTextBrowser::anchorClicked, this, &HelpBrowser::follow);
 }
 

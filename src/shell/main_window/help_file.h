@@ -8,9 +8,9 @@
 
 namespace quorrix {
 
-// Many times what the manual needs. What is larger is some other file, and showing
-// it would keep the user waiting for minutes.
-inline constexpr std::uint64_t kMaxHelpFileBytes = 16U * 1024 * 1024;
+// Many times what the manual needs. What is larger is some other file, and laying it
+// out would keep the user waiting.
+inline constexpr std::uint64_t kMaxHelpFileBytes = std::uint64_t{4} * 1024 * 1024;
 
 // The page. Throws the Failure of the file system, and 321 for what cannot be the
 // manual: an empty file, one larger than kMaxHelpFileBytes, one that is not UTF-8

@@ -16,8 +16,8 @@
 namespace quorrix {
 namespace {
 
-constexpr QSize kFirstSize{940, 680};  // pixels
-constexpr int kContentsWidth = 260;
+constexpr QSize kFirstSize{980, 700};  // pixels
+constexpr int kContentsWidth = 290;
 constexpr int kLongestSearch = 100;  // characters
 constexpr int kAnchorRole = Qt::UserRole;
 

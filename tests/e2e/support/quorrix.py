@@ -16,6 +16,7 @@ from support.site_file import read_records
 from support.waiting import TimedOut, wait_until
 
 DATA_FILES = ("nodes.dat", "notes.dat", "info.dat", "purchases.dat")
+MANUAL = "Quorrix.hlp"
 READY = "Right click site address for site menu."
 TRACKING = "Tracking websites."
 STOPPED = "Tracking websites stopped."
@@ -25,9 +26,11 @@ MARK = "STARTED_BY_PROGRAM_IN"
 
 
 def make_program_folder(program):
-    """A fresh copy of the installed folder: the program, empty data files, no archive loaded."""
+    """A fresh copy of the installed folder: the program, its manual, empty data files, no archive
+    loaded."""
     folder = processes.temporary_folder()
     shutil.copy2(program, os.path.join(folder, "Quorrix"))
+    shutil.copy2(os.path.join(os.path.dirname(program), MANUAL), folder)
     data = os.path.join(folder, "Data")
     os.mkdir(data, 0o700)
     for name in DATA_FILES:

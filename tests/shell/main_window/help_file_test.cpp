@@ -58,11 +58,11 @@ TEST_F(HelpFile, IsNotEmpty) {
   EXPECT_EQ(failure(), 321);
 }
 
-TEST_F(HelpFile, IsAtMostSixteenMegabytes) {
-  givenBytes(std::string(16777216, 'x'));
-  EXPECT_EQ(read().size(), 16777216U);
+TEST_F(HelpFile, IsAtMostFourMegabytes) {
+  givenBytes(std::string(4194304, 'x'));
+  EXPECT_EQ(read().size(), 4194304U);
   files_.reset();
-  givenBytes(std::string(16777217, 'x'));
+  givenBytes(std::string(4194305, 'x'));
   EXPECT_EQ(failure(), 321);
   EXPECT_EQ(files_.callsOf(FileCall::ReadAt), 0);
 }
