@@ -10,6 +10,7 @@ import sys
 
 from support import processes
 from support.quorrix import Quorrix, make_program_folder
+from support.popup_menu import PopupMenu
 from support.record_dialog import RecordDialog
 from support.session import PrivateSession
 from support.waiting import wait_until
@@ -79,12 +80,26 @@ def given_an_archive(folder):
             file.write(SITE_FILE if name == "nodes.dat" else b"")
 
 
+class OpenWindow:
+    """Waits until the window of that title has the keyboard."""
+
+    def __init__(self, quorrix, title):
+        self.quorrix = quorrix
+        self.title = title
+        wait_until(lambda: self.window() and self.window().is_active(), f"the window {title!r}")
+
+    def window(self):
+        return next((window for window in self.quorrix.windows() if window.title == self.title),
+                    None)
+
+
 class Photographer:
     def __init__(self, quorrix, folder):
         self.quorrix = quorrix
         self.folder = folder
 
     def take_all(self):
+        self._main_window()
         self._keep("Notes", (("Notes", NOTES),), "notes.png")
         self._keep("User ID, Password", USER_ID_PASSWORD, "user-id-and-password.png")
         for purchase in PURCHASES[:-1]:
@@ -96,6 +111,23 @@ class Photographer:
         dialog.close_with("Cancel")
         self._search()
         self._archives()
+        self._help()
+
+    def _main_window(self):
+        PopupMenu(self.quorrix, "www").choose("Show All")
+        wait_until(lambda: "guild" in self.quorrix.tree(), "the whole tree")
+        self._take(OpenWindow(self.quorrix, "Quorrix"), "main-window.png")
+
+    def _help(self):
+        self.quorrix.choose("Help", "Help")
+        help_window = OpenWindow(self.quorrix, "Quorrix Help")
+        self._take(help_window, "help.png")
+        self.quorrix.session.screen.press("Escape")
+        self.quorrix.main_window().use()
+        self.quorrix.choose("Help", "About Quorrix")
+        about = RecordDialog(self.quorrix, "About Quorrix")
+        self._take(about, "about.png")
+        about.close_with("OK")
 
     def _archives(self):
         archive = self._open_archive_dialog("a", "Archive Sites")
@@ -146,7 +178,7 @@ class Photographer:
         return RecordDialog.open(self.quorrix, SITE, name + "...", f"{name} - {SITE}")
 
     def _take(self, dialog, name):
-        """Of the dialog's window alone, with its frame."""
+        """Of a window alone, with its frame."""
         path = os.path.join(self.folder, name)
         self.quorrix.session.screen.save_picture(path, dialog.window())
         print(path)

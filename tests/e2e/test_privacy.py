@@ -10,6 +10,7 @@ import unittest
 from support.browsers import Firefox
 from support.record_dialog import RecordDialog
 from support.scenario import QuorrixTest
+from support.waiting import wait_until
 
 GARDEN = "www.garden.example"
 SITES = b"www.garden.example/roses" + b" " * 276 + b"N" + b"3/14/26 10:00:00 AM~ "
@@ -63,6 +64,13 @@ class PrivacyTest(QuorrixTest):
         self.search()
         self.track_a_page()
         self.archive()
+        self.read_the_manual()
+
+    def read_the_manual(self):
+        self.quorrix.choose("Help", "Help")
+        wait_until(lambda: any(window.title == "Quorrix Help" and window.is_active()
+                               for window in self.quorrix.windows()), "the manual")
+        self.session.screen.press("Escape")
 
     def track_a_page(self):
         browser = self.given_a_browser(Firefox)
