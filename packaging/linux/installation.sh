@@ -28,13 +28,16 @@ data_home() {
   esac
 }
 
-# Whether the program of that folder runs, also one whose file was replaced since.
+# Whether the program of that folder runs. Its own process tells nobody which file
+# it is, since it keeps passwords; but the system lets no file be written that runs,
+# and a program that was started by its whole name has that name on its command line.
 is_running() {
+  case "$( (LC_ALL=C; export LC_ALL; [ ! -e "$1/Quorrix" ] || : >> "$1/Quorrix") 2>&1)" in
+    *'Text file busy'*) return 0 ;;
+  esac
   for process in /proc/[0-9]*; do
-    running=$(readlink "$process/exe" 2>/dev/null) || continue
-    case "$running" in
-      "$1/Quorrix" | "$1/Quorrix (deleted)") return 0 ;;
-    esac
+    [ "$(cat "$process/comm" 2>/dev/null)" = Quorrix ] || continue
+    [ "$(tr '\0' '\n' < "$process/cmdline" 2>/dev/null | head -n 1)" != "$1/Quorrix" ] || return 0
   done
   return 1
 }

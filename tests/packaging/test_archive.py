@@ -3,6 +3,7 @@
 import os
 import re
 import stat
+import subprocess
 import unittest
 
 from gi.repository import GLib
@@ -128,6 +129,8 @@ class Archive(PackageTest):
         folder = user.inside("Weiße 100 % \"Seiten\" für $5 `\\ 'x'")
         self.assert_succeeds(self.install(user, folder))
         self.assertEqual([folder + "/Quorrix"], self.command_of_menu_entry(user))
+        subprocess.run(["desktop-file-validate",
+                        user.path(".local/share/applications/quorrix.desktop")], check=True)
         self.assert_starts_and_ends(user, *self.command_of_menu_entry(user))
         self.assert_succeeds(user.run(folder + "/uninstall"))
         self.assertFalse(os.path.exists(user.path(".local/share/applications/quorrix.desktop")))
@@ -181,7 +184,8 @@ class Archive(PackageTest):
     def test_while_the_program_runs_it_is_neither_updated_nor_uninstalled(self):
         user = self.given_an_installation("hugo", "/home/hugo")
         folder = user.path(".local/share/Quorrix")
-        program = self.start(user, user.inside(".local/share/Quorrix/Quorrix"))
+        # As from a terminal in that folder: its command line does not say where it lies.
+        program = self.start(user, "env", "-C", user.inside(".local/share/Quorrix"), "./Quorrix")
         program.wait_for_main_window()
         before = everything_in(folder)
         self.given_a_newer_archive(user)
