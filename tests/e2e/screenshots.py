@@ -10,16 +10,30 @@ import sys
 
 from support import processes
 from support.quorrix import Quorrix, make_program_folder
-from support.popup_menu import PopupMenu
 from support.record_dialog import RecordDialog
 from support.session import PrivateSession
 from support.waiting import wait_until
 
 SITE = "shop.lantern.example"
-SITE_FILE = (b"shop.lantern.example" + b" " * 280 + b"S" + b"11/21/26 4:05:00 PM~ "
-             + b"www.lantern-makers.example/history" + b" " * 266 + b"N" + b"11/3/26 8:52:10 AM~  "
-             + b"news.harbour.example" + b" " * 280 + b"S" + b"11/12/26 7:15:33 PM~ "
-             + b"www.lantern-makers.example/guild" + b" " * 268 + b"N" + b"11/3/26 9:02:41 AM~  ")
+
+SITES = (("shop.lantern.example", "S", "11/21/26 4:05:00 PM"),
+         ("www.lantern-makers.example/history", "N", "11/3/26 8:52:10 AM"),
+         ("www.garden.example/roses/climbing", "S", "11/14/26 9:30:12 AM"),
+         ("www.garden.example/roses/pruning", "S", "11/14/26 9:34:48 AM"),
+         ("www.garden.example/herbs/thyme", "S", "11/14/26 9:41:03 AM"),
+         ("news.harbour.example", "S", "11/12/26 7:15:33 PM"),
+         ("news.harbour.example/today/tides", "S", "11/12/26 7:16:02 PM"),
+         ("news.harbour.example/today/ferries", "S", "11/12/26 7:18:40 PM"),
+         ("www.lantern-makers.example/guild", "N", "11/3/26 9:02:41 AM"),
+         ("maps.valley.example/walks/old-mill", "S", "11/8/26 2:20:19 PM"),
+         ("maps.valley.example/walks/river-path", "S", "11/8/26 2:24:55 PM"))
+
+
+def site_record(address, flag, stamp):
+    return (address.ljust(300) + flag + (stamp + "~").ljust(21)).encode("ascii")
+
+
+SITE_FILE = b"".join(site_record(*site) for site in SITES)
 
 NOTES = "Brass lanterns are at the back of the catalogue.\n" \
         "Orders before noon leave the same day."
@@ -114,9 +128,14 @@ class Photographer:
         self._help()
 
     def _main_window(self):
-        PopupMenu(self.quorrix, "www").choose("Show All")
-        wait_until(lambda: "guild" in self.quorrix.tree(), "the whole tree")
-        self._take(OpenWindow(self.quorrix, "Quorrix"), "main-window.png")
+        self.quorrix.click_row("www", 1)
+        self.quorrix.session.screen.press("asterisk")
+        wait_until(lambda: "river-path" in self.quorrix.tree(), "the whole tree")
+        self.quorrix.click_row("climbing", 1)
+        self._take(OpenWindow(self.quorrix, "Quorrix - www.garden.example/roses/climbing"),
+                   "main-window.png")
+        self.quorrix.click_row("www", 1)
+        self.quorrix.session.screen.press("Left", "Right")
 
     def _help(self):
         self.quorrix.choose("Help", "Help")
