@@ -11,8 +11,11 @@
 #include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <ostream>
+#include <vector>
 
 #include "records/record_file_stage.h"
 #include "shell/main_window/load_wait_dialog.h"
@@ -206,6 +209,9 @@ class EveryForm : public testing::TestWithParam<Form> {
   MainFormStage stage_;
 };
 
+class EveryFormInThePalette : public EveryForm {};    // all but a picture
+class EveryFormForTheKeyboard : public EveryForm {};  // all in which there is something to do
+
 std::string sentences(const QStringList& faults) {
   return faults.join(QLatin1Char('\n')).toStdString();
 }
@@ -214,26 +220,40 @@ TEST_P(EveryForm, CutsNothingOffAndOverlapsNothing) {
   lookAt([](QWidget& window) { EXPECT_EQ(sentences(test::faultsOfLayout(window)), ""); });
 }
 
-TEST_P(EveryForm, CanBeReadInLightColours) {
-  if (GetParam().colours == Colours::OfAPicture) GTEST_SKIP() << "a picture has its own colours";
+TEST_P(EveryFormInThePalette, CanBeReadInLightColours) {
   lookAt([](QWidget& window) { EXPECT_EQ(sentences(test::faultsOfColour(window)), ""); });
 }
 
-TEST_P(EveryForm, CanBeReadInDarkColours) {
-  if (GetParam().colours == Colours::OfAPicture) GTEST_SKIP() << "a picture has its own colours";
+TEST_P(EveryFormInThePalette, CanBeReadInDarkColours) {
   QApplication::setPalette(darkPalette());
   lookAt([](QWidget& window) { EXPECT_EQ(sentences(test::faultsOfColour(window)), ""); });
 }
 
-TEST_P(EveryForm, IsWalkedThroughByTabAndNamesEachStop) {
-  if (GetParam().keyboard == Keyboard::IsOfNoUse) GTEST_SKIP() << "there is nothing to do in it";
+TEST_P(EveryFormForTheKeyboard, IsWalkedThroughByTabAndNamesEachStop) {
   lookAt([](QWidget& window) { EXPECT_EQ(sentences(test::faultsOfTabOrder(window)), ""); });
 }
 
-INSTANTIATE_TEST_SUITE_P(Is, EveryForm, testing::ValuesIn(kForms),
-                         [](const testing::TestParamInfo<Form>& form) {
-                           return std::string(form.param.name);
-                         });
+std::vector<Form> formsWhere(bool (*isMeant)(const Form&)) {
+  std::vector<Form> forms;
+  std::copy_if(std::begin(kForms), std::end(kForms), std::back_inserter(forms), isMeant);
+  return forms;
+}
+
+std::string nameOf(const testing::TestParamInfo<Form>& form) { return form.param.name; }
+
+INSTANTIATE_TEST_SUITE_P(Is, EveryForm, testing::ValuesIn(kForms), nameOf);
+
+INSTANTIATE_TEST_SUITE_P(Is, EveryFormInThePalette,
+                         testing::ValuesIn(formsWhere([](const Form& form) {
+                           return form.colours == Colours::OfThePalette;
+                         })),
+                         nameOf);
+
+INSTANTIATE_TEST_SUITE_P(Is, EveryFormForTheKeyboard,
+                         testing::ValuesIn(formsWhere([](const Form& form) {
+                           return form.keyboard == Keyboard::Works;
+                         })),
+                         nameOf);
 
 // --- Commands -----------------------------------------------------------------------
 
