@@ -15,7 +15,8 @@ constexpr std::string_view kClassicName = "Netscape";
 // How the titles of today's browsers end: behind the page's title, or alone
 // when there is none. The dash of one of them is an em dash (0x97). A name
 // belongs here only when the titles of that browser's private windows are known
-// to end otherwise.
+// to end otherwise. (A Firefox that is told never to remember anything gives all
+// its windows ordinary titles; the manual says so.)
 struct BrowserName {
   std::string_view separator;
   std::string_view name;

@@ -15,11 +15,11 @@ ROOT = Path(__file__).resolve().parents[2]
 # Literals of the forms that read like sentences and are no messages: what a window says about
 # itself while it is open, and what no user sees.
 NO_MESSAGES = {
-    "Choose the folder of the archive to load and then click OK.",
-    "Choose the folder to archive the current display and its data to, or make a new one, and then "
+    "Open the folder of the archive to load and then click OK.",
+    "Open the folder to archive the current display and its data to, or make a new one, and then "
     "click OK.",
-    "Choose the folder to delete the archive files from and then click OK.",
-    "Choose where to make the new archive folder, enter its name and then click OK.",
+    "Open the folder to delete the archive files from and then click OK.",
+    "Open the folder to make the new one in, enter its name and then click OK.",
     "Find in the manual",
     "Icon of Quorrix",
     "Enter information about a purchase made on this website location.",

@@ -10,8 +10,10 @@
 #include <QSplitter>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "shell/main_window/help_browser.h"
+#include "shell/window_frame.h"
 
 namespace quorrix {
 namespace {
@@ -60,7 +62,6 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress)
   parts->addWidget(browser_);
   parts->setChildrenCollapsible(false);
   parts->setStretchFactor(1, 1);
-  parts->setSizes({kContentsWidth, kFirstSize.width() - kContentsWidth});
   layout->addWidget(parts, 1);
 
   findResult_ = named(new QLabel(this), "FindResult", {});
@@ -71,7 +72,9 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress)
   layout->addWidget(findResult_);
 
   addShortcuts();
-  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  resize(kFirstSize.boundedTo(roomInsideAFrame(*screen())));
+  const int contentsWidth = std::min(kContentsWidth, width() / 3);
+  parts->setSizes({contentsWidth, width() - contentsWidth});
   browser_->setFocus();
 }
 

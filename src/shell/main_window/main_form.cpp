@@ -21,6 +21,7 @@
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 #include "shell/twips.h"
+#include "shell/window_frame.h"
 #include "sitetree/empty_files.h"
 #include "sitetree/site_deletion.h"
 
@@ -115,7 +116,7 @@ MainForm::MainForm(const Parts& parts)
   popupMenu_ = new SitePopupMenu(handlers, this);
   connect(treeView_, &SiteTreeView::mouseUp, this, &MainForm::TreeView_MouseUp);
 
-  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  resize(kFirstSize.boundedTo(roomInsideAFrame(*screen())));
   // Not left to the window manager, which places windows only once they show:
   // the wait dialog centres itself over this one before that.
   move(screen()->availableGeometry().center() - rect().center());

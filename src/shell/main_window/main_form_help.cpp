@@ -16,6 +16,7 @@ namespace quorrix {
 // The file is read each time, so that a user who has put it back need not start anew.
 void MainForm::HelpHelp_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::Help, [this] {
+    if (!isLoaded()) return;
     showHourglass(*this);
     const std::string page = readHelpFile(parts_.files, parts_.paths.appPath("Quorrix.hlp"));
     showHelp(page);
@@ -45,6 +46,7 @@ void MainForm::openAddress(const QUrl& address) {
 
 void MainForm::HelpAbout_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::About, [this] {
+    if (!isLoaded()) return;
     showHourglass(*this);
     AboutBox box(*this);
     box.Form_Load();
