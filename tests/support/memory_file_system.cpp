@@ -97,10 +97,11 @@ bool MemoryFileSystem::folderExists(const Path& path) { return folders_.contains
 
 bool MemoryFileSystem::fileExists(const Path& path) { return holdsFile(path); }
 
-void MemoryFileSystem::makeFolder(const Path& path) {
+Path MemoryFileSystem::makeFolder(const Path& path) {
   requireFolderOf(path);
   if (holdsFile(path) || folderExists(path)) throw Failure(failure::kPathFileAccess);
   folders_.insert(nameOf(path));
+  return path;
 }
 
 std::unique_ptr<RandomAccessFile> MemoryFileSystem::openRandomAccess(const Path& path) {
