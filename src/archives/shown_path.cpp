@@ -16,7 +16,9 @@ constexpr char16_t kFirstPrintable = 0x20;
 [[maybe_unused]] QString textOf(const std::string& path) { return fromPlatformText(path); }
 
 // A name as a piece of a path.
-[[maybe_unused]] void append(const QString& name, std::wstring& path) { path += name.toStdWString(); }
+[[maybe_unused]] void append(const QString& name, std::wstring& path) {
+  path += name.toStdWString();
+}
 [[maybe_unused]] void append(const QString& name, std::string& path) { path += name.toStdString(); }
 
 }  // namespace
@@ -35,8 +37,7 @@ std::string messageTextOfPath(const Path& path) { return fromQString(textOfPath(
 
 // Joined as text: a path's own += can lose a component of a name with separators.
 Path joinedPath(const Path& folder, const QString& name) {
-  Path::string_type joined = folder.native();
-  if (!joined.ends_with(Path::preferred_separator)) joined += Path::preferred_separator;
+  Path::string_type joined = (folder / "").native();
   append(name, joined);
   return joined;
 }

@@ -84,15 +84,13 @@ INSTANTIATE_TEST_SUITE_P(UsedUp, FailureNumberOfWindowsError,
                                          WindowsCase{39, 61}, WindowsCase{112, 61},
                                          WindowsCase{1295, 61}, WindowsCase{1450, 7},
                                          WindowsCase{1455, 7}));
-INSTANTIATE_TEST_SUITE_P(Device, FailureNumberOfWindowsError,
-                         testing::Values(WindowsCase{15, 68}, WindowsCase{20, 68},
-                                         WindowsCase{21, 71}, WindowsCase{23, 57},
-                                         WindowsCase{29, 57}, WindowsCase{55, 68},
-                                         WindowsCase{1112, 71}, WindowsCase{1117, 57},
-                                         WindowsCase{1167, 68}, WindowsCase{27, 57},
-                                         WindowsCase{34, 71}, WindowsCase{1005, 71},
-                                         WindowsCase{1110, 71}, WindowsCase{1392, 57},
-                                         WindowsCase{1393, 57}));
+INSTANTIATE_TEST_SUITE_P(
+    Device, FailureNumberOfWindowsError,
+    testing::Values(WindowsCase{15, 68}, WindowsCase{20, 68}, WindowsCase{21, 71},
+                    WindowsCase{23, 57}, WindowsCase{29, 57}, WindowsCase{55, 68},
+                    WindowsCase{1112, 71}, WindowsCase{1117, 57}, WindowsCase{1167, 68},
+                    WindowsCase{27, 57}, WindowsCase{34, 71}, WindowsCase{1005, 71},
+                    WindowsCase{1110, 71}, WindowsCase{1392, 57}, WindowsCase{1393, 57}));
 INSTANTIATE_TEST_SUITE_P(ShareThatWentAway, FailureNumberOfWindowsError,
                          testing::Values(WindowsCase{51, 68}, WindowsCase{58, 68},
                                          WindowsCase{59, 68}, WindowsCase{64, 68},
