@@ -1,0 +1,135 @@
+"""Someone who uses the program with the keyboard alone and sees the titles of its windows.
+
+That much is the same for the program of this system and for that of Windows under Wine, so both can
+be led through the very same steps.
+"""
+
+from support.waiting import wait_until
+
+ENTRIES_BEFORE_NOTES = 3  # of the popup menu
+
+
+class KeyboardUser:
+    def __init__(self, quorrix):
+        self.quorrix = quorrix
+        self.screen = quorrix.session.screen
+
+    # --- windows ---------------------------------------------------------------------------------
+
+    def wait_for_window(self, title):
+        """Of that title, with the keyboard, and not the main window."""
+        return wait_until(lambda: self._active(title),
+                          lambda: f"the window {title!r}; open are {self._titles()}")
+
+    def wait_for_main_window(self):
+        """Alone, and with the keyboard."""
+        wait_until(lambda: len(self.quorrix.windows()) == 1
+                   and self.quorrix.main_window().is_active(),
+                   lambda: f"the main window alone; open are {self._titles()}")
+
+    def _active(self, title):
+        main = self._main_number()
+        return next((window for window in self.quorrix.windows() if window.title == title
+                     and window.number != main and window.is_active()), None)
+
+    def _titles(self):
+        return [window.title for window in self.quorrix.windows()]
+
+    def _main_number(self):
+        """The main window was there before every other one."""
+        return min(window.number for window in self.quorrix.windows())
+
+    # --- the main window -------------------------------------------------------------------------
+
+    def choose(self, *keys):
+        """An entry of the File menu, by the letters on the way to it."""
+        self.quorrix.main_window().use()
+        self.screen.press("alt+f", *keys)
+
+    def start_tracking(self):
+        self.choose("t")
+
+    def stop_tracking(self):
+        self.choose("s")
+
+    def select_host(self, number):
+        """Counted from 1, in the order of the first visits."""
+        self.quorrix.main_window().use()
+        self.screen.press("Home", *["Down"] * number)
+
+    def open_notes(self, key):
+        """Of the site that is selected."""
+        self.screen.press("Menu")
+        self.quorrix.wait_for_caption(f"Quorrix - {key}")
+        self.screen.press(*["Down"] * (ENTRIES_BEFORE_NOTES + 1), "Return")
+        self.wait_for_window(f"Notes - {key}")
+
+    def write_notes(self, text):
+        self.screen.type(text)
+        self.screen.press("Tab", "Return")
+        self.wait_for_main_window()
+
+    # --- message boxes ---------------------------------------------------------------------------
+
+    def confirm_question(self):
+        """OK and Cancel, of which Cancel has the keyboard."""
+        box = self.wait_for_window("Quorrix")
+        self.screen.press("Tab", "space")
+        self._wait_until_gone(box)
+
+    def confirm_news(self):
+        box = self.wait_for_window("Quorrix")
+        self.screen.press("space")
+        self._wait_until_gone(box)
+
+    def _wait_until_gone(self, gone):
+        wait_until(lambda: gone.number not in [window.number for window in self.quorrix.windows()],
+                   lambda: f"the window {gone.title!r} to close")
+
+    # --- archives --------------------------------------------------------------------------------
+
+    def archive_into_new_folder(self, name, drive_letter=None):
+        self.choose("r", "a")
+        self.wait_for_window("Archive Sites")
+        self._choose_drive(drive_letter)
+        self.screen.press("shift+Tab", "space")  # from the first control to the last one, New
+        self.wait_for_window("New Archive")
+        self.screen.type(name)
+        self.screen.press("Return")
+        self.confirm_question()
+        self.wait_for_window("Archive Sites")
+        self.screen.press("shift+Tab", "shift+Tab", "space")  # past Cancel to OK
+        self.confirm_question()
+        self.confirm_news()
+        self.wait_for_main_window()
+
+    def load_archive(self, name, drive_letter=None):
+        self.choose("r", "l")
+        self.wait_for_window("Load Sites Archive")
+        self._choose_drive(drive_letter)
+        self.screen.press("Tab", name[0], "Return")  # in the list of folders
+        self.screen.press("Tab", "Tab", "Tab", "space")  # past files and path to OK
+        self.confirm_question()
+        self.wait_for_main_window()
+
+    def _choose_drive(self, letter):
+        """The list of drives has the keyboard when a dialog opens."""
+        if letter:
+            self.screen.press(letter)
+
+    # --- search and deletion ---------------------------------------------------------------------
+
+    def search(self, text):
+        self.choose("p")
+        self.wait_for_window("Search Display")
+        self.screen.type(text)
+        self.screen.press("Return")
+
+    def locate_first_result(self):
+        self.wait_for_window("Search Results")
+        self.screen.press("Home", "Return")
+
+    def delete_selected(self):
+        self.choose("d")
+        self.confirm_question()
+        self.wait_for_main_window()
