@@ -11,33 +11,31 @@ ENTRIES_BEFORE_NOTES = 3  # of the popup menu
 
 class KeyboardUser:
     def __init__(self, quorrix):
+        """The program runs, and shows its main window alone."""
         self.quorrix = quorrix
         self.screen = quorrix.session.screen
+        self._main_number = quorrix.main_window().number
 
     # --- windows ---------------------------------------------------------------------------------
 
     def wait_for_window(self, title):
-        """Of that title, with the keyboard, and not the main window."""
-        return wait_until(lambda: self._active(title),
-                          lambda: f"the window {title!r}; open are {self._titles()}")
+        """Of that title, and not the main window; clicks on it if it has not the keyboard, as it
+        may be when the window in front of it has closed under Wine."""
+        window = wait_until(lambda: self._open(title),
+                            lambda: f"the window {title!r}; open are {self._titles()}")
+        window.use()
+        return window
 
     def wait_for_main_window(self):
-        """Alone, and with the keyboard."""
-        wait_until(lambda: len(self.quorrix.windows()) == 1
-                   and self.quorrix.main_window().is_active(),
+        wait_until(lambda: len(self.quorrix.windows()) == 1,
                    lambda: f"the main window alone; open are {self._titles()}")
 
-    def _active(self, title):
-        main = self._main_number()
+    def _open(self, title):
         return next((window for window in self.quorrix.windows() if window.title == title
-                     and window.number != main and window.is_active()), None)
+                     and window.number != self._main_number), None)
 
     def _titles(self):
         return [window.title for window in self.quorrix.windows()]
-
-    def _main_number(self):
-        """The main window was there before every other one."""
-        return min(window.number for window in self.quorrix.windows())
 
     # --- the main window -------------------------------------------------------------------------
 

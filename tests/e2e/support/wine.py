@@ -24,8 +24,8 @@ class Wine:
     def __init__(self, session):
         self.session = session
         self.prefix = os.path.join(processes.temporary_folder(), "prefix")
-        os.mkdir(self.prefix, 0o700)
         self.second_drive = processes.temporary_folder()
+        self._lay_out_drives()
         self.environment = {
             "WINEPREFIX": self.prefix,
             "WINEDEBUG": "-all",
@@ -38,7 +38,14 @@ class Wine:
         self._run("wineboot", "-i")
         for font in FONTS_OF_DIALOGS:
             self.set_registry("HKCU\\Software\\Wine\\Fonts\\Replacements", font, FONT)
-        os.symlink(self.second_drive, os.path.join(self.prefix, "dosdevices", "d:"))
+
+    def _lay_out_drives(self):
+        """Wine lists the drives that are there when its server starts."""
+        drives = os.path.join(self.prefix, "dosdevices")
+        os.makedirs(drives, 0o700)
+        os.mkdir(os.path.join(self.prefix, "drive_c"))
+        for letter, folder in (("c:", "../drive_c"), ("d:", self.second_drive), ("z:", "/")):
+            os.symlink(folder, os.path.join(drives, letter))
 
     def path(self, windows_path):
         """Where a file of drive C: lies on this system."""
