@@ -6,7 +6,6 @@ import shutil
 import unittest
 from datetime import datetime, timedelta
 
-from support import processes
 from support.browsers import Chromium
 from support.keyboard_user import KeyboardUser
 from support.quorrix import Quorrix, make_program_folder
@@ -37,6 +36,7 @@ SITES = (record(b"www.garden.example/roses/climbing.html", b"N")
          + record(b"news.harbour.example/today", b"N")
          + record(b"www.secure.example/account", b"S")
          + record(b"www.garden.example/herbs", b"N"))
+SITES_WITHOUT_HARBOUR = SITES[:RECORD_BYTES] + b" " * RECORD_BYTES + SITES[2 * RECORD_BYTES:]
 NOTES = GARDEN_KEY + b"Water the roses" + b" " * 1009
 EMPTY = dict.fromkeys(NAMES, b"")
 FULL = {**EMPTY, "nodes.dat": SITES, "notes.dat": NOTES}
@@ -114,7 +114,7 @@ class Journey:
         self._look("searched")
 
         self.user.delete_selected()
-        self._look("deleted what the search found")
+        self._look("deleted")
         return self.seen
 
     def _look(self, step):
@@ -184,6 +184,8 @@ class SameSteps(WindowsTest):
         self.assertEqual({**in_data(EMPTY), **in_archive(FULL)}, there["archived"])
         self.assertEqual({**in_data(FULL), **in_archive(FULL)}, there["loaded"])
         self.assertEqual(there["loaded"], there["searched"])
+        self.assertEqual({**in_data(FULL), **in_archive(FULL),
+                          "Data/nodes.dat": SITES_WITHOUT_HARBOUR}, there["deleted"])
         self.assertEqual(list(here), list(there))
         for step, files in here.items():
             self.assertEqual(files, there[step], step)
@@ -229,6 +231,136 @@ class SameSteps(WindowsTest):
     def wait_for_record_of(self, quorrix, url):
         address = url.partition("://")[2]
         wait_until(lambda: quorrix.record_of(address), f"the record of {url}")
+
+
+OLD_SITES = (record(b"www.garden.example/roses", b"N", b"3/14/26 10:00:00 AM~ ")
+             + record(b"news.harbour.example", b"S", b"11/3/25 1:00:00 PM~  "))
+OLD_DATA = {**EMPTY, "nodes.dat": OLD_SITES, "notes.dat": NOTES}
+
+
+class DataFolders(WindowsTest):
+    """A folder of data goes from one system to the other as it is."""
+
+    def given_data(self, quorrix, last_archive):
+        for name, data in {**OLD_DATA, "load.txt": last_archive}.items():
+            with open(os.path.join(quorrix.data_folder, name), "wb") as file:
+                file.write(data)
+
+    def assert_data(self, expected, folder):
+        self.assertEqual(expected, {name: bytes_in(folder, name) for name in expected})
+
+    def move(self, source, target):
+        shutil.rmtree(target.data_folder)
+        shutil.copytree(source.data_folder, target.data_folder)
+
+    def test_of_windows_is_used_here(self):
+        last_archive = b"D:\\\xc9t\xe9\r\n"
+        self.given_data(self.quorrix, last_archive)
+        self.quorrix.start_and_wait()
+        user = KeyboardUser(self.quorrix)
+        user.select_host(2)
+        user.open_notes("news.harbour.example")
+        user.write_notes("Ask for Anna")
+        self.close(self.quorrix)
+
+        here = self.linux_quorrix()
+        self.move(self.quorrix, here)
+        here.start_and_wait()
+        here.wait_for_text("Last archive loaded: D:\\\u00c9t\u00e9")
+        here.wait_for_tree("www", "www.garden.example", "news.harbour.example")
+        self.close(here)
+        notes = NOTES + record_of_notes(b"news.harbour.example", b"Ask for Anna")
+        self.assert_data({**OLD_DATA, "notes.dat": notes, "load.txt": last_archive},
+                         here.data_folder)
+
+    def test_of_this_system_is_used_on_windows(self):
+        last_archive = "/home/anna/\u00c9t\u00e9\r\n".encode()
+        here = self.linux_quorrix()
+        self.given_data(here, last_archive)
+        here.start_and_wait()
+        self.close(here)
+
+        self.move(here, self.quorrix)
+        self.quorrix.start_and_wait()
+        user = KeyboardUser(self.quorrix)
+        user.select_host(2)
+        user.open_notes("news.harbour.example")
+        user.write_notes("Ask for Anna")
+        self.close(self.quorrix)
+        notes = NOTES + record_of_notes(b"news.harbour.example", b"Ask for Anna")
+        self.assert_data({**OLD_DATA, "notes.dat": notes, "load.txt": last_archive},
+                         self.quorrix.data_folder)
+
+
+def record_of_notes(address, text):
+    return address + b" " * (ADDRESS_BYTES - len(address)) + text + b" " * (1024 - len(text))
+
+
+class WhatGoesWrong(WindowsTest):
+    def test_a_browser_that_hangs_does_not_freeze_the_window(self):
+        browser = self.given_a_browser()
+        self.quorrix.start_and_wait()
+        user = KeyboardUser(self.quorrix)
+        user.start_tracking()
+        browser.type_address(VISITS[0])
+        browser.press("Return")
+        wait_until(lambda: self.quorrix.records(), "the first record")
+        with ResponseWatch(self.quorrix.main_window()) as watch:
+            browser.hang()
+            asked = watch.answers
+            wait_until(lambda: watch.answers > asked + 5, "answers while the browser hangs")
+            browser.go_on()
+            browser.type_address(VISITS[1])
+            wait_until(lambda: len(self.quorrix.records()) > 1, "a visit after that")
+        tell(f"browser hung: the window answered after {watch.longest * 1000:.0f} ms at most")
+        self.assertLess(watch.longest, 1.0)
+        user.stop_tracking()
+        self.close(self.quorrix)
+
+    def test_a_name_that_is_a_device_makes_no_archive(self):
+        self.given_sites()
+        user = KeyboardUser(self.quorrix)
+        user.open_new_archive("d")
+        for name in ("CON", "nul", "Aux."):
+            user.type_over(name)
+            user.screen.press("Return")
+            user.confirm_question()
+            user.confirm_news()
+            user.wait_for_window("New Archive")
+        self.assertEqual([], os.listdir(self.wine.second_drive))
+
+    def test_dots_and_blanks_behind_a_name_are_lost_with_no_harm(self):
+        self.given_sites()
+        user = KeyboardUser(self.quorrix)
+        user.archive_into_new_folder("May . ", "d")
+        archive = os.path.join(self.wine.second_drive, "May")
+        self.assertEqual(OLD_SITES, bytes_in(archive, "nodes.dat"))
+        self.assertEqual(["May"], os.listdir(self.wine.second_drive))
+        user.load_archive("May", "d")
+        self.assertEqual(b"D:\\May\r\n", bytes_in(self.quorrix.data_folder, "load.txt"))
+        self.close(self.quorrix)
+
+    def test_a_drive_that_vanishes_takes_nothing_along(self):
+        self.given_sites()
+        user = KeyboardUser(self.quorrix)
+        user.make_archive_folder("May", "d")
+        shutil.rmtree(self.wine.second_drive)
+        self.addCleanup(os.mkdir, self.wine.second_drive)
+        user.confirm_archiving()
+        user.confirm_news()  # of the failure
+        user.wait_for_main_window()
+        self.assertEqual(OLD_SITES, bytes_in(self.quorrix.data_folder, "nodes.dat"))
+        self.assertEqual(b"none\n", bytes_in(self.quorrix.data_folder, "load.txt"))
+        user.select_host(1)
+        user.open_notes("www.garden.example")
+        user.screen.press("Escape")
+        user.wait_for_main_window()
+        self.close(self.quorrix)
+
+    def given_sites(self):
+        with open(self.quorrix.site_file, "wb") as file:
+            file.write(OLD_SITES)
+        self.quorrix.start_and_wait()
 
 
 if __name__ == "__main__":

@@ -4,6 +4,8 @@ That much is the same for the program of this system and for that of Windows und
 be led through the very same steps.
 """
 
+import os
+
 from support.waiting import wait_until
 
 ENTRIES_BEFORE_NOTES = 3  # of the popup menu
@@ -87,19 +89,33 @@ class KeyboardUser:
     # --- archives --------------------------------------------------------------------------------
 
     def archive_into_new_folder(self, name, drive_letter=None):
+        self.make_archive_folder(name, drive_letter)
+        self.confirm_archiving()
+        self.confirm_news()
+        self.wait_for_main_window()
+
+    def open_new_archive(self, drive_letter=None):
         self.choose("r", "a")
         self.wait_for_window("Archive Sites")
         self._choose_drive(drive_letter)
         self.screen.press("shift+Tab", "space")  # from the first control to the last one, New
         self.wait_for_window("New Archive")
-        self.screen.type(name)
+
+    def make_archive_folder(self, name, drive_letter=None):
+        self.open_new_archive(drive_letter)
+        self.type_over(name)
         self.screen.press("Return")
         self.confirm_question()
         self.wait_for_window("Archive Sites")
-        self.screen.press("shift+Tab", "shift+Tab", "space")  # past Cancel to OK
+
+    def confirm_archiving(self):
+        self.screen.press("shift+Tab", "shift+Tab", "space")  # from New past Cancel to OK
         self.confirm_question()
-        self.confirm_news()
-        self.wait_for_main_window()
+
+    def type_over(self, text):
+        """Replaces what is in the box that has the keyboard."""
+        self.screen.press("ctrl+a", "BackSpace")
+        self.screen.type(text)
 
     def load_archive(self, name, drive_letter=None):
         self.choose("r", "l")
@@ -107,8 +123,10 @@ class KeyboardUser:
         self._choose_drive(drive_letter)
         self.screen.press("Tab", name[0], "Return")  # in the list of folders
         self.screen.press("Tab", "Tab", "Tab", "space")  # past files and path to OK
+        last_archive = self._bytes_of("load.txt")
         self.confirm_question()
-        self.wait_for_main_window()
+        # Written last, while the main window is alone already.
+        wait_until(lambda: self._bytes_of("load.txt") != last_archive, "load.txt to tell of it")
 
     def _choose_drive(self, letter):
         """The list of drives has the keyboard when a dialog opens."""
@@ -128,6 +146,11 @@ class KeyboardUser:
         self.screen.press("Home", "Return")
 
     def delete_selected(self):
+        sites = self._bytes_of("nodes.dat")
         self.choose("d")
         self.confirm_question()
-        self.wait_for_main_window()
+        wait_until(lambda: self._bytes_of("nodes.dat") != sites, "the site to be deleted")
+
+    def _bytes_of(self, name):
+        with open(os.path.join(self.quorrix.data_folder, name), "rb") as file:
+            return file.read()

@@ -6,6 +6,7 @@ keys and seen of windows is the same as for a program of this system.
 
 import os
 import shutil
+import signal
 
 from support import processes
 from support.quorrix import MARK, Quorrix
@@ -122,6 +123,13 @@ class TestBrowser:
     def press(self, *keys):
         self.window.use()
         self.wine.session.screen.press(*keys)
+
+    def hang(self):
+        """Stops the process: no message to its windows is answered."""
+        processes.send(signal.SIGSTOP, [self.process.pid])
+
+    def go_on(self):
+        processes.send(signal.SIGCONT, [self.process.pid])
 
     def close(self):
         if self.process:
