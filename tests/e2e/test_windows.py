@@ -307,10 +307,13 @@ class WhatGoesWrong(WindowsTest):
         wait_until(lambda: self.quorrix.records(), "the first record")
         with ResponseWatch(self.quorrix.main_window()) as watch:
             browser.hang()
-            asked = watch.answers
-            wait_until(lambda: watch.answers > asked + 5, "answers while the browser hangs")
-            browser.go_on()
-            browser.type_address(VISITS[1])
+            # More passes of the tracking loop than can have begun before.
+            hung = watch.answers
+            wait_until(lambda: watch.answers > hung + 50, "answers while the browser hangs", 30)
+            browser.close()
+            another = self.given_a_browser()
+            another.type_address(VISITS[1])
+            another.press("Return")
             wait_until(lambda: len(self.quorrix.records()) > 1, "a visit after that")
         tell(f"browser hung: the window answered after {watch.longest * 1000:.0f} ms at most")
         self.assertLess(watch.longest, 1.0)

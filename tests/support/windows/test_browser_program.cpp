@@ -5,6 +5,7 @@
 //   Return   "Connect: contacting host"
 //   F5       "42% of page"
 //   Escape   "Document: Done"
+//   F12      nothing any more: from then on it hangs
 #include <windows.h>
 
 #include <commctrl.h>
@@ -70,6 +71,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
 
   MSG message;
   while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (message.message == WM_KEYDOWN && message.wParam == VK_F12) ::Sleep(INFINITE);
     if (const wchar_t* text = statusAfter(message)) {
       ::SetWindowTextW(status, text);
       continue;
