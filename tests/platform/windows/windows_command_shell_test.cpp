@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <filesystem>
 #include <string>
 
 #include "support/eventually.h"
@@ -44,7 +45,7 @@ class WindowsCommandShellTest : public testing::Test {
         ERROR_SUCCESS);
   }
 
-  Path opened() const { return folder_ / "opened by it"; }
+  std::filesystem::path opened() const { return folder_ / "opened by it"; }
 
   // How many arguments the browser was given, and each on a line.
   std::string whenRun(const std::string& line) {
