@@ -57,6 +57,10 @@ class KeyboardUser:
         self.quorrix.main_window().use()
         self.screen.press("Home", *["Down"] * number)
 
+    def open_all_branches(self):
+        self.quorrix.main_window().use()
+        self.screen.press("Home", "asterisk", "Home")
+
     def open_notes(self, key):
         """Of the site that is selected."""
         self.screen.press("Menu")
