@@ -4,6 +4,7 @@
 #include <QMetaObject>
 
 #include "platform/failure.h"
+#include "platform/privacy.h"
 #include "platform/program_folder.h"
 #include "platform/system_clock.h"
 #include "shell/failure_messages.h"
@@ -11,6 +12,7 @@
 #include "shell/main_window/main_form.h"
 #include "shell/qt_event_pump.h"
 #include "shell/qt_message_box.h"
+#include "shell/resources.h"
 
 #ifdef _WIN32
 #include "platform/windows/user32_window_system.h"
@@ -53,9 +55,13 @@ void choosePlatform() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  quorrix::forbidMemoryDumps();
   choosePlatform();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
+  quorrix::registerResources();
+  QApplication::setWindowIcon(quorrix::applicationIcon());
+  QGuiApplication::setDesktopFileName(QStringLiteral("quorrix"));
   // The program ends with its main window, not with the splash screen.
   QApplication::setQuitOnLastWindowClosed(false);
 
@@ -74,7 +80,9 @@ int main(int argc, char* argv[]) {
         quorrix::MessageBoxStyle::Critical);
     return 1;
   }
-  quorrix::MainForm form({.paths = quorrix::AppPaths(folder),
+  const quorrix::AppPaths paths(folder);
+  for (const char* const kept : {"Data", "Archives"}) quorrix::closeToOthers(paths.appPath(kept));
+  quorrix::MainForm form({.paths = paths,
                           .files = files,
                           .clock = clock,
                           .events = events,

@@ -19,8 +19,8 @@ ArchiveDialog::ArchiveDialog(const ArchiveDialogParts& parts, Work work)
     : ExistingArchiveDialog(
           parts, {.name = "ArchiveDialog",
                   .caption = QStringLiteral("Archive Sites"),
-                  .prompt = QStringLiteral("Choose the folder to archive the current display and "
-                                           "its data to, or make a new one, and then click OK.")}),
+                  .prompt = QStringLiteral("Open the folder to archive the current display and its "
+                                           "data to, or make a new one, and then click OK.")}),
       work_(std::move(work)) {
   QPushButton* const NewButton = makeButton("NewButton", QStringLiteral("New"));
   connect(NewButton, &QPushButton::clicked, this, &ArchiveDialog::NewButton_Click);
@@ -60,7 +60,9 @@ void ArchiveDialog::NewButton_Click() {
   showHourglass(*this);
   NewArchiveDialog dialog(parts(), *this);
   dialog.Form_Load();
-  if (newArchiveLoadedOK) dialog.exec();
+  const bool isMade = newArchiveLoadedOK && dialog.exec() == QDialog::Accepted;
+  if (isMade) OKButton().setFocus();  // what is left to do
+  activateWindow();  // a question and the dialog that asked go together, and the keyboard with them
   showDefaultPointer(*this);
 }
 

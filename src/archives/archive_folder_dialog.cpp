@@ -123,6 +123,7 @@ ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, co
 void ExistingArchiveDialog::load(FailureFamily family) {
   guarded(*this, parts().messageBox, family, [this] {
     centreOver(*this, parts().mainWindow);
+    Dir1().setFocus();
     Dir1().setPath(parts().archives);
     showInBox(parts().archives);
   });

@@ -45,6 +45,7 @@ class ArchiveFolderDialog : public QDialog {
   [[nodiscard]] DriveList& Drive1() const { return *Drive1_; }
   [[nodiscard]] FolderList& Dir1() const { return *Dir1_; }
   [[nodiscard]] QLineEdit& Text1() const { return *Text1_; }
+  [[nodiscard]] QPushButton& OKButton() const { return *OKButton_; }
 
   // The operation's folder, in a message with `before` and `after` it.
   [[nodiscard]] std::string aboutFolder(std::string_view before, std::string_view after) const;

@@ -10,7 +10,7 @@ DeleteArchiveDialog::DeleteArchiveDialog(const ArchiveDialogParts& parts, Work d
     : ExistingArchiveDialog(
           parts, {.name = "DeleteArchiveDialog",
                   .caption = QStringLiteral("Delete Sites Archive"),
-                  .prompt = QStringLiteral("Choose the folder to delete the archive files from "
+                  .prompt = QStringLiteral("Open the folder to delete the archive files from "
                                            "and then click OK.")}),
       deleteArchiveFiles_(std::move(deleteArchiveFiles)) {
   layOut(&File1(), QStringLiteral("Archive folder"));

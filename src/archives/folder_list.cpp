@@ -1,6 +1,7 @@
 #include "archives/folder_list.h"
 
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <utility>
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr int kDepthRole = Qt::UserRole;
 constexpr int kIndent = 10;  // pixels for each folder above
+constexpr int kFewestRows = 7;
 
 class IndentingDelegate final : public QStyledItemDelegate {
  public:
@@ -44,6 +46,9 @@ FolderList::FolderList(FileSystem& files, const Path& start, QWidget* parent)
     : QListWidget(parent), files_(files), path_(start.root_path()) {
   setItemDelegate(new IndentingDelegate(this));
   setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setMinimumHeight(kFewestRows * fontMetrics().lineSpacing());
+  connect(this, &QListWidget::currentRowChanged, this, &FolderList::showWhereNamesBegin);
   connect(this, &QListWidget::itemDoubleClicked, this,
           [this](const QListWidgetItem* item) { openRow(row(item)); });
   try {
@@ -94,6 +99,7 @@ void FolderList::open(const Path& path, std::vector<Row> rows) {
 void FolderList::showRows() {
   const QIcon closedFolder = style()->standardIcon(QStyle::SP_DirClosedIcon);
   const QIcon openFolder = style()->standardIcon(QStyle::SP_DirOpenIcon);
+  keyboardSearch({});  // what was typed was meant for the folder before
   clear();
   int opened = 0;
   for (const Row& row : rows_) {
@@ -105,6 +111,16 @@ void FolderList::showRows() {
     addItem(item);
   }
   setCurrentRow(opened);
+}
+
+// A list scrolls to its current row up and down only, and a deep folder stands far to
+// the right.
+void FolderList::showWhereNamesBegin(int row) {
+  if (row < 0) return;
+  const int start = kIndent * item(row)->data(kDepthRole).toInt();
+  const int half = viewport()->width() / 2;
+  executeDelayedItemsLayout();
+  horizontalScrollBar()->setValue(start > half ? start - half / 2 : 0);
 }
 
 void FolderList::openRow(int row) {

@@ -49,6 +49,7 @@ class FolderList final : public QListWidget {
   void openRow(int row);
   void open(const Path& path, std::vector<Row> rows);
   void showRows();
+  void showWhereNamesBegin(int row);
   [[nodiscard]] std::vector<Row> rowsOf(const Path& path);
 
   FileSystem& files_;

@@ -18,11 +18,11 @@ constexpr std::string_view kLoadAnyway =
 }  // namespace
 
 LoadArchiveDialog::LoadArchiveDialog(const ArchiveDialogParts& parts, Work work)
-    : ExistingArchiveDialog(parts,
-                            {.name = "LoadArchiveDialog",
-                             .caption = QStringLiteral("Load Sites Archive"),
-                             .prompt = QStringLiteral(
-                                 "Choose the folder of the archive to load and then click OK.")}),
+    : ExistingArchiveDialog(
+          parts,
+          {.name = "LoadArchiveDialog",
+           .caption = QStringLiteral("Load Sites Archive"),
+           .prompt = QStringLiteral("Open the folder of the archive to load and then click OK.")}),
       work_(std::move(work)) {
   layOut(&File1(), QStringLiteral("Archive folder"));
 }

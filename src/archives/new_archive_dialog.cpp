@@ -16,7 +16,7 @@ NewArchiveDialog::NewArchiveDialog(const ArchiveDialogParts& parts, ArchiveDialo
           parts, archiveDialog,
           {.name = "NewArchiveDialog",
            .caption = QStringLiteral("New Archive"),
-           .prompt = QStringLiteral("Choose where to make the new archive folder, enter its "
+           .prompt = QStringLiteral("Open the folder to make the new one in, enter its "
                                     "name and then click OK.")}),
       archiveDialog_(archiveDialog) {
   layOut(nullptr, QStringLiteral("Name of the new folder"));

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "shell/bring_up.h"
 #include "shell/guarded.h"
 #include "shell/keep_in_front.h"
 
@@ -17,14 +18,6 @@ void unload(QPointer<Dialog>& dialog) {
   dialog->hide();
   dialog->deleteLater();
   dialog.clear();
-}
-
-// A window that was minimised or lies below others comes up.
-void bringUp(QWidget& window) {
-  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-  window.show();
-  window.raise();
-  window.activateWindow();
 }
 
 }  // namespace

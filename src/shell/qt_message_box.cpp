@@ -40,7 +40,7 @@ MessageBoxButton QtMessageBox::show(std::string_view text, MessageBoxStyle style
   box.setObjectName(QStringLiteral("MessageBox"));
   box.setWindowTitle(QStringLiteral("Quorrix"));
   box.setTextFormat(Qt::PlainText);
-  box.setText(toQString(text));
+  box.setText(asWrappingText(toQString(text)));
   box.setIcon(row.icon);
   box.setStandardButtons(row.hasCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok);
   box.setDefaultButton(row.hasCancel ? QMessageBox::Cancel : QMessageBox::Ok);

@@ -168,6 +168,34 @@ TEST_F(FolderListTest, ShowsEmptyWhereEvenTheRootCannotBeRead) {
   EXPECT_EQ(folders.path(), "/");
 }
 
+TEST_F(FolderListTest, ShowsWhereTheNameOfADeepFolderBegins) {
+  Path deep = "/deep";
+  for (int depth = 0; depth < 40; ++depth) deep /= "down";
+  disk_.givenAFolder(deep / "bottom");
+  folders_.setPath(deep);
+  const auto startOf = [this](int row) {
+    const QRect place = folders_.visualItemRect(folders_.item(row));
+    return place.left() + 10 * folders_.item(row)->data(Qt::UserRole).toInt();
+  };
+  EXPECT_GE(startOf(folders_.currentRow()), 0);
+  EXPECT_LE(startOf(folders_.currentRow()) +
+                folders_.fontMetrics().horizontalAdvance(QStringLiteral("down")),
+            folders_.viewport()->width());
+  folders_.setCurrentRow(0);
+  EXPECT_EQ(startOf(0), 0);
+}
+
+TEST_F(FolderListTest, BeginsATypedNameAnewInEachFolder) {
+  disk_.givenAFolder("/opt/tulips");
+  disk_.givenAFolder("/opt/others");
+  folders_.setPath("/");
+  QTest::keyClick(&folders_, 'o');
+  EXPECT_EQ(selected(), "opt");
+  QTest::keyClick(&folders_, Qt::Key_Return);
+  QTest::keyClick(&folders_, 't');
+  EXPECT_EQ(selected(), "tulips");
+}
+
 TEST_F(FolderListTest, ShowsNamesAsTheyAreAndOpensTheirBytes) {
   disk_.givenAFolder("/odd/<b>&A [*]/below");
   disk_.givenAFolder("/odd/caf\xE9/below");

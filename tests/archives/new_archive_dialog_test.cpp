@@ -268,6 +268,7 @@ TEST_F(NewArchiveDialogTest, IsOpenedByTheNewButton) {
   EXPECT_TRUE(archiveDialog_.isVisible());
   EXPECT_EQ(archiveDialog_.cursor().shape(), Qt::ArrowCursor);
   EXPECT_EQ(shownInBox(archiveDialog_), "/opt/quorrix/Archives/July");
+  EXPECT_EQ(archiveDialog_.focusWidget()->objectName(), QStringLiteral("OKButton"));
 }
 
 TEST_F(NewArchiveDialogTest, IsNotShownByTheNewButtonWhenItsLoadFails) {

@@ -15,10 +15,25 @@ from support.session import PrivateSession
 from support.waiting import wait_until
 
 SITE = "shop.lantern.example"
-SITE_FILE = (b"shop.lantern.example" + b" " * 280 + b"S" + b"11/21/26 4:05:00 PM~ "
-             + b"www.lantern-makers.example/history" + b" " * 266 + b"N" + b"11/3/26 8:52:10 AM~  "
-             + b"news.harbour.example" + b" " * 280 + b"S" + b"11/12/26 7:15:33 PM~ "
-             + b"www.lantern-makers.example/guild" + b" " * 268 + b"N" + b"11/3/26 9:02:41 AM~  ")
+
+SITES = (("shop.lantern.example", "S", "11/21/26 4:05:00 PM"),
+         ("www.lantern-makers.example/history", "N", "11/3/26 8:52:10 AM"),
+         ("www.garden.example/roses/climbing", "S", "11/14/26 9:30:12 AM"),
+         ("www.garden.example/roses/pruning", "S", "11/14/26 9:34:48 AM"),
+         ("www.garden.example/herbs/thyme", "S", "11/14/26 9:41:03 AM"),
+         ("news.harbour.example", "S", "11/12/26 7:15:33 PM"),
+         ("news.harbour.example/today/tides", "S", "11/12/26 7:16:02 PM"),
+         ("news.harbour.example/today/ferries", "S", "11/12/26 7:18:40 PM"),
+         ("www.lantern-makers.example/guild", "N", "11/3/26 9:02:41 AM"),
+         ("maps.valley.example/walks/old-mill", "S", "11/8/26 2:20:19 PM"),
+         ("maps.valley.example/walks/river-path", "S", "11/8/26 2:24:55 PM"))
+
+
+def site_record(address, flag, stamp):
+    return (address.ljust(300) + flag + (stamp + "~").ljust(21)).encode("ascii")
+
+
+SITE_FILE = b"".join(site_record(*site) for site in SITES)
 
 NOTES = "Brass lanterns are at the back of the catalogue.\n" \
         "Orders before noon leave the same day."
@@ -79,12 +94,26 @@ def given_an_archive(folder):
             file.write(SITE_FILE if name == "nodes.dat" else b"")
 
 
+class OpenWindow:
+    """Waits until the window of that title has the keyboard."""
+
+    def __init__(self, quorrix, title):
+        self.quorrix = quorrix
+        self.title = title
+        wait_until(lambda: self.window() and self.window().is_active(), f"the window {title!r}")
+
+    def window(self):
+        return next((window for window in self.quorrix.windows() if window.title == self.title),
+                    None)
+
+
 class Photographer:
     def __init__(self, quorrix, folder):
         self.quorrix = quorrix
         self.folder = folder
 
     def take_all(self):
+        self._main_window()
         self._keep("Notes", (("Notes", NOTES),), "notes.png")
         self._keep("User ID, Password", USER_ID_PASSWORD, "user-id-and-password.png")
         for purchase in PURCHASES[:-1]:
@@ -96,6 +125,28 @@ class Photographer:
         dialog.close_with("Cancel")
         self._search()
         self._archives()
+        self._help()
+
+    def _main_window(self):
+        self.quorrix.click_row("www", 1)
+        self.quorrix.session.screen.press("asterisk")
+        wait_until(lambda: "river-path" in self.quorrix.tree(), "the whole tree")
+        self.quorrix.click_row("climbing", 1)
+        self._take(OpenWindow(self.quorrix, "Quorrix - www.garden.example/roses/climbing"),
+                   "main-window.png")
+        self.quorrix.click_row("www", 1)
+        self.quorrix.session.screen.press("Left", "Right")
+
+    def _help(self):
+        self.quorrix.choose("Help", "Help")
+        help_window = OpenWindow(self.quorrix, "Quorrix Help")
+        self._take(help_window, "help.png")
+        self.quorrix.session.screen.press("Escape")
+        self.quorrix.main_window().use()
+        self.quorrix.choose("Help", "About Quorrix")
+        about = RecordDialog(self.quorrix, "About Quorrix")
+        self._take(about, "about.png")
+        about.close_with("OK")
 
     def _archives(self):
         archive = self._open_archive_dialog("a", "Archive Sites")
@@ -146,7 +197,7 @@ class Photographer:
         return RecordDialog.open(self.quorrix, SITE, name + "...", f"{name} - {SITE}")
 
     def _take(self, dialog, name):
-        """Of the dialog's window alone, with its frame."""
+        """Of a window alone, with its frame."""
         path = os.path.join(self.folder, name)
         self.quorrix.session.screen.save_picture(path, dialog.window())
         print(path)

@@ -4,6 +4,8 @@
 
 #include <QApplication>
 
+#include "shell/resources.h"
+
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
   // Form tests need no display, and none of their windows shall show on the user's.
@@ -11,5 +13,6 @@ int main(int argc, char** argv) {
   // Windows that a test closes must not end the program under the next test.
   QApplication::setQuitOnLastWindowClosed(false);
   const QApplication application(argc, argv);
+  quorrix::registerResources();
   return RUN_ALL_TESTS();
 }

@@ -14,6 +14,7 @@
 #include "search/site_search.h"
 #include "shell/guarded.h"
 #include "shell/main_window/browser_launch.h"
+#include "shell/main_window/help_window.h"
 #include "shell/main_window/load_wait_dialog.h"
 #include "shell/main_window/main_menu.h"
 #include "shell/main_window/splash_screen.h"
@@ -40,8 +41,7 @@ constexpr int kHeightBesideTree = 1100;
 constexpr double kFirstPanelShare = 0.65;
 constexpr double kSecondPanelShare = 0.35;
 
-constexpr MenuItem entry(const char* name, const char* caption,
-                         void (MainForm::*handler)() = nullptr) {
+constexpr MenuItem entry(const char* name, const char* caption, void (MainForm::*handler)()) {
   return {MenuItemKind::Entry, name, caption, handler};
 }
 
@@ -67,8 +67,8 @@ constexpr MenuItem kMenus[] = {
     separator("FileSep5"),
     entry("FileExit", "&Exit", &MainForm::FileExit_Click),
     {MenuItemKind::Menu, "HelpMenu", "&Help", nullptr},
-    entry("HelpHelp", "&Help"),
-    entry("HelpAbout", "&About Quorrix"),
+    entry("HelpHelp", "&Help", &MainForm::HelpHelp_Click),
+    entry("HelpAbout", "&About Quorrix", &MainForm::HelpAbout_Click),
 };
 
 constexpr std::string_view kDeleteAnyway =
@@ -123,7 +123,10 @@ MainForm::MainForm(const Parts& parts)
 }
 
 // Child widgets outlive the members, and the view lets go of the tree only at its own end.
-MainForm::~MainForm() { delete treeView_; }
+MainForm::~MainForm() {
+  delete treeView_;
+  delete helpWindow_.data();
+}
 
 bool MainForm::Form_Load() {
   const bool isLoaded = guarded(*this, parts_.messageBox, FailureFamily::StartUp, [this] {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <chrono>
 #include <functional>
 
@@ -25,7 +26,11 @@
 #include "sitetree/working_folder.h"
 #include "tracking/tracking_loop.h"
 
+class QUrl;
+
 namespace quorrix {
+
+class HelpWindow;
 
 class MainForm final : public QMainWindow, private TrackingDisplay {
   Q_OBJECT
@@ -58,6 +63,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void FileLoadArchive_Click();
   void FileDeleteArchive_Click();
   void FileExit_Click();
+  void HelpHelp_Click();
+  void HelpAbout_Click();
   void PopUpShowAll_Click();
   void PopUpHideAll_Click();
   void PopUpLaunch_Click();
@@ -106,6 +113,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   [[nodiscard]] SearchWindows::Parts searchParts();
   template <typename Dialog>
   void showRecordDialog();
+  void showHelp(const std::string& page);
+  void openAddress(const QUrl& address);
 
   void showTrackingStatus(std::string_view text) override;
   void makeVisible(NodeId node) override;
@@ -119,6 +128,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   TwoPanelStatusBar* statusBar_;
   SitePopupMenu* popupMenu_;
   SearchWindows searchWindows_;
+  QPointer<HelpWindow> helpWindow_;
   NodeId popupSite_ = kNoNode;        // selected when the popup menu was opened
   bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
   bool isUnloaded_ = false;

@@ -5,14 +5,9 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-// The resources are compiled into a static library, which the linker would
-// otherwise leave out. Outside the namespace, as the macro needs it.
-static void keepResources() { Q_INIT_RESOURCE(quorrix); }
-
 namespace quorrix {
 
 SplashScreen::SplashScreen() : QWidget(nullptr, Qt::SplashScreen) {
-  keepResources();
   setObjectName(QStringLiteral("SplashScreen"));
   setWindowTitle(QStringLiteral("Quorrix"));
   auto* const image = new QLabel(this);

@@ -67,7 +67,8 @@ def children_of(process_id):
 
 
 def with_environment(name, value):
-    """Our descendants that were started with that variable."""
+    """Our descendants that were started with that variable. One that keeps its memory from us is
+    told by the value in its command line instead."""
     wanted = f"{name}={value}".encode()
     found = []
     for process_id in children_of(os.getpid()):
@@ -75,9 +76,20 @@ def with_environment(name, value):
             with open(f"/proc/{process_id}/environ", "rb") as file:
                 if wanted in file.read().split(b"\0"):
                     found.append(process_id)
+        except PermissionError:
+            if value.encode() in _command_line(process_id):
+                found.append(process_id)
         except OSError:
             continue  # It ended, or is about to.
     return found
+
+
+def _command_line(process_id):
+    try:
+        with open(f"/proc/{process_id}/cmdline", "rb") as file:
+            return file.read()
+    except OSError:
+        return b""
 
 
 def _stat(process_id):

@@ -16,6 +16,7 @@ from support.site_file import read_records
 from support.waiting import TimedOut, wait_until
 
 DATA_FILES = ("nodes.dat", "notes.dat", "info.dat", "purchases.dat")
+MANUAL = "Quorrix.hlp"
 READY = "Right click site address for site menu."
 TRACKING = "Tracking websites."
 STOPPED = "Tracking websites stopped."
@@ -25,9 +26,11 @@ MARK = "STARTED_BY_PROGRAM_IN"
 
 
 def make_program_folder(program):
-    """A fresh copy of the installed folder: the program, empty data files, no archive loaded."""
+    """A fresh copy of the installed folder: the program, its manual, empty data files, no archive
+    loaded."""
     folder = processes.temporary_folder()
     shutil.copy2(program, os.path.join(folder, "Quorrix"))
+    shutil.copy2(os.path.join(os.path.dirname(program), MANUAL), folder)
     data = os.path.join(folder, "Data")
     os.mkdir(data, 0o700)
     for name in DATA_FILES:
@@ -196,8 +199,10 @@ class Quorrix:
         if box is None:
             return None
         # A box without an icon keeps an empty label in the icon's place.
-        return next((thing.name for thing in box.everything_below()
+        text = next((thing.name for thing in box.everything_below()
                      if thing.role == "label" and thing.name), None)
+        # Long words have places to break at, which do not show.
+        return text and text.replace("\u200b", "")
 
     def wait_for_message(self):
         return wait_until(self._message_if_any, "a message box")

@@ -135,7 +135,9 @@ class RecordDialog:
         wait_until(lambda: option.has_state(STATE_CHECKED), f"the option {name!r} to be chosen")
 
     def choose_drive(self, drive):
-        """By typing its name, in a dialog that opens with the keyboard on the drive list."""
+        """By typing its name, in a dialog that opens with the keyboard on the folder list, which
+        follows the drive list."""
+        self.screen.press("shift+Tab")
         # On the bus the list has the name of the drive that it shows.
         drives = self._control("combo box")
         wait_until(lambda: drives.has_state(STATE_FOCUSED), "the drive list to have the focus")

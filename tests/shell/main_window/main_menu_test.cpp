@@ -55,11 +55,8 @@ TEST(MainMenu, EnablesWhatTheProgramCanDo) {
   MainFormStage stage;
   for (const auto* const name :
        {"FileStartTrack", "FileStopTrack", "FileSearch", "FileDelete", "FileClear", "FileArchive",
-        "FileLoadArchive", "FileDeleteArchive", "FileExit"}) {
+        "FileLoadArchive", "FileDeleteArchive", "FileExit", "HelpHelp", "HelpAbout"}) {
     EXPECT_TRUE(stage.action(name)->isEnabled()) << name;
-  }
-  for (const auto* const name : {"HelpHelp", "HelpAbout"}) {
-    EXPECT_FALSE(stage.action(name)->isEnabled()) << name;
   }
   for (const auto* const name : {"FileMenu", "FileArchiveTop", "HelpMenu"}) {
     EXPECT_TRUE(stage.form.findChild<QMenu*>(QString::fromLatin1(name))->isEnabled()) << name;

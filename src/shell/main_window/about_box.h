@@ -1,0 +1,33 @@
+// About Quorrix: the program's icon, its name and its version.
+#pragma once
+
+#include <QDialog>
+
+#include "shell/program_version.h"
+
+class QLabel;
+
+namespace quorrix {
+
+// "Version 1.0.3" for major 1, minor 0, revision 3.
+[[nodiscard]] QString versionText(const ProgramVersion& version);
+
+class AboutBox final : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit AboutBox(QWidget& mainWindow);
+
+  // Before the box is shown. Throws Failure 53 when the icon is missing.
+  void Form_Load();
+
+ private:
+  void cmdOK_Click();
+
+  QWidget& mainWindow_;
+  QLabel* picIcon_;
+  QLabel* lblTitle_;
+  QLabel* lblVersion_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,46 @@
+// Shows the manual, and loads nothing but it: no file and no address that the page
+// names is ever opened, pictures are part of the page.
+#pragma once
+
+#include <QTextBrowser>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quorrix {
+
+class HelpBrowser final : public QTextBrowser {
+  Q_OBJECT
+
+ public:
+  struct Heading {
+    int level;  // 1 to 6
+    QString text;
+    QString anchor;
+  };
+
+  // `openAddress` gets the http or https address of a link that the user follows.
+  HelpBrowser(std::function<void(const QUrl&)> openAddress, QWidget* parent);
+
+  // Shows the page, HTML in UTF-8, from its beginning; the one that shows already
+  // stays as it is.
+  void showPage(const std::string& page);
+
+  // Those of the page that have an anchor, in their order.
+  [[nodiscard]] std::vector<Heading> headings() const;
+
+  void goTo(const QString& anchor);
+
+ protected:
+  QVariant loadResource(int type, const QUrl& name) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void follow(const QUrl& link);
+  void showInNewColours();
+
+  std::function<void(const QUrl&)> openAddress_;
+  QByteArray page_;
+};
+
+}  // namespace quorrix

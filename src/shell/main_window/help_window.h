@@ -1,0 +1,46 @@
+// Quorrix Help: the manual with its contents beside it, a way back and forward, and
+// a search. Not modal; the main window has at most one.
+#pragma once
+
+#include <QTextDocument>
+#include <QUrl>
+#include <QWidget>
+#include <functional>
+#include <string>
+
+class QLabel;
+class QLayout;
+class QLineEdit;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace quorrix {
+
+class HelpBrowser;
+
+class HelpWindow final : public QWidget {
+  Q_OBJECT
+
+ public:
+  // `openAddress` gets the web address of a link that the user follows.
+  explicit HelpWindow(std::function<void(const QUrl&)> openAddress);
+
+  // The page that shows already stays where the user is reading.
+  void showPage(const std::string& page);
+
+ private:
+  QLayout* rowOfControls();
+  void addShortcuts();
+  void fillContents();
+  void goToEntry(const QTreeWidgetItem* entry);
+  void startFind();
+  void find(QTextDocument::FindFlags direction);
+  void tell(const QString& text);
+
+  QTreeWidget* contents_;
+  HelpBrowser* browser_;
+  QLineEdit* findBox_;
+  QLabel* findResult_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,155 @@
+"""The manual as it was built: whole, alone, and telling of every message that the program has.
+
+The built file is named by QUORRIX_MANUAL; the program's sources are read beside this folder.
+"""
+
+import base64
+import os
+import re
+import unittest
+import xml.etree.ElementTree as xml
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+
+# Literals of the forms that read like sentences and are no messages: what a window says about
+# itself while it is open, and what no user sees.
+NO_MESSAGES = {
+    "Choose the folder of the archive to load and then click OK.",
+    "Choose the folder to archive the current display and its data to, or make a new one, and then "
+    "click OK.",
+    "Choose the folder to delete the archive files from and then click OK.",
+    "Choose where to make the new archive folder, enter its name and then click OK.",
+    "Find in the manual",
+    "Icon of Quorrix",
+    "Enter information about a purchase made on this website location.",
+    "Enter notes for this website location.",
+    "Enter search criteria as necessary and then click OK.",
+    "Enter your user ID and password for this website location.",
+    "Find the next place (F3)",
+    "Find the place before (Shift+F3)",
+    "Loading data. Please wait...",
+    "Name of the new folder",
+    "Right click site address for site menu.",
+    "Select a web site address  from the list below and then click Locate in Display.",
+    "To view a purchase information record for this web location, select an item from the list, "
+    "then click OK.",
+    "Where you were before (Alt+Left)",
+    "Where you went back from (Alt+Right)",
+    "build with 64-bit file offsets",
+}
+
+LITERAL = r'"((?:[^"\\\n]|\\.)*)"'
+LITERALS = re.compile(rf"{LITERAL}(?:\s*{LITERAL})*")
+
+
+def manual():
+    return Path(os.environ["QUORRIX_MANUAL"]).read_text(encoding="utf-8")
+
+
+def page():
+    """The manual as a tree; what is not well-formed fails."""
+    return xml.fromstring(manual().removeprefix("<!DOCTYPE html>"))
+
+
+def text_of(element):
+    return " ".join("".join(element.itertext()).split())
+
+
+def literals_of(source):
+    """The texts of a source, adjacent literals as the one that they are."""
+    code = "\n".join(line for line in source.splitlines()
+                     if not line.lstrip().startswith(("#", "//")))
+    for match in LITERALS.finditer(code):
+        yield "".join(re.findall(LITERAL, match[0])).replace('\\"', '"')
+
+
+def sentences_of_the_program():
+    """Every literal that is, or is a part of, a sentence: three words and more, or a full stop.
+
+    What is put into a text comes at its end, so what stands before is what can be looked for.
+    """
+    found = {}
+    for path in sorted((ROOT / "src").rglob("*.cpp")):
+        for literal in literals_of(path.read_text(encoding="utf-8")):
+            text = literal.replace("&", "").split("%")[0].strip()
+            is_sentence = text.endswith((".", "?")) and " " in text and not text.endswith("...")
+            if is_sentence or len(text.split()) > 2:
+                found.setdefault(text, path.name)
+    return found
+
+
+class Manual(unittest.TestCase):
+    def test_every_picture_is_part_of_the_page(self):
+        pictures = page().findall(".//img")
+        self.assertGreaterEqual(len(pictures), 7)
+        for picture in pictures:
+            kind, data = picture.get("src").split(",", 1)
+            self.assertEqual("data:image/png;base64", kind)
+            self.assertTrue(base64.b64decode(data, validate=True).startswith(b"\x89PNG"))
+            self.assertLessEqual(int(picture.get("width")), 560)
+            self.assertGreater(int(picture.get("height")), 0)
+            self.assertTrue(picture.get("alt"))
+
+    def test_nothing_outside_the_page_is_needed(self):
+        for element in page().iter():
+            self.assertNotIn(element.tag, ("script", "link", "iframe", "object", "style", "base"))
+            for name in ("background", "data", "action", "onclick"):
+                self.assertIsNone(element.get(name), element.tag)
+            self.assertNotIn("url(", element.get("style", ""))
+            self.assertNotIn("color", element.get("style", ""), "not for every palette")
+            if element.tag != "img":
+                self.assertIsNone(element.get("src"))
+            if element.tag == "a":
+                self.assertRegex(element.get("href"), "^(#|https?://)")
+
+    def test_every_link_leads_to_a_place_of_the_page(self):
+        places = [element.get("id") for element in page().iter() if element.get("id")]
+        self.assertEqual(len(places), len(set(places)), "a place is named twice")
+        links = [a.get("href")[1:] for a in page().findall(".//a") if a.get("href")[0] == "#"]
+        self.assertGreater(len(links), 20)
+        self.assertEqual([], sorted(set(links) - set(places)))
+
+    def test_every_heading_can_be_led_to(self):
+        headings = [element for element in page().iter() if re.fullmatch("h[1-6]", element.tag)]
+        self.assertGreater(len(headings), 30)
+        for heading in headings:
+            self.assertTrue(heading.get("id"), text_of(heading))
+
+    def test_it_is_of_the_program_that_is_built(self):
+        cmake = (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")
+        version = re.search(r"project\(Quorrix VERSION ([0-9.]+)", cmake)[1]
+        self.assertIn(f"This is the manual of Quorrix {version}.", text_of(page()))
+
+    def test_every_message_is_explained(self):
+        text = text_of(page())
+        sentences = sentences_of_the_program()
+        self.assertGreater(len(sentences), 100)
+        missing = [f"{path}: {sentence}" for sentence, path in sentences.items()
+                   if " ".join(sentence.split()) not in text and sentence not in NO_MESSAGES]
+        self.assertEqual([], missing)
+
+    def test_every_text_that_is_no_message_is_still_one_of_the_program(self):
+        self.assertEqual([], sorted(NO_MESSAGES - set(sentences_of_the_program())))
+
+    def test_every_menu_entry_is_a_command_of_the_table(self):
+        menus = ((ROOT / "src/shell/main_window/main_form.cpp", r'entry\("\w+", "([^"]+)"'),
+                 (ROOT / "src/sitetree/site_popup_menu.cpp", r'\{"PopUp\w+", "([^"]+)"'))
+        captions = [caption.replace("&", "") for path, entry in menus
+                    for caption in re.findall(entry, path.read_text(encoding="utf-8"))]
+        self.assertEqual(18, len(captions))
+        commands = [text_of(row[0]).split(" > ")[-1] for row in page().iter("tr")]
+        for caption in captions:
+            self.assertIn(caption, commands)
+
+    def test_every_file_of_the_data_folder_is_named(self):
+        install = (ROOT / "cmake/install_data_folder.cmake").read_text(encoding="utf-8")
+        names = re.search(r"foreach\(name ([^)]+)\)", install)[1].split()
+        self.assertEqual(5, len(names))
+        files = [text_of(row[0]) for row in page().iter("tr")]
+        for name in names:
+            self.assertIn(name, files)
+
+
+if __name__ == "__main__":
+    unittest.main()
