@@ -6,6 +6,7 @@ be led through the very same steps.
 
 import os
 
+from support.screen import ResponseWatch
 from support.waiting import wait_until
 
 ENTRIES_BEFORE_NOTES = 3  # of the popup menu
@@ -25,8 +26,14 @@ class KeyboardUser:
         may be when the window in front of it has closed under Wine."""
         window = wait_until(lambda: self._open(title),
                             lambda: f"the window {title!r}; open are {self._titles()}")
-        window.use()
+        self._use(window)
         return window
+
+    def _use(self, window):
+        """Until what is typed reaches it: it answers only after it has taken the keyboard."""
+        window.use()
+        with ResponseWatch(window):
+            pass
 
     def wait_for_main_window(self):
         wait_until(lambda: len(self.quorrix.windows()) == 1,
@@ -43,7 +50,7 @@ class KeyboardUser:
 
     def choose(self, *keys):
         """An entry of the File menu, by the letters on the way to it."""
-        self.quorrix.main_window().use()
+        self._use(self.quorrix.main_window())
         self.screen.press("alt+f", *keys)
 
     def start_tracking(self):
@@ -54,11 +61,11 @@ class KeyboardUser:
 
     def select_host(self, number):
         """Counted from 1, in the order of the first visits."""
-        self.quorrix.main_window().use()
+        self._use(self.quorrix.main_window())
         self.screen.press("Home", *["Down"] * number)
 
     def open_all_branches(self):
-        self.quorrix.main_window().use()
+        self._use(self.quorrix.main_window())
         self.screen.press("Home", "asterisk", "Home")
 
     def open_notes(self, key):
