@@ -140,7 +140,8 @@ class KeyboardUser:
         wait_until(lambda: self._bytes_of("load.txt") != last_archive, "load.txt to tell of it")
 
     def _choose_drive(self, letter):
-        """The list of drives has the keyboard when a dialog opens."""
+        """The list of folders has the keyboard when a dialog opens; the drives are before it."""
+        self.screen.press("shift+Tab")
         if letter:
             self.screen.press(letter)
 
