@@ -120,7 +120,8 @@ class KeyboardUser:
         self.wait_for_window("Archive Sites")
 
     def confirm_archiving(self):
-        self.screen.press("shift+Tab", "shift+Tab", "space")  # from New past Cancel to OK
+        """OK has the keyboard once a new folder is made."""
+        self.screen.press("space")
         self.confirm_question()
 
     def type_over(self, text):
