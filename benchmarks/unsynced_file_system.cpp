@@ -31,7 +31,7 @@ bool UnsyncedFileSystem::folderExists(const Path& path) { return real_.folderExi
 
 bool UnsyncedFileSystem::fileExists(const Path& path) { return real_.fileExists(path); }
 
-void UnsyncedFileSystem::makeFolder(const Path& path) { real_.makeFolder(path); }
+Path UnsyncedFileSystem::makeFolder(const Path& path) { return real_.makeFolder(path); }
 
 std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openForReading(const Path& path) {
   return real_.openForReading(path);

@@ -12,7 +12,7 @@ class UnsyncedFileSystem final : public FileSystem {
 
   [[nodiscard]] bool folderExists(const Path& path) override;
   [[nodiscard]] bool fileExists(const Path& path) override;
-  void makeFolder(const Path& path) override;
+  Path makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   void deleteFile(const Path& path) override;

@@ -13,7 +13,18 @@ set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
+
+# A static Qt for Windows; scripts/windows-qt tells where one is. Its own tools (moc,
+# rcc) are this system's. Remembered, so that a later configuration finds it again.
+set(QT_WINDOWS "$ENV{QT_WINDOWS}" CACHE PATH "Static Qt 6 for Windows; the forms need it")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QT_WINDOWS)
+if(QT_WINDOWS)
+  list(APPEND CMAKE_FIND_ROOT_PATH ${QT_WINDOWS})
+  list(APPEND CMAKE_PREFIX_PATH ${QT_WINDOWS})
+  set(QT_HOST_PATH /usr)
+  set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake)
+endif()
 
 # One file per program: the compiler's own DLLs are not on any PATH.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")

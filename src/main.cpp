@@ -10,7 +10,6 @@
 #include "shell/failure_messages.h"
 #include "shell/main_window/desktop_platform.h"
 #include "shell/main_window/main_form.h"
-#include "shell/qt_command_shell.h"
 #include "shell/qt_event_pump.h"
 #include "shell/qt_message_box.h"
 #include "shell/resources.h"
@@ -23,6 +22,7 @@
 #include "platform/linux/accessible_window_system.h"
 #include "platform/linux/posix_file_system.h"
 #include "platform/linux/x11_window_stack.h"
+#include "shell/qt_command_shell.h"
 #include "tracking/browser_scan.h"
 #endif
 

@@ -46,8 +46,7 @@ void NewArchiveDialog::makeArchiveFolder() {
                                "' in '" + messageTextOfPath(Dir1().path()) + "'?";
   if (!isConfirmed(question)) return;
   showHourglass(*this);
-  const Path made = joinedPath(Dir1().path(), Text1().text());
-  parts().files.makeFolder(made);
+  const Path made = parts().files.makeFolder(joinedPath(Dir1().path(), Text1().text()));
   archiveDialog_.pointAt(made, Drive1().drive());
   showDefaultPointer(*this);
   accept();

@@ -1,5 +1,7 @@
 #include "archives/shown_path.h"
 
+#include <string>
+
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -8,12 +10,20 @@ namespace {
 constexpr char16_t kSignOfNul = 0x2400;  // those of the other control characters follow
 constexpr char16_t kFirstPrintable = 0x20;
 
+// The one or the other is what a path is made of: wide characters on Windows, not all of
+// them such as UTF-8 can say, and bytes on Linux, whatever they are.
+[[maybe_unused]] QString textOf(const std::wstring& path) { return QString::fromStdWString(path); }
+[[maybe_unused]] QString textOf(const std::string& path) { return fromPlatformText(path); }
+
+// A name as a piece of a path.
+[[maybe_unused]] void append(const QString& name, std::wstring& path) {
+  path += name.toStdWString();
+}
+[[maybe_unused]] void append(const QString& name, std::string& path) { path += name.toStdString(); }
+
 }  // namespace
 
-QString textOfPath(const Path& path) {
-  const std::u8string bytes = path.u8string();  // on Linux whatever they are
-  return fromPlatformText(std::string(bytes.begin(), bytes.end()));
-}
+QString textOfPath(const Path& path) { return textOf(path.native()); }
 
 QString rowTextOfPath(const Path& path) {
   QString text = textOfPath(path);
@@ -27,10 +37,9 @@ std::string messageTextOfPath(const Path& path) { return fromQString(textOfPath(
 
 // Joined as text: a path's own += can lose a component of a name with separators.
 Path joinedPath(const Path& folder, const QString& name) {
-  const QByteArray bytes = name.toUtf8();
-  Path::string_type joined = folder.native();
-  if (!joined.ends_with(Path::preferred_separator)) joined += Path::preferred_separator;
-  return joined + Path(std::u8string(bytes.begin(), bytes.end())).native();
+  Path::string_type joined = (folder / "").native();
+  append(name, joined);
+  return joined;
 }
 
 }  // namespace quorrix

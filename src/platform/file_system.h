@@ -48,8 +48,10 @@ class FileSystem {
   // False when there is nothing at `path`, and for a folder.
   [[nodiscard]] virtual bool fileExists(const Path& path) = 0;
 
-  // One level; private to the user. 75 when there is something at `path` already.
-  virtual void makeFolder(const Path& path) = 0;
+  // One level; private to the user. 75 when there is something at `path` already, and
+  // for a name that the system keeps for a device. Returns the folder's path, which on
+  // Windows is not always the one asked for: dots and blanks at its end are lost there.
+  virtual Path makeFolder(const Path& path) = 0;
 
   // Opens for reading and writing and creates a missing file, private to the
   // user. 75 for a folder, a read-only file (also for root), and a file that

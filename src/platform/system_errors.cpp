@@ -73,27 +73,51 @@ constexpr WindowsRow kWindowsTable[] = {
     {20, failure::kDeviceUnavailable},    // ERROR_BAD_UNIT
     {21, failure::kDiskNotReady},         // ERROR_NOT_READY
     {23, failure::kDeviceIo},             // ERROR_CRC
+    {27, failure::kDeviceIo},             // ERROR_SECTOR_NOT_FOUND
     {29, failure::kDeviceIo},             // ERROR_WRITE_FAULT
     {30, failure::kDeviceIo},             // ERROR_READ_FAULT
     {31, failure::kDeviceIo},             // ERROR_GEN_FAILURE
     {32, failure::kPathFileAccess},       // ERROR_SHARING_VIOLATION
     {33, failure::kPathFileAccess},       // ERROR_LOCK_VIOLATION
+    {34, failure::kDiskNotReady},         // ERROR_WRONG_DISK
     {39, failure::kDiskFull},             // ERROR_HANDLE_DISK_FULL
+    {51, failure::kDeviceUnavailable},    // ERROR_REM_NOT_LIST
     {53, failure::kPathNotFound},         // ERROR_BAD_NETPATH
     {55, failure::kDeviceUnavailable},    // ERROR_DEV_NOT_EXIST
+    {58, failure::kDeviceUnavailable},    // ERROR_BAD_NET_RESP
+    {59, failure::kDeviceUnavailable},    // ERROR_UNEXP_NET_ERR
+    {64, failure::kDeviceUnavailable},    // ERROR_NETNAME_DELETED
+    {65, failure::kPathFileAccess},       // ERROR_NETWORK_ACCESS_DENIED
     {67, failure::kPathNotFound},         // ERROR_BAD_NET_NAME
     {80, failure::kPathFileAccess},       // ERROR_FILE_EXISTS
+    {82, failure::kPathFileAccess},       // ERROR_CANNOT_MAKE
+    {108, failure::kPathFileAccess},      // ERROR_DRIVE_LOCKED
+    {110, failure::kPathFileAccess},      // ERROR_OPEN_FAILED
     {112, failure::kDiskFull},            // ERROR_DISK_FULL
+    {121, failure::kDeviceUnavailable},   // ERROR_SEM_TIMEOUT: a share that stopped answering
     {123, failure::kPathFileAccess},      // ERROR_INVALID_NAME
     {145, failure::kPathFileAccess},      // ERROR_DIR_NOT_EMPTY
+    {148, failure::kPathFileAccess},      // ERROR_PATH_BUSY
+    {161, failure::kPathNotFound},        // ERROR_BAD_PATHNAME
+    {170, failure::kPathFileAccess},      // ERROR_BUSY
     {183, failure::kPathFileAccess},      // ERROR_ALREADY_EXISTS
     {206, failure::kPathFileAccess},      // ERROR_FILENAME_EXCED_RANGE
     {267, failure::kPathNotFound},        // ERROR_DIRECTORY
+    {303, failure::kPathFileAccess},      // ERROR_DELETE_PENDING
     {433, failure::kDeviceUnavailable},   // ERROR_NO_SUCH_DEVICE
+    {1005, failure::kDiskNotReady},       // ERROR_UNRECOGNIZED_VOLUME: not formatted
+    {1006, failure::kDeviceUnavailable},  // ERROR_FILE_INVALID: the volume went away
+    {1110, failure::kDiskNotReady},       // ERROR_MEDIA_CHANGED
     {1112, failure::kDiskNotReady},       // ERROR_NO_MEDIA_IN_DRIVE
     {1117, failure::kDeviceIo},           // ERROR_IO_DEVICE
     {1167, failure::kDeviceUnavailable},  // ERROR_DEVICE_NOT_CONNECTED
+    {1231, failure::kDeviceUnavailable},  // ERROR_NETWORK_UNREACHABLE
+    {1232, failure::kDeviceUnavailable},  // ERROR_HOST_UNREACHABLE
     {1295, failure::kDiskFull},           // ERROR_DISK_QUOTA_EXCEEDED
+    {1392, failure::kDeviceIo},           // ERROR_FILE_CORRUPT
+    {1393, failure::kDeviceIo},           // ERROR_DISK_CORRUPT
+    {1450, failure::kOutOfMemory},        // ERROR_NO_SYSTEM_RESOURCES
+    {1455, failure::kOutOfMemory},        // ERROR_COMMITMENT_LIMIT
 };
 
 template <typename Rows, typename Code>

@@ -6,6 +6,19 @@
 
 namespace quorrix {
 
+namespace {
+
+// In the character set that the machine is set to, where it has one.
+QString fromSystemText(std::string_view text) {
+#ifdef _WIN32
+  return QString::fromLocal8Bit(text.data(), static_cast<qsizetype>(text.size()));
+#else
+  return toQString(text);
+#endif
+}
+
+}  // namespace
+
 QString toQString(std::string_view text) {
   const std::string utf8 = utf8FromWindows1252(text);
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
@@ -20,7 +33,7 @@ QString fromPlatformText(std::string_view text) {
   QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString decoded =
       decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-  return decoder.hasError() ? toQString(text) : decoded;
+  return decoder.hasError() ? fromSystemText(text) : decoded;
 }
 
 QString asToolTip(const QString& text) {

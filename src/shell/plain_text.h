@@ -14,7 +14,8 @@ namespace quorrix {
 [[nodiscard]] std::string fromQString(const QString& text);
 
 // A text in the platform's encoding, such as a path that was written down:
-// UTF-8, or single-byte text where it is not valid UTF-8.
+// UTF-8, which a data folder from Linux has on Windows, too; where it is not valid
+// UTF-8, single-byte text, on Windows that of the system's own character set.
 [[nodiscard]] QString fromPlatformText(std::string_view text);
 
 // For setToolTip, which takes text that looks like markup for markup. Lines stay lines.

@@ -28,13 +28,13 @@ class ArchiveDialogTest : public test::ArchiveStage {
   ArchiveDialog::Work work() {
     return {.holdsArchiveFiles =
                 [this](const Path& folder) {
-                  steps_.push_back("look into " + folder.string());
+                  steps_.push_back("look into " + test::bytesWithSlashes(folder));
                   if (lookFailure_ != 0) throw Failure(lookFailure_);
                   return holdsArchiveFiles_;
                 },
             .archive =
                 [this](const Path& folder, EarlierArchive earlier) {
-                  steps_.push_back("archive to " + folder.string() +
+                  steps_.push_back("archive to " + test::bytesWithSlashes(folder) +
                                    (earlier == EarlierArchive::None ? "" : " over another"));
                   if (whileArchiving_) whileArchiving_();
                 }};

@@ -16,6 +16,7 @@
 #include "support/memory_file_system.h"
 #include "support/qt_printers.h"
 #include "support/scripted_message_box.h"
+#include "support/slashes.h"
 
 namespace quorrix::test {
 
@@ -63,17 +64,17 @@ class ArchiveStage : public ::testing::Test {
   }
 
   static std::string shownInBox(QWidget& dialog) {
-    return control<QLineEdit>(dialog, "Text1").text().toStdString();
+    return withSlashes(control<QLineEdit>(dialog, "Text1").text().toStdString());
   }
 
   static std::string openFolderOf(QWidget& dialog) {
-    return control<FolderList>(dialog, "Dir1").path().string();
+    return withSlashes(control<FolderList>(dialog, "Dir1").path().string());
   }
 
   static Texts rowsOf(const QListWidget& list) {
     Texts rows;
     for (int row = 0; row < list.count(); ++row)
-      rows.push_back(list.item(row)->text().toStdString());
+      rows.push_back(withSlashes(list.item(row)->text().toStdString()));
     return rows;
   }
 

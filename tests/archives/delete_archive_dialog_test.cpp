@@ -25,8 +25,8 @@ class DeleteArchiveDialogTest : public test::ArchiveStage {
 
   DeleteArchiveDialog::Work work() {
     return [this](const Path& folder, const std::vector<Path>& names) {
-      steps_.push_back("delete in " + folder.string());
-      for (const Path& name : names) steps_.push_back(name.string());
+      steps_.push_back("delete in " + test::bytesWithSlashes(folder));
+      for (const Path& name : names) steps_.push_back(test::bytesWithSlashes(name));
       if (whileDeleting_) whileDeleting_();
       return isAnyDeleted_;
     };

@@ -15,7 +15,7 @@ class FolderListTest : public test::ArchiveStage {
  protected:
   FolderListTest() {
     folders_.onChange([this] {
-      changes_.push_back(folders_.path().string());
+      changes_.push_back(test::withSlashes(folders_.path().string()));
       if (changeFailure_ != 0) throw Failure(changeFailure_);
     });
     folders_.resize(300, 400);
@@ -69,9 +69,9 @@ TEST_F(FolderListTest, IndentsEachFolderBelowTheOneThatHoldsIt) {
 
 TEST_F(FolderListTest, TakesAPathWithASeparatorAtItsEnd) {
   folders_.setPath("/opt/quorrix/");
-  EXPECT_EQ(folders_.path().string(), "/opt/quorrix");
+  EXPECT_EQ(test::withSlashes(folders_.path().string()), "/opt/quorrix");
   folders_.setPath("/");
-  EXPECT_EQ(folders_.path().string(), "/");
+  EXPECT_EQ(test::withSlashes(folders_.path().string()), "/");
 }
 
 TEST_F(FolderListTest, StaysWhereItWasWhenAFolderCannotBeOpened) {
@@ -203,7 +203,7 @@ TEST_F(FolderListTest, ShowsNamesAsTheyAreAndOpensTheirBytes) {
   folders_.setPath("/odd");
   EXPECT_EQ(rows(), (Texts{"/", "odd", "<b>&A [*]", "caf\u00e9", "\u0416\u240a\u66f8"}));
   doubleClickOn(folders_, "caf\u00e9");
-  EXPECT_EQ(folders_.path().string(), "/odd/caf\xE9");
+  EXPECT_EQ(test::bytesWithSlashes(folders_.path()), "/odd/caf\xE9");
   EXPECT_EQ(rows(), (Texts{"/", "odd", "caf\u00e9", "below"}));
 }
 

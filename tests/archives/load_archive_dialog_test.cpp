@@ -27,7 +27,7 @@ class LoadArchiveDialogTest : public test::ArchiveStage {
   LoadArchiveDialog::Work work() {
     return {.holdsArchive =
                 [this](const Path& folder) {
-                  steps_.push_back("look into " + folder.string());
+                  steps_.push_back("look into " + test::bytesWithSlashes(folder));
                   if (lookFailure_ != 0) throw Failure(lookFailure_);
                   return holdsArchive_;
                 },
@@ -38,7 +38,7 @@ class LoadArchiveDialogTest : public test::ArchiveStage {
                 },
             .load =
                 [this](const Path& folder) {
-                  steps_.push_back("load " + folder.string());
+                  steps_.push_back("load " + test::bytesWithSlashes(folder));
                   if (whileLoading_) whileLoading_();
                 }};
   }

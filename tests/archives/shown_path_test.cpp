@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/qt_printers.h"
+#include "support/slashes.h"
 
 namespace quorrix {
 namespace {
@@ -25,24 +26,41 @@ TEST(PathText, IsSingleByteTextInAMessage) {
   EXPECT_EQ(messageTextOfPath(Path(u8"/café/Ж")), "/caf\xE9/?");
 }
 
+// In UTF-8 on every system.
+std::string written(const Path& path) { return test::withSlashes(path.string()); }
+
 TEST(JoinedPath, HasOneSeparatorAlsoInARoot) {
-  EXPECT_EQ(joinedPath("/opt", QStringLiteral("May")).string(), "/opt/May");
-  EXPECT_EQ(joinedPath("/", QStringLiteral("May")).string(), "/May");
+  EXPECT_EQ(written(joinedPath("/opt", QStringLiteral("May"))), "/opt/May");
+  EXPECT_EQ(written(joinedPath("/", QStringLiteral("May"))), "/May");
 }
 
 TEST(JoinedPath, TakesTheNameAsItIs) {
-  EXPECT_EQ(joinedPath("/opt", QStringLiteral("/etc")).string(), "/opt//etc");
-  EXPECT_EQ(joinedPath("/opt", QStringLiteral(" a/.. ")).string(), "/opt/ a/.. ");
-  EXPECT_EQ(joinedPath("/opt", QStringLiteral("\u00e9")).string(), "/opt/\xC3\xA9");
+  EXPECT_EQ(written(joinedPath("/opt", QStringLiteral("/etc"))), "/opt//etc");
+  EXPECT_EQ(written(joinedPath("/opt", QStringLiteral(" a/.. "))), "/opt/ a/.. ");
+  EXPECT_EQ(written(joinedPath("/opt", QStringLiteral("\u00e9"))), "/opt/\xC3\xA9");
 }
 
 TEST(JoinedPath, HasEveryFolderThatTheNameHas) {
-  EXPECT_EQ(joinedPath("/opt/a", QStringLiteral("no/July")).parent_path().string(), "/opt/a/no");
+  EXPECT_EQ(written(joinedPath("/opt/a", QStringLiteral("no/July")).parent_path()), "/opt/a/no");
 }
 
 TEST(JoinedPath, KeepsTheBytesOfTheFolder) {
-  EXPECT_EQ(joinedPath("/caf\xE9", QStringLiteral("May")).string(), "/caf\xE9/May");
+  EXPECT_EQ(test::bytesWithSlashes(joinedPath("/caf\xE9", QStringLiteral("May"))), "/caf\xE9/May");
 }
+
+#ifdef _WIN32
+
+TEST(PathText, ShowsWhatNoUtf8CanSay) {
+  EXPECT_EQ(textOfPath(Path(L"C:\\a\xD800z")),
+            QStringLiteral("C:\\a") + QChar(0xD800) + QStringLiteral("z"));
+}
+
+TEST(JoinedPath, PutsTheSystemsOwnSeparator) {
+  EXPECT_EQ(joinedPath("C:\\Archives", QStringLiteral("May")).native(), L"C:\\Archives\\May");
+  EXPECT_EQ(joinedPath("C:\\", QStringLiteral("May")).native(), L"C:\\May");
+}
+
+#endif
 
 }  // namespace
 }  // namespace quorrix

@@ -69,23 +69,33 @@ TEST_P(FailureNumberOfWindowsError, IsTheOneOfItsFamily) {
 INSTANTIATE_TEST_SUITE_P(Missing, FailureNumberOfWindowsError,
                          testing::Values(WindowsCase{2, 53}, WindowsCase{3, 76},
                                          WindowsCase{53, 76}, WindowsCase{67, 76},
-                                         WindowsCase{267, 76}));
+                                         WindowsCase{267, 76}, WindowsCase{161, 76}));
 INSTANTIATE_TEST_SUITE_P(Refused, FailureNumberOfWindowsError,
                          testing::Values(WindowsCase{5, 75}, WindowsCase{19, 75},
                                          WindowsCase{32, 75}, WindowsCase{33, 75},
                                          WindowsCase{80, 75}, WindowsCase{123, 75},
                                          WindowsCase{145, 75}, WindowsCase{183, 75},
-                                         WindowsCase{206, 75}));
+                                         WindowsCase{206, 75}, WindowsCase{65, 75},
+                                         WindowsCase{82, 75}, WindowsCase{108, 75},
+                                         WindowsCase{110, 75}, WindowsCase{148, 75},
+                                         WindowsCase{170, 75}, WindowsCase{303, 75}));
 INSTANTIATE_TEST_SUITE_P(UsedUp, FailureNumberOfWindowsError,
                          testing::Values(WindowsCase{4, 67}, WindowsCase{8, 7}, WindowsCase{14, 7},
                                          WindowsCase{39, 61}, WindowsCase{112, 61},
-                                         WindowsCase{1295, 61}));
-INSTANTIATE_TEST_SUITE_P(Device, FailureNumberOfWindowsError,
-                         testing::Values(WindowsCase{15, 68}, WindowsCase{20, 68},
-                                         WindowsCase{21, 71}, WindowsCase{23, 57},
-                                         WindowsCase{29, 57}, WindowsCase{55, 68},
-                                         WindowsCase{1112, 71}, WindowsCase{1117, 57},
-                                         WindowsCase{1167, 68}));
+                                         WindowsCase{1295, 61}, WindowsCase{1450, 7},
+                                         WindowsCase{1455, 7}));
+INSTANTIATE_TEST_SUITE_P(
+    Device, FailureNumberOfWindowsError,
+    testing::Values(WindowsCase{15, 68}, WindowsCase{20, 68}, WindowsCase{21, 71},
+                    WindowsCase{23, 57}, WindowsCase{29, 57}, WindowsCase{55, 68},
+                    WindowsCase{1112, 71}, WindowsCase{1117, 57}, WindowsCase{1167, 68},
+                    WindowsCase{27, 57}, WindowsCase{34, 71}, WindowsCase{1005, 71},
+                    WindowsCase{1110, 71}, WindowsCase{1392, 57}, WindowsCase{1393, 57}));
+INSTANTIATE_TEST_SUITE_P(ShareThatWentAway, FailureNumberOfWindowsError,
+                         testing::Values(WindowsCase{51, 68}, WindowsCase{58, 68},
+                                         WindowsCase{59, 68}, WindowsCase{64, 68},
+                                         WindowsCase{121, 68}, WindowsCase{1006, 68},
+                                         WindowsCase{1231, 68}, WindowsCase{1232, 68}));
 INSTANTIATE_TEST_SUITE_P(Unknown, FailureNumberOfWindowsError,
                          testing::Values(WindowsCase{0, 51}, WindowsCase{1, 51},
                                          WindowsCase{4294967295U, 51}));

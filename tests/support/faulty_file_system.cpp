@@ -133,9 +133,9 @@ bool FaultyFileSystem::fileExists(const Path& path) {
   return behind_.fileExists(path);
 }
 
-void FaultyFileSystem::makeFolder(const Path& path) {
+Path FaultyFileSystem::makeFolder(const Path& path) {
   plan_->call(FileCall::MakeFolder);
-  behind_.makeFolder(path);
+  return behind_.makeFolder(path);
 }
 
 std::unique_ptr<RandomAccessFile> FaultyFileSystem::openRandomAccess(const Path& path) {

@@ -10,19 +10,20 @@ namespace {
 
 // One name for a path, however it was written: "/" between folders, none at the end.
 std::string nameOf(const Path& path) {
-  std::string name = path.lexically_normal().generic_string();
+  const std::u8string bytes = path.lexically_normal().generic_u8string();
+  std::string name(bytes.begin(), bytes.end());
   if (name.size() > 1 && name.ends_with('/')) name.pop_back();
   return name;
 }
 
 // Those of the paths that lie directly in `folder`, by their names there.
 std::vector<Path> namesIn(const std::string& folder, const std::vector<std::string>& paths) {
-  std::vector<std::string> names;
+  std::vector<std::u8string> names;
   for (const std::string& path : paths) {
     const auto end = path.rfind('/');
     if (end == std::string::npos || end + 1 == path.size()) continue;
-    if (path.substr(0, std::max<std::size_t>(end, 1)) == folder)
-      names.push_back(path.substr(end + 1));
+    if (path.substr(0, std::max<std::size_t>(end, 1)) != folder) continue;
+    names.emplace_back(path.begin() + static_cast<std::ptrdiff_t>(end) + 1, path.end());
   }
   std::sort(names.begin(), names.end());
   return {names.begin(), names.end()};
@@ -97,10 +98,11 @@ bool MemoryFileSystem::folderExists(const Path& path) { return folders_.contains
 
 bool MemoryFileSystem::fileExists(const Path& path) { return holdsFile(path); }
 
-void MemoryFileSystem::makeFolder(const Path& path) {
+Path MemoryFileSystem::makeFolder(const Path& path) {
   requireFolderOf(path);
   if (holdsFile(path) || folderExists(path)) throw Failure(failure::kPathFileAccess);
   folders_.insert(nameOf(path));
+  return path;
 }
 
 std::unique_ptr<RandomAccessFile> MemoryFileSystem::openRandomAccess(const Path& path) {

@@ -43,7 +43,7 @@ class MemoryFileSystem final : public FileSystem {
 
   [[nodiscard]] bool folderExists(const Path& path) override;
   [[nodiscard]] bool fileExists(const Path& path) override;
-  void makeFolder(const Path& path) override;
+  Path makeFolder(const Path& path) override;
 
   // 75 also for a file that is open already: its lock would not be had.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/message_box.h"
+#include "support/slashes.h"
 
 namespace quorrix::test {
 
@@ -48,7 +49,7 @@ class ScriptedMessageBox final : public MessageBox {
     }
     const Entry entry = std::move(script_.front());
     script_.pop_front();
-    EXPECT_EQ(entry.text, text);
+    EXPECT_EQ(entry.text, withSlashes(std::string(text)));
     EXPECT_EQ(static_cast<int>(entry.style), static_cast<int>(style));
     if (entry.whileOpen) entry.whileOpen();
     return entry.answer;

@@ -91,9 +91,10 @@ bool PosixFileSystem::fileExists(const Path& path) {
   failWithErrno(path);
 }
 
-void PosixFileSystem::makeFolder(const Path& path) {
+Path PosixFileSystem::makeFolder(const Path& path) {
   if (::mkdir(path.c_str(), kPrivateFolder) != 0) failWithErrno(path);
   syncFolder(path.parent_path());
+  return path;
 }
 
 std::unique_ptr<RandomAccessFile> PosixFileSystem::openRandomAccess(const Path& path) {

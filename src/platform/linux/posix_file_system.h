@@ -22,7 +22,7 @@ class PosixFileSystem final : public FileSystem {
   [[nodiscard]] bool fileExists(const Path& path) override;
 
   // Mode 0700. Returns once the new folder's name has reached the disk.
-  void makeFolder(const Path& path) override;
+  Path makeFolder(const Path& path) override;
 
   // New files get mode 0600. Whatever is no regular file is refused with 75,
   // without waiting for the other end of a pipe.

@@ -38,7 +38,7 @@ class User32WindowSystem final : public WindowSystem {
                            std::span<char> buffer) override;
 
  private:
-  std::chrono::milliseconds answerLimit_;
+  std::chrono::milliseconds answerLimit_ = kAnswerLimit;
   unsigned long silentThread_ = 0;
 };
 

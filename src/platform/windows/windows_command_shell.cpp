@@ -28,7 +28,8 @@ std::string asOneArgument(std::string_view address) {
   std::string argument;
   for (const char character : utf8FromWindows1252(address)) {
     const auto byte = static_cast<unsigned char>(character);
-    if (byte > ' ' && character != '"' && byte != 0x7F) {
+    const bool endsArgument = byte <= ' ' || byte == 0x7F || character == '"' || character == '\\';
+    if (!endsArgument) {
       argument += character;
     } else {
       argument += {'%', kDigits[byte >> 4U], kDigits[byte & 0xFU]};

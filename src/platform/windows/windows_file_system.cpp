@@ -18,6 +18,19 @@ namespace {
 // only those who ask for it.
 constexpr DWORD kLockedByteHigh = 0x40000000;
 
+// As the system reads the path: without dots and blanks at the end, and "CON" as the
+// device that it is.
+Path fullPathOf(const Path& path) {
+  const DWORD size = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  std::wstring full(size, L'\0');
+  const DWORD length = ::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
+  if (length == 0 || length >= size) failWithWindowsError(::GetLastError(), path);
+  full.resize(length);
+  return full;
+}
+
+bool isDevice(const Path& fullPath) { return fullPath.native().starts_with(L"\\\\.\\"); }
+
 // An invalid handle when another program has opened the file for itself alone.
 UniqueHandle openUnlessInUse(const Path& path, DWORD access, DWORD share, DWORD creation) {
   UniqueHandle file(::CreateFileW(path.c_str(), access, share, nullptr, creation,
@@ -90,6 +103,11 @@ bool tryToLock(const UniqueHandle& file, const Path& path) {
 
 }  // namespace
 
+WindowsFileSystem::WindowsFileSystem(std::chrono::milliseconds lockPatience)
+    : lockPatience_(lockPatience) {
+  ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS, nullptr);
+}
+
 bool WindowsFileSystem::folderExists(const Path& path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES) return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -106,8 +124,11 @@ bool WindowsFileSystem::fileExists(const Path& path) {
   failWithWindowsError(reason, path);
 }
 
-void WindowsFileSystem::makeFolder(const Path& path) {
-  if (!::CreateDirectoryW(path.c_str(), nullptr)) failWithWindowsError(::GetLastError(), path);
+Path WindowsFileSystem::makeFolder(const Path& path) {
+  Path made = fullPathOf(path);
+  if (isDevice(made)) throw Failure(failure::kPathFileAccess);
+  if (!::CreateDirectoryW(made.c_str(), nullptr)) failWithWindowsError(::GetLastError(), made);
+  return made;
 }
 
 std::unique_ptr<RandomAccessFile> WindowsFileSystem::openRandomAccess(const Path& path) {

@@ -14,15 +14,16 @@ class UniqueHandle;
 class WindowsFileSystem final : public FileSystem {
  public:
   // `lockPatience` is how long an open waits for another program's lock.
-  explicit WindowsFileSystem(std::chrono::milliseconds lockPatience = kLockPatience)
-      : lockPatience_(lockPatience) {}
+  // Lets a drive without a medium fail with a number: on the thread that calls this,
+  // the system shows no box of its own that asks for one.
+  explicit WindowsFileSystem(std::chrono::milliseconds lockPatience = kLockPatience);
 
   // Fails when it cannot tell, for example inside a folder that may not be entered.
   [[nodiscard]] bool folderExists(const Path& path) override;
   [[nodiscard]] bool fileExists(const Path& path) override;
 
   // Who may enter follows from the folder above, as everywhere in a user's profile.
-  void makeFolder(const Path& path) override;
+  Path makeFolder(const Path& path) override;
 
   // Whatever is no file on a disk ("CON", a pipe) is refused with 75.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;

@@ -180,6 +180,16 @@ TEST_F(BrowserWindowScan, FindsTheBrowserByTheStartOfItsTitleToo) {
   EXPECT_EQ(scan().webAddress, "http://one.two.three");
 }
 
+TEST_F(BrowserWindowScan, KnowsABrowserByTheFirst1023CharactersOfItsTitle) {
+  browser_.typeAddress(L"http://one.two.three");
+  browser_.shows(std::wstring(1015, L't') + L"Netscape");
+  EXPECT_EQ(scan().webAddress, "http://one.two.three");
+  browser_.shows(std::wstring(1016, L't') + L"Netscape");
+  EXPECT_EQ(scan().webAddress, "");
+  browser_.shows(L"Netscape" + std::wstring(2000, L't'));
+  EXPECT_EQ(scan().webAddress, "http://one.two.three");
+}
+
 TEST_F(BrowserWindowScan, LeavesOtherWindowsUnread) {
   browser_.shows(L"A page - Netscape Navigator");
   browser_.typeAddress(L"http://one.two.three");
@@ -221,7 +231,7 @@ INSTANTIATE_TEST_SUITE_P(Rest, StatusBarText,
                                          StatusCase{L" Connect: host", false}));
 
 TEST_F(BrowserWindowScan, DoesNotHangWithTheBrowser) {
-  User32WindowSystem windows;
+  User32WindowSystem windows{};
   browser_.typeAddress(L"http://one.two.three");
   browser_.hangs();
   const auto start = std::chrono::steady_clock::now();
@@ -233,7 +243,7 @@ TEST_F(BrowserWindowScan, DoesNotHangWithTheBrowser) {
 }
 
 TEST_F(BrowserWindowScan, AsksABrowserThatHungAgainInALaterPass) {
-  User32WindowSystem windows;
+  User32WindowSystem windows{};
   browser_.typeAddress(L"http://one.two.three");
   browser_.hangs();
   EXPECT_EQ(scan(windows).webAddress, "");

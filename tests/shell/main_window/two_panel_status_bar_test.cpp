@@ -79,8 +79,14 @@ TEST_F(TwoPanelStatusBarText, GoesToItsOwnPanel) {
 
 TEST_F(TwoPanelStatusBarText, IsDrawn) {
   EXPECT_NE(pictureWith(QStringLiteral("Tracking")), pictureWith(QString()));
+}
+
+// The offscreen platform finds no font on Windows, and draws a box for every letter there.
+#ifndef _WIN32
+TEST_F(TwoPanelStatusBarText, IsDrawnLetterByLetter) {
   EXPECT_NE(pictureWith(QStringLiteral("Tracking")), pictureWith(QStringLiteral("Trackinh")));
 }
+#endif
 
 // It looks like one of the shorter texts that end in an ellipsis and fit.
 TEST_F(TwoPanelStatusBarText, IsCutOffWithAnEllipsisWhenItIsTooLong) {
