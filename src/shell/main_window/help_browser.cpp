@@ -1,6 +1,7 @@
 #include "shell/main_window/help_browser.h"
 
 #include <QEvent>
+#include <QImage>
 #include <QScrollBar>
 #include <QTextBlock>
 
@@ -11,6 +12,14 @@ namespace {
 QUrl pageAddress() { return QUrl(QStringLiteral("quorrix:/manual")); }
 
 constexpr int kMargin = 12;  // pixels
+
+// For a picture that is not to be had: without any, the name would be tried as that of
+// a file.
+QImage emptyPicture() {
+  QImage picture(1, 1, QImage::Format_ARGB32);
+  picture.fill(Qt::transparent);
+  return picture;
+}
 
 QString anchorOf(const QTextBlock& block) {
   for (auto part = block.begin(); !part.atEnd(); ++part) {
@@ -69,10 +78,10 @@ void HelpBrowser::follow(const QUrl& link) {
 
 QVariant HelpBrowser::loadResource(int type, const QUrl& name) {
   if (name.matches(pageAddress(), QUrl::RemoveFragment)) return QString::fromUtf8(page_);
-  // Null leaves a resource to the document, which reads data: addresses, but files
-  // too. Empty is an answer, and the end of it.
-  if (type == QTextDocument::ImageResource && name.scheme() == QStringLiteral("data")) return {};
-  return QByteArray("");
+  if (type != QTextDocument::ImageResource) return QByteArray("");
+  // Null leaves a picture to the document, which reads data: addresses.
+  if (name.scheme() == QStringLiteral("data")) return {};
+  return emptyPicture();
 }
 
 void HelpBrowser::changeEvent(QEvent* event) {
