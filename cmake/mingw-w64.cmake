@@ -15,7 +15,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 
-# A static Qt for Windows; scripts/windows-qt tells where one is. Its own tools (moc,
+# A static Qt for Windows; packaging/windows/qt tells where one is. Its own tools (moc,
 # rcc) are this system's. Remembered, so that a later configuration finds it again.
 set(QT_WINDOWS "$ENV{QT_WINDOWS}" CACHE PATH "Static Qt 6 for Windows; the forms need it")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QT_WINDOWS)
