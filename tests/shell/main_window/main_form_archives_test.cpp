@@ -12,6 +12,15 @@ namespace {
 using test::MainFormStage;
 using test::siteRecord;
 
+constexpr const char* kArchiveToMay =
+    "Archive current display and associated data to '/Quorrix/Archives/May'?";
+
+constexpr const char* kLoadMay = "Load archive data from '/Quorrix/Archives/May'?";
+
+constexpr const char* kArchiveAnyway =
+    "The selected folder contains Quorrix archive files. They will be overwritten if you "
+    "continue. Archive anyway?";
+
 constexpr const char* kDiscard =
     "The current display, and associated data, will be discarded before loading archive. Archive "
     "the current display first if you wish to retain the information. Load archive anyway?";
@@ -61,6 +70,11 @@ class MainFormArchivesTest : public testing::Test {
     stage_.messageBox.expect(question, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
   }
 
+  // That the folder holds an archive already.
+  void expectWarning(MessageBoxButton answer) {
+    stage_.messageBox.expect(kArchiveAnyway, MessageBoxStyle::ConfirmWarning, answer);
+  }
+
   void givenTheArchive(const std::string& nodes) {
     const Path folder = "/Quorrix/Archives/May";
     stage_.memory.givenAFile(folder / "nodes.dat", nodes);
@@ -79,7 +93,7 @@ using MainFormLoadArchive = MainFormArchivesTest;
 using MainFormDeleteArchive = MainFormArchivesTest;
 
 TEST_F(MainFormArchive, MovesTheDisplayAndItsDataIntoTheFolder) {
-  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  expectQuestion(kArchiveToMay);
   stage_.messageBox.expect("Data successfully archived to '/Quorrix/Archives/May'.",
                            MessageBoxStyle::Information);
   archiveCommand("FileArchive");
@@ -95,7 +109,7 @@ TEST_F(MainFormArchive, MovesTheDisplayAndItsDataIntoTheFolder) {
 
 TEST_F(MainFormArchive, LacksTheRecordOfTheLastArchiveOnlyWhenAllElseIsDone) {
   stage_.memory.deleteFile("/Quorrix/Data/load.txt");
-  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
+  expectQuestion(kArchiveToMay);
   stage_.messageBox.expect("Unable to archive sites. Unable to find file.",
                            MessageBoxStyle::Critical);
   archiveCommand("FileArchive");
@@ -107,11 +121,8 @@ TEST_F(MainFormArchive, LacksTheRecordOfTheLastArchiveOnlyWhenAllElseIsDone) {
 
 TEST_F(MainFormArchive, StopsWhereAnEarlierArchiveIsNotWhole) {
   stage_.memory.givenAFile("/Quorrix/Archives/May/nodes.dat", "old");
-  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
-  stage_.messageBox.expect(
-      "The selected folder contains Quorrix archive files. They will be overwritten if you "
-      "continue. Archive anyway?",
-      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  expectQuestion(kArchiveToMay);
+  expectWarning(MessageBoxButton::Ok);
   stage_.messageBox.expect("Unable to archive sites. Unable to find file.",
                            MessageBoxStyle::Critical);
   archiveCommand("FileArchive");
@@ -122,10 +133,7 @@ TEST_F(MainFormArchive, StopsWhereAnEarlierArchiveIsNotWhole) {
 
 TEST_F(MainFormArchive, EmptiesTheWorkingFolderWhenThatIsWhereItArchivesTo) {
   expectQuestion("Archive current display and associated data to '/Quorrix/Data'?");
-  stage_.messageBox.expect(
-      "The selected folder contains Quorrix archive files. They will be overwritten if you "
-      "continue. Archive anyway?",
-      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  expectWarning(MessageBoxButton::Ok);
   stage_.messageBox.expect("Data successfully archived to '/Quorrix/Data'.",
                            MessageBoxStyle::Information);
   archiveCommand("FileArchive", "/Quorrix/Data");
@@ -138,22 +146,16 @@ TEST_F(MainFormArchive, EmptiesTheWorkingFolderWhenThatIsWhereItArchivesTo) {
 
 TEST_F(MainFormArchive, WarnsOfAFolderWithNothingButTitles) {
   stage_.memory.givenAFile("/Quorrix/Archives/May/titles.txt", "");
-  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
-  stage_.messageBox.expect(
-      "The selected folder contains Quorrix archive files. They will be overwritten if you "
-      "continue. Archive anyway?",
-      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Cancel);
+  expectQuestion(kArchiveToMay);
+  expectWarning(MessageBoxButton::Cancel);
   archiveCommand("FileArchive");
   EXPECT_FALSE(stage_.memory.holdsFile("/Quorrix/Archives/May/nodes.dat"));
 }
 
 TEST_F(MainFormArchive, WarnsOfPurchasesThatLieBesideTheFolder) {
   stage_.memory.givenAFile("/Quorrix/Archives/Maypurchases.dat", "");
-  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
-  stage_.messageBox.expect(
-      "The selected folder contains Quorrix archive files. They will be overwritten if you "
-      "continue. Archive anyway?",
-      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Cancel);
+  expectQuestion(kArchiveToMay);
+  expectWarning(MessageBoxButton::Cancel);
   archiveCommand("FileArchive");
   EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), nodes_);
 }
@@ -181,7 +183,7 @@ TEST_F(MainFormArchive, HasSentencesOfItsOwnForNotOpening) {
 TEST_F(MainFormLoadArchive, ReplacesTheDisplayAndItsData) {
   const std::string archived = siteRecord("seven.eight.nine/x", 'N');
   givenTheArchive(archived);
-  expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+  expectQuestion(kLoadMay);
   expectQuestion(kDiscard);
   archiveCommand("FileLoadArchive");
   EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), archived);
@@ -200,7 +202,7 @@ TEST_F(MainFormLoadArchive, StaysInTheArchiveWhenAFileIsMissingThere) {
   stage_.memory.givenAFile("/Quorrix/Archives/May/nodes.dat", siteRecord("seven.eight.nine", 'N'));
   stage_.memory.givenAFile("/Quorrix/Archives/May/purchases.dat", "p");
   stage_.form.tree().clear();
-  expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+  expectQuestion(kLoadMay);
   stage_.messageBox.expect("Unable to load archive. Unable to find file.",
                            MessageBoxStyle::Critical);
   archiveCommand("FileLoadArchive");
@@ -216,7 +218,7 @@ TEST_F(MainFormLoadArchive, LoadsTheSameArchiveAgainAsItWasWhateverWasTrackedSin
   givenTheArchive(archived);
   for (const int time : {1, 2}) {
     SCOPED_TRACE(time);
-    expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+    expectQuestion(kLoadMay);
     expectQuestion(kDiscard);
     archiveCommand("FileLoadArchive");
     EXPECT_EQ(stage_.form.tree().size(), 3U);
@@ -231,17 +233,14 @@ TEST_F(MainFormLoadArchive, LoadsTheSameArchiveAgainAsItWasWhateverWasTrackedSin
 
 TEST_F(MainFormLoadArchive, IsArchivedOverItselfWithWhatWasTrackedSince) {
   givenTheArchive(siteRecord("seven.eight.nine/x", 'N'));
-  expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+  expectQuestion(kLoadMay);
   expectQuestion(kDiscard);
   archiveCommand("FileLoadArchive");
   track("ten.eleven.twelve");
   const std::string tracked = file("/Quorrix/Data/nodes.dat");
 
-  expectQuestion("Archive current display and associated data to '/Quorrix/Archives/May'?");
-  stage_.messageBox.expect(
-      "The selected folder contains Quorrix archive files. They will be overwritten if you "
-      "continue. Archive anyway?",
-      MessageBoxStyle::ConfirmWarning, MessageBoxButton::Ok);
+  expectQuestion(kArchiveToMay);
+  expectWarning(MessageBoxButton::Ok);
   stage_.messageBox.expect("Data successfully archived to '/Quorrix/Archives/May'.",
                            MessageBoxStyle::Information);
   archiveCommand("FileArchive");
@@ -251,7 +250,7 @@ TEST_F(MainFormLoadArchive, IsArchivedOverItselfWithWhatWasTrackedSince) {
 
 TEST_F(MainFormLoadArchive, LeavesTheDisplayAloneWhereThereIsNoArchive) {
   stage_.memory.givenAFile("/Quorrix/Archives/May/titles.txt", "");
-  expectQuestion("Load archive data from '/Quorrix/Archives/May'?");
+  expectQuestion(kLoadMay);
   stage_.messageBox.expect(
       "Folder does not contain a critical archive file. The folder must contain at least "
       "'nodes.dat'. Canceling operation.",
