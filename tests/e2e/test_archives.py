@@ -104,6 +104,15 @@ class ArchiveTest(QuorrixTest):
                          f"Data successfully archived to '{self.archive}'.")
         dialog.wait_until_closed()
 
+    def load_back(self, dialog):
+        self.choose_archive(dialog)
+        dialog.press_button("OK")
+        self.answer(f"Load archive data from '{self.archive}'?")
+        dialog.wait_until_closed()
+        self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
+        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+        self.assertEqual(self.archive.encode() + b"\r\n", self.last_archive())
+
 
 class Archives(ArchiveTest):
     def test_a_display_goes_into_a_new_folder_and_comes_back(self):
@@ -119,14 +128,8 @@ class Archives(ArchiveTest):
         self.assertEqual(["www"], self.quorrix.tree())
 
         dialog = self.open("l", "Load Sites Archive")
-        self.choose_archive(dialog)
-        dialog.press_button("OK")
-        self.answer(f"Load archive data from '{self.archive}'?")
-        dialog.wait_until_closed()
-        self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
-        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+        self.load_back(dialog)
         self.assertEqual(DATA, self.files_of(self.archive))
-        self.assertEqual(self.archive.encode() + b"\r\n", self.last_archive())
         self.quorrix.wait_for_text(f"Last archive loaded: {self.archive}")
 
     def test_deleting_an_archive_leaves_what_is_not_its_own(self):
@@ -219,14 +222,8 @@ class ArchivesOnAnotherVolume(ArchiveTest):
 
         dialog = self.open("l", "Load Sites Archive")
         self.choose_drive(dialog, "/media/stick")
-        self.choose_archive(dialog)
-        dialog.press_button("OK")
-        self.answer(f"Load archive data from '{self.archive}'?")
-        dialog.wait_until_closed()
-        self.quorrix.wait_for_tree("www", "www.garden.example", "news.harbour.example")
-        self.assertEqual(DATA, self.files_of(self.quorrix.data_folder))
+        self.load_back(dialog)
         self.assertEqual(DATA, self.files_on_the_stick())
-        self.assertEqual(self.archive.encode() + b"\r\n", self.last_archive())
 
 
 if __name__ == "__main__":
