@@ -25,8 +25,8 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kSites = 200'000;
-constexpr std::size_t kRecords = 32'767;  // of each of the other three files
+constexpr std::size_t kSites = sized(200'000);
+constexpr std::size_t kRecords = sized(32'767);  // of each of the other three files
 
 enum class Sync { Yes, No };
 

@@ -8,10 +8,11 @@
 #include <string>
 
 #include "bench_data.h"
+#include "sizes.h"
 
 namespace quorrix::bench {
 
-inline constexpr int kRepetitions = 5;  // the median of which is reported
+inline constexpr int kRepetitions = timed(5);  // the median of which is reported
 
 // A site file into the tree.
 void registerLoadBenchmarks(BenchData& data);

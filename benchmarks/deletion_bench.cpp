@@ -24,8 +24,8 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kRecords = 100'000;  // of each file, one a site
-constexpr std::size_t kDeleted = 20'000;
+constexpr std::size_t kRecords = sized(100'000);  // of each file, one a site
+constexpr std::size_t kDeleted = sized(20'000);
 
 // The sites to delete were visited in between others, which is the harder case: nearly
 // every page of the files changes.

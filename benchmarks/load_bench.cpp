@@ -16,7 +16,7 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kCounts[] = {100'000, 1'000'000};  // of records
+constexpr std::size_t kCounts[] = {sized(100'000), sized(1'000'000)};  // of records
 constexpr std::size_t kLimitBlock = std::size_t{1024} * 1024;
 
 // Bytes that the program holds from malloc, its bookkeeping included.

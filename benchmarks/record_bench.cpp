@@ -19,11 +19,11 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kRecords = kLastRecordNumber;
-constexpr int kTurns = 51;
+constexpr std::size_t kRecords = sized(kLastRecordNumber);
+constexpr int kTurns = timed(51);
 
 // As for the visits: a log that still grows costs more to sync.
-constexpr std::size_t kChangesUntilLogIsReused = 2'000;
+constexpr std::size_t kChangesUntilLogIsReused = sized(2'000);
 
 using Synchronous = SqliteRecordTable::Synchronous;
 

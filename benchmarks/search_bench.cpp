@@ -22,8 +22,8 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kRecords = 1'000'000;
-constexpr std::size_t kNodes = 1'000'000;
+constexpr std::size_t kRecords = sized(1'000'000);
+constexpr std::size_t kNodes = sized(1'000'000);
 constexpr std::size_t kLimitBlock = std::size_t{1024} * 1024;
 
 // In capitals, where the addresses have small letters: the hosts 770 to 779 of 20,000.

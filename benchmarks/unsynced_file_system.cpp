@@ -37,6 +37,14 @@ std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openForReading(const Path&
   return real_.openForReading(path);
 }
 
+std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openAsPermitted(const Path& path) {
+  return std::make_unique<UnsyncedFile>(real_.openAsPermitted(path));
+}
+
+bool UnsyncedFileSystem::isSameFile(const Path& one, const Path& other) {
+  return real_.isSameFile(one, other);
+}
+
 std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openRandomAccess(const Path& path) {
   return std::make_unique<UnsyncedFile>(real_.openRandomAccess(path));
 }
@@ -58,5 +66,15 @@ void UnsyncedFileSystem::replaceByLine(const Path& path, std::string_view line) 
 std::string UnsyncedFileSystem::readFirstLine(const Path& path) {
   return real_.readFirstLine(path);
 }
+
+std::vector<Path> UnsyncedFileSystem::fileNames(const Path& folder) {
+  return real_.fileNames(folder);
+}
+
+std::vector<Path> UnsyncedFileSystem::folderNames(const Path& folder) {
+  return real_.folderNames(folder);
+}
+
+std::vector<Path> UnsyncedFileSystem::volumes() { return real_.volumes(); }
 
 }  // namespace quorrix::bench

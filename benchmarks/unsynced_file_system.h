@@ -15,10 +15,15 @@ class UnsyncedFileSystem final : public FileSystem {
   Path makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
+  [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void deleteFile(const Path& path) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
+  [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;
+  [[nodiscard]] std::vector<Path> volumes() override;
 
  private:
   FileSystem& real_;

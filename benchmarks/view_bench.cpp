@@ -12,7 +12,7 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kNodes = 100'000;
+constexpr std::size_t kNodes = sized(100'000);
 
 // Qt without a display; made by the first benchmark that needs it.
 class OffscreenApplication {

@@ -19,14 +19,14 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kCounts[] = {10'000, 100'000, 1'000'000};  // of records
+constexpr std::size_t kCounts[] = {sized(10'000), sized(100'000), sized(1'000'000)};  // of records
 
-constexpr int kVisits = 301;
-constexpr int kSearches = 101;
+constexpr int kVisits = timed(301);
+constexpr int kSearches = timed(101);
 
 // A write-ahead log that still grows costs more to sync than one that is written over
 // from the start, which it is as soon as its 1,000 pages have been carried over.
-constexpr std::size_t kVisitsUntilLogIsReused = 2'000;
+constexpr std::size_t kVisitsUntilLogIsReused = sized(2'000);
 
 // Records a visit to the address with this number, counted from 0.
 using Visit = std::function<void(std::size_t number)>;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMetaObject>
+#include <memory>
 
 #include "platform/failure.h"
 #include "platform/privacy.h"
@@ -21,9 +22,9 @@
 #else
 #include "platform/linux/accessible_window_system.h"
 #include "platform/linux/posix_file_system.h"
+#include "platform/linux/session_bus.h"
 #include "platform/linux/x11_window_stack.h"
 #include "shell/qt_command_shell.h"
-#include "tracking/browser_scan.h"
 #endif
 
 namespace {
@@ -37,27 +38,35 @@ quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/) { return {};
 using RealFileSystem = quorrix::PosixFileSystem;
 using RealCommandShell = quorrix::QtCommandShell;
 
+// The connection that Qt has already; none on Wayland.
+xcb_connection_t* x11Connection() {
+  const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
+  return x11 ? x11->connection() : nullptr;
+}
+
 quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock) {
+  const auto stack = std::make_shared<quorrix::X11WindowStack>(x11Connection());
+  const std::string sessionBus = quorrix::sessionBusAddress();
   return {clock,
-          {.isBrowserTitle = quorrix::isBrowserTitle,
-           .titlesOfWindowStack = quorrix::titlesOfX11WindowStack}};
+          {.stack = [stack] { return stack->titles(); },
+           .browserProcesses =
+               [sessionBus] { return quorrix::browserProcesses("/proc", sessionBus); }}};
 }
 #endif
 
-void choosePlatform() {
-  const std::string platform =
-      quorrix::preferredPlatform({.hasChosenPlatform = qEnvironmentVariableIsSet("QT_QPA_PLATFORM"),
-                                  .hasWaylandDisplay = qEnvironmentVariableIsSet("WAYLAND_DISPLAY"),
-                                  .hasX11Display = qEnvironmentVariableIsSet("DISPLAY")});
-  if (!platform.empty()) qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(platform));
+std::string chosenPlatform() {
+  return quorrix::preferredPlatform(
+      {.hasChosenPlatform = qEnvironmentVariableIsSet("QT_QPA_PLATFORM"),
+       .hasWaylandDisplay = qEnvironmentVariableIsSet("WAYLAND_DISPLAY"),
+       .hasX11Display = qEnvironmentVariableIsSet("DISPLAY")});
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
   quorrix::forbidMemoryDumps();
-  choosePlatform();
-  QApplication application(argc, argv);
+  quorrix::DesktopArguments arguments(argc, argv, chosenPlatform());
+  QApplication application(arguments.count(), arguments.values());
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
   quorrix::registerResources();
   QApplication::setWindowIcon(quorrix::applicationIcon());
@@ -81,7 +90,8 @@ int main(int argc, char* argv[]) {
     return 1;
   }
   const quorrix::AppPaths paths(folder);
-  for (const char* const kept : {"Data", "Archives"}) quorrix::closeToOthers(paths.appPath(kept));
+  // Not "Archives": a user may have opened that folder to others on purpose.
+  quorrix::closeToOthers(paths.appPath("Data"));
   quorrix::MainForm form({.paths = paths,
                           .files = files,
                           .clock = clock,

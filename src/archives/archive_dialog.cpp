@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "archives/new_archive_dialog.h"
+#include "shell/guarded.h"
 #include "shell/pointer.h"
 
 namespace quorrix {
@@ -34,7 +35,10 @@ void ArchiveDialog::pointAt(const Path& folder, const Path& drive) {
   showInBox(folder);
 }
 
-void ArchiveDialog::Dir1_Click() { showInBox(Dir1().path()); }
+void ArchiveDialog::Dir1_Click() {
+  guarded(*this, parts().messageBox, FailureFamily::OtherCommand,
+          [this] { showInBox(Dir1().path()); });
+}
 
 void ArchiveDialog::OKButton_Click() {
   if (!isFolderChosen()) return;
@@ -48,22 +52,22 @@ void ArchiveDialog::archiveIntoFolder() {
     if (!isConfirmed(kArchiveAnyway, MessageBoxStyle::ConfirmWarning)) return;
     earlier = EarlierArchive::Delete;
   }
-  giveWayToWork();
-  work_.archive(folder(), earlier);
-  showDefaultPointer(*this);
+  giveWayTo([this, earlier] { work_.archive(folder(), earlier); });
   parts().messageBox.show(aboutFolder("Data successfully archived to '", "'."),
                           MessageBoxStyle::Information);
   accept();
 }
 
 void ArchiveDialog::NewButton_Click() {
-  showHourglass(*this);
-  NewArchiveDialog dialog(parts(), *this);
-  dialog.Form_Load();
-  const bool isMade = newArchiveLoadedOK && dialog.exec() == QDialog::Accepted;
-  if (isMade) OKButton().setFocus();  // what is left to do
-  activateWindow();  // a question and the dialog that asked go together, and the keyboard with them
-  showDefaultPointer(*this);
+  guarded(*this, parts().messageBox, FailureFamily::OpenNewArchiveDialog, [this] {
+    const Hourglass hourglass(*this);
+    NewArchiveDialog dialog(parts(), *this);
+    dialog.Form_Load();
+    const bool isMade = newArchiveLoadedOK && dialog.exec() == QDialog::Accepted;
+    if (isMade) OKButton().setFocus();  // what is left to do
+    // A question and the dialog that asked go together, and the keyboard with them.
+    activateWindow();
+  });
 }
 
 }  // namespace quorrix

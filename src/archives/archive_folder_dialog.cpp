@@ -9,6 +9,7 @@
 #include "archives/shown_path.h"
 #include "shell/centre_over.h"
 #include "shell/guarded.h"
+#include "shell/keep_in_front.h"
 #include "shell/pointer.h"
 
 namespace quorrix {
@@ -47,10 +48,13 @@ ArchiveFolderDialog::ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidge
       CancelButton_(makeButton("CancelButton", QStringLiteral("Cancel"))) {
   setObjectName(QString::fromLatin1(texts.name));
   setWindowTitle(texts.caption);
+  keepInFront(*this);
   prompt_->setWordWrap(true);
   Text1_->setObjectName(QStringLiteral("Text1"));
   OKButton_->setDefault(true);
-  connect(OKButton_, &QPushButton::clicked, this, &ArchiveFolderDialog::OKButton_Click);
+  connect(OKButton_, &QPushButton::clicked, this, [this] {
+    guarded(*this, parts_.messageBox, FailureFamily::OtherCommand, [this] { OKButton_Click(); });
+  });
   connect(CancelButton_, &QPushButton::clicked, this, &ArchiveFolderDialog::CancelButton_Click);
   Drive1_->setDriveOf(parts_.archives);
   connect(Drive1_, &DriveList::changed, this, &ArchiveFolderDialog::Drive1_Change);
@@ -121,7 +125,7 @@ ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, co
 }
 
 void ExistingArchiveDialog::load(FailureFamily family) {
-  guarded(*this, parts().messageBox, family, [this] {
+  guarded(parts().mainWindow, parts().messageBox, family, [this] {
     centreOver(*this, parts().mainWindow);
     Dir1().setFocus();
     Dir1().setPath(parts().archives);
@@ -134,17 +138,16 @@ void ExistingArchiveDialog::Dir1_Change() {
   showInBox(Dir1().path());
 }
 
-void ExistingArchiveDialog::giveWayToWork() {
-  showHourglass(*this);
+void ExistingArchiveDialog::giveWayTo(const std::function<void()>& work) {
+  const Hourglass hourglass(*this);
   hide();
   parts().mainWindow.repaint();
+  work();
 }
 
 void ExistingArchiveDialog::runOrUnload(FailureFamily family,
                                         const std::function<void()>& operation) {
-  if (guarded(*this, parts().messageBox, family, operation)) return;
-  hide();
-  reject();
+  if (!guarded(*this, parts().messageBox, family, operation)) reject();
 }
 
 void ExistingArchiveDialog::showInBox(const Path& folder) { Text1().setText(textOfPath(folder)); }

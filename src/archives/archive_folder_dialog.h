@@ -84,12 +84,14 @@ class ExistingArchiveDialog : public ArchiveFolderDialog {
 
   [[nodiscard]] FileList& File1() const { return *File1_; }
 
-  // Places the dialog and opens the folder of archives. A failure is told, and the
-  // dialog then shows with what had been set.
+  // Places the dialog and opens the folder of archives, while the main window has the
+  // hourglass. After a failure the user is told, and the dialog is shown with what was set
+  // before the failure.
   void load(FailureFamily family);
 
-  // Away before the work begins, with the main window whole again where it was.
-  void giveWayToWork();
+  // Hides the dialog, repaints the main window where it was, and does the work, all
+  // under the dialog's hourglass.
+  void giveWayTo(const std::function<void()>& work);
 
   // When the operation fails, hides the dialog and unloads it once that was told.
   void runOrUnload(FailureFamily family, const std::function<void()>& operation);
@@ -97,7 +99,7 @@ class ExistingArchiveDialog : public ArchiveFolderDialog {
   // Shows `folder` in the box.
   void showInBox(const Path& folder);
 
-  // Whether the box names a folder at all, and no root; else the user is told.
+  // Whether the box names a folder other than a root. Tells the user when it does not.
   [[nodiscard]] bool isFolderChosen() const;
 
  private:

@@ -45,7 +45,7 @@ void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& f
   if (earlier == EarlierArchive::Delete) {
     for (const DataFile& data : kArchivingOrder) {
       const Path archived = folder / data.name;
-      if (archived != paths.*data.current) files.deleteFile(archived);
+      if (!files.isSameFile(archived, paths.*data.current)) files.deleteFile(archived);
     }
   }
   for (const DataFile& data : kArchivingOrder) {

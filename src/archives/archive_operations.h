@@ -18,11 +18,10 @@ namespace quorrix {
 
 enum class EarlierArchive { None, Delete };
 
-// Copies the data files to the folder, then empties those in loadPath. An earlier
-// archive is deleted before, all four files of it: 53 when it lacks one. Where the
-// current files lie in the folder themselves they are what is archived, and no
-// earlier archive: they stay as they are until loadPath is emptied. To be followed by
-// emptying the tree and by rememberNoArchive().
+// Copies the data files to the folder, then empties those in loadPath. First deletes all
+// four files of an earlier archive; fails with kFileNotFound when one is missing. Files of
+// the folder that are the current data files themselves, by whatever path, are not deleted
+// as an earlier archive. The caller then empties the tree and calls rememberNoArchive().
 void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& folder,
                      EarlierArchive earlier);
 

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "shell/pointer.h"
-
 namespace quorrix {
 
 DeleteArchiveDialog::DeleteArchiveDialog(const ArchiveDialogParts& parts, Work deleteArchiveFiles)
@@ -23,9 +21,8 @@ void DeleteArchiveDialog::OKButton_Click() {
 
 void DeleteArchiveDialog::deleteFromFolder() {
   if (!isConfirmed(aboutFolder("Delete archive '", "'?"))) return;
-  giveWayToWork();
-  const bool isAnyDeleted = deleteArchiveFiles_(Dir1().path(), File1().names());
-  showDefaultPointer(*this);
+  bool isAnyDeleted = false;
+  giveWayTo([&] { isAnyDeleted = deleteArchiveFiles_(Dir1().path(), File1().names()); });
   if (isAnyDeleted) {
     parts().messageBox.show(aboutFolder("Archive files in '", "' successfully deleted."),
                             MessageBoxStyle::Information);

@@ -70,7 +70,7 @@ void DriveList::show(const std::vector<Path>& volumes) {
 void DriveList::showAnew() {
   try {
     show(files_.volumes());
-  } catch (const Failure&) {
+  } catch (...) {
     return;
   }
 }

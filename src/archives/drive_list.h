@@ -25,7 +25,7 @@ class DriveList final : public QComboBox {
   // The same for the volume on which `path` lies, if any does.
   void setDriveOf(const Path& path);
 
-  // Reads the volumes anew: one may have come or gone since. The one chosen stays.
+  // Reads the volumes again, because one may have come or gone. The chosen one stays chosen.
   void showPopup() override;
 
  signals:

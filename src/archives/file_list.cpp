@@ -12,7 +12,7 @@ FileList::FileList(FileSystem& files, const Path& start, QWidget* parent)
   try {
     setPath(start);
   } catch (const Failure&) {
-    return;  // as good a beginning as any: nobody has chosen this folder
+    return;  // the list starts empty; the user did not choose this folder
   }
 }
 

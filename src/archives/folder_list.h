@@ -21,11 +21,11 @@ class FolderList final : public QListWidget {
   // The folder that is open, whatever is selected.
   [[nodiscard]] const Path& path() const { return path_; }
 
-  // Opens a folder and reads it anew. Throws Failure when it cannot be read, and the
-  // folder that was open is open still; and what `onChange` throws, after opening.
+  // Opens a folder and reads it again. Throws Failure when it cannot be read; the folder
+  // that was open then stays open. Also throws what `onChange` throws, after opening.
   void setPath(const Path& path);
 
-  // The same, but the folder that was open is open still after every failure.
+  // The same, but the folder that was open stays open after every failure.
   void setPathOrStay(const Path& path);
 
   // Called when another folder has been opened, by the user or by setPath(). No

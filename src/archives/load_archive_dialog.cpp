@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "shell/pointer.h"
-
 namespace quorrix {
 namespace {
 
@@ -40,9 +38,7 @@ void LoadArchiveDialog::loadFromFolder() {
     return;
   }
   if (work_.displayHoldsSites() && !isConfirmed(kLoadAnyway)) return reject();
-  giveWayToWork();
-  work_.load(folder);
-  showDefaultPointer(*this);
+  giveWayTo([this, &folder] { work_.load(folder); });
   accept();
 }
 

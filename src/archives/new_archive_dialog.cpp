@@ -6,7 +6,6 @@
 #include "archives/shown_path.h"
 #include "shell/centre_over.h"
 #include "shell/guarded.h"
-#include "shell/plain_text.h"
 #include "shell/pointer.h"
 
 namespace quorrix {
@@ -42,13 +41,12 @@ void NewArchiveDialog::OKButton_Click() {
 }
 
 void NewArchiveDialog::makeArchiveFolder() {
-  const std::string question = "Create new archive folder '" + fromQString(Text1().text()) +
+  const std::string question = "Create new archive folder '" + Text1().text().toStdString() +
                                "' in '" + messageTextOfPath(Dir1().path()) + "'?";
   if (!isConfirmed(question)) return;
-  showHourglass(*this);
+  const Hourglass hourglass(*this);
   const Path made = parts().files.makeFolder(joinedPath(Dir1().path(), Text1().text()));
   archiveDialog_.pointAt(made, Drive1().drive());
-  showDefaultPointer(*this);
   accept();
 }
 

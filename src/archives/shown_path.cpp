@@ -33,7 +33,7 @@ QString rowTextOfPath(const Path& path) {
   return text;
 }
 
-std::string messageTextOfPath(const Path& path) { return fromQString(textOfPath(path)); }
+std::string messageTextOfPath(const Path& path) { return textOfPath(path).toStdString(); }
 
 // Joined as text: a path's own += can lose a component of a name with separators.
 Path joinedPath(const Path& folder, const QString& name) {

@@ -14,7 +14,7 @@ namespace quorrix {
 // On one line: a control character shows as the sign for it.
 [[nodiscard]] QString rowTextOfPath(const Path& path);
 
-// For a message box, in single-byte text.
+// For a message box, whole, in UTF-8.
 [[nodiscard]] std::string messageTextOfPath(const Path& path);
 
 // `name` behind the folder's path and one separator, which a root ends in already.

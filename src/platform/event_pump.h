@@ -2,6 +2,8 @@
 // is in one thread, so a loop that does not pump freezes the window.
 #pragma once
 
+#include <chrono>
+
 namespace quorrix {
 
 class EventPump {
@@ -11,8 +13,8 @@ class EventPump {
   // Handles every window event that is pending, then returns.
   virtual void processPending() = 0;
 
-  // Goes on handling events for a short while; returns early when the program ends.
-  virtual void pause() = 0;
+  // Goes on handling events for `time`; returns early when the program ends.
+  virtual void pause(std::chrono::milliseconds time) = 0;
 };
 
 }  // namespace quorrix

@@ -32,11 +32,21 @@ class Failure final : public std::exception {
  public:
   explicit Failure(int number) noexcept : number_(number) {}
 
+  // kPathFileAccess for a file that another program has locked for longer than an
+  // operation waits. Trying again later may succeed.
+  [[nodiscard]] static Failure ofFileInUse() noexcept {
+    Failure failure(failure::kPathFileAccess);
+    failure.isFileInUse_ = true;
+    return failure;
+  }
+
   [[nodiscard]] int number() const noexcept { return number_; }
+  [[nodiscard]] bool isFileInUse() const noexcept { return isFileInUse_; }
   [[nodiscard]] const char* what() const noexcept override { return "Quorrix failure"; }
 
  private:
   int number_;
+  bool isFileInUse_ = false;
 };
 
 // The number of the exception now being handled: a Failure's own, 7 for

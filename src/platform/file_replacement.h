@@ -10,7 +10,7 @@
 namespace quorrix {
 
 // The name to write under. Always the same for a file: what a crash left behind is
-// written over the next time.
+// found and removed the next time.
 [[nodiscard]] Path replacementNameOf(const Path& path);
 
 void writeCopy(RandomAccessFile& from, RandomAccessFile& into);

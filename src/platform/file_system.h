@@ -19,7 +19,8 @@ using Path = std::filesystem::path;
 
 // A file opened for positioned reading and writing. The object holds an
 // advisory lock on the file from open to destruction, so that two running
-// programs never interleave; the destructor closes without syncing.
+// programs never interleave; the destructor closes without syncing. Several may
+// have a file open for reading at once; one that is open for writing is open alone.
 class RandomAccessFile {
  public:
   virtual ~RandomAccessFile() = default;
@@ -31,7 +32,7 @@ class RandomAccessFile {
   // ends; returns the number of bytes read.
   [[nodiscard]] virtual std::size_t readAt(std::uint64_t offset, std::span<char> into) = 0;
 
-  // Writes all of `bytes` at `offset`; a gap behind the old end reads as NULs.
+  // Writes all of `bytes` at `offset`; a gap after the old end reads as NULs.
   virtual void writeAt(std::uint64_t offset, std::span<const char> bytes) = 0;
 
   // Returns once everything written has reached the disk.
@@ -55,23 +56,35 @@ class FileSystem {
 
   // Opens for reading and writing and creates a missing file, private to the
   // user. 75 for a folder, a read-only file (also for root), and a file that
-  // another program keeps locked for longer than kLockPatience.
+  // another program keeps locked for longer than kLockPatience; only that last Failure
+  // isFileInUse().
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) = 0;
 
   // Opens a file that is there for reading; a write through it fails with 75. 53
-  // or 76 when it is missing, else as openRandomAccess().
+  // or 76 when it is missing, else as openRandomAccess(). Where the file system has no
+  // locks for readers, the file is read without one.
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openForReading(const Path& path) = 0;
 
-  // Deletes a file; a link is deleted itself, not what it leads to. 53 when there
-  // is none, 76 when the folder above is missing too, 75 for a folder and for
-  // whatever openRandomAccess() would refuse: a deletion is the last of all writes.
+  // Works like openForReading() for a file that the user may not write to, such as a
+  // read-only one, and like openRandomAccess() for any other.
+  [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) = 0;
+
+  // Deletes a file; a link is deleted itself, not what it leads to. 53 when the file is
+  // missing, 76 when the folder above is missing too, 75 for a folder and for a file that
+  // openRandomAccess() would refuse, such as a read-only one.
   virtual void deleteFile(const Path& path) = 0;
+
+  // Whether deleting `one` would delete the file that `other` leads to: the two may
+  // differ in spelling and pass through links to folders. False when `one` is itself
+  // a link that `other` does not name, and when either is missing.
+  [[nodiscard]] virtual bool isSameFile(const Path& one, const Path& other) = 0;
 
   // Makes `to` the same as `from`, byte for byte, and private to the user. Returns
   // once that has reached the disk; after a failure, and after a crash, `to` is the
-  // old file or the new one, whole. A file that is copied onto itself, by whatever
-  // name, stays as it is. 53 or 76 when `from` is missing, 76 when the folder of `to`
-  // is; 75 for a folder, and for a `to` that openRandomAccess() would refuse.
+  // old file or the new one, whole. No file that was there already is written to.
+  // A file that is copied onto itself, by whatever name, stays as it is. 53 or 76 when `from` is
+  // missing, 76 when the folder of `to` is; 75 for a folder, and for a `to` that openRandomAccess()
+  // would refuse.
   virtual void copyFile(const Path& from, const Path& to) = 0;
 
   // Makes `line`, ended by CR LF, all that the file holds: on the disk, and after a
@@ -83,7 +96,8 @@ class FileSystem {
 
   // The names of all that the folder holds, without the folder's own path, in the
   // order of their bytes: what is no folder, and the folders. A link to a folder is
-  // one. 76 for a missing folder, 75 for what is none or may not be read.
+  // one. 76 for a missing folder, 75 for a path that is not a folder and for a folder that
+  // may not be read.
   [[nodiscard]] virtual std::vector<Path> fileNames(const Path& folder) = 0;
   [[nodiscard]] virtual std::vector<Path> folderNames(const Path& folder) = 0;
 

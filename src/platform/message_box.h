@@ -21,7 +21,7 @@ class MessageBox {
  public:
   virtual ~MessageBox() = default;
 
-  // `text` is single-byte text and never read as markup. Returns when the user
+  // `text` is UTF-8 and never read as markup. Returns when the user
   // has answered; closing the box is Cancel where there is such a button, else OK.
   virtual MessageBoxButton show(std::string_view text, MessageBoxStyle style) = 0;
 };

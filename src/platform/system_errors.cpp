@@ -135,6 +135,15 @@ int failureNumberOfWindowsError(std::uint32_t code) noexcept {
   return numberIn(kWindowsTable, code);
 }
 
+bool mayEndSoon(std::uint32_t code, bool isBeingDeleted) noexcept {
+  constexpr std::uint32_t kAccessDenied = 5;
+  constexpr std::uint32_t kSharingViolation = 32;
+  constexpr std::uint32_t kFileExists = 80;  // it was made just now, by a program that will use it
+  constexpr std::uint32_t kDeletePending = 303;
+  if (code == kAccessDenied) return isBeingDeleted;
+  return code == kSharingViolation || code == kFileExists || code == kDeletePending;
+}
+
 int failureNumberForPath(int number, const std::filesystem::path& path) noexcept {
   if (number != failure::kFileNotFound) return number;
   std::error_code ignored;

@@ -14,6 +14,11 @@ namespace quorrix {
 // `code` is a GetLastError() value.
 [[nodiscard]] int failureNumberOfWindowsError(std::uint32_t code) noexcept;
 
+// Whether an operation on a file that failed with this GetLastError() value may succeed
+// soon, when another program closes the file. A file that was deleted while it was open
+// refuses everything, as a missing permission does; `isBeingDeleted` tells them apart.
+[[nodiscard]] bool mayEndSoon(std::uint32_t code, bool isBeingDeleted) noexcept;
+
 // `number`, or 76 in place of 53 when the folder that should hold `path` is missing too.
 [[nodiscard]] int failureNumberForPath(int number, const std::filesystem::path& path) noexcept;
 

@@ -17,12 +17,12 @@ constexpr std::array<char16_t, 32> kUpperControls = {
 
 constexpr char32_t kMalformed = 0xFFFFFFFF;
 
-char byteFor(char32_t character) {
+std::optional<char> byteFor(char32_t character) {
   if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) {
     return static_cast<char>(character);
   }
   const auto* const place = std::find(kUpperControls.begin(), kUpperControls.end(), character);
-  if (place == kUpperControls.end()) return '?';
+  if (place == kUpperControls.end()) return std::nullopt;
   return static_cast<char>(0x80 + std::distance(kUpperControls.begin(), place));
 }
 
@@ -61,7 +61,17 @@ char32_t takeCharacter(std::string_view& utf8) {
 std::string windows1252FromUtf8(std::string_view utf8) {
   std::string text;
   text.reserve(utf8.size());
-  while (!utf8.empty()) text.push_back(byteFor(takeCharacter(utf8)));
+  while (!utf8.empty()) text.push_back(byteFor(takeCharacter(utf8)).value_or('?'));
+  return text;
+}
+
+std::optional<std::string> exactWindows1252FromUtf8(std::string_view utf8) {
+  std::string text;
+  while (!utf8.empty()) {
+    const std::optional<char> byte = byteFor(takeCharacter(utf8));
+    if (!byte) return std::nullopt;
+    text.push_back(*byte);
+  }
   return text;
 }
 

@@ -2,6 +2,7 @@
 // so that a field's width is its length in bytes) and the UTF-8 of the world.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace quorrix {
 // A character without a place in the code page, and every malformed sequence,
 // becomes "?".
 [[nodiscard]] std::string windows1252FromUtf8(std::string_view utf8);
+
+// nullopt when any character would become "?".
+[[nodiscard]] std::optional<std::string> exactWindows1252FromUtf8(std::string_view utf8);
 
 // Every byte has a character: the five unassigned ones are the control
 // characters of the same number.

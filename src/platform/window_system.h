@@ -5,10 +5,14 @@
 // accessibility bus. Texts are single-byte (Windows-1252).
 #pragma once
 
+#include <chrono>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
+#include <vector>
 
 namespace quorrix {
 
@@ -26,6 +30,22 @@ enum class WindowMessage : unsigned {
   GetTextLength = 14,  // WM_GETTEXTLENGTH: the buffer is not used
 };
 
+// A browser with a window open whose pages cannot be read, and what keeps them from it.
+struct UnreadableBrowser {
+  enum class Reason {
+    StartedTooEarly,   // it looks at the accessibility switch only when it starts, and
+                       // started before that was on
+    AccessibilityOff,  // an environment variable or a setting of the browser vetoes accessibility
+    NoBus,             // there is no accessibility bus, or it does not answer
+    UnknownKind,       // whether the window is private is still not known after 10 s
+  };
+
+  std::string name;  // UTF-8, not empty: "Chromium"
+  Reason reason;
+
+  auto operator<=>(const UnreadableBrowser&) const = default;
+};
+
 class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
@@ -33,6 +53,11 @@ class WindowSystem {
   // Called once whenever tracking starts: the place to switch on whatever makes
   // browsers readable.
   virtual void prepareForTracking() {}
+
+  // How long to wait after a pass before the next one. The usual time lets an idle
+  // tracking loop cost next to nothing, and yet files a page well within a second.
+  static constexpr std::chrono::milliseconds kUsualWait{100};
+  [[nodiscard]] virtual std::chrono::milliseconds timeToNextPass() const { return kUsualWait; }
 
   // Calls `callback` for each top-level window, the one used last first, until
   // it returns false.
@@ -51,6 +76,10 @@ class WindowSystem {
   // A window that does not answer in time answers 0.
   virtual std::size_t SendMessageA(WindowHandle window, WindowMessage message,
                                    std::span<char> buffer) = 0;
+
+  // As of the last enumeration, in the same order while nothing changes; empty where
+  // the platform cannot tell.
+  [[nodiscard]] virtual std::vector<UnreadableBrowser> unreadableBrowsers() const { return {}; }
 };
 
 }  // namespace quorrix

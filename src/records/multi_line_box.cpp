@@ -1,6 +1,5 @@
 #include "records/multi_line_box.h"
 
-#include <QKeyEvent>
 #include <QMimeData>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -14,56 +13,107 @@ namespace quorrix {
 MultiLineBox::MultiLineBox(std::size_t limit, QWidget* parent)
     : QPlainTextEdit(parent), limit_(limit) {
   setTabChangesFocus(true);
+  connect(document(), &QTextDocument::contentsChange, this, &MultiLineBox::noteChange);
+  // The document may be changed again only once it has told everybody of the change.
+  connect(document(), &QTextDocument::contentsChanged, this, &MultiLineBox::holdToStore);
 }
 
 void MultiLineBox::showStored(std::string stored) {
   stored_ = std::move(stored);
   const auto last = stored_.find_last_not_of(' ');
   const std::size_t length = last == std::string::npos ? 0 : last + 1;
+  isHolding_ = true;
   setPlainText(toQString(std::string_view(stored_).substr(0, length)));
-  document()->setModified(false);
+  isHolding_ = false;
+  shown_ = text_ = rawText();
+  longTexts_ = {shown_};
 }
 
 std::string MultiLineBox::value() const {
-  if (!document()->isModified()) return stored_;
-  std::string text = shownText();
+  const QString raw = rawText();
+  if (raw == shown_) return stored_;
+  std::string text = storedText(cutToStore(asReadBack(raw), limit_));
   if (!text.empty()) text.resize(std::max(text.size(), stored_.size()), ' ');
   return text;
 }
 
-void MultiLineBox::keyPressEvent(QKeyEvent* event) {
-  const bool isLineBreak = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (isLineBreak && admitted(QStringLiteral("\n")).isEmpty()) return;
-  const QString typed = event->text();
-  const bool isTyped = !typed.isEmpty() && typed[0].isPrint();
-  if (isTyped && admitted(typed) != typed) return insertPlainText(admitted(typed));
-  QPlainTextEdit::keyPressEvent(event);
-}
-
-void MultiLineBox::inputMethodEvent(QInputMethodEvent* event) {
-  QInputMethodEvent entered(event->preeditString(), event->attributes());
-  entered.setCommitString(admitted(event->commitString()), event->replacementStart(),
-                          event->replacementLength());
-  QPlainTextEdit::inputMethodEvent(&entered);
-}
-
 void MultiLineBox::insertFromMimeData(const QMimeData* source) {
   if (!source->hasText()) return;
-  insertPlainText(admitted(source->text()));
+  // A stored character comes from at most two characters of the text. The rest is cut off
+  // here, because laying out a long text takes long.
+  insertPlainText(source->text().left(2 * static_cast<qsizetype>(limit_)));
   ensureCursorVisible();
 }
 
-// What may be put in the place of the selection. Nothing is cut afterwards, so that
-// undoing what was entered leaves things as they were before.
-QString MultiLineBox::admitted(const QString& text) const {
-  const std::size_t replaced = storedText(textCursor().selectedText()).size();
-  const std::size_t others = shownText().size() - replaced;
-  return cutToStore(asReadBack(text), others < limit_ ? limit_ - others : 0);
+void MultiLineBox::noteChange(int first, int /*removed*/, int added) {
+  lastChange_ = {first, added};
 }
 
-std::string MultiLineBox::shownText() const {
+void MultiLineBox::holdToStore() {
+  if (isHolding_) return;
+  const QString text = rawText();
+  if (text != text_ && !longTexts_.contains(text)) admit(text, changedIn(text));
+  text_ = rawText();
+  if (storedText(text_).size() > limit_) longTexts_.insert(text_);
+}
+
+// Changes what was entered, a part of `text`, into what will be stored of it.
+void MultiLineBox::admit(const QString& text, Range part) {
+  const QString entered = text.mid(part.first, part.count);
+  const std::size_t others = storedText(text).size() - storedText(entered).size();
+  const QString admitted = cutToStore(asReadBack(entered), others < limit_ ? limit_ - others : 0);
+  if (admitted == inLines(entered)) return;
+  const qsizetype end = part.first + part.count;
+  const qsizetype position = textCursor().position();
+  isHolding_ = true;
+  replaceLastChange(text.left(part.first) + admitted + text.mid(end));
+  QTextCursor cursor = textCursor();
+  const qsizetype inside = std::min(position, part.first + admitted.size());
+  cursor.setPosition(
+      static_cast<int>(position < end ? inside : position - end + part.first + admitted.size()));
+  setTextCursor(cursor);
+  isHolding_ = false;
+}
+
+// The document reports one range that covers all changes of an edit, and sometimes more. The
+// characters at both ends of the range that equal the old text were not entered.
+MultiLineBox::Range MultiLineBox::changedIn(const QString& text) const {
+  qsizetype first = std::min(lastChange_.first, text.size());
+  qsizetype end = std::min(lastChange_.first + lastChange_.count, text.size());
+  qsizetype oldEnd = text_.size() - (text.size() - end);
+  while (end > first && oldEnd > first && text[end - 1] == text_[oldEnd - 1]) {
+    --end;
+    --oldEnd;
+  }
+  while (first < end && first < oldEnd && text[first] == text_[first]) ++first;
+  return {first, end - first};
+}
+
+// Undoes the change and makes the admitted one instead, so that a later undo never brings
+// back what was not admitted. Qt merges typed characters into one undo step, so the undo may
+// take back earlier characters; `text` holds these too, and they are inserted again.
+void MultiLineBox::replaceLastChange(const QString& text) {
+  document()->undo();
+  const QString wanted = inLines(text);
+  const QString before = inLines(rawText());
+  if (wanted == before) return document()->clearUndoRedoStacks(QTextDocument::RedoStack);
+  const qsizetype shorter = std::min(wanted.size(), before.size());
+  qsizetype first = 0;
+  while (first < shorter && wanted[first] == before[first]) ++first;
+  qsizetype last = 0;  // from the end
+  while (last < shorter - first &&
+         wanted[wanted.size() - 1 - last] == before[before.size() - 1 - last]) {
+    ++last;
+  }
+  QTextCursor cursor(document());
+  cursor.setPosition(static_cast<int>(first));
+  cursor.setPosition(static_cast<int>(before.size() - last), QTextCursor::KeepAnchor);
+  cursor.insertText(wanted.mid(first, wanted.size() - last - first));
+}
+
+QString MultiLineBox::rawText() const {
   // Not toPlainText(), which makes blanks of non-breaking spaces.
-  return storedText(document()->toRawText());
+  return document()->toRawText();
 }
 
 }  // namespace quorrix

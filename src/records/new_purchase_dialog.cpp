@@ -67,6 +67,7 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
   OKButton_ = makeButton("OKButton", QStringLiteral("OK"));
   QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
   DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  DeleteButton_->setEnabled(false);  // until getExistingRecord(), even when the load fails
   OKButton_->setDefault(true);
   connect(OKButton_, &QPushButton::clicked, this, &NewPurchaseDialog::OKButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &NewPurchaseDialog::CancelButton_Click);
@@ -86,7 +87,6 @@ void NewPurchaseDialog::Form_Load() {
     centreOver(*this, parts().mainWindow);
     showSiteInCaption();
     Text6_->setText(toQString(accessStampText(parts().clock.now())));
-    DeleteButton_->setEnabled(false);
   });
 }
 
@@ -105,9 +105,8 @@ void NewPurchaseDialog::getExistingRecord(const std::string& dateStamp) {
 
 void NewPurchaseDialog::OKButton_Click() {
   runGuarded(FailureFamily::SavePurchase, [this] {
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     purchases_.save(siteKey(), enteredPurchase());
-    showDefaultPointer(*this);
     accept();
   });
 }
@@ -117,12 +116,11 @@ void NewPurchaseDialog::CancelButton_Click() { reject(); }
 void NewPurchaseDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeletePurchase, [this] {
     if (!isConfirmed("Delete purchase information?")) return;
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     const std::string dateText = fromQString(Text6_->text());
     purchases_.remove(siteKey(), dateText);
     if (onDeleted_) onDeleted_(dateText);
     accept();
-    showDefaultPointer(*this);
   });
 }
 

@@ -45,10 +45,9 @@ void NotesDialog::Form_Load() {
 
 void NotesDialog::OKButton_Click() {
   runGuarded(FailureFamily::SaveNotes, [this] {
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     const std::string entered = Text1_->value();
     if (!entered.empty()) notes_.save(siteKey(), entered);
-    showDefaultPointer(*this);
     accept();
   });
 }
@@ -58,11 +57,10 @@ void NotesDialog::CancelButton_Click() { reject(); }
 void NotesDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteNotes, [this] {
     if (!isConfirmed("Delete notes?")) return;
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     notes_.remove(siteKey());
     Text1_->showStored({});
     DeleteButton_->setEnabled(false);
-    showDefaultPointer(*this);
   });
 }
 

@@ -13,7 +13,7 @@ using NotesRecord = std::array<char, kLength>;
 }  // namespace
 
 std::optional<std::string> NotesFile::read(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentURLNotesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentURLNotesFile, kLength, FileAccess::Read, likely_);
   const RecordNumber number = file.find(siteKey);
   if (number == kNoRecord) return std::nullopt;
   NotesRecord record;
@@ -22,7 +22,7 @@ std::optional<std::string> NotesFile::read(std::string_view siteKey) {
 }
 
 void NotesFile::save(std::string_view siteKey, std::string_view notes) {
-  RecordFile file(files_, paths_.currentURLNotesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentURLNotesFile, kLength, FileAccess::ReadWrite, likely_);
   const RecordNumber number = file.find(siteKey);
   NotesRecord record;
   if (number == kNoRecord) {
@@ -35,7 +35,7 @@ void NotesFile::save(std::string_view siteKey, std::string_view notes) {
 }
 
 void NotesFile::remove(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentURLNotesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentURLNotesFile, kLength, FileAccess::ReadWrite, likely_);
   file.blank(file.find(siteKey));
 }
 

@@ -17,9 +17,9 @@ class PurchaseDates {
   [[nodiscard]] const std::string& at(std::size_t index) const;
 
   // Drops every slot but the last that holds `target`, and closes the rest up;
-  // the last slot stays. With two purchases of one date both dates go, while the
-  // list loses one entry: from there on list and dates are out of step, which
-  // whoever opens or deletes an entry behind them lives with.
+  // the last slot stays. When two purchases have the same date, both dates are dropped
+  // but the list loses one entry. The entries after it then have the date of another
+  // entry, and opening or deleting one of them acts on that other purchase.
   void deleteDeletedRecordDateFromDatesArray(std::string_view target);
 
  private:

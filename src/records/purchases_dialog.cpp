@@ -55,18 +55,21 @@ void PurchasesDialog::fillList() {
 }
 
 void PurchasesDialog::Command1_Click() {
+  try {
+    viewSelectedPurchase();
+  } catch (...) {
+    // The purchase is not opened. No message is shown.
+  }
+}
+
+void PurchasesDialog::viewSelectedPurchase() {
   const int entry = List1_->selectedRow();
   if (entry < 0) {
     parts().messageBox.show("You must select an item from the list.", MessageBoxStyle::Exclamation);
     return;
   }
-  showHourglass(*this);
-  try {
-    viewPurchase(entry);
-  } catch (...) {
-    // The purchase is not opened, and that is all the user is told.
-  }
-  showDefaultPointer(*this);
+  const Hourglass hourglass(*this);
+  viewPurchase(entry);
 }
 
 void PurchasesDialog::CancelButton_Click() { reject(); }

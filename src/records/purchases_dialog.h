@@ -25,6 +25,7 @@ class PurchasesDialog final : public RecordDialog {
   void CancelButton_Click();
 
   void fillList();
+  void viewSelectedPurchase();
   void viewPurchase(int entry);
   void noteDeleted(const std::string& dateText);
 

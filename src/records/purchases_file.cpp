@@ -11,9 +11,18 @@ using namespace purchase_record;
 using PurchaseRecord = std::array<char, kLength>;
 
 constexpr char kTerminator = '~';
+constexpr std::string_view kPadding(" \0", 2);  // the NULs are those of a part record
 
 std::string textOf(RecordFile::Record record, FieldLayout layout) {
   return std::string(cutAtTilde(fieldOf(record, layout)));
+}
+
+// A text for viewing. Where the "~" was lost, which another writer's record may have,
+// the whole field is the text: a purchase that can be viewed can be deleted.
+std::string viewedTextOf(RecordFile::Record record, FieldLayout layout) {
+  const std::string_view field = fieldOf(record, layout);
+  if (field.find(kTerminator) != std::string_view::npos) return textOf(record, layout);
+  return std::string(field.substr(0, field.find_last_not_of(kPadding) + 1));
 }
 
 void fillTerminated(std::span<char> record, FieldLayout layout, const std::string& text) {
@@ -27,34 +36,44 @@ RecordNumber findPurchaseRecord(RecordFile& file, std::string_view siteKey,
   });
 }
 
+// A purchase is told from the site's others by its date alone. Where one of those has a
+// date that cannot be read back, no purchase is appended: it could be neither
+// viewed nor deleted. Fails with 5 there.
+void requireReadableDates(RecordFile& file, std::string_view siteKey) {
+  static_cast<void>(file.find(siteKey, [](RecordFile::Record record) {
+    static_cast<void>(cutAtTilde(fieldOf(record, kDateStamp)));
+    return false;
+  }));
+}
+
 }  // namespace
 
 void PurchasesFile::list(std::string_view siteKey,
                          const std::function<void(const PurchaseSummary&)>& visit) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, FileAccess::Read, likely_);
   file.forEach(siteKey, [&visit](RecordFile::Record record) {
-    visit({.item = textOf(record, kItem),
-           .price = textOf(record, kPrice),
+    visit({.item = viewedTextOf(record, kItem),
+           .price = viewedTextOf(record, kPrice),
            .dateStamp = textOf(record, kDateStamp)});
   });
 }
 
 std::optional<Purchase> PurchasesFile::read(std::string_view siteKey, std::string_view dateStamp) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, FileAccess::Read, likely_);
   const RecordNumber number = findPurchaseRecord(file, siteKey, dateStamp);
   if (number == kNoRecord) return std::nullopt;
   PurchaseRecord record;
   file.get(number, record);
-  return Purchase{.item = textOf(record, kItem),
-                  .price = textOf(record, kPrice),
-                  .quantity = textOf(record, kQuantity),
-                  .paymentMethod = textOf(record, kPaymentMethod),
-                  .description = textOf(record, kDescription),
+  return Purchase{.item = viewedTextOf(record, kItem),
+                  .price = viewedTextOf(record, kPrice),
+                  .quantity = viewedTextOf(record, kQuantity),
+                  .paymentMethod = viewedTextOf(record, kPaymentMethod),
+                  .description = viewedTextOf(record, kDescription),
                   .dateStamp = textOf(record, kDateStamp)};
 }
 
 void PurchasesFile::save(std::string_view siteKey, const Purchase& purchase) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, FileAccess::ReadWrite, likely_);
   PurchaseRecord record;
   fillField(record, kSiteKey, siteKey);
   fillTerminated(record, kDateStamp, purchase.dateStamp);
@@ -63,14 +82,12 @@ void PurchasesFile::save(std::string_view siteKey, const Purchase& purchase) {
   fillTerminated(record, kItem, purchase.item);
   fillTerminated(record, kDescription, purchase.description);
   fillTerminated(record, kQuantity, purchase.quantity);
-  // Sought is the whole field, and what is found is cut at its "~": the two are
-  // never equal, so that a save adds a purchase even under a date that is there.
-  const auto wholeField = fieldOf(record, kDateStamp);
-  file.putOrAppend(findPurchaseRecord(file, siteKey, wholeField), record);
+  requireReadableDates(file, siteKey);
+  file.putOrAppend(kNoRecord, record);
 }
 
 void PurchasesFile::remove(std::string_view siteKey, std::string_view dateStamp) {
-  RecordFile file(files_, paths_.currentPurchasesFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentPurchasesFile, kLength, FileAccess::ReadWrite, likely_);
   file.blank(findPurchaseRecord(file, siteKey, dateStamp));
 }
 

@@ -1,5 +1,7 @@
 // purchases.dat: any number of purchases per site, in order of saving. Every
-// method opens, works and closes. A field that has lost its "~" fails with 5.
+// method opens, works and closes. A date stamp without a "~" fails with 5, because it is
+// what a purchase is found by. Any other text without one is the whole field without its
+// padding.
 #pragma once
 
 #include <functional>
@@ -40,7 +42,8 @@ class PurchasesFile {
   // The first purchase of the site with this date stamp, each text cut at its first "~".
   [[nodiscard]] std::optional<Purchase> read(std::string_view siteKey, std::string_view dateStamp);
 
-  // Adds a record. One with the same date stamp is never overwritten.
+  // Adds a record. One with the same date stamp is never overwritten. Fails, with
+  // nothing written, where a date stamp of the site's cannot be read.
   void save(std::string_view siteKey, const Purchase& purchase);
 
   // Blanks the first record of the site with this date stamp; without one

@@ -34,7 +34,7 @@ void RecordDialog::runGuarded(FailureFamily family, const std::function<void()>&
 }
 
 void RecordDialog::runLoadGuarded(FailureFamily family, const std::function<void()>& operation) {
-  guarded(parts_.mainWindow, parts_.messageBox, family, operation);
+  guarded(*parentWidget(), parts_.messageBox, family, operation);
 }
 
 bool RecordDialog::isConfirmed(std::string_view question) {

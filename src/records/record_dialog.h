@@ -48,7 +48,7 @@ class RecordDialog : public QDialog {
   // Runs the operation; when it fails, shows the family's sentence.
   void runGuarded(FailureFamily family, const std::function<void()>& operation);
 
-  // The same for a load, during which it is the main window that has the hourglass.
+  // The same for a load, during which the window that opens the dialog has the hourglass.
   void runLoadGuarded(FailureFamily family, const std::function<void()>& operation);
 
   // Asks with OK and Cancel, Cancel being the default.

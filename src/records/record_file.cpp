@@ -25,8 +25,8 @@ std::string_view cutAt(std::string_view field, char end) {
 }  // namespace
 
 RecordFile::RecordFile(FileSystem& files, const Path& path, std::size_t recordLength,
-                       LikelyRecord& likely)
-    : file_(files, path, recordLength, FileAccess::AsPermitted),
+                       FileAccess access, LikelyRecord& likely)
+    : file_(files, path, recordLength, access),
       recordLength_(recordLength),
       path_(path),
       likely_(likely) {}

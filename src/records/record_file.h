@@ -19,10 +19,10 @@ using RecordNumber = int;  // 1 to 32,767, or kNoRecord
 inline constexpr RecordNumber kNoRecord = -1;
 inline constexpr RecordNumber kLastRecordNumber = 32'767;
 
-// Where the last search ended. What is found there again need not be searched for:
-// records are only ever added behind the last, so no earlier one can have come to
-// match. Not to be kept beyond the dialog that searches, for a file may be exchanged
-// for another.
+// Where the last search ended. A record that still matches there is the first match and
+// need not be searched for again, because records are only ever appended after the last
+// one. Keep it no longer than the dialog that searches: another file may take the
+// place of this one.
 struct LikelyRecord {
   Path path;
   RecordNumber number = kNoRecord;
@@ -32,9 +32,9 @@ class RecordFile {
  public:
   using Record = std::span<const char>;
 
-  // Opens for reading and writing or, where the file permits no writing, for
-  // reading; creates a missing file.
-  RecordFile(FileSystem& files, const Path& path, std::size_t recordLength, LikelyRecord& likely);
+  // Creates a missing file.
+  RecordFile(FileSystem& files, const Path& path, std::size_t recordLength, FileAccess access,
+             LikelyRecord& likely);
 
   // The file's length in records, rounded to the nearest whole number, a half
   // to the even one. Throws Failure 6 past 32,767.
@@ -51,7 +51,7 @@ class RecordFile {
   // `record` has the file's record length.
   void get(RecordNumber number, std::span<char> record);
 
-  // Puts the record in the place of `number` or, for kNoRecord, behind the last
+  // Puts the record in the place of `number` or, for kNoRecord, after the last
   // one. Throws Failure 6 when 32,767 are there.
   void putOrAppend(RecordNumber number, Record record);
 

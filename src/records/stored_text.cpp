@@ -5,20 +5,17 @@
 #include "shell/plain_text.h"
 
 namespace quorrix {
-namespace {
 
-QString withLineFeeds(QString text) {
+QString inLines(QString text) {
   static const QRegularExpression lineBreak(QStringLiteral("\\r\\n|[\\r\\x{2028}\\x{2029}]"));
   return text.replace(lineBreak, QStringLiteral("\n"));
 }
 
-}  // namespace
-
 std::string storedText(const QString& text) {
-  return fromQString(withLineFeeds(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+  return fromQString(inLines(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
 }
 
-QString asReadBack(const QString& text) { return toQString(fromQString(withLineFeeds(text))); }
+QString asReadBack(const QString& text) { return toQString(fromQString(inLines(text))); }
 
 QString cutToStore(const QString& text, std::size_t room) {
   qsizetype length = 0;

@@ -11,6 +11,9 @@ namespace quorrix {
 // Of a text as Qt's documents keep it, in which separators break lines.
 [[nodiscard]] std::string storedText(const QString& text);
 
+// Of such a text, with "\n" for every kind of line break.
+[[nodiscard]] QString inLines(QString text);
+
 // The text as it will be read back from what is stored of it; lines end in "\n".
 [[nodiscard]] QString asReadBack(const QString& text);
 

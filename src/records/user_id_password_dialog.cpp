@@ -56,11 +56,10 @@ void UIDDialog::Form_Load() {
 
 void UIDDialog::OKButton_Click() {
   runGuarded(FailureFamily::SaveUserIDPassword, [this] {
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     const UserIDPassword entered{.userID = fromQString(Text1_->text()),
                                  .password = fromQString(Text2_->text())};
     if (!entered.userID.empty() || !entered.password.empty()) records_.save(siteKey(), entered);
-    showDefaultPointer(*this);
     accept();
   });
 }
@@ -70,12 +69,11 @@ void UIDDialog::CancelButton_Click() { reject(); }
 void UIDDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteUserIDPassword, [this] {
     if (!isConfirmed("Delete user ID and password?")) return;
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     records_.remove(siteKey());
     Text1_->clear();
     Text2_->clear();
     DeleteButton_->setEnabled(false);
-    showDefaultPointer(*this);
   });
 }
 

@@ -19,7 +19,7 @@ std::string StoredUserIDPassword::password() const {
 }
 
 std::optional<StoredUserIDPassword> UserIDPasswordFile::read(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, FileAccess::Read, likely_);
   const RecordNumber number = file.find(siteKey);
   if (number == kNoRecord) return std::nullopt;
   UserIDPasswordRecord record;
@@ -29,7 +29,8 @@ std::optional<StoredUserIDPassword> UserIDPasswordFile::read(std::string_view si
 }
 
 void UserIDPasswordFile::save(std::string_view siteKey, const UserIDPassword& entered) {
-  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, FileAccess::ReadWrite,
+                  likely_);
   const RecordNumber number = file.find(siteKey);
   UserIDPasswordRecord record;
   if (number == kNoRecord) {
@@ -43,7 +44,8 @@ void UserIDPasswordFile::save(std::string_view siteKey, const UserIDPassword& en
 }
 
 void UserIDPasswordFile::remove(std::string_view siteKey) {
-  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, likely_);
+  RecordFile file(files_, paths_.currentUserIDPasswordFile, kLength, FileAccess::ReadWrite,
+                  likely_);
   file.blank(file.find(siteKey));
 }
 

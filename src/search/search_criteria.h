@@ -7,7 +7,7 @@ namespace quorrix {
 
 enum class UserSearchType { Url, Date, Both };
 
-// Texts as the user entered them, in single-byte text.
+// Texts as the user entered them, in UTF-8.
 struct SearchCriteria {
   UserSearchType userSearchType = UserSearchType::Url;
   std::string searchText;  // the address holds it, whatever the case of its letters

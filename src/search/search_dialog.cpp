@@ -9,7 +9,6 @@
 #include "search/up_down.h"
 #include "shell/centre_over.h"
 #include "shell/guarded.h"
-#include "shell/plain_text.h"
 #include "shell/pointer.h"
 #include "sitetree/access_stamp.h"
 
@@ -129,19 +128,23 @@ void SearchDialog::Form_Load() {
 // one is open, and the dialog with it.
 void SearchDialog::OKButton_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::ProcessSearch, [this] {
-    showHourglass(*this);
     const SearchCriteria criteria{.userSearchType = userSearchType(),
-                                  .searchText = fromQString(Text3_->text()),
+                                  .searchText = Text3_->text().toStdString(),
                                   .searchDate = searchDate()};
-    const std::vector<std::string> found = parts_.search(criteria);
-    parts_.unloadResults();
-    showDefaultPointer(*this);
+    const std::vector<std::string> found = matchesOf(criteria);
     if (found.empty()) {
       parts_.messageBox.show("No matches found.", MessageBoxStyle::Information);
       return;
     }
     parts_.showResults(criteria, found);
   });
+}
+
+std::vector<std::string> SearchDialog::matchesOf(const SearchCriteria& criteria) {
+  const Hourglass hourglass(*this);
+  std::vector<std::string> found = parts_.search(criteria);
+  parts_.unloadResults();
+  return found;
 }
 
 void SearchDialog::CancelButton_Click() { reject(); }
@@ -154,8 +157,8 @@ UserSearchType SearchDialog::userSearchType() const {
 // Of a year of fewer than four characters there is less, or nothing, to take.
 std::string SearchDialog::searchDate() const {
   const QString twoDigits = Text4_->text().mid(2, 2);
-  return fromQString(Text2_->text()) + '/' + fromQString(Text1_->text()) + '/' +
-         fromQString(twoDigits);
+  return (Text2_->text() + QLatin1Char('/') + Text1_->text() + QLatin1Char('/') + twoDigits)
+      .toStdString();
 }
 
 }  // namespace quorrix

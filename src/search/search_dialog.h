@@ -48,6 +48,7 @@ class SearchDialog final : public QDialog {
   [[nodiscard]] QRadioButton* makeOption(const char* name, const QString& caption);
   [[nodiscard]] QLineEdit* makeDateBox(const char* name, const QString& label, int digits);
   [[nodiscard]] QLayout* rowOfDateBoxes();
+  [[nodiscard]] std::vector<std::string> matchesOf(const SearchCriteria& criteria);
   [[nodiscard]] UserSearchType userSearchType() const;
   [[nodiscard]] std::string searchDate() const;
 

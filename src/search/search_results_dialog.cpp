@@ -78,9 +78,9 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
 
 void SearchResultsDialog::Form_Load(const SearchCriteria& criteria,
                                     const std::vector<std::string>& addresses) {
-  Label4_->showText(toQString(criteria.searchText));
+  Label4_->showText(QString::fromStdString(criteria.searchText));
   if (criteria.userSearchType != UserSearchType::Url) {
-    Label6_->showText(toQString(criteria.searchDate));
+    Label6_->showText(QString::fromStdString(criteria.searchDate));
   }
   placeInCorner(kFirstSize);
   QStringList entries;
@@ -104,11 +104,10 @@ void SearchResultsDialog::OKButton_Click() {
                              MessageBoxStyle::SystemModal);
       return;
     }
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     const NodeId node = parts_.tree.at(fromQString(List1_->item(selected)->text()));
     parts_.makeVisible(node);
     parts_.tree.select(node);
-    showDefaultPointer(*this);
   });
 }
 

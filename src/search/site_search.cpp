@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "platform/text_encoding.h"
 #include "search/text_search.h"
 #include "sitetree/access_stamp.h"
 #include "sitetree/fixed_record_file.h"
@@ -15,7 +16,7 @@ namespace {
 class RecordMatcher {
  public:
   explicit RecordMatcher(const SearchCriteria& criteria)
-      : criteria_(criteria), text_(criteria.searchText) {}
+      : criteria_(criteria), text_(soughtText(criteria)) {}
 
   // `field` is the address with its padding, which is cheaper to search than to cut:
   // what is not in the whole is not in the address.
@@ -34,7 +35,12 @@ class RecordMatcher {
 
  private:
   [[nodiscard]] bool holdsText(std::string_view field) const {
-    return text_.isIn(field) && text_.isIn(fieldText(field));
+    return text_ && text_->isIn(field) && text_->isIn(fieldText(field));
+  }
+
+  static std::optional<TextSearch> soughtText(const SearchCriteria& criteria) {
+    const auto text = exactWindows1252FromUtf8(criteria.searchText);
+    return text ? std::optional<TextSearch>(*text) : std::nullopt;
   }
 
   // Where no record has an address, the search date is never read.
@@ -44,7 +50,7 @@ class RecordMatcher {
   }
 
   const SearchCriteria& criteria_;
-  TextSearch text_;
+  std::optional<TextSearch> text_;  // none for a text that no address can hold
   std::optional<CalendarDate> searchDate_;
 };
 
@@ -59,8 +65,7 @@ std::string_view stampOf(std::span<const char> record) {
 
 std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& paths,
                                         const SearchCriteria& criteria) {
-  FixedRecordFile file(files, paths.currentNodesFile, site_record::kLength,
-                       FileAccess::AsPermitted);
+  FixedRecordFile file(files, paths.currentNodesFile, site_record::kLength, FileAccess::Read);
   std::vector<std::string> found;
   if (criteria.userSearchType == UserSearchType::Url && criteria.searchText.empty()) return found;
   RecordMatcher matcher(criteria);

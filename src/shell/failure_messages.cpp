@@ -1,7 +1,6 @@
 #include "shell/failure_messages.h"
 
 #include <algorithm>
-#include <iterator>
 #include <span>
 #include <string_view>
 
@@ -141,8 +140,7 @@ constexpr Sentence kProcessSearchSentences[] = {
     {kIndexOutOfRange, "Subscript out of range. Unable to process search."},
 };
 
-struct FamilyRow {
-  FailureFamily family;
+struct Family {
   std::string_view operation;  // put before the sentence
   Sentences sentences;
   std::string_view fallback;
@@ -151,71 +149,89 @@ struct FamilyRow {
 
 constexpr std::string_view kUnknownError = "Unknown error.";
 
-constexpr FamilyRow kFamilies[] = {
-    {FailureFamily::StartUp, "", kStartUpSentences, "Error. Ending program."},
-    {FailureFamily::Tracking, "", kTrackingSentences, "Error. Stopping tracking."},
-    {FailureFamily::DeleteSites, "", kDeleteSentences, "Error. Stopping delete."},
-    {FailureFamily::SaveNotes, "Unable to save notes. ", kReasons, kUnknownError, kUntoldDiskFull},
-    {FailureFamily::DeleteNotes, "Unable to delete notes. ", kReasons, kUnknownError,
-     kUntoldDiskFull},
-    {FailureFamily::OpenNotes, "Unable to open Notes window. ", kReasons, kUnknownError,
-     kUntoldDiskFull},
-    {FailureFamily::SaveUserIDPassword, "Unable to save user ID and password. ", kReasons,
-     kUnknownError, kUntoldDiskFull},
-    {FailureFamily::DeleteUserIDPassword, "Unable to delete user ID and password. ", kReasons,
-     kUnknownError, kUntoldDiskFull},
-    {FailureFamily::OpenUserIDPassword, "Unable to open User ID, Password window. ", kReasons,
-     kUnknownError, kUntoldDiskFull},
-    {FailureFamily::SavePurchase, "Unable to save purchase information. ", kReasons, kUnknownError,
-     kUntoldDiskFull},
-    {FailureFamily::DeletePurchase, "Unable to delete purchase information. ", kReasons,
-     kUnknownError, kUntoldDiskFull},
-    {FailureFamily::OpenNewPurchase, "Unable to open New Purchase window. ", kReasons,
-     kUnknownError, kUntoldDiskFull},
-    {FailureFamily::OpenPurchases, "Unable to open Purchases window. ", kReasons, kUnknownError,
-     kUntoldDiskFull},
-    {FailureFamily::ArchiveSites, "Unable to archive sites. ", kReasons, kUnknownError},
-    {FailureFamily::LoadArchive, "Unable to load archive. ", kReasons, kUnknownError},
-    {FailureFamily::DeleteArchive, "Unable to delete archive. ", kReasons, kUnknownError,
-     kUntoldDiskFullAndPath},
-    {FailureFamily::CreateArchive, "Unable to create new archive. ", kReasonsOfCreatingAnArchive,
-     kUnknownError},
-    {FailureFamily::OpenArchiveSites, "", kOpenArchiveSitesSentences,
-     "Unknown error. Unable to open Archive Sites window."},
-    {FailureFamily::OpenArchiveDialog, "", kOpenArchiveDialogSentences,
-     "Error. Unable to open Archive Sites window."},
-    {FailureFamily::OpenLoadArchiveDialog, "", kOpenLoadArchiveDialogSentences,
-     "Error. Unable to open Load Sites Archive window."},
-    {FailureFamily::OpenDeleteArchiveDialog, "", kOpenDeleteArchiveDialogSentences,
-     "Error. Unable to open Delete Sites Archive window."},
-    {FailureFamily::OpenNewArchiveDialog, "", kOpenNewArchiveDialogSentences,
-     "Unable to open New Archive window. Unknown error."},
-    {FailureFamily::ChooseDrive, "", {}, "Device not ready."},
-    {FailureFamily::OpenFolder, "", kReasons, kUnknownError},
-    {FailureFamily::LinkInBrowser, "", kLinkSentences, "Error. Unable to link site in browser."},
-    {FailureFamily::OpenSearch, "", kOpenSearchSentences,
-     "Unknown error. Unable to open Search Display window."},
-    {FailureFamily::ProcessSearch, "", kProcessSearchSentences,
-     "Unknown error. Unable to process search."},
-    {FailureFamily::LocateInDisplay, "", {}, "Unable to find site in display."},
-    {FailureFamily::About, "", {}, "Error. Unable to start About Quorrix dialog box."},
-    {FailureFamily::Help, "", {}, "Error. Unable to start help."},
-};
+// A switch without a default, so that the compiler names an enumerator that is missing.
+constexpr Family sentencesOf(FailureFamily family) {
+  switch (family) {
+    case FailureFamily::StartUp:
+      return {"", kStartUpSentences, "Error. Ending program."};
+    case FailureFamily::Tracking:
+      return {"", kTrackingSentences, "Error. Stopping tracking."};
+    case FailureFamily::DeleteSites:
+      return {"", kDeleteSentences, "Error. Stopping delete."};
+    case FailureFamily::SaveNotes:
+      return {"Unable to save notes. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::DeleteNotes:
+      return {"Unable to delete notes. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::OpenNotes:
+      return {"Unable to open Notes window. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::SaveUserIDPassword:
+      return {"Unable to save user ID and password. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::DeleteUserIDPassword:
+      return {"Unable to delete user ID and password. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::OpenUserIDPassword:
+      return {"Unable to open User ID, Password window. ", kReasons, kUnknownError,
+              kUntoldDiskFull};
+    case FailureFamily::SavePurchase:
+      return {"Unable to save purchase information. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::DeletePurchase:
+      return {"Unable to delete purchase information. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::OpenNewPurchase:
+      return {"Unable to open New Purchase window. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::OpenPurchases:
+      return {"Unable to open Purchases window. ", kReasons, kUnknownError, kUntoldDiskFull};
+    case FailureFamily::ArchiveSites:
+      return {"Unable to archive sites. ", kReasons, kUnknownError};
+    case FailureFamily::LoadArchive:
+      return {"Unable to load archive. ", kReasons, kUnknownError};
+    case FailureFamily::DeleteArchive:
+      return {"Unable to delete archive. ", kReasons, kUnknownError, kUntoldDiskFullAndPath};
+    case FailureFamily::CreateArchive:
+      return {"Unable to create new archive. ", kReasonsOfCreatingAnArchive, kUnknownError};
+    case FailureFamily::OpenArchiveSites:
+      return {"", kOpenArchiveSitesSentences,
+              "Unknown error. Unable to open Archive Sites window."};
+    case FailureFamily::OpenArchiveDialog:
+      return {"", kOpenArchiveDialogSentences, "Error. Unable to open Archive Sites window."};
+    case FailureFamily::OpenLoadArchiveDialog:
+      return {"", kOpenLoadArchiveDialogSentences,
+              "Error. Unable to open Load Sites Archive window."};
+    case FailureFamily::OpenDeleteArchiveDialog:
+      return {"", kOpenDeleteArchiveDialogSentences,
+              "Error. Unable to open Delete Sites Archive window."};
+    case FailureFamily::OpenNewArchiveDialog:
+      return {"", kOpenNewArchiveDialogSentences,
+              "Unable to open New Archive window. Unknown error."};
+    case FailureFamily::ChooseDrive:
+      return {"", {}, "Device not ready."};
+    case FailureFamily::OpenFolder:
+      return {"", kReasons, kUnknownError};
+    case FailureFamily::LinkInBrowser:
+      return {"", kLinkSentences, "Error. Unable to link site in browser."};
+    case FailureFamily::OpenSearch:
+      return {"", kOpenSearchSentences, "Unknown error. Unable to open Search Display window."};
+    case FailureFamily::ProcessSearch:
+      return {"", kProcessSearchSentences, "Unknown error. Unable to process search."};
+    case FailureFamily::LocateInDisplay:
+      return {"", {}, "Unable to find site in display."};
+    case FailureFamily::About:
+      return {"", {}, "Error. Unable to start About Quorrix dialog box."};
+    case FailureFamily::Help:
+      return {"", {}, "Error. Unable to start help."};
+    case FailureFamily::OtherCommand:
+      return {"", kReasons, kUnknownError};
+  }
+  return {"", {}, kUnknownError};  // no enumerator at all
+}
 
 }  // namespace
 
 std::string failureMessage(FailureFamily family, int number) {
-  const auto* const row =
-      std::find_if(std::begin(kFamilies), std::end(kFamilies),
-                   [family](const FamilyRow& candidate) { return candidate.family == family; });
-  const auto sentence =
-      std::find_if(row->sentences.begin(), row->sentences.end(),
-                   [number](const Sentence& candidate) { return candidate.number == number; });
-  const bool isUntold =
-      std::find(row->untold.begin(), row->untold.end(), number) != row->untold.end();
-  std::string message(row->operation);
-  if (sentence != row->sentences.end() && !isUntold) return message.append(sentence->text);
-  message.append(row->fallback);
+  const Family row = sentencesOf(family);
+  const auto sentence = std::ranges::find(row.sentences, number, &Sentence::number);
+  const bool isUntold = std::ranges::find(row.untold, number) != row.untold.end();
+  std::string message(row.operation);
+  if (sentence != row.sentences.end() && !isUntold) return message.append(sentence->text);
+  message.append(row.fallback);
   // A start-up that fails for no known reason is the one case that shows its number.
   if (family == FailureFamily::StartUp) message.append(std::to_string(number));
   return message;

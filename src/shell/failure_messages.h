@@ -37,6 +37,7 @@ enum class FailureFamily {
   LocateInDisplay,
   About,
   Help,
+  OtherCommand,  // a command that has no family: the reason alone
 };
 
 // The whole text for the message box, irregular wordings included.

@@ -1,7 +1,8 @@
 #include "shell/guarded.h"
 
+#include <QWidget>
+
 #include "platform/failure.h"
-#include "shell/pointer.h"
 
 namespace quorrix {
 
@@ -14,8 +15,9 @@ bool guarded(QWidget& form, MessageBox& messageBox, FailureFamily family,
   } catch (...) {
     number = currentFailureNumber();
   }
-  // Only now, with everything that the operation opened closed again.
-  showDefaultPointer(form);
+  // Only now, with everything that the operation opened closed again. The caller's own
+  // hourglass, under which the operation ran, ends here as well.
+  form.unsetCursor();
   messageBox.show(failureMessage(family, number), MessageBoxStyle::Critical);
   return false;
 }

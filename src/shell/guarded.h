@@ -17,4 +17,7 @@ namespace quorrix {
 bool guarded(QWidget& form, MessageBox& messageBox, FailureFamily family,
              const std::function<void()>& operation);
 
+// Runs the work of a slot so that no exception leaves it.
+using SlotRunner = std::function<void(const std::function<void()>& work)>;
+
 }  // namespace quorrix

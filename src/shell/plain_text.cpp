@@ -40,23 +40,6 @@ QString asToolTip(const QString& text) {
   return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(text.toHtmlEscaped());
 }
 
-QString asWrappingText(const QString& text) {
-  constexpr int kLongestPart = 30;
-  constexpr QChar kBreak(0x200B);  // a blank without width
-  QString wrapping;
-  int length = 0;
-  for (const QChar character : text) {
-    // Not between the two halves of one character.
-    if (length >= kLongestPart && !character.isLowSurrogate()) {
-      wrapping += kBreak;
-      length = 0;
-    }
-    wrapping += character;
-    length = character.isSpace() ? 0 : length + 1;
-  }
-  return wrapping;
-}
-
 QString asWindowTitle(const QString& text) {
   QString title = text;
   return title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));

@@ -21,10 +21,6 @@ namespace quorrix {
 // For setToolTip, which takes text that looks like markup for markup. Lines stay lines.
 [[nodiscard]] QString asToolTip(const QString& text);
 
-// For a label with line breaks between words: gives long words, such as a folder's path,
-// places to break at, which do not show.
-[[nodiscard]] QString asWrappingText(const QString& text);
-
 // For setWindowTitle, which gives "[*]" a meaning of its own.
 [[nodiscard]] QString asWindowTitle(const QString& text);
 

@@ -1,12 +1,31 @@
-// The mouse pointer of a form while it works, and after.
+// The mouse pointer of a form while an operation works.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 namespace quorrix {
 
-inline void showHourglass(QWidget& form) { form.setCursor(Qt::WaitCursor); }
+// The form's pointer is the hourglass for as long as this object lives. The form may
+// be destroyed before it. When two are nested on one form, the outer one restores the
+// default.
+class [[nodiscard]] Hourglass {
+ public:
+  explicit Hourglass(QWidget& form)
+      : form_(&form), isOuter_(form.cursor().shape() != Qt::WaitCursor) {
+    form.setCursor(Qt::WaitCursor);
+  }
 
-inline void showDefaultPointer(QWidget& form) { form.unsetCursor(); }
+  ~Hourglass() {
+    if (isOuter_ && !form_.isNull()) form_->unsetCursor();
+  }
+
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+
+ private:
+  QPointer<QWidget> form_;
+  bool isOuter_;
+};
 
 }  // namespace quorrix

@@ -8,7 +8,7 @@ namespace quorrix {
 class QtEventPump final : public EventPump {
  public:
   void processPending() override;
-  void pause() override;
+  void pause(std::chrono::milliseconds time) override;
 };
 
 }  // namespace quorrix

@@ -1,4 +1,4 @@
-// Makes data files empty by deleting them and creating them anew.
+// Makes data files empty by deleting them and creating them again.
 #pragma once
 
 #include <span>
@@ -11,9 +11,9 @@ namespace quorrix {
 // order. A file that is missing fails with 53. A failure stops it where it is.
 void emptyFiles(FileSystem& files, std::span<const Path> paths);
 
-// Creates those that are missing, empty: a program that died inside emptyFiles() has
-// left them so, and archiving does not work without them. A failure is none here; it
-// shows in the operation that needs the file.
+// Creates the missing ones, empty. They are missing after a program has died inside
+// emptyFiles(), and archiving does not work without them. Failures are ignored here; the
+// operation that needs the file reports them.
 void createMissingFiles(FileSystem& files, std::span<const Path> paths);
 
 }  // namespace quorrix

@@ -10,14 +10,25 @@ namespace {
 
 constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // of a scan, in bytes: stays in cache
 
-std::unique_ptr<RandomAccessFile> open(FileSystem& files, const Path& path, FileAccess access) {
+std::unique_ptr<RandomAccessFile> openForReading(FileSystem& files, const Path& path) {
   try {
-    return files.openRandomAccess(path);
-  } catch (const Failure& refused) {
-    const bool mayBeReadOnly = refused.number() == failure::kPathFileAccess;
-    if (access == FileAccess::ReadWrite || !mayBeReadOnly) throw;
+    return files.openForReading(path);
+  } catch (const Failure& reason) {
+    if (reason.number() != failure::kFileNotFound) throw;
   }
-  return files.openForReading(path);
+  return files.openRandomAccess(path);
+}
+
+std::unique_ptr<RandomAccessFile> open(FileSystem& files, const Path& path, FileAccess access) {
+  switch (access) {
+    case FileAccess::Read:
+      return openForReading(files, path);
+    case FileAccess::AsPermitted:
+      return files.openAsPermitted(path);
+    case FileAccess::ReadWrite:
+      break;
+  }
+  return files.openRandomAccess(path);
 }
 
 }  // namespace
@@ -61,8 +72,7 @@ void FixedRecordFile::scan(std::uint64_t last, ReadFailures onFailure, const Vis
     try {
       read(first, records);
     } catch (const Failure&) {
-      if (onFailure == ReadFailures::Throw) throw;
-      if (!scanSingly(first, records, visit)) return;
+      if (!scanSingly(first, records, onFailure, visit)) return;
       continue;
     }
     for (std::size_t i = 0; i < count; ++i) {
@@ -71,14 +81,17 @@ void FixedRecordFile::scan(std::uint64_t last, ReadFailures onFailure, const Vis
   }
 }
 
-// One unreadable spot on the disk costs the record that it is in, not its neighbours.
-bool FixedRecordFile::scanSingly(std::uint64_t first, std::span<char> records, const Visit& visit) {
+// An unreadable spot on the disk affects only the record that contains it: the records before it
+// are visited in either case, and those after it unless the failure is thrown.
+bool FixedRecordFile::scanSingly(std::uint64_t first, std::span<char> records,
+                                 ReadFailures onFailure, const Visit& visit) {
   for (std::size_t at = 0; at < records.size(); at += recordLength_) {
     const auto record = records.subspan(at, recordLength_);
     const std::uint64_t number = first + at / recordLength_;
     try {
       get(number, record);
     } catch (const Failure&) {
+      if (onFailure == ReadFailures::Throw) throw;
       continue;
     }
     if (!visit(number, record)) return false;

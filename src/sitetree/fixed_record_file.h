@@ -18,8 +18,9 @@ namespace quorrix {
 [[nodiscard]] std::uint64_t recordCountOf(std::uint64_t fileLength, std::size_t recordLength);
 
 enum class FileAccess {
-  ReadWrite,
-  AsPermitted,  // reading alone, where that is all that the file permits
+  Read,         // beside other readers
+  ReadWrite,    // alone
+  AsPermitted,  // ReadWrite; Read where the user may not write to the file
 };
 
 class FixedRecordFile {
@@ -44,14 +45,17 @@ class FixedRecordFile {
   enum class ReadFailures { Throw, SkipRecord };
 
   // Gets records 1 to `last` in order, many to one read, until `visit` returns
-  // false. The record's bytes are valid during the call only.
+  // false. The record's bytes are valid during the call only. Where many cannot be
+  // read at once, each is read by itself: every record before an unreadable one is
+  // visited.
   using Visit = std::function<bool(std::uint64_t number, std::span<const char> record)>;
   void scan(std::uint64_t last, ReadFailures onFailure, const Visit& visit);
 
  private:
   [[nodiscard]] std::uint64_t offsetOf(std::uint64_t number) const;
   void read(std::uint64_t firstNumber, std::span<char> records);
-  bool scanSingly(std::uint64_t first, std::span<char> records, const Visit& visit);
+  bool scanSingly(std::uint64_t first, std::span<char> records, ReadFailures onFailure,
+                  const Visit& visit);
 
   std::unique_ptr<RandomAccessFile> file_;
   std::size_t recordLength_;

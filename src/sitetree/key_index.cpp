@@ -25,8 +25,8 @@ void KeyIndex::insert(std::uint32_t hash, Number number) {
   ++used_;
 }
 
-// Whoever searches stops at an empty slot, so the slot is not just emptied: what
-// stands behind it moves up if its own search would pass the gap.
+// A search stops at an empty slot, so emptying the slot is not enough: each entry after it
+// moves up when its own search would otherwise stop at the gap.
 void KeyIndex::erase(std::uint32_t hash, Number number) {
   std::size_t gap = hash & mask();
   while (slots_[gap].number != number) gap = (gap + 1) & mask();

@@ -1,7 +1,7 @@
 #include "sitetree/site_address.h"
 
 #include <algorithm>
-#include <cstring>
+#include <limits>
 
 #include "platform/failure.h"
 
@@ -51,6 +51,8 @@ std::string storedAddress(std::string_view address) {
 
 AddressLevels addressLevels(std::string_view storedAddress) {
   AddressLevels levels;
+  constexpr auto kFarthestEnd = std::numeric_limits<decltype(levels.ends_)::value_type>::max();
+  if (storedAddress.size() > kFarthestEnd) throw Failure(failure::kIndexOutOfRange);
   levels.address_ = storedAddress;
   std::size_t end = 0;
   while (true) {

@@ -51,10 +51,11 @@ class AddressLevels {
 
   std::string_view address_;
   std::size_t count_ = 0;
-  std::array<std::uint16_t, kMaxLevels> ends_;  // where each segment ends in address_
+  std::array<std::uint16_t, kMaxLevels> ends_{};  // where each segment ends in address_
 };
 
-// Keeps empty segments as empty levels. Throws Failure 9 at a 51st segment.
+// Keeps empty segments as empty levels. Throws Failure 9 at a 51st segment, and for an
+// address of more than 65,535 characters.
 [[nodiscard]] AddressLevels addressLevels(std::string_view storedAddress);
 
 // The key of level k, counted from 1: the address up to and including its k-th segment.

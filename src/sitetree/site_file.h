@@ -31,13 +31,13 @@ class SiteFile {
 
   // Sets stamp and flag of the first record with this address; without such a
   // record nothing is written. Returns its number, 0 for none. `likelyNumber`
-  // is where that record was when last seen: when it is there still, the file is
-  // not searched. That it is the first holds, since records are only ever added
-  // behind the others.
+  // is where that record was when last seen. The file is not searched when the record
+  // is still there. It is then still the first one, because records are only ever
+  // appended after the last one.
   std::uint64_t updateSiteRecord(std::string_view siteAddress, char protocolFlag,
                                  std::uint64_t likelyNumber = 0);
 
-  // Adds a record behind the last one.
+  // Appends a record after the last one.
   void appendSiteRecord(std::string_view siteAddress, char protocolFlag);
 
  private:

@@ -61,7 +61,7 @@ class SiteTree {
   // selected node, the next sibling is selected, else the previous one, else the parent.
   void remove(NodeId node);
 
-  // Empties the tree and adds the root anew.
+  // Removes every node and adds the root again.
   void clear();
 
   // The keys of a node and of everything below it, each node before those below it,
@@ -167,7 +167,7 @@ class SiteTree::Batch {
 
   // Takes a copy of an address of at most kMaxAddressLength characters, and the
   // number of its record: the first one given for a node stays. Throws Failure 9
-  // at a 51st level, and then has not taken the address.
+  // at a 51st level and for a longer address, and then has not taken the address.
   void add(std::string_view siteAddress, char tag, std::uint64_t recordNumber);
 
   // Adds what has been collected since the last time, passing over what cannot be

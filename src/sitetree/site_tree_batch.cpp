@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <span>
 
+#include "platform/failure.h"
 #include "sitetree/site_tree.h"
 
 namespace quorrix {
 
 void SiteTree::Batch::add(std::string_view siteAddress, char tag, std::uint64_t recordNumber) {
+  if (siteAddress.size() > kMaxAddressLength) throw Failure(failure::kIndexOutOfRange);
   if (used_ == entries_.size()) flush();
   Entry& entry = entries_[used_];
   std::copy(siteAddress.begin(), siteAddress.end(), entry.characters.begin());

@@ -116,6 +116,15 @@ void SiteTreeView::widenToVisibleRows() {
   header()->resizeSection(0, std::max(widestRow_, viewport()->width()));
 }
 
+// Measures the rows again, which may have become narrower. Qt lays them out before it takes the
+// indentation from a new style, so they have to be laid out after that.
+void SiteTreeView::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
+  widestRow_ = 0;
+  scheduleDelayedItemsLayout();
+}
+
 void SiteTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (current.isValid()) tree_.select(model_.nodeOf(current));

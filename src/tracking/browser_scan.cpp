@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 
 namespace quorrix {
 namespace {
@@ -10,34 +9,7 @@ namespace {
 constexpr std::size_t kTitleBufferSize = 1024;
 constexpr std::size_t kClassBufferSize = 256;
 
-constexpr std::string_view kClassicName = "Netscape";
-
-// How the titles of today's browsers end: behind the page's title, or alone
-// when there is none. The dash of one of them is an em dash (0x97). A name
-// belongs here only when the titles of that browser's private windows are known
-// to end otherwise. (A Firefox that is told never to remember anything gives all
-// its windows ordinary titles; the manual says so.)
-struct BrowserName {
-  std::string_view separator;
-  std::string_view name;
-};
-
-constexpr BrowserName kBrowserNames[] = {
-    {" \x97 ", "Mozilla Firefox"},
-    {" - ", "Mozilla Firefox"},
-    {" - ", "Chromium"},
-    {" - ", "Google Chrome"},
-};
-
-bool endsWithName(std::string_view title, const BrowserName& browser) {
-  if (!title.ends_with(browser.name)) return false;
-  title.remove_suffix(browser.name.size());
-  return title.empty() || title.ends_with(browser.separator);
-}
-
-bool hasName(std::string_view title, const BrowserName& browser) {
-  return title.find(browser.name) != std::string_view::npos;
-}
+constexpr std::string_view kBrowserName = "Netscape";
 
 std::string className(WindowSystem& windows, WindowHandle window, std::size_t bufferSize) {
   std::array<char, kClassBufferSize> buffer;
@@ -62,14 +34,7 @@ bool showsVisit(std::string_view statusText) {
 }  // namespace
 
 bool isBrowserTitle(std::string_view title) {
-  const auto isTrueOfAny = [title](bool (*test)(std::string_view, const BrowserName&)) {
-    return std::any_of(std::begin(kBrowserNames), std::end(kBrowserNames),
-                       [&](const BrowserName& browser) { return test(title, browser); });
-  };
-  if (title.ends_with(kClassicName) || isTrueOfAny(endsWithName)) return true;
-  // Today's browsers begin their titles with the page's, which may begin with
-  // anything, also in a private window.
-  return title.starts_with(kClassicName) && !isTrueOfAny(hasName);
+  return title.starts_with(kBrowserName) || title.ends_with(kBrowserName);
 }
 
 void scanBrowserWindows(WindowSystem& windows, BrowserReading& reading) {

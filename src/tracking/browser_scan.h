@@ -15,9 +15,9 @@ struct BrowserReading {
   bool haveValidAddress = false;  // set by the scan, cleared by the tracking loop
 };
 
-// Whether a window with this title is a browser's: "Netscape" in front or at
-// the end, or at the end the plain name of one of today's browsers. A private
-// window's title ends otherwise, and so is never read.
+// Whether a window with this title is a browser's: the title begins or ends with
+// "Netscape". Today's browsers are shown to the scan under such titles by the window
+// system that reads them.
 [[nodiscard]] bool isBrowserTitle(std::string_view title);
 
 // Empties webAddress, then reads the first browser window of the enumeration.

@@ -1,5 +1,7 @@
 #include "tracking/tracking_loop.h"
 
+#include <utility>
+
 #include "platform/failure.h"
 
 namespace quorrix {
@@ -12,6 +14,10 @@ constexpr std::string_view kTooMuchData =
     "Archive the presently displayed sites to correct the problem. Quorrix will not be able to "
     "record site data until the current display is archived.";
 
+// A locked file is tried again after so many passes, about two seconds: each try may
+// hold up the window for kLockPatience.
+constexpr unsigned kPassesBetweenWriting = 20;
+
 }  // namespace
 
 void TrackingLoop::startTracking() {
@@ -22,28 +28,48 @@ void TrackingLoop::startTracking() {
 void TrackingLoop::stopTracking() {
   isTracking_ = false;
   parts_.display.showTrackingStatus(kTrackingStopped);
+  showUnreadable({});
   parts_.events.processPending();
 }
 
 void TrackingLoop::stopAfterFailure() {
   isTracking_ = false;
   parts_.display.showTrackingStatus(kTrackingStopped);
+  showUnreadable({});
 }
 
 void TrackingLoop::trackWebsites() {
+  try {
+    scanUntilStopped();
+  } catch (...) {
+    writeVisitsBeforeFailure();
+    throw;
+  }
+  writeLastVisits();
+}
+
+void TrackingLoop::scanUntilStopped() {
   parts_.display.showTrackingStatus(kTracking);
   parts_.windows.prepareForTracking();
   reading_.haveValidAddress = false;
   bool isFirstPass = true;
   while (isTracking_) {
     scanBrowserWindows(parts_.windows, reading_);
+    showUnreadable(parts_.windows.unreadableBrowsers());
     const bool isVisit = reading_.haveValidAddress || isFirstPass;
     if (isVisit && reading_.webAddress.size() <= kMaxAddressLength) recordVisit();
+    writeVisitsAgain();
     reading_.haveValidAddress = false;
     isFirstPass = false;
     parts_.events.processPending();
-    if (isTracking_) parts_.events.pause();
+    if (isTracking_) parts_.events.pause(parts_.windows.timeToNextPass());
   }
+}
+
+void TrackingLoop::showUnreadable(std::vector<UnreadableBrowser> browsers) {
+  if (browsers == unreadable_) return;
+  unreadable_ = std::move(browsers);
+  parts_.display.showUnreadableBrowsers(unreadable_);
 }
 
 void TrackingLoop::recordVisit() {
@@ -54,26 +80,78 @@ void TrackingLoop::recordVisit() {
   // A copy: a second loop inside a message box's events would scan into webAddress.
   const std::string address = reading_.webAddress;
   if (!addAddressToTree(address)) return;
+  visits_.push_back({address, check.protocolFlag, isExistingAddress_});
+  if (visits_.size() == 1) writeVisits();
+}
+
+// In the order of the visits. While another program has the site file locked they
+// wait, and tracking goes on.
+void TrackingLoop::writeVisits() {
+  while (!visits_.empty()) {
+    try {
+      write(visits_.front());
+    } catch (const Failure& failure) {
+      if (failure.isFileInUse()) {
+        passesUntilWriting_ = kPassesBetweenWriting;
+        return;
+      }
+      visits_.clear();
+      throw;
+    } catch (...) {
+      visits_.clear();
+      throw;
+    }
+    visits_.pop_front();
+  }
+}
+
+void TrackingLoop::writeVisitsAgain() {
+  if (visits_.empty() || --passesUntilWriting_ > 0) return;
+  writeVisits();
+}
+
+// Waiting visits are written before tracking ends, because the user may then clear or
+// archive the display. The failure that ends tracking is reported anyway, so visits that
+// are lost with it are not reported, too.
+void TrackingLoop::writeVisitsBeforeFailure() {
+  try {
+    writeVisits();
+  } catch (const Failure&) {
+    // The file fails, too.
+  }
+  visits_.clear();
+}
+
+// Visits that still cannot be written are lost, and the user is told.
+void TrackingLoop::writeLastVisits() {
+  writeVisits();
+  if (visits_.empty()) return;
+  visits_.clear();
+  if (!isAbandoned_) throw Failure::ofFileInUse();
+}
+
+void TrackingLoop::write(const Visit& visit) {
   SiteTree& tree = parts_.tree;
-  const std::uint64_t record = writeRecord(address, check.protocolFlag);
-  const NodeId node = tree.at(address);
+  const std::uint64_t record = writeRecord(visit);
+  const NodeId node = tree.at(visit.address);
   tree.setRecordNumber(node, record);
   parts_.display.makeVisible(node);
   tree.select(node);
-  tree.setTag(node, check.protocolFlag);
-  tagAncestors(node, check.protocolFlag);
+  tree.setTag(node, visit.protocolFlag);
+  tagAncestors(node, visit.protocolFlag);
 }
 
 // Returns the number of the record that an update of this address would find, 0
 // when that is not known: a record added may have an older one before it, of a site
 // that was cleared from the display.
-std::uint64_t TrackingLoop::writeRecord(std::string_view address, char protocolFlag) {
-  if (!isExistingAddress_) {
-    parts_.siteFile.appendSiteRecord(address, protocolFlag);
+std::uint64_t TrackingLoop::writeRecord(const Visit& visit) {
+  if (!visit.isExisting) {
+    parts_.siteFile.appendSiteRecord(visit.address, visit.protocolFlag);
     return 0;
   }
-  const NodeId node = parts_.tree.at(address);
-  return parts_.siteFile.updateSiteRecord(address, protocolFlag, parts_.tree.recordNumber(node));
+  const NodeId node = parts_.tree.at(visit.address);
+  return parts_.siteFile.updateSiteRecord(visit.address, visit.protocolFlag,
+                                          parts_.tree.recordNumber(node));
 }
 
 // False only after the message that the tree is too large to be searched; then

@@ -6,8 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/event_pump.h"
 #include "platform/message_box.h"
@@ -28,6 +30,9 @@ class TrackingDisplay {
 
   // Expands the node's ancestors and scrolls to it.
   virtual void makeVisible(NodeId node) = 0;
+
+  // Called when the list has changed; with an empty one when tracking ends.
+  virtual void showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) = 0;
 };
 
 // The recursive search for a node runs out of stack in a tree of more nodes than this.
@@ -58,7 +63,10 @@ class TrackingLoop {
   void stopAfterFailure();
 
   // Stops without a word: the main window is going.
-  void abandon() { isTracking_ = false; }
+  void abandon() {
+    isTracking_ = false;
+    isAbandoned_ = true;
+  }
 
   [[nodiscard]] bool isTracking() const { return isTracking_; }
 
@@ -68,15 +76,32 @@ class TrackingLoop {
 
  private:
   void trackWebsites();
+  void scanUntilStopped();
+  struct Visit {
+    std::string address;
+    char protocolFlag;
+    bool isExisting;  // the address was in the tree before this visit
+  };
+
   void recordVisit();
+  void writeVisits();
+  void writeVisitsAgain();
+  void writeVisitsBeforeFailure();
+  void writeLastVisits();
+  void write(const Visit& visit);
+  void showUnreadable(std::vector<UnreadableBrowser> browsers);
   [[nodiscard]] bool addAddressToTree(std::string_view storedAddress);
-  std::uint64_t writeRecord(std::string_view address, char protocolFlag);
+  std::uint64_t writeRecord(const Visit& visit);
   void findNodeByKey(std::string_view key);
   void tagAncestors(NodeId node, char flag);
 
   Parts parts_;
   std::size_t maxSearchedNodes_;
   BrowserReading reading_;
+  std::vector<UnreadableBrowser> unreadable_;  // as shown
+  std::deque<Visit> visits_;                   // whose records are not written yet
+  unsigned passesUntilWriting_ = 0;
+  bool isAbandoned_ = false;
   bool isTracking_ = false;
   bool isExistingAddress_ = false;
   bool addressFound_ = false;

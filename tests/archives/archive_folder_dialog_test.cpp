@@ -1,13 +1,17 @@
 // What the dialogs on an existing folder have in common, for each of the three.
 #include "archives/archive_folder_dialog.h"
 
+#include <QLabel>
+#include <algorithm>
 #include <memory>
+#include <new>
 #include <ostream>
 
 #include "archives/archive_dialog.h"
 #include "archives/archive_stage.h"
 #include "archives/delete_archive_dialog.h"
 #include "archives/load_archive_dialog.h"
+#include "shell/pointer.h"
 
 namespace quorrix {
 namespace {
@@ -95,6 +99,26 @@ TEST_P(ExistingArchiveDialogTest, OpensOverTheMiddleOfTheMainWindow) {
   open();
   const QPoint apart = dialog().frameGeometry().center() - mainWindow_.frameGeometry().center();
   EXPECT_LE(apart.manhattanLength(), 2) << "half pixels are cut off";
+}
+
+TEST_P(ExistingArchiveDialogTest, SharesItsWidthBetweenFoldersAndFiles) {
+  open();
+  dialog().resize(1200, 600);
+  QCoreApplication::processEvents();
+  EXPECT_NEAR(control<FolderList>(dialog(), "Dir1").width(),
+              control<FileList>(dialog(), "File1").width(), 1);
+}
+
+TEST_P(ExistingArchiveDialogTest, HasTheButtonsFartherFromTheBoxThanItsLabel) {
+  open();
+  const auto& box = control<QLineEdit>(dialog(), "Text1");
+  const auto labels = dialog().findChildren<QLabel*>();
+  const auto label = std::ranges::find(labels, &box, &QLabel::buddy);
+  ASSERT_NE(label, labels.end());
+  const int fromLabel = box.geometry().top() - (*label)->geometry().bottom();
+  const int fromButtons =
+      control<QAbstractButton>(dialog(), "OKButton").geometry().top() - box.geometry().bottom();
+  EXPECT_LT(fromLabel, fromButtons);
 }
 
 TEST_P(ExistingArchiveDialogTest, FollowsTheFolderThatTheUserOpens) {
@@ -208,6 +232,29 @@ TEST_P(ExistingArchiveDialogTest, IsPlacedBeforeItsLoadFails) {
   loadable_->load();
   EXPECT_EQ(dialog().pos(), centred);
   EXPECT_NE(centred, QPoint(0, 0));
+}
+
+// The main window has the hourglass while it opens a dialog.
+TEST_P(ExistingArchiveDialogTest, GivesTheMainWindowItsPointerBackWhenItsLoadFails) {
+  const Hourglass hourglass(mainWindow_);
+  disk_.failListing("/opt/quorrix/Archives", 57);
+  Qt::CursorShape underTheMessage = Qt::WaitCursor;
+  messageBox_.expect("Error. Unable to open " + std::string(GetParam().caption) + " window.",
+                     MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                     [&] { underTheMessage = mainWindow_.cursor().shape(); });
+  open();
+  EXPECT_EQ(underTheMessage, Qt::ArrowCursor);
+  EXPECT_EQ(mainWindow_.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_P(ExistingArchiveDialogTest, TellsOfAFailureThatItsOperationHasNoSentenceFor) {
+  open();
+  control<QLineEdit>(dialog(), "Text1").clear();
+  messageBox_.expect("You must select a valid directory.", MessageBoxStyle::Exclamation,
+                     MessageBoxButton::Ok, [] { throw std::bad_alloc(); });
+  messageBox_.expect("Out of memory.", MessageBoxStyle::Critical);
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(dialog().isVisible());
 }
 
 TEST_P(ExistingArchiveDialogTest, RefusesAPathOfFewerThanFourCharacters) {

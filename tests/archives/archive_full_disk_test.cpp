@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "archives/archived_folders.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr int kDone = 0;
 constexpr int kMountRefused = 41;
+constexpr int kNotStarted = 42;
 
 using Strings = std::vector<std::string>;
 
@@ -27,17 +29,20 @@ class ArchiveFullDisk : public test::ArchivedFolders {
     }
   }
 
-  // Archives onto a disk of one megabyte that holds `earlier`. The failure's number,
+  // Archives onto a disk of one megabyte that holds these files. What the user is told,
   // the state afterwards, and what names there are besides.
-  std::string archiveOnto(const Strings& earlier) {
+  std::string archiveOnto(const std::vector<std::pair<const char*, std::string>>& earlier) {
     givenFiles(data_, working_);
     write(data_ / "load.txt", "/Archives/April\r\n");
     const Path report = folder_ / "report";
     const int status = test::waitStatusOfAChild([&] {
       if (!test::mountOneMegabyteAt(may_)) return kMountRefused;
-      if (!earlier.empty()) givenFiles(may_, earlier);
-      const int number = test::failureNumberOf([&] { archive(files_, EarlierArchive::None); });
-      std::string found = std::to_string(number) + " " + state();
+      for (const auto& [name, bytes] : earlier) write(may_ / name, bytes);
+      test::ProgramOnDisk program(files_, folder_.path());
+      if (!program.start()) return kNotStarted;
+      std::string found;
+      for (const std::string& sentence : program.run("FileArchive", may_)) found += sentence + " ";
+      found += state();
       for (const std::string& name : strangeNames()) found += " " + name;
       write(report, found);
       return kDone;
@@ -52,17 +57,21 @@ class ArchiveFullDisk : public test::ArchivedFolders {
 };
 
 TEST_F(ArchiveFullDisk, LeavesWholeFilesAndTheWorkingData) {
-  EXPECT_EQ(archiveOnto({}), "61 ww-- wwww b");
+  EXPECT_EQ(archiveOnto({}), "Unable to archive sites. Disk full. ww-- wwww b");
   expectNoMountLeft();
 }
 
-TEST_F(ArchiveFullDisk, LeavesTheFilesItCouldNotReplaceWhole) {
-  EXPECT_EQ(archiveOnto({archived_[0], "", "", archived_[3]}), "61 a00a wwww b");
+// Purchases alone do not count as an archive, and so are not deleted before.
+TEST_F(ArchiveFullDisk, LeavesTheFileItCouldNotReplaceWhole) {
+  EXPECT_EQ(archiveOnto({{"purchases.dat", archived_[2]}}),
+            "Unable to archive sites. Disk full. w-a- wwww b");
   expectNoMountLeft();
 }
 
-TEST_F(ArchiveFullDisk, LeavesAnEmptyFileWhereThereWasOne) {
-  EXPECT_EQ(archiveOnto({"", "", "", ""}), "61 ww00 wwww b");
+TEST_F(ArchiveFullDisk, LeavesNothingOfAnEarlierArchiveThatWasToBeOverwritten) {
+  EXPECT_EQ(
+      archiveOnto({{"nodes.dat", ""}, {"notes.dat", ""}, {"purchases.dat", ""}, {"info.dat", ""}}),
+      "Unable to archive sites. Disk full. ww-- wwww b");
   expectNoMountLeft();
 }
 

@@ -260,12 +260,13 @@ TEST_F(ArchiveOperationsTest, KeepAnArchiveThatIsArchivedOntoItself) {
 
 TEST_F(ArchiveOperationsTest, StopArchivingWithTheNumberOfWhateverCallFails) {
   const std::string statesBefore[] = {
-      "NUPI nupi", "-UPI nupi", "--PI nupi", "---I nupi",  // the earlier archive is deleted
+      "NUPI nupi", "NUPI nupi", "-UPI nupi", "-UPI nupi",  // the earlier archive is compared
+      "--PI nupi", "--PI nupi", "---I nupi", "---I nupi",  // with the current files, deleted
       "---- nupi", "n--- nupi", "nu-- nupi", "nup- nupi",  // copied
       "nupi nupi", "nupi -upi", "nupi --pi", "nupi ---i",  // deleted
       "nupi ----", "nupi 0---", "nupi 0---", "nupi 00--",  // created, synced
       "nupi 00--", "nupi 000-", "nupi 000-", "nupi 0000"};
-  for (int call = 1; call <= 20; ++call) {
+  for (int call = 1; call <= 24; ++call) {
     for (const int number : kFileFailures) {
       given(kMay, "NUPI");
       given(kData, "nupi");
@@ -277,7 +278,7 @@ TEST_F(ArchiveOperationsTest, StopArchivingWithTheNumberOfWhateverCallFails) {
       expectCurrentFilesIn(kData);
     }
   }
-  EXPECT_EQ(files_.calls().size(), 20U);  // the last one failed
+  EXPECT_EQ(files_.calls().size(), 24U);  // the last one failed
 }
 
 TEST_F(ArchiveOperationsTest, CopyTheArchiveOverTheWorkingData) {
@@ -446,6 +447,31 @@ TEST_F(ArchiveOperationsTest, WorkOnRealFiles) {
 
   EXPECT_TRUE(deleteArchiveFiles(real, may, std::vector<Path>(kNames, kNames + 4)));
   EXPECT_TRUE(std::filesystem::is_empty(may));
+}
+
+// Another path to the folder: through a link or, where none can be made, in other
+// letter case.
+Path anotherPathTo(const Path& folder) {
+  const Path link = folder.parent_path() / "Link";
+  std::error_code refused;
+  std::filesystem::create_directory_symlink(folder, link, refused);
+  return refused ? folder.parent_path() / "DATA" : link;
+}
+
+TEST_F(ArchiveOperationsTest, KnowTheWorkingFolderUnderAnotherPath) {
+  const test::TemporaryFolder folder;
+  test::RealFileSystem real;
+  const Path data = folder / "Data";
+  real.makeFolder(data);
+  for (const char* name : kNames) folder.givenAFile(data / name, "x");
+  WorkingPaths paths;
+  paths.setFolder(data);
+  const Path other = anotherPathTo(data);
+  ASSERT_TRUE(real.fileExists(other / "nodes.dat"));
+
+  EXPECT_EQ(failureNumberOf([&] { moveIntoArchive(real, paths, other, EarlierArchive::Delete); }),
+            test::kNoFailure);
+  for (const char* name : kNames) EXPECT_EQ(folder.bytesOf(data / name), "");
 }
 
 }  // namespace

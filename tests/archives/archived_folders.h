@@ -6,20 +6,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
 
-#include "archives/archive_operations.h"
-#include "archives/last_archive.h"
+#include "archives/program_on_disk.h"
 #include "platform/linux/posix_file_system.h"
-#include "sitetree/empty_files.h"
-#include "sitetree/site_file.h"
-#include "support/failure_number.h"
-#include "support/fake_clock.h"
 #include "support/site_record_bytes.h"
 #include "support/temporary_folder.h"
 
@@ -35,7 +29,6 @@ class ArchivedFolders : public testing::Test {
   ArchivedFolders() {
     std::filesystem::create_directories(data_);
     std::filesystem::create_directories(may_);
-    paths_.setFolder(data_);
   }
 
   static std::string repeated(int count, const std::string& record) {
@@ -120,50 +113,25 @@ class ArchivedFolders : public testing::Test {
     return letters(may_) + " " + letters(data_) + " " + recordLetter();
   }
 
-  void archive(FileSystem& files, EarlierArchive earlier) {
-    WorkingPaths paths = paths_;
-    moveIntoArchive(files, paths, may_, earlier);
-    rememberNoArchive(files, app_);
-  }
-
-  void load(FileSystem& files) {
-    WorkingPaths paths = paths_;
-    paths.setFilesFolder(may_);
-    SiteTree tree;
-    SiteFile(files, clock_, paths).loadNodes(tree);
-    takeOverArchive(files, app_, paths, may_);
-    rememberArchive(files, app_, may_);
-  }
-
   // The program is started again where `before` is what it finds: it shows the sites
   // of the site file, and the archive that load.txt names. No data file is missing then.
   void expectToStartOn(const std::string& before) {
-    SiteTree tree;
-    std::string line;
-    EXPECT_EQ(failureNumberOf([&] {
-                SiteFile(files_, clock_, paths_).loadNodes(tree);
-                createMissingFiles(
-                    files_, std::array{paths_.currentURLNotesFile, paths_.currentUserIDPasswordFile,
-                                       paths_.currentPurchasesFile});
-                line = files_.readFirstLine(data_ / "load.txt");
-                return 0;
-              }),
-              kNoFailure);
+    ProgramOnDisk program(files_, folder_.path());
+    EXPECT_TRUE(program.start());
     const char site = before.at(5);
-    EXPECT_EQ(tree.find("working.site.example") != kNoNode, site == 'w');
-    EXPECT_EQ(tree.find("archived.site.example") != kNoNode, site == 'a');
+    EXPECT_EQ(program.shows("working.site.example"), site == 'w');
+    EXPECT_EQ(program.shows("archived.site.example"), site == 'a');
     EXPECT_EQ(letters(data_).find('-'), std::string::npos);
     const char named = before.at(10);
-    EXPECT_EQ(line, named == 'n' ? "none" : named == 'm' ? may_.string() : "/Archives/April");
+    EXPECT_EQ(program.firstPanel(), "Last archive loaded: " + (named == 'n'   ? "none"
+                                                               : named == 'm' ? may_.string()
+                                                                              : "/Archives/April"));
   }
 
   TemporaryFolder folder_;
   const Path data_ = folder_ / "Data";
   const Path may_ = folder_ / "Archives" / "May";
   PosixFileSystem files_;
-  FakeClock clock_;
-  AppPaths app_{folder_.path()};
-  WorkingPaths paths_;
 
  private:
   [[nodiscard]] std::string letters(const Path& folder) const {

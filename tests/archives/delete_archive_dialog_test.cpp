@@ -42,6 +42,18 @@ class DeleteArchiveDialogTest : public test::ArchiveStage {
   DeleteArchiveDialog dialog_{parts(), work()};
 };
 
+TEST_F(DeleteArchiveDialogTest, NamesTheFolderWholeWhateverItsCharacters) {
+  disk_.givenAFolder(Path(u8"/opt/quorrix/Archives/Весна"));
+  disk_.givenAFolder(Path(u8"/opt/quorrix/Archives/Осень"));
+  openIn(dialog_, "Archives");
+  openIn(dialog_, "Осень");
+  messageBox_.expect("Delete archive '/opt/quorrix/Archives/Осень'?",
+                     MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  messageBox_.expect("Archive files in '/opt/quorrix/Archives/Осень' successfully deleted.",
+                     MessageBoxStyle::Information);
+  press(dialog_, "OKButton");
+}
+
 TEST_F(DeleteArchiveDialogTest, DeletesAmongTheFilesThatItShows) {
   disk_.givenAFile("/opt/quorrix/Archives/May/info.dat", "");  // after they were listed
   expectQuestion(MessageBoxButton::Ok);
@@ -60,7 +72,7 @@ TEST_F(DeleteArchiveDialogTest, TellsWhenThereWasNothingToDelete) {
   EXPECT_FALSE(dialog_.isVisible());
 }
 
-TEST_F(DeleteArchiveDialogTest, StaysOpenWhenTheUserThinksBetterOfIt) {
+TEST_F(DeleteArchiveDialogTest, StaysOpenWhenTheQuestionIsCancelled) {
   expectQuestion(MessageBoxButton::Cancel);
   press(dialog_, "OKButton");
   EXPECT_EQ(steps_, Texts{});

@@ -64,7 +64,7 @@ TEST_F(LoadArchiveDialogTest, LoadsIntoAnEmptyDisplayWithoutAWarning) {
   EXPECT_EQ(dialog_.result(), QDialog::Accepted);
 }
 
-TEST_F(LoadArchiveDialogTest, StaysOpenWhenTheUserThinksBetterOfIt) {
+TEST_F(LoadArchiveDialogTest, StaysOpenWhenTheQuestionIsCancelled) {
   expectQuestion(MessageBoxButton::Cancel);
   press(dialog_, "OKButton");
   EXPECT_EQ(steps_, Texts{});
@@ -140,7 +140,7 @@ TEST_F(LoadArchiveDialogTest, LoadsAFolderWhoseNameIsNoUtf8) {
   openIn(dialog_, "May");
   openIn(dialog_, "caf\u00e9");
   EXPECT_EQ(shownInBox(dialog_), "/opt/quorrix/Archives/May/caf\u00e9");
-  messageBox_.expect("Load archive data from '/opt/quorrix/Archives/May/caf\xE9'?",
+  messageBox_.expect("Load archive data from '/opt/quorrix/Archives/May/caf\u00e9'?",
                      MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
   press(dialog_, "OKButton");
   EXPECT_EQ(steps_.back(), "load /opt/quorrix/Archives/May/caf\xE9");

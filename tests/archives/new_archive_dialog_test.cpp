@@ -118,7 +118,7 @@ TEST_F(NewArchiveDialogTest, MakesTheFolderInTheRootWithOneSeparator) {
   EXPECT_EQ(openFolderOf(archiveDialog_), "/July");
 }
 
-TEST_F(NewArchiveDialogTest, StaysOpenWhenTheUserThinksBetterOfIt) {
+TEST_F(NewArchiveDialogTest, StaysOpenWhenTheQuestionIsCancelled) {
   open();
   enter("July");
   messageBox_.expect("Create new archive folder 'July' in '/opt/quorrix/Archives'?",
@@ -154,7 +154,7 @@ TEST_F(NewArchiveDialogTest, LeavesTheNameToTheFileSystem) {
 TEST_F(NewArchiveDialogTest, TakesANameBeyondAscii) {
   open();
   makeFolder("Caf\u00e9 \u0416 <b>&[*]",
-             "Create new archive folder 'Caf\xE9 ? <b>&[*]' in '/opt/quorrix/Archives'?");
+             "Create new archive folder 'Caf\u00e9 \u0416 <b>&[*]' in '/opt/quorrix/Archives'?");
   EXPECT_EQ(openFolderOf(archiveDialog_), "/opt/quorrix/Archives/Caf\u00e9 \u0416 <b>&[*]");
   EXPECT_EQ(shownInBox(archiveDialog_), "/opt/quorrix/Archives/Caf\u00e9 \u0416 <b>&[*]");
 }

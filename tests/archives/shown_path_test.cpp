@@ -22,8 +22,8 @@ TEST(PathText, ShowsControlCharactersInARow) {
   EXPECT_EQ(rowTextOfPath("a b"), QStringLiteral("a b"));
 }
 
-TEST(PathText, IsSingleByteTextInAMessage) {
-  EXPECT_EQ(messageTextOfPath(Path(u8"/café/Ж")), "/caf\xE9/?");
+TEST(PathText, IsWholeInAMessage) {
+  EXPECT_EQ(messageTextOfPath(Path(u8"/café/Ж")), "/caf\u00e9/\u0416");
 }
 
 // In UTF-8 on every system.

@@ -102,7 +102,7 @@ class Session {
     field.resize(kAddress, ' ');
     put(expected, countedRecords(expected) + 1, field);
     siteFile_.appendSiteRecord(address, 'S');
-    require(file() == expected, "a new record stands behind the last one");
+    require(file() == expected, "a new record follows the last one");
   }
 
   const std::string& file() const { return memory_.bytesOf(paths_.currentNodesFile); }

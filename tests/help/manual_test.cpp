@@ -48,7 +48,7 @@ class ManualTest : public testing::Test {
 
   test::RealFileSystem files_;
   std::string page_;
-  HelpWindow window_{[](const QUrl&) {}};
+  HelpWindow window_{[](const QUrl&) {}, [](const auto& work) { work(); }};
 };
 
 TEST_F(ManualTest, HasEveryHeadingInItsContents) {

@@ -21,6 +21,7 @@ NO_MESSAGES = {
     "Open the folder to delete the archive files from and then click OK.",
     "Open the folder to make the new one in, enter its name and then click OK.",
     "Find in the manual",
+    "Made with Qt",
     "Icon of Quorrix",
     "Enter information about a purchase made on this website location.",
     "Enter notes for this website location.",
@@ -28,6 +29,8 @@ NO_MESSAGES = {
     "Enter your user ID and password for this website location.",
     "Find the next place (F3)",
     "Find the place before (Shift+F3)",
+    ", which is used under the GNU Lesser General\\nPublic License, version 3. The manual names what "
+    "else is\\ninside, and where the licences are.",
     "Loading data. Please wait...",
     "Name of the new folder",
     "Right click site address for site menu.",
@@ -67,15 +70,16 @@ def literals_of(source):
 def sentences_of_the_program():
     """Every literal that is, or is a part of, a sentence: three words and more, or a full stop.
 
-    What is put into a text comes at its end, so what stands before is what can be looked for.
+    What is put into a text is not known here, so the pieces around it are what can be looked for.
     """
     found = {}
     for path in sorted((ROOT / "src").rglob("*.cpp")):
         for literal in literals_of(path.read_text(encoding="utf-8")):
-            text = literal.replace("&", "").split("%")[0].strip()
-            is_sentence = text.endswith((".", "?")) and " " in text and not text.endswith("...")
-            if is_sentence or len(text.split()) > 2:
-                found.setdefault(text, path.name)
+            for piece in re.split("%[0-9]?", literal.replace("&", "")):
+                text = piece.strip()
+                is_sentence = text.endswith((".", "?")) and " " in text and not text.endswith("...")
+                if is_sentence or len(text.split()) > 2:
+                    found.setdefault(text, path.name)
     return found
 
 
@@ -133,7 +137,7 @@ class Manual(unittest.TestCase):
         self.assertEqual([], sorted(NO_MESSAGES - set(sentences_of_the_program())))
 
     def test_every_menu_entry_is_a_command_of_the_table(self):
-        menus = ((ROOT / "src/shell/main_window/main_form.cpp", r'entry\("\w+", "([^"]+)"'),
+        menus = ((ROOT / "src/shell/main_window/main_form.cpp", r'[eE]ntry\("\w+", "([^"]+)"'),
                  (ROOT / "src/sitetree/site_popup_menu.cpp", r'\{"PopUp\w+", "([^"]+)"'))
         captions = [caption.replace("&", "") for path, entry in menus
                     for caption in re.findall(entry, path.read_text(encoding="utf-8"))]
@@ -141,6 +145,13 @@ class Manual(unittest.TestCase):
         commands = [text_of(row[0]).split(" > ")[-1] for row in page().iter("tr")]
         for caption in captions:
             self.assertIn(caption, commands)
+
+    def test_what_the_program_is_made_of_is_named(self):
+        text = text_of(page())
+        inside = text[text.rindex("What Quorrix is made of"):]
+        for name in ("Qt 6", "GNU Lesser General Public License, version 3", "zlib", "libpng",
+                     "libjpeg", "FreeType", "HarfBuzz", "PCRE2", "licences", "relink"):
+            self.assertIn(name, inside)
 
     def test_every_file_of_the_data_folder_is_named(self):
         install = (ROOT / "cmake/install_data_folder.cmake").read_text(encoding="utf-8")

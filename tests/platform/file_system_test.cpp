@@ -19,6 +19,7 @@ namespace quorrix {
 namespace {
 
 using namespace std::string_literals;
+using test::failsBecauseInUse;
 using test::failureNumberOf;
 
 constexpr std::chrono::milliseconds kShortPatience{50};
@@ -138,6 +139,7 @@ TEST_F(OpenRandomAccess, TakesANameBeyondAscii) {
 
 TEST_F(OpenRandomAccess, FailsForAFolder) {
   EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(folder_.path()); }), 75);
+  EXPECT_FALSE(failsBecauseInUse([&] { return files_.openRandomAccess(folder_.path()); }));
 }
 
 TEST_F(OpenRandomAccess, FailsInAMissingFolder) {
@@ -148,13 +150,16 @@ TEST_F(OpenRandomAccess, FailsForAReadOnlyFile) {
   const Path path = folder_.givenAFile("nodes.dat", "kept");
   makeReadOnly(path);
   EXPECT_EQ(failureNumberOf([&] { return files_.openRandomAccess(path); }), 75);
+  EXPECT_FALSE(failsBecauseInUse([&] { return files_.openRandomAccess(path); }));
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
 }
 
-TEST_F(OpenRandomAccess, FailsWhileTheFileIsOpenElsewhere) {
+TEST_F(OpenRandomAccess, FailsAsInUseWhileTheFileIsOpenElsewhere) {
   test::RealFileSystem impatient(kShortPatience);
   const auto held = files_.openRandomAccess(folder_ / "nodes.dat");
-  EXPECT_EQ(failureNumberOf([&] { return impatient.openRandomAccess(folder_ / "nodes.dat"); }), 75);
+  const auto open = [&] { return impatient.openRandomAccess(folder_ / "nodes.dat"); };
+  EXPECT_EQ(failureNumberOf(open), 75);
+  EXPECT_TRUE(failsBecauseInUse(open));
 }
 
 TEST_F(OpenRandomAccess, IsPossibleAgainOnceTheFileIsClosed) {
@@ -209,6 +214,77 @@ TEST_F(OpenForReading, FailsForAMissingFileAndMakesNone) {
 
 TEST_F(OpenForReading, FailsForAFolder) {
   EXPECT_EQ(failureNumberOf([&] { return files_.openForReading(folder_.path()); }), 75);
+  EXPECT_FALSE(failsBecauseInUse([&] { return files_.openForReading(folder_.path()); }));
+}
+
+TEST_F(OpenForReading, IsPossibleForSeveralAtOnce) {
+  const Path path = folder_.givenAFile("notes.dat", "0123");
+  const auto first = files_.openForReading(path);
+  const auto second = files_.openForReading(path);
+  EXPECT_EQ(read(*second, 0, 100), "0123");
+}
+
+TEST_F(OpenForReading, AndOpeningForWritingExcludeEachOther) {
+  test::RealFileSystem impatient(kShortPatience);
+  const Path path = folder_.givenAFile("notes.dat", "kept");
+  {
+    const auto held = files_.openForReading(path);
+    EXPECT_EQ(failureNumberOf([&] { return impatient.openRandomAccess(path); }), 75);
+    EXPECT_TRUE(failsBecauseInUse([&] { return impatient.openRandomAccess(path); }));
+  }
+  const auto held = files_.openRandomAccess(path);
+  EXPECT_EQ(failureNumberOf([&] { return impatient.openForReading(path); }), 75);
+  EXPECT_TRUE(failsBecauseInUse([&] { return impatient.openForReading(path); }));
+}
+
+using OpenAsPermitted = RealFileSystemTest;
+
+TEST_F(OpenAsPermitted, WritesWhereThatIsPermitted) {
+  files_.openAsPermitted(folder_.givenAFile("notes.dat", "0123"))->writeAt(0, "ab"s);
+  EXPECT_EQ(folder_.bytesOf("notes.dat"), "ab23");
+}
+
+TEST_F(OpenAsPermitted, CreatesAMissingFile) {
+  files_.openAsPermitted(folder_ / "notes.dat")->writeAt(0, "x"s);
+  EXPECT_EQ(folder_.bytesOf("notes.dat"), "x");
+}
+
+TEST_F(OpenAsPermitted, ReadsAReadOnlyFile) {
+  const Path path = folder_.givenAFile("notes.dat", "kept");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  const auto file = files_.openAsPermitted(path);
+  EXPECT_EQ(read(*file, 0, 100), "kept");
+  EXPECT_EQ(failureNumberOf([&] { file->writeAt(0, "x"s); }), 75);
+}
+
+TEST_F(OpenAsPermitted, FailsWhileTheFileIsOpenElsewhereInsteadOfOpeningItForReading) {
+  test::RealFileSystem impatient(kShortPatience);
+  const Path path = folder_.givenAFile("notes.dat", "kept");
+  const auto held = files_.openForReading(path);
+  EXPECT_EQ(failureNumberOf([&] { return impatient.openAsPermitted(path); }), 75);
+  EXPECT_TRUE(failsBecauseInUse([&] { return impatient.openAsPermitted(path); }));
+}
+
+TEST_F(OpenAsPermitted, FailsForAFolderAndInAMissingOne) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.openAsPermitted(folder_.path()); }), 75);
+  EXPECT_EQ(failureNumberOf([&] { return files_.openAsPermitted(folder_ / "no" / "file"); }), 76);
+}
+
+using IsSameFile = RealFileSystemTest;
+
+TEST_F(IsSameFile, IsTrueHoweverThePathIsSpelt) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  files_.makeFolder(folder_ / "May");
+  EXPECT_TRUE(files_.isSameFile(path, path));
+  EXPECT_TRUE(files_.isSameFile(folder_ / "May" / ".." / "nodes.dat", path));
+}
+
+TEST_F(IsSameFile, IsFalseForACopyAndForWhatIsMissing) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  EXPECT_FALSE(files_.isSameFile(path, folder_.givenAFile("copy", "")));
+  EXPECT_FALSE(files_.isSameFile(path, folder_ / "missing"));
+  EXPECT_FALSE(files_.isSameFile(folder_ / "missing", path));
+  EXPECT_FALSE(files_.isSameFile(folder_ / "missing", folder_ / "missing"));
 }
 
 using DeleteFile = RealFileSystemTest;
@@ -253,6 +329,7 @@ TEST_F(DeleteFile, FailsForAReadOnlyFile) {
   const Path path = folder_.givenAFile("nodes.dat", "kept");
   std::filesystem::permissions(path, std::filesystem::perms::owner_read);
   EXPECT_EQ(failureNumberOf([&] { files_.deleteFile(path); }), 75);
+  EXPECT_FALSE(failsBecauseInUse([&] { files_.deleteFile(path); }));
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
 }
 
@@ -262,6 +339,7 @@ TEST_F(DeleteFile, FailsWhileTheFileIsOpenElsewhere) {
   for (const bool isForReading : {false, true}) {
     const auto held = isForReading ? files_.openForReading(path) : files_.openRandomAccess(path);
     EXPECT_EQ(failureNumberOf([&] { impatient.deleteFile(path); }), 75);
+    EXPECT_TRUE(failsBecauseInUse([&] { impatient.deleteFile(path); }));
     EXPECT_EQ(read(*held, 0, 100), "kept");
   }
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");

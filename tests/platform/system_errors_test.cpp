@@ -126,5 +126,22 @@ TEST(FailureNumberForPath, LeavesEveryOtherNumberAlone) {
   EXPECT_EQ(failureNumberForPath(61, folder / "missing" / "missing.dat"), 61);
 }
 
+// ERROR_SHARING_VIOLATION, ERROR_FILE_EXISTS, ERROR_DELETE_PENDING
+TEST(WindowsErrors, MayEndSoonWhereAnotherProgramUsesTheFile) {
+  for (const unsigned code : {32U, 80U, 303U}) {
+    EXPECT_TRUE(mayEndSoon(code, false)) << code;
+    EXPECT_TRUE(mayEndSoon(code, true)) << code;
+  }
+}
+
+TEST(WindowsErrors, MayEndSoonWhereAccessIsDeniedBecauseTheFileIsBeingDeleted) {
+  EXPECT_TRUE(mayEndSoon(5, true));
+  EXPECT_FALSE(mayEndSoon(5, false));
+}
+
+TEST(WindowsErrors, DoNotEndSoonWhenNoOtherProgramCausesThem) {
+  for (const unsigned code : {2U, 3U, 19U, 21U, 112U}) EXPECT_FALSE(mayEndSoon(code, true)) << code;
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -118,5 +118,16 @@ TEST(TextEncoding, BringsEveryByteBack) {
   }
 }
 
+TEST(ExactWindows1252, IsTheTextWhereEveryCharacterHasAPlace) {
+  EXPECT_EQ(exactWindows1252FromUtf8(""), "");
+  EXPECT_EQ(exactWindows1252FromUtf8("a?\u00e9\u20ac"), "a?\xE9\x80");
+}
+
+TEST(ExactWindows1252, IsNothingWhereOneHasNone) {
+  for (const char* text : {"\u0101", "abc\u0416", "\U0001F511", "\xFF", "a\xC3"}) {
+    EXPECT_EQ(exactWindows1252FromUtf8(text), std::nullopt) << text;
+  }
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -1,10 +1,17 @@
 #include "records/multi_line_box.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextCursor>
+#include <QTextLayout>
+#include <stdexcept>
 
+#include "shell/plain_text.h"
 #include "support/qt_printers.h"
 
 namespace quorrix {
@@ -24,6 +31,37 @@ class MultiLineBoxTest : public testing::Test {
     QTextCursor cursor = box_.textCursor();
     cursor.setPosition(position);
     box_.setTextCursor(cursor);
+  }
+
+  // As a screen reader, dictation or an on-screen keyboard changes the text.
+  QAccessibleEditableTextInterface& assistiveTechnology() {
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&box_);
+    if (interface == nullptr || interface->editableTextInterface() == nullptr) {
+      throw std::logic_error("the box cannot be edited by assistive technology");
+    }
+    return *interface->editableTextInterface();
+  }
+
+  // A key of a keyboard layout that has such a key.
+  void pressKeyOf(const QString& text, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, modifiers, text);
+    QApplication::sendEvent(&box_, &press);
+  }
+
+  void commit(const QString& text) {
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QApplication::sendEvent(&box_, &event);
+  }
+
+  void drop(const QString& text) {
+    QMimeData data;
+    data.setText(text);
+    const QPointF place(1, 1);
+    QDragEnterEvent enter(place.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(box_.viewport(), &enter);
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(box_.viewport(), &event);
   }
 
   MultiLineBox box_{9, nullptr};  // for a field of ten characters
@@ -131,6 +169,31 @@ TEST_F(MultiLineBoxTest, ShowsWhatWasStoredWithoutItsPadding) {
   EXPECT_EQ(box_.value(), "a\r\nb      ");
 }
 
+TEST_F(MultiLineBoxTest, ShowsNothingOfAStoredTextThatIsAllPadding) {
+  box_.showStored("   ");
+  EXPECT_EQ(box_.toPlainText(), QString());
+  EXPECT_EQ(box_.value(), "   ");
+}
+
+TEST_F(MultiLineBoxTest, KeepsTheSelectionWhenAPictureIsPasted) {
+  type(QStringLiteral("abc"));
+  box_.selectAll();
+  QApplication::clipboard()->setImage(QImage(1, 1, QImage::Format_RGB32));
+  box_.paste();
+  EXPECT_EQ(box_.value(), "abc");
+  EXPECT_EQ(box_.textCursor().selectedText(), QStringLiteral("abc"));
+}
+
+TEST_F(MultiLineBoxTest, KeepsWhatIsPastedAgainInAnOverlongText) {
+  box_.showStored("abcdefghijklmnop");
+  QTextCursor cursor = box_.textCursor();
+  cursor.setPosition(0);
+  cursor.setPosition(3, QTextCursor::KeepAnchor);
+  box_.setTextCursor(cursor);
+  paste(QStringLiteral("abcX"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("abcdefghijklmnop"));
+}
+
 TEST_F(MultiLineBoxTest, KeepsThePaddingOfWhatWasStoredWhenItIsChanged) {
   box_.showStored("a\r\nb      ");
   press(Qt::Key_Delete);
@@ -167,6 +230,147 @@ TEST_F(MultiLineBoxTest, HoldsAnOverlongTextToItsLimitOnceItIsShorter) {
   press(Qt::Key_Backspace);
   type(QStringLiteral("x"));
   EXPECT_EQ(box_.toPlainText(), QStringLiteral("01234567x"));
+}
+
+TEST_F(MultiLineBoxTest, LimitsWhatAssistiveTechnologyInserts) {
+  type(QStringLiteral("abcdefg"));
+  assistiveTechnology().insertText(0, QStringLiteral("12345"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("12abcdefg"));
+  EXPECT_EQ(box_.value(), "12abcdefg");
+}
+
+TEST_F(MultiLineBoxTest, ShowsWhatWillBeStoredOfWhatAssistiveTechnologyInserts) {
+  assistiveTechnology().insertText(0, QString::fromUtf8("\xC4\x81\xF0\x9F\x94\x91x"));
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("??x"));
+}
+
+TEST_F(MultiLineBoxTest, LimitsWhatAssistiveTechnologyReplaces) {
+  type(QStringLiteral("abcdefghi"));
+  assistiveTechnology().replaceText(0, 3, QStringLiteral("12345\n"));
+  EXPECT_EQ(box_.value(), "123defghi");
+  assistiveTechnology().deleteText(0, 3);
+  EXPECT_EQ(box_.value(), "defghi");
+}
+
+TEST_F(MultiLineBoxTest, UndoesWhatAssistiveTechnologyInserted) {
+  type(QStringLiteral("abcdefgh"));
+  placeCursorAt(0);
+  assistiveTechnology().insertText(4, QString::fromUtf8("\xC4\x81\xC4\x81"));
+  EXPECT_EQ(box_.value(), "abcd?efgh");
+  box_.undo();
+  EXPECT_EQ(box_.value(), "abcdefgh");
+  box_.redo();
+  EXPECT_EQ(box_.value(), "abcd?efgh");
+}
+
+TEST_F(MultiLineBoxTest, HasNothingToRedoOfWhatItRefused) {
+  box_.showStored("123456789 ");
+  assistiveTechnology().insertText(0, QStringLiteral("x"));
+  EXPECT_FALSE(box_.document()->isRedoAvailable());
+  box_.redo();
+  EXPECT_EQ(box_.value(), "123456789 ");
+  EXPECT_FALSE(box_.document()->isUndoAvailable());
+}
+
+TEST_F(MultiLineBoxTest, UndoesWhatWasTypedUpToItsLimitAsOne) {
+  type(QStringLiteral("abcdefghijkl"));
+  EXPECT_EQ(box_.value(), "abcdefghi");
+  EXPECT_EQ(box_.textCursor().position(), 9);
+  box_.undo();
+  EXPECT_EQ(box_.value(), "");
+  box_.redo();
+  EXPECT_EQ(box_.value(), "abcdefghi");
+}
+
+TEST_F(MultiLineBoxTest, LimitsKeysWhoseCharacterDoesNotPrint) {
+  for (const QString& key : {QString(QChar(0x00AD)), QString(QChar(0x200D)), QString(QChar(0xE000)),
+                             QString::fromUtf8("\xF0\x9F\x94\x91")}) {
+    SCOPED_TRACE(key.toStdString());
+    box_.clear();
+    for (int i = 0; i < 12; ++i) pressKeyOf(key);
+    EXPECT_LE(box_.value().size(), 9U);
+    EXPECT_EQ(box_.toPlainText().toStdString(), toQString(box_.value()).toStdString());
+  }
+}
+
+TEST_F(MultiLineBoxTest, ShowsWhatWillBeStoredOfKeysWhoseCharacterDoesNotPrint) {
+  pressKeyOf(QChar(0x00AD));  // has a place in the code page
+  pressKeyOf(QChar(0x200D));
+  pressKeyOf(QChar(0xE000));
+  EXPECT_EQ(box_.value(), "\xAD??");
+}
+
+TEST_F(MultiLineBoxTest, TakesNoKeyWithCtrlForTyping) {
+  type(QStringLiteral("abcdefghi"));
+  pressKeyOf(QStringLiteral("x"), Qt::ControlModifier);
+  box_.clear();
+  pressKeyOf(QString(QChar(0x0101)), Qt::ControlModifier);
+  pressKeyOf(QStringLiteral("x"), Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(box_.value(), "");
+}
+
+TEST_F(MultiLineBoxTest, LimitsWhatIsDropped) {
+  type(QStringLiteral("abcdefg"));
+  drop(
+      QString::fromUtf8("1\xC4\x81"
+                        "345"));
+  EXPECT_EQ(box_.value().size(), 9U);
+  EXPECT_EQ(box_.toPlainText().count(QLatin1Char('?')), 1);
+}
+
+TEST_F(MultiLineBoxTest, UndoesWhatAnInputMethodEnteredOverItsLimit) {
+  type(QStringLiteral("abcdefgh"));
+  placeCursorAt(0);
+  commit(QString::fromUtf8("\xE6\x97\xA5\xE6\x9C\xAC"));
+  EXPECT_EQ(box_.value(), "?abcdefgh");
+  box_.undo();
+  EXPECT_EQ(box_.value(), "abcdefgh");
+}
+
+TEST_F(MultiLineBoxTest, LeavesACompositionAloneUntilItIsEntered) {
+  type(QStringLiteral("abcdefgh"));
+  QInputMethodEvent composing(QStringLiteral("nihongo"), {});
+  QApplication::sendEvent(&box_, &composing);
+  EXPECT_EQ(box_.value(), "abcdefgh");
+  EXPECT_EQ(box_.textCursor().block().layout()->preeditAreaText(), QStringLiteral("nihongo"));
+  commit(QStringLiteral("ni"));
+  EXPECT_EQ(box_.value(), "abcdefghn");
+}
+
+TEST_F(MultiLineBoxTest, BringsAnOverlongTextBackWhenItsShorteningIsUndone) {
+  box_.showStored("0123456789ab");
+  for (const int position : {12, 1}) {
+    placeCursorAt(position);
+    press(Qt::Key_Backspace);
+  }
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("123456789a"));
+  box_.undo();
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("0123456789a"));
+  box_.undo();
+  EXPECT_EQ(box_.toPlainText(), QStringLiteral("0123456789ab"));
+  EXPECT_EQ(box_.value(), "0123456789ab");
+}
+
+TEST_F(MultiLineBoxTest, HandsOutNoMoreThanItsLimitOfAChangedText) {
+  box_.showStored("0123456789ab");
+  placeCursorAt(12);
+  press(Qt::Key_Backspace);
+  EXPECT_EQ(box_.value(), "012345678   ");
+}
+
+TEST_F(MultiLineBoxTest, DropsALineBreakThatDoesNotFitWhole) {
+  box_.showStored("12345678\n9\nab");
+  placeCursorAt(12);
+  press(Qt::Key_Backspace);
+  EXPECT_EQ(box_.value(), "12345678     ");
+}
+
+TEST_F(MultiLineBoxTest, PutsACutTextsCursorBehindWhatWasEntered) {
+  type(QStringLiteral("aaaaaaa"));
+  placeCursorAt(0);
+  paste(QStringLiteral("aaaa"));
+  EXPECT_EQ(box_.value(), "aaaaaaaaa");
+  EXPECT_EQ(box_.textCursor().position(), 2);
 }
 
 TEST_F(MultiLineBoxTest, LeavesTabToTheDialog) { EXPECT_TRUE(box_.tabChangesFocus()); }

@@ -110,7 +110,7 @@ TEST_F(NotesDialogTest, WorksOnTheSiteThatIsSelectedWhenOKIsPressed) {
 TEST_F(NotesDialogTest, TellsOfEachFailure) {
   givenNotes("roses");
   NotesDialog dialog(parts());
-  files_.failAtCall(test::FileCall::OpenRandomAccess, 1, 76);
+  files_.failAtCall(test::FileCall::OpenForReading, 1, 76);
   messageBox_.expect("Unable to open Notes window. Path not found.", MessageBoxStyle::Critical);
   dialog.Form_Load();
   EXPECT_EQ(captionOf(dialog), "Notes");

@@ -219,6 +219,21 @@ TEST_F(NotesFileTest, FollowsThePathInForce) {
   EXPECT_EQ(memory_.bytesOf("Other/notes.dat"), record("a.b.c", "y"));
 }
 
+TEST_F(NotesFileTest, AreReadBeforeARecordThatCannotBe) {
+  givenTheFile(record("a.b.c", "x") + record("one.two.three", "y") + record("d.e.f", "z"));
+  files_.spoilBytes(2648, 1, 57);
+  EXPECT_EQ(notes_.read("one.two.three"), fieldOfNotes("y"));
+  EXPECT_EQ(failureNumberOf([this] { return notes_.read("d.e.f"); }), 57);
+}
+
+TEST_F(NotesFileTest, AreReadWhileAnotherProgramReadsThem) {
+  givenTheFile(record("one.two.three", "y"));
+  const auto held = memory_.openForReading("Data/notes.dat");
+  EXPECT_EQ(notes_.read("one.two.three"), fieldOfNotes("y"));
+  EXPECT_EQ(failureNumberOf([this] { notes_.save("one.two.three", "z"); }), 75);
+  EXPECT_EQ(failureNumberOf([this] { notes_.remove("one.two.three"); }), 75);
+}
+
 TEST_F(NotesFileTest, PassesOnEveryFailureOfEveryCallAndTouchesNoOtherRecord) {
   const std::string before = record("a.b.c", "x") + record("one.two.three", "y");
   for (const int number : kFileFailures) {

@@ -49,6 +49,33 @@ TEST_F(PurchaseDialogsTest, EnterANewPurchaseUnderThePresentDate) {
                                                        .quantity = "1~"}));
 }
 
+TEST_F(PurchaseDialogsTest, EndEveryRowOfBoxesAtOneEdge) {
+  NewPurchaseDialog dialog(parts());
+  dialog.show();
+  const int edge = control<QWidget>(dialog, "Text1").geometry().right();
+  for (const char* const last : {"Text4", "Text2", "Text5", "Text6"}) {
+    EXPECT_EQ(control<QWidget>(dialog, last).geometry().right(), edge) << last;
+  }
+}
+
+TEST_F(PurchaseDialogsTest, ShowAPurchaseAsItIsStored) {
+  givenPurchases(purchaseRecord("one.two.three/a", {.dateStamp = "1/2/26 3:04:05 PM~",
+                                                    .price = "9.95~",
+                                                    .paymentMethod = "card~",
+                                                    .item = "lamp~",
+                                                    .description = "brass\r\nold~",
+                                                    .quantity = "1~"}));
+  NewPurchaseDialog dialog(parts());
+  dialog.Form_Load();
+  dialog.getExistingRecord("1/2/26 3:04:05 PM");
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QStringLiteral("lamp"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text3").text(), QStringLiteral("9.95"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text4").text(), QStringLiteral("1"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text2").text(), QStringLiteral("card"));
+  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text5").toPlainText(), QStringLiteral("brass\nold"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text6").text(), QStringLiteral("1/2/26 3:04:05 PM"));
+}
+
 TEST_F(PurchaseDialogsTest, LeaveTheBoxesOpenWhenThePurchaseIsGone) {
   NewPurchaseDialog dialog(parts());
   dialog.Form_Load();
@@ -76,6 +103,35 @@ TEST_F(PurchaseDialogsTest, LetAPurchaseThatIsTooLongForItsBoxesBeRead) {
   EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text5").toolTip(),
             QStringLiteral("<p style='white-space:pre-wrap'>&lt;b&gt;1&lt;/b&gt;"
                            "\n2\n3\n4\n5\n6\n7</p>"));
+}
+
+TEST_F(PurchaseDialogsTest, OpenAndDeleteAPurchaseWhoseTextsHaveLostTheirTildes) {
+  givenPurchases(purchaseRecord("one.two.three/a", {.price = std::string(12, '9'),
+                                                    .paymentMethod = std::string(50, 'p'),
+                                                    .item = std::string(50, 'i'),
+                                                    .description = std::string(100, 'd'),
+                                                    .quantity = "12345"}));
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  auto& list = control<QListWidget>(dialog, "List1");
+  ASSERT_EQ(list.count(), 1);
+  EXPECT_EQ(list.item(0)->text(),
+            QString(50, QLatin1Char('i')) + QStringLiteral(" 999999999999 1/2/26 3:04:05 PM"));
+  list.setCurrentRow(0);
+  messageBox_.expect("Delete purchase information?", MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Ok);
+  QString description;
+  QTimer::singleShot(0, &mainWindow_, [&description] {
+    auto* const purchase = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(purchase, nullptr);
+    description = control<QPlainTextEdit>(*purchase, "Text5").toPlainText();
+    press(*purchase, "DeleteButton");
+    purchase->reject();
+  });
+  press(dialog, "Command1");
+  EXPECT_EQ(description, QString(100, QLatin1Char('d')));
+  EXPECT_EQ(file(), std::string(542, ' '));
 }
 
 TEST_F(PurchaseDialogsTest, SaveEmptyBoxesAndTildesAsTheyAre) {
@@ -138,6 +194,17 @@ TEST_F(PurchaseDialogsTest, ListItemPriceAndDateInFileOrder) {
   ASSERT_EQ(list.count(), 2);
   EXPECT_EQ(list.item(0)->text(), QStringLiteral("lamp  1/2/26 3:04:05 PM"));
   EXPECT_EQ(list.item(1)->text(), QStringLiteral("rug 9.95 1/2/26 3:04:05 PM"));
+}
+
+TEST_F(PurchaseDialogsTest, WrapThePromptOverTheList) {
+  PurchasesDialog dialog(parts());
+  dialog.show();
+  EXPECT_EQ(dialog.width(), 440);
+}
+
+TEST_F(PurchaseDialogsTest, OpenTheItemByEnter) {
+  PurchasesDialog dialog(parts());
+  EXPECT_TRUE(control<QPushButton>(dialog, "Command1").isDefault());
 }
 
 TEST_F(PurchaseDialogsTest, WantAnItemSelected) {

@@ -131,7 +131,7 @@ TEST_F(PurchasesFileTest, ListsTheSitesOwnInFileOrder) {
   EXPECT_EQ(listed(), "z||2\na||1\n");
 }
 
-TEST_F(PurchasesFileTest, FailsAtAFieldWithoutATilde) {
+TEST_F(PurchasesFileTest, FailsAtADateStampWithoutATilde) {
   givenTheFile(record("a.b.c", std::string(25, 'd'), "i~") + record("a.b.c", "d~", "i~"));
   EXPECT_EQ(failureNumberOf([this] { return listed(); }), 5);
   EXPECT_EQ(failureNumberOf([this] { return purchases_.read("a.b.c", "d"); }), 5);
@@ -140,7 +140,33 @@ TEST_F(PurchasesFileTest, FailsAtAFieldWithoutATilde) {
   EXPECT_EQ(file().size(), 1084U);
 }
 
-TEST_F(PurchasesFileTest, ListsWhatStandsBeforeAFieldWithoutATilde) {
+TEST_F(PurchasesFileTest, ReadsAFieldWithoutATildeWhole) {
+  givenTheFile(padded("a.b.c", 300) + padded("d~", 25) + std::string(12, '9') +
+               padded("two words", 50) + padded("i~", 50) + std::string(100, 'x') + "12345");
+  const auto purchase = purchases_.read("a.b.c", "d");
+  ASSERT_TRUE(purchase.has_value());
+  EXPECT_EQ(purchase->item, "i");
+  EXPECT_EQ(purchase->price, "999999999999");
+  EXPECT_EQ(purchase->quantity, "12345");
+  EXPECT_EQ(purchase->paymentMethod, "two words");
+  EXPECT_EQ(purchase->description, std::string(100, 'x'));
+  purchases_.remove("a.b.c", "d");
+  EXPECT_EQ(file(), std::string(542, ' '));
+}
+
+TEST_F(PurchasesFileTest, ListsAnItemAndAPriceWithoutATildeWhole) {
+  givenTheFile(padded("a.b.c", 300) + padded("d~", 25) + std::string(12, '9') + padded("~", 50) +
+               padded("two words", 50) + padded("~", 100) + "~    " + record("a.b.c", "e~", "i~"));
+  EXPECT_EQ(listed(), "two words|999999999999|d\ni||e\n");
+}
+
+TEST_F(PurchasesFileTest, ReadsABlankFieldWithoutATildeAsEmpty) {
+  givenTheFile(padded("a.b.c", 300) + padded("d~", 25) + padded("~", 12) + padded("~", 50) +
+               padded("i~", 50) + std::string(100, ' ') + "~    ");
+  EXPECT_EQ(purchases_.read("a.b.c", "d").value().description, "");
+}
+
+TEST_F(PurchasesFileTest, ListsWhatStandsBeforeADateStampWithoutATilde) {
   givenTheFile(record("a.b.c", "d~", "i~") + record("a.b.c", std::string(25, 'd'), "i~"));
   std::vector<std::string> items;
   const int failed = failureNumberOf([&] {
@@ -151,13 +177,16 @@ TEST_F(PurchasesFileTest, ListsWhatStandsBeforeAFieldWithoutATilde) {
   EXPECT_EQ(items, std::vector<std::string>{"i"});
 }
 
-TEST_F(PurchasesFileTest, PassesOverAnotherSitesFieldWithoutATilde) {
+TEST_F(PurchasesFileTest, PassesOverAnotherSitesDateStampWithoutATilde) {
   givenTheFile(record("d.e.f", std::string(25, 'd'), "i~") + record("a.b.c", "d~", "i~"));
   EXPECT_EQ(listed(), "i||d\n");
 }
 
-TEST_F(PurchasesFileTest, FailsToListATrailingPartRecordOfTheSite) {
+TEST_F(PurchasesFileTest, ListsATrailingPartRecordOfTheSiteByItsDateStamp) {
   givenTheFile(record("a.b.c", "d~", "i~").substr(0, 310));
+  EXPECT_EQ(listed(), "||d\n");
+  EXPECT_EQ(purchases_.read("a.b.c", "d").value().item, "");
+  givenTheFile(record("a.b.c", "d~", "i~").substr(0, 301));
   EXPECT_EQ(failureNumberOf([this] { return listed(); }), 5);
 }
 

@@ -1,7 +1,11 @@
 // Every failure number at every file operation of every record dialog: the right
-// sentence, the pointer back, and no record changed but the one in question.
+// sentence, the pointer back, the dialog still open, and no record changed but the one
+// in question.
+#include <QApplication>
+#include <QTimer>
 #include <algorithm>
 #include <functional>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -11,6 +15,8 @@
 #include "records/purchases_dialog.h"
 #include "records/record_dialog_stage.h"
 #include "records/user_id_password_dialog.h"
+#include "shell/pointer.h"
+#include "support/agreeing_message_box.h"
 
 namespace quorrix {
 namespace {
@@ -28,14 +34,10 @@ constexpr FailureReason kReasons[] = {
     {6, "Unknown error."},        {51, "Unknown error."},
 };
 
-// Agrees to every question and keeps the critical sentences.
-class AgreeingMessageBox final : public MessageBox {
+class BrokenClock final : public Clock {
  public:
-  MessageBoxButton show(std::string_view text, MessageBoxStyle style) override {
-    if (style == MessageBoxStyle::Critical) sentences.emplace_back(text);
-    return MessageBoxButton::Ok;
-  }
-  std::vector<std::string> sentences;
+  LocalDateTime now() override { throw Failure(7); }
+  std::chrono::milliseconds elapsed() override { return {}; }
 };
 
 class RecordDialogFailuresTest : public test::RecordDialogStage {
@@ -67,8 +69,8 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
         around(test::purchaseRecord("a.b.c"), test::purchaseRecord("one.two.three/a")));
   }
 
-  // Everything in the files but the middle record, which is the site's own, and
-  // what was added behind the last.
+  // Everything in the files except the middle record, which is the site's own, and
+  // records appended after the last one.
   std::string othersRecords() {
     std::string others;
     for (const auto& [path, length] : {std::pair{paths_.currentURLNotesFile, 1324},
@@ -81,52 +83,76 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
     return others;
   }
 
+  // The main window works while it opens a dialog, the dialog after that.
+  QWidget& workingWindow(QDialog& dialog) {
+    return dialog.windowTitle().contains(QStringLiteral(" - ")) ? static_cast<QWidget&>(dialog)
+                                                                : mainWindow_;
+  }
+
   // Fails each file operation of `step` in turn, with each number, on a dialog that
-  // `make` has made anew.
+  // `prepare` has made ready for it. The hourglass is on the window that works, and on
+  // neither under the sentence.
   template <typename Dialog>
   void expectEveryFailureTold(const std::string& family,
                               const std::function<void(Dialog&)>& prepare,
                               const std::function<void(Dialog&)>& step) {
+    bool isOpen = false;  // after the step
     const auto run = [&](const std::function<void()>& arrange) {
       givenRecords();
       files_.reset();
       agreeing_.sentences.clear();
       Dialog dialog(agreeingParts());
       prepare(dialog);
+      dialog.show();
       files_.reset();
       arrange();
-      step(dialog);
-      EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
+      const auto expectNoHourglass = [&] {
+        EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
+        EXPECT_EQ(mainWindow_.cursor().shape(), Qt::ArrowCursor);
+      };
+      agreeing_.whileCritical = expectNoHourglass;
+      QWidget& working = workingWindow(dialog);
+      files_.onEveryCall([&working] { EXPECT_EQ(working.cursor().shape(), Qt::WaitCursor); });
+      if (&working == &mainWindow_) {
+        const Hourglass hourglass(mainWindow_);
+        step(dialog);
+      } else {
+        step(dialog);
+      }
+      isOpen = dialog.isVisible();
+      files_.onEveryCall({});
+      agreeing_.whileCritical = {};
+      expectNoHourglass();
       EXPECT_EQ(memory_.openFiles(), 0);
     };
     run([] {});
     EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});
     const std::vector<test::FileCall> calls = files_.calls();
     ASSERT_GT(calls.size(), 2U) << "the step works on a file";
-    const bool onlyReads = std::ranges::find(calls, test::FileCall::WriteAt) == calls.end();
     givenRecords();
     const std::string others = othersRecords();
     for (const auto& [number, reason] : kReasons) {
       for (int call = 1; call <= static_cast<int>(calls.size()); ++call) {
         SCOPED_TRACE(std::to_string(number) + " at call " + std::to_string(call));
         run([&, failing = number] { files_.failAtCall(call, failing); });
-        if (onlyReads && isRefusalToWrite(calls, call, number)) {
+        if (isMissingFileToRead(calls, call, number)) {
           EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});
         } else {
           EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{family + ' ' + reason});
+          EXPECT_TRUE(isOpen);
         }
         EXPECT_EQ(othersRecords(), others);
       }
     }
   }
 
-  // A file that may not be written is opened for reading instead.
-  static bool isRefusalToWrite(const std::vector<test::FileCall>& calls, int call, int number) {
-    return number == 75 &&
-           calls[static_cast<std::size_t>(call) - 1] == test::FileCall::OpenRandomAccess;
+  // Such a file is created.
+  static bool isMissingFileToRead(const std::vector<test::FileCall>& calls, int call, int number) {
+    return number == 53 &&
+           calls[static_cast<std::size_t>(call) - 1] == test::FileCall::OpenForReading;
   }
 
-  AgreeingMessageBox agreeing_;
+  test::AgreeingMessageBox agreeing_;
 };
 
 template <typename Dialog>
@@ -206,10 +232,7 @@ TEST_F(RecordDialogFailuresTest, OfOpeningGiveTheMainWindowItsPointerBack) {
 }
 
 TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
-  struct BrokenClock final : Clock {
-    LocalDateTime now() override { throw Failure(7); }
-    std::chrono::milliseconds elapsed() override { return {}; }
-  } broken;
+  BrokenClock broken;
   NewPurchaseDialog dialog({.files = files_,
                             .clock = broken,
                             .messageBox = messageBox_,
@@ -219,6 +242,43 @@ TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
   messageBox_.expect("Unable to open New Purchase window. Out of memory.",
                      MessageBoxStyle::Critical);
   dialog.Form_Load();
+  EXPECT_FALSE(dialog.findChild<QPushButton*>(QStringLiteral("DeleteButton"))->isEnabled());
+}
+
+// The list has the hourglass while it opens a purchase.
+TEST_F(RecordDialogFailuresTest, OfOpeningAPurchaseGiveTheListItsPointerBack) {
+  givenRecords();
+  BrokenClock broken;
+  PurchasesDialog dialog({.files = files_,
+                          .clock = broken,
+                          .messageBox = messageBox_,
+                          .paths = paths_,
+                          .tree = tree_,
+                          .mainWindow = mainWindow_});
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  dialog.findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);
+  Qt::CursorShape underTheMessage = Qt::WaitCursor;
+  messageBox_.expect("Unable to open New Purchase window. Out of memory.",
+                     MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                     [&] { underTheMessage = dialog.cursor().shape(); });
+  QTimer::singleShot(0, &dialog, [] {
+    auto* const opened = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(opened, nullptr);
+    opened->reject();
+  });
+  dialog.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+  EXPECT_EQ(underTheMessage, Qt::ArrowCursor);
+}
+
+TEST_F(RecordDialogFailuresTest, OfChoosingAPurchaseLeaveTheListOpen) {
+  givenRecords();
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  messageBox_.expect("You must select an item from the list.", MessageBoxStyle::Exclamation,
+                     MessageBoxButton::Ok, [] { throw std::bad_alloc(); });
+  EXPECT_NO_THROW(dialog.findChild<QPushButton*>(QStringLiteral("Command1"))->click());
 }
 
 // The time of the purchase is all that opening the dialog asks anybody for.
@@ -236,14 +296,18 @@ TEST_F(RecordDialogFailuresTest, OfViewingAPurchaseAreNotTold) {
   bool somePurchasesToLoad = false;
   dialog.Form_Load(somePurchasesToLoad);
   dialog.findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);
+  dialog.show();
   for (const auto& [number, reason] : kReasons) {
     for (int call = 1; call <= 3; ++call) {
-      if (isRefusalToWrite(files_.calls(), 1, number) && call == 1) continue;
+      if (call == 1 && number == 53) continue;  // a missing file is created
       files_.reset();
       files_.failAtCall(call, number);
       dialog.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
-      EXPECT_EQ(static_cast<int>(files_.calls().size()), call) << "nothing is asked after that";
+      const bool isRead = files_.calls().back() == test::FileCall::ReadAt;
+      // A block that cannot be read is tried once more, record by record.
+      EXPECT_EQ(static_cast<int>(files_.calls().size()), isRead ? call + 1 : call);
       EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
+      EXPECT_TRUE(dialog.isVisible());
     }
   }
   EXPECT_EQ(agreeing_.sentences, std::vector<std::string>{});

@@ -22,7 +22,9 @@ class RecordFileTest : public test::RecordFileStage {
  protected:
   const Path path_ = Path("Data") / "some.dat";
 
-  RecordFile open() { return {files_, path_, kLength, likely_}; }
+  RecordFile open(FileAccess access = FileAccess::ReadWrite) {
+    return {files_, path_, kLength, access, likely_};
+  }
 
   void givenTheFile(std::string bytes) { memory_.givenAFile(path_, std::move(bytes)); }
   const std::string& file() { return memory_.bytesOf(path_); }
@@ -73,7 +75,7 @@ TEST_F(RecordFileTest, SearchesAnotherFileFromItsBeginning) {
   EXPECT_EQ(open().find("a.b.c"), 2);
   const Path other = Path("Data") / "other.dat";
   memory_.givenAFile(other, record("a.b.c", "") + record("a.b.c", ""));
-  EXPECT_EQ(RecordFile(files_, other, kLength, likely_).find("a.b.c"), 1);
+  EXPECT_EQ(RecordFile(files_, other, kLength, FileAccess::Read, likely_).find("a.b.c"), 1);
 }
 
 TEST_F(RecordFileTest, ComparesKeysExactly) {
@@ -192,12 +194,9 @@ TEST_F(RecordFileTest, OverflowsInAFileOfMoreRecordsThanNumbers) {
 
 TEST_F(RecordFileTest, ReadsAFileThatMayOnlyBeRead) {
   memory_.givenAReadOnlyFile(path_, record("one.two.three", "x"));
-  EXPECT_EQ(open().find("one.two.three"), 1);
-  EXPECT_EQ(failureNumberOf([this] {
-              open().blank(1);
-              return 0;
-            }),
-            75);
+  EXPECT_EQ(open(FileAccess::Read).find("one.two.three"), 1);
+  EXPECT_EQ(failureNumberOf([this] { open(FileAccess::Read).blank(1); }), 75);
+  EXPECT_EQ(failureNumberOf([this] { return open().recordCount(); }), 75);
   EXPECT_EQ(file(), record("one.two.three", "x"));
 }
 

@@ -27,6 +27,13 @@ TEST_F(UIDDialogTest, ShowsBothInClearTextCutAtABlank) {
   EXPECT_TRUE(isEnabled(dialog, "DeleteButton"));
 }
 
+TEST_F(UIDDialogTest, HasRoomForWhatIsEntered) {
+  UIDDialog dialog(parts());
+  dialog.Form_Load();
+  dialog.show();
+  EXPECT_EQ(dialog.width(), 420);
+}
+
 TEST_F(UIDDialogTest, SavesAPasswordAlone) {
   UIDDialog dialog(parts());
   dialog.Form_Load();

@@ -69,5 +69,12 @@ TEST_F(LiteralLabelTest, NeedsNoMoreWidthForALongerText) {
   EXPECT_GT(label_.sizeHint().height(), 8);
 }
 
+TEST_F(LiteralLabelTest, IsNoHigherForMarkup) {
+  label_.showText(QStringLiteral("a"));
+  const int height = label_.sizeHint().height();
+  label_.showText(QStringLiteral("<h1>a</h1>"));
+  EXPECT_EQ(label_.sizeHint().height(), height);
+}
+
 }  // namespace
 }  // namespace quorrix

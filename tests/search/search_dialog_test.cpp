@@ -80,6 +80,19 @@ TEST_F(SearchDialogTest, OpensOverTheMiddleOfTheMainWindow) {
   EXPECT_LE(apart.manhattanLength(), 2) << "half pixels are cut off";
 }
 
+TEST_F(SearchDialogTest, IsPlacedBeforeItShows) {
+  const QPoint place = dialog_.pos();
+  dialog_.show();
+  EXPECT_EQ(dialog_.pos(), place);
+}
+
+TEST_F(SearchDialogTest, HasRoomForTwoDigitsOfDayAndMonthAndForFourOfTheYear) {
+  const int twoDigits = control<QLineEdit>(dialog_, "Text2").width();
+  EXPECT_EQ(control<QLineEdit>(dialog_, "Text1").width(), twoDigits);
+  const int digit = dialog_.fontMetrics().horizontalAdvance(QLatin1Char('0'));
+  EXPECT_EQ(control<QLineEdit>(dialog_, "Text4").width(), twoDigits + 2 * digit);
+}
+
 TEST_F(SearchDialogTest, PresetsASearchOnTheSiteAddress) {
   EXPECT_TRUE(control<QRadioButton>(dialog_, "Option1").isChecked());
   EXPECT_EQ(entered(dialog_, "Text3"), "");
@@ -110,8 +123,8 @@ TEST_F(SearchDialogTest, SearchesForWhatWasEntered) {
   press(dialog_, "OKButton");
   choose(dialog_, "Option1");
   press(dialog_, "OKButton");
-  EXPECT_EQ(searches_, (Texts{"url <Caf\xE9 & Co> 7/9/26", "date <Caf\xE9 & Co> 7/9/26",
-                              "both <Caf\xE9 & Co> 7/9/26", "url <Caf\xE9 & Co> 7/9/26"}));
+  EXPECT_EQ(searches_, (Texts{"url <Caf\u00e9 & Co> 7/9/26", "date <Caf\u00e9 & Co> 7/9/26",
+                              "both <Caf\u00e9 & Co> 7/9/26", "url <Caf\u00e9 & Co> 7/9/26"}));
 }
 
 TEST_F(SearchDialogTest, TakesTheLastTwoDigitsOfTheYear) {

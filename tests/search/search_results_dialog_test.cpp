@@ -61,6 +61,17 @@ TEST_F(SearchResultsDialogTest, ShowsItsCaptions) {
   EXPECT_EQ(captionOfButton(dialog_, "CancelButton"), "Cancel");
 }
 
+TEST_F(SearchResultsDialogTest, ShowsEachCriterionBesideItsName) {
+  dialog_.Form_Load({UserSearchType::Both, "e", "7/9/26"}, {});
+  dialog_.show();
+  const auto placeOf = [this](const char* label) {
+    return control<QLabel>(dialog_, label).geometry();
+  };
+  EXPECT_EQ(placeOf("Label4").center().y(), placeOf("Label3").center().y());
+  EXPECT_EQ(placeOf("Label6").center().y(), placeOf("Label5").center().y());
+  EXPECT_EQ(placeOf("Label6").left(), placeOf("Label4").left());
+}
+
 TEST_F(SearchResultsDialogTest, StaysInFrontAndLetsTheUserGoOnInTheMainWindow) {
   dialog_.show();
   EXPECT_TRUE(dialog_.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
@@ -78,8 +89,8 @@ TEST_F(SearchResultsDialogTest, ShowsTheDateUnlessOnlyTheAddressWasSearched) {
   EXPECT_EQ(captionOf(dialog_, "Label6"), "");
   for (const UserSearchType type : {UserSearchType::Date, UserSearchType::Both}) {
     SearchResultsDialog dialog(parts());
-    dialog.Form_Load({type, "caf\xE9", "11/16/99"}, {});
-    EXPECT_EQ(captionOf(dialog, "Label4"), "caf\u00e9");
+    dialog.Form_Load({type, "caf\u00e9 \u0101", "11/16/99"}, {});
+    EXPECT_EQ(captionOf(dialog, "Label4"), "caf\u00e9 \u0101");
     EXPECT_EQ(captionOf(dialog, "Label6"), "11/16/99");
   }
 }
@@ -155,6 +166,7 @@ TEST_F(SearchResultsDialogTest, TellsTheSameOfEveryFailure) {
     EXPECT_TRUE(messageBox_.isThrough()) << number;
     EXPECT_EQ(selected(), "ROOT");
     EXPECT_EQ(dialog_.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_TRUE(dialog_.isVisible());
   }
 }
 

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/text_encoding.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
@@ -43,7 +44,9 @@ class SiteSearchTest : public testing::Test {
   }
 
   Addresses search(const SearchCriteria& criteria) {
-    return searchSiteFile(files_, paths_, criteria);
+    SearchCriteria asEntered = criteria;  // the tests' texts are single-byte
+    asEntered.searchText = utf8FromWindows1252(criteria.searchText);
+    return searchSiteFile(files_, paths_, asEntered);
   }
 
   Addresses byText(const std::string& text) { return search({UserSearchType::Url, text, ""}); }
@@ -104,10 +107,30 @@ TEST_F(SiteSearchTest, FindsNoAddressByAnEmptyText) {
 TEST_F(SiteSearchTest, OpensTheFileButReadsNothingOfItForAnEmptyText) {
   givenTheFile(record("a.b.c", "no date"));
   EXPECT_EQ(byText(""), Addresses{});
-  EXPECT_EQ(files_.calls(), std::vector<FileCall>{FileCall::OpenRandomAccess});
+  EXPECT_EQ(files_.calls(), std::vector<FileCall>{FileCall::OpenForReading});
   files_.reset();
-  files_.failAtCall(FileCall::OpenRandomAccess, 1, 67);
+  files_.failAtCall(FileCall::OpenForReading, 1, 67);
   EXPECT_EQ(failureByText(""), 67);
+}
+
+// Such a character is a "?" where addresses are recorded.
+TEST_F(SiteSearchTest, FindsNothingByACharacterThatNoAddressCanHold) {
+  givenTheFile(record("a.b.c/?q=1") + record("a.b.c/?\xC4\x81"));
+  for (const char* text : {"\u0101", "a\u0416", "\U0001F511", "?\u0101"}) {
+    for (const auto type : {UserSearchType::Url, UserSearchType::Both}) {
+      const SearchCriteria criteria{type, text, "1/1/25"};
+      EXPECT_EQ(searchSiteFile(files_, paths_, criteria), Addresses{}) << text;
+    }
+    const SearchCriteria byDate{UserSearchType::Date, text, "1/1/25"};
+    EXPECT_EQ(searchSiteFile(files_, paths_, byDate).size(), 2U);
+  }
+  EXPECT_EQ(byText("?").size(), 2U);
+}
+
+TEST_F(SiteSearchTest, ReadsDatesWhateverTheTextHolds) {
+  givenTheFile(record("a.b.c", "no date"));
+  const SearchCriteria criteria{UserSearchType::Url, "\u0101", ""};
+  EXPECT_EQ(failureNumberOf([&] { return searchSiteFile(files_, paths_, criteria); }), 13);
 }
 
 TEST_F(SiteSearchTest, SeeksABlankOnlyWhereAnAddressHasOne) {
@@ -328,8 +351,8 @@ TEST_F(SiteSearchTest, FailsWithTheNumberOfWhateverCallFails) {
   ASSERT_GE(calls, 4);  // open, length, read, read
   for (int call = 1; call <= calls; ++call) {
     for (const int number : kFileFailures) {
-      // Refused for writing, the file is opened for reading.
-      if (call == 1 && number == 75) continue;
+      // A missing file is created.
+      if (call == 1 && number == 53) continue;
       files_.reset();
       files_.failAtCall(call, number);
       EXPECT_EQ(failureByBoth("a", "1/1/25"), number) << "call " << call;
@@ -338,10 +361,10 @@ TEST_F(SiteSearchTest, FailsWithTheNumberOfWhateverCallFails) {
   }
 }
 
-TEST_F(SiteSearchTest, FailsWhenTheFileCanBeOpenedInNoWay) {
+TEST_F(SiteSearchTest, ReadsAFileThatAnotherProgramIsReading) {
   givenTheFile(record("a.b.c"));
-  files_.failAlways(75);
-  EXPECT_EQ(failureByText("a"), 75);
+  const auto held = memory_.openForReading(paths_.currentNodesFile);
+  EXPECT_EQ(byText("a"), Addresses{"a.b.c"});
 }
 
 TEST_F(SiteSearchTest, FailsForARecordThatCannotBeRead) {

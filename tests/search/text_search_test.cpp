@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "search/case_folding.h"
 
@@ -20,6 +21,13 @@ TEST(TextSearch, FindsATextAtEveryPlace) {
   EXPECT_TRUE(isIn("harbour", "news.harbour.example"));
   EXPECT_TRUE(isIn("example", "news.harbour.example"));
   EXPECT_TRUE(isIn("news.harbour.example", "news.harbour.example"));
+}
+
+// The sanitizers tell where a search reads beyond the bytes that it has.
+TEST(TextSearch, ReadsOnlyTheTextsThatItHas) {
+  const std::vector<char> text{'n', 'e', 'w'};
+  EXPECT_FALSE(isIn("s", {text.data(), text.size()}));
+  EXPECT_TRUE(isIn({}, {text.data(), text.size()}));
 }
 
 TEST(TextSearch, FindsNothingThatIsNotThere) {

@@ -7,6 +7,8 @@
 #include <QToolButton>
 #include <string>
 
+#include "support/qt_printers.h"
+
 namespace quorrix {
 namespace {
 
@@ -29,6 +31,14 @@ class UpDownTest : public ::testing::Test {
   QLineEdit* box_ = new QLineEdit(&window_);
   UpDown* upDown_ = new UpDown("UpDown2", QStringLiteral("month"), *box_, {1, 12});
 };
+
+TEST_F(UpDownTest, IsFilledByTheArrowUpAboveTheArrowDown) {
+  window_.show();
+  const QRect up = arrow_("Up").geometry();
+  const QRect down = arrow_("Down").geometry();
+  EXPECT_EQ(up.united(down), upDown_->rect());
+  EXPECT_EQ(down.top(), up.bottom() + 1);
+}
 
 TEST_F(UpDownTest, CountsUpAndDown) {
   EXPECT_EQ(up("6"), "7");

@@ -639,6 +639,16 @@ INSTANTIATE_TEST_SUITE_P(Of, FailureMessage, testing::ValuesIn(kFamilies),
                            return std::string(family.param.name);
                          });
 
+TEST(FailureMessageOfAnotherCommand, IsTheReasonAlone) {
+  EXPECT_EQ(failureMessage(FailureFamily::OtherCommand, 7), "Out of memory.");
+  EXPECT_EQ(failureMessage(FailureFamily::OtherCommand, 61), "Disk full.");
+  EXPECT_EQ(failureMessage(FailureFamily::OtherCommand, 51), "Unknown error.");
+}
+
+TEST(FailureMessageOfNoFamily, IsThatOfAnUnknownError) {
+  EXPECT_EQ(failureMessage(static_cast<FailureFamily>(1000), 7), "Unknown error.");
+}
+
 TEST(FailureMessageOfStartUp, EndsInTheNumberItDoesNotKnow) {
   EXPECT_EQ(failureMessage(FailureFamily::StartUp, 0), "Error. Ending program.0");
   EXPECT_EQ(failureMessage(FailureFamily::StartUp, -1), "Error. Ending program.-1");

@@ -7,7 +7,6 @@
 #include <stdexcept>
 
 #include "platform/failure.h"
-#include "shell/pointer.h"
 #include "support/scripted_message_box.h"
 
 namespace quorrix {
@@ -17,7 +16,8 @@ using test::ScriptedMessageBox;
 
 class GuardedTest : public testing::Test {
  protected:
-  GuardedTest() { showHourglass(form_); }
+  // As a form has it whose caller set it.
+  GuardedTest() { form_.setCursor(Qt::WaitCursor); }
 
   Qt::CursorShape pointer() const { return form_.cursor().shape(); }
 

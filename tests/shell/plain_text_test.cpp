@@ -71,23 +71,5 @@ TEST(AsWindowTitle, ShowsTheMarkerOfAModifiedWindowAsItStands) {
   }
 }
 
-TEST(AsWrappingText, LetsALongWordBreakAfterThirtyCharacters) {
-  EXPECT_EQ(asWrappingText(QString(30, u'a')), QString(30, u'a'));
-  EXPECT_EQ(asWrappingText(QString(31, u'a')),
-            QString(QString(30, u'a') + QChar(0x200B) + QLatin1Char('a')));
-}
-
-TEST(AsWrappingText, CountsFromEveryBlank) {
-  const QString text = QString(25, u'a') + QLatin1Char(' ') + QString(25, u'b') +
-                       QLatin1Char('\n') + QString(25, u'c');
-  EXPECT_EQ(asWrappingText(text), text);
-}
-
-TEST(AsWrappingText, KeepsACharacterOfTwoHalvesTogether) {
-  const QString text = QString(29, u'a') + QString::fromUcs4(U"\U0001F337x");
-  EXPECT_EQ(asWrappingText(text), QString(QString(29, u'a') + QString::fromUcs4(U"\U0001F337") +
-                                          QChar(0x200B) + QLatin1Char('x')));
-}
-
 }  // namespace
 }  // namespace quorrix

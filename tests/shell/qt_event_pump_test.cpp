@@ -10,6 +10,8 @@
 namespace quorrix {
 namespace {
 
+constexpr std::chrono::milliseconds kShort{100};
+
 using namespace std::chrono_literals;
 
 TEST(QtEventPump, HandlesEveryPendingEvent) {
@@ -39,7 +41,7 @@ TEST(QtEventPump, GoesOnHandlingEventsWhileItPauses) {
   QObject receiver;
   bool isHandled = false;
   QTimer::singleShot(20ms, &receiver, [&isHandled] { isHandled = true; });
-  pump.pause();
+  pump.pause(kShort);
   EXPECT_TRUE(isHandled);
 }
 
@@ -48,10 +50,10 @@ TEST(QtEventPump, PausesAgainInsideAPause) {
   QObject receiver;
   bool isThrough = false;
   QTimer::singleShot(0, &receiver, [&pump, &isThrough] {
-    pump.pause();
+    pump.pause(kShort);
     isThrough = true;
   });
-  pump.pause();
+  pump.pause(kShort);
   EXPECT_TRUE(isThrough);
 }
 
@@ -64,7 +66,7 @@ TEST(QtEventPump, DoesNotPauseOnceTheProgramEnds) {
     QCoreApplication::exit(3);
     bool isHandled = false;
     QTimer::singleShot(0, &receiver, [&isHandled] { isHandled = true; });
-    pump.pause();
+    pump.pause(kShort);
     EXPECT_FALSE(isHandled);
     hasReturned = true;
     QCoreApplication::removePostedEvents(&receiver);

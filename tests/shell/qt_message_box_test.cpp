@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "support/qt_printers.h"
@@ -19,6 +23,10 @@ namespace {
 using UserAction = std::function<void(QMessageBox&)>;
 
 void clickDefaultButton(QMessageBox& box) { box.defaultButton()->click(); }
+
+QLabel& textLabel(const QMessageBox& box) {
+  return *box.findChild<QLabel*>(QStringLiteral("MessageText"));
+}
 
 // Shows a message box and, as soon as it is open, does with it what the user would.
 MessageBoxButton showAnd(const UserAction& act, std::string_view text,
@@ -89,22 +97,84 @@ TEST(QtMessageBox, ShowsMarkupLetterByLetter) {
   const QString text = QStringLiteral("<b>Unable</b> to find &amp; <img src=x>");
   showAnd(
       [&text](QMessageBox& box) {
-        const auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-        ASSERT_NE(label, nullptr);
-        EXPECT_EQ(label->text(), text);
-        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        EXPECT_EQ(textLabel(box).text(), text);
+        EXPECT_EQ(textLabel(box).textFormat(), Qt::PlainText);
         clickDefaultButton(box);
       },
       "<b>Unable</b> to find &amp; <img src=x>");
 }
 
-TEST(QtMessageBox, ReadsSingleByteText) {
+// A folder's path, of one word.
+const std::string kLongQuestion = "Delete archive '/" + std::string(250, 'w') + "'?";
+
+TEST(QtMessageBox, ShowsALongWordWholeAndSaysItUnchanged) {
   showAnd(
       [](QMessageBox& box) {
-        EXPECT_EQ(box.text(), QStringLiteral("caf\u00e9 \u20ac"));
+        const QString text = QString::fromStdString(kLongQuestion);
+        const QLabel& label = textLabel(box);
+        EXPECT_EQ(label.text(), text);
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(&textLabel(box))->text(QAccessible::Name),
+                  text);
+        EXPECT_LE(label.width(), 60 * label.fontMetrics().averageCharWidth());
+        EXPECT_GE(label.height(), label.heightForWidth(label.width()));
+        EXPECT_GE(label.height(), 3 * label.fontMetrics().height());
         clickDefaultButton(box);
       },
-      "caf\xe9 \x80");
+      kLongQuestion);
+}
+
+TEST(QtMessageBox, CopiesItsTextUnchangedWithTheKeyForCopying) {
+  for (const std::string& text : {kLongQuestion, std::string("<b>caf\u00e9</b> \u0416\nnext")}) {
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    showAnd(
+        [](QMessageBox& box) {
+          ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
+          QTest::keyClick(box.windowHandle(), Qt::Key_C, Qt::ControlModifier);
+          EXPECT_TRUE(box.isVisible());
+          clickDefaultButton(box);
+        },
+        text);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(text));
+  }
+}
+
+TEST(QtMessageBox, ShowsItsTextOnceInAnotherStyleToo) {
+  const auto visibleTexts = [](const QMessageBox& box) {
+    QStringList texts;
+    for (const QLabel* const label : box.findChildren<QLabel*>()) {
+      if (label->isVisible() && !label->text().isEmpty()) texts << label->text();
+    }
+    return texts;
+  };
+  for (const auto style : {MessageBoxStyle::Critical, MessageBoxStyle::SystemModal}) {
+    showAnd(
+        [&](QMessageBox& box) {
+          EXPECT_EQ(visibleTexts(box), QStringList(QStringLiteral("Text.")));
+          const std::unique_ptr<QStyle> another(QStyleFactory::create(QStringLiteral("windows")));
+          box.setStyle(another.get());
+          EXPECT_EQ(visibleTexts(box), QStringList(QStringLiteral("Text.")));
+          EXPECT_TRUE(box.rect().contains(textLabel(box).geometry()));
+          box.setStyle(nullptr);
+          clickDefaultButton(box);
+        },
+        "Text.", style);
+  }
+}
+
+TEST(QtMessageBox, HasNoIconAndOneButtonForAnUnknownStyle) {
+  inspect(MessageBoxStyle{0}, [](const QMessageBox& box) {
+    EXPECT_EQ(box.icon(), QMessageBox::NoIcon);
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+  });
+}
+
+TEST(QtMessageBox, ShowsEveryCharacter) {
+  showAnd(
+      [](QMessageBox& box) {
+        EXPECT_EQ(box.text(), QStringLiteral("caf\u00e9 \u0416"));
+        clickDefaultButton(box);
+      },
+      "caf\u00e9 \u0416");
 }
 
 TEST(QtMessageBox, AnswersWithTheButtonThatWasClicked) {

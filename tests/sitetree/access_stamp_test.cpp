@@ -88,6 +88,7 @@ TEST(ReadCalendarDate, TakesAYearOfFourDigitsAsItStands) {
   EXPECT_EQ(dateIn("1/2/2099"), "2099-1-2");
   EXPECT_EQ(dateIn("1/2/0001"), "1-1-2");
   EXPECT_EQ(dateIn("1/2/9999"), "9999-1-2");
+  EXPECT_EQ(dateIn("10/20/2030"), "2030-10-20");
 }
 
 TEST(ReadCalendarDate, TakesLeadingZeros) { EXPECT_EQ(dateIn("01/02/03"), "2003-1-2"); }

@@ -196,8 +196,10 @@ TEST_F(FixedRecordFileTest, ScansAFileOfManyBlocks) {
                 return number == expected;
               });
   EXPECT_EQ(expected, kCount);
-  // One call to the system per record would make loading slow.
+  // One call to the system per record would make loading slow; one for all of them would take as
+  // much memory as the file is long.
   EXPECT_LT(files_.callsOf(FileCall::ReadAt), 100);
+  EXPECT_GT(files_.callsOf(FileCall::ReadAt), 2);
 }
 
 TEST_F(FixedRecordFileTest, FailsAScanAtAnUnreadableRecord) {
@@ -206,10 +208,38 @@ TEST_F(FixedRecordFileTest, FailsAScanAtAnUnreadableRecord) {
   EXPECT_EQ(failureNumberOf([this] { return scanned(3, ReadFailures::Throw); }), 57);
 }
 
+TEST_F(FixedRecordFileTest, VisitsEveryRecordBeforeTheOneThatFailsAScan) {
+  givenAFileOf("aaaabbbbcccc");
+  files_.spoilBytes(9, 1, 57);
+  std::vector<std::uint64_t> visited;
+  EXPECT_EQ(failureNumberOf([&] {
+              open().scan(3, ReadFailures::Throw,
+                          [&visited](std::uint64_t number, std::span<const char>) {
+                            visited.push_back(number);
+                            return true;
+                          });
+            }),
+            57);
+  EXPECT_EQ(visited, (std::vector<std::uint64_t>{1, 2}));
+}
+
+TEST_F(FixedRecordFileTest, EndsAScanBeforeAnUnreadableRecord) {
+  givenAFileOf("aaaabbbbcccc");
+  files_.spoilBytes(9, 1, 57);
+  open().scan(3, ReadFailures::Throw,
+              [](std::uint64_t number, std::span<const char>) { return number < 2; });
+}
+
 TEST_F(FixedRecordFileTest, SkipsOnlyTheRecordThatIsUnreadable) {
   givenAFileOf("aaaabbbbcccc");
   files_.spoilBytes(5, 1, 57);
   EXPECT_EQ(scanned(3, ReadFailures::SkipRecord), (Records{{1, "aaaa"}, {3, "cccc"}}));
+}
+
+TEST_F(FixedRecordFileTest, FailsNoScanBecauseOneReadFailedOnce) {
+  givenAFileOf("aaaabbbb");
+  files_.failOneRead(57);
+  EXPECT_EQ(scanned(2, ReadFailures::Throw), (Records{{1, "aaaa"}, {2, "bbbb"}}));
 }
 
 TEST_F(FixedRecordFileTest, SkipsEveryRecordOfADeadDisk) {
@@ -223,6 +253,17 @@ TEST_F(FixedRecordFileTest, StopsAScanBesideAnUnreadableRecord) {
   files_.spoilBytes(0, 1, 57);
   int visits = 0;
   open().scan(3, ReadFailures::SkipRecord, [&visits](std::uint64_t, std::span<const char>) {
+    ++visits;
+    return false;
+  });
+  EXPECT_EQ(visits, 1);
+}
+
+TEST_F(FixedRecordFileTest, StopsAScanInABlockWithAnUnreadableRecordForGood) {
+  givenAFileOf(std::string(kLength * 200'000, 'x'));
+  files_.spoilBytes(0, 1, 57);
+  int visits = 0;
+  open().scan(200'000, ReadFailures::SkipRecord, [&visits](std::uint64_t, std::span<const char>) {
     ++visits;
     return false;
   });
@@ -265,15 +306,46 @@ TEST_F(FixedRecordFileTest, DemandsWritingWhereTheCallerDoes) {
   EXPECT_EQ(files_.callsOf(FileCall::OpenForReading), 0);
 }
 
-TEST_F(FixedRecordFileTest, TriesReadingOnlyAfterARefusal) {
+TEST_F(FixedRecordFileTest, TriesALockedFileOnceWhateverItWants) {
   givenAFileOf("aaaa");
-  for (const int number : {7, 53, 57, 61, 67, 68, 71, 76}) {
+  const auto held = memory_.openRandomAccess(path_);
+  for (const auto access : {FileAccess::Read, FileAccess::ReadWrite, FileAccess::AsPermitted}) {
     files_.reset();
-    files_.failAtCall(FileCall::OpenRandomAccess, 1, number);
-    EXPECT_EQ(failureNumberOf(
-                  [this] { FixedRecordFile(files_, path_, kLength, FileAccess::AsPermitted); }),
-              number);
-    EXPECT_EQ(files_.callsOf(FileCall::OpenForReading), 0);
+    EXPECT_EQ(failureNumberOf([&] { FixedRecordFile(files_, path_, kLength, access); }), 75);
+    EXPECT_EQ(files_.calls().size(), 1U);
+  }
+}
+
+TEST_F(FixedRecordFileTest, WantsWritingBesideAReaderWhereThatIsPermitted) {
+  givenAFileOf("aaaa");
+  const auto held = memory_.openForReading(path_);
+  EXPECT_EQ(
+      failureNumberOf([this] { FixedRecordFile(files_, path_, kLength, FileAccess::AsPermitted); }),
+      75);
+  FixedRecordFile beside(files_, path_, kLength, FileAccess::Read);
+  EXPECT_EQ(beside.recordCount(), 1U);
+}
+
+TEST_F(FixedRecordFileTest, CreatesAMissingFileForReading) {
+  EXPECT_EQ(FixedRecordFile(files_, path_, kLength, FileAccess::Read).recordCount(), 0U);
+  EXPECT_EQ(memory_.bytesOf(path_), "");
+}
+
+TEST_F(FixedRecordFileTest, SaysWhyAMissingFileCannotBeCreatedForReading) {
+  files_.failAtCall(FileCall::OpenRandomAccess, 1, 75);
+  EXPECT_EQ(failureNumberOf([this] { FixedRecordFile(files_, path_, kLength, FileAccess::Read); }),
+            75);
+}
+
+TEST_F(FixedRecordFileTest, CreatesOnlyAFileThatIsMissing) {
+  givenAFileOf("aaaa");
+  for (const int number : {7, 57, 61, 67, 68, 71, 75, 76}) {
+    files_.reset();
+    files_.failAtCall(FileCall::OpenForReading, 1, number);
+    EXPECT_EQ(
+        failureNumberOf([this] { FixedRecordFile(files_, path_, kLength, FileAccess::Read); }),
+        number);
+    EXPECT_EQ(files_.callsOf(FileCall::OpenRandomAccess), 0);
   }
 }
 

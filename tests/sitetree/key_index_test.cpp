@@ -130,6 +130,14 @@ TEST(KeyIndex, KeepsFindingTheOthersWhenOneIsErased) {
   }
 }
 
+TEST(KeyIndex, KeepsFindingTheOnlyOtherOneWhenOneIsErased) {
+  KeyIndex index;
+  index.insert(7, 1);
+  index.insert(7, 2);
+  index.erase(7, 1);
+  EXPECT_EQ(findNumber(index, 7, 2), 2U);
+}
+
 TEST(KeyIndex, IsEmptyWhenCleared) {
   KeyIndex index;
   index.insert(7, 1);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <new>
 #include <string>
 
 #include "platform/failure.h"
@@ -196,6 +198,20 @@ TEST(AddressLevels, AreFiftyAtMost) {
   EXPECT_EQ(levels.count(), 50U);
   EXPECT_EQ(levelText(levels, 50), "s");
   EXPECT_EQ(levelKey(levels, 50), fifty);
+}
+
+// Copying the levels copies the whole array, and reading an uninitialised element is undefined.
+TEST(AddressLevels, InitialiseAllOfTheirMemory) {
+  alignas(AddressLevels) std::array<char, sizeof(AddressLevels)> memory;
+  memory.fill('\x55');
+  new (memory.data()) AddressLevels(addressLevels("one.two.three"));
+  const std::string_view bytes(memory.data(), memory.size());
+  EXPECT_EQ(bytes.find(std::string(8, '\x55')), std::string_view::npos);
+}
+
+TEST(AddressLevels, FailForAnAddressLongerThan65535Characters) {
+  EXPECT_EQ(addressLevels(std::string(65'535, 'a')).count(), 1U);
+  EXPECT_EQ(failureNumberOf([] { return addressLevels(std::string(65'536, 'a')).count(); }), 9);
 }
 
 TEST(AddressLevels, FailAtThe51stSegment) {

@@ -220,9 +220,9 @@ TEST_F(SiteDeletionTest, ReadsEachFileOnceHoweverManyKeysThereAre) {
 TEST_F(SiteDeletionTest, WritesEachRecordOnceAndSyncsEachFileOnce) {
   givenRecordsEverywhere({"a.a.a", "b.b.b"});
   deleteSites({"a.a.a", "b.b.b"});
-  const std::vector<FileCall> perFile{FileCall::OpenRandomAccess, FileCall::Length,
-                                      FileCall::ReadAt,           FileCall::WriteAt,
-                                      FileCall::WriteAt,          FileCall::Sync};
+  const std::vector<FileCall> perFile{FileCall::OpenAsPermitted, FileCall::Length,
+                                      FileCall::ReadAt,          FileCall::WriteAt,
+                                      FileCall::WriteAt,         FileCall::Sync};
   std::vector<FileCall> expected;
   for (int i = 0; i < 4; ++i) expected.insert(expected.end(), perFile.begin(), perFile.end());
   EXPECT_EQ(files_.calls(), expected);

@@ -214,7 +214,7 @@ TEST_F(SiteFileTest, LoadsEverythingWhenOneReadFailsOnce) {
   for (const int number : kFileFailures) {
     files_.reset();
     givenTheFile(record("a.a.a") + record("b.b.b"));
-    files_.failAtCall(FileCall::ReadAt, 1, number);
+    files_.failOneRead(number);
     EXPECT_EQ(loadedKeys(), (Keys{"a.a.a", "b.b.b"})) << number;
   }
 }

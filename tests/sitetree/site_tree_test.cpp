@@ -389,7 +389,7 @@ TEST_F(ObservedSiteTreeTest, SaysNothingMoreWithoutAnObserver) {
   EXPECT_EQ(log_.events, std::vector<std::string>{});
 }
 
-// The tree as nobody could get it wrong: maps, and a key cut anew at every level.
+// The tree in its simplest form: maps, and every key cut from the address again.
 class ModelTree {
  public:
   struct Node {
@@ -463,6 +463,15 @@ TEST_F(SiteTreeTest, AddsABatchAsItAddsOneAddressAfterTheOther) {
     EXPECT_EQ(tree_.tag(node), single.tag(node));
     EXPECT_EQ(tree_.recordNumber(node), single.recordNumber(node));
   }
+}
+
+TEST_F(SiteTreeTest, LeavesAnAddressThatIsTooLongOutOfABatch) {
+  SiteTree::Batch batch(tree_);
+  batch.add(std::string(300, 'a'), 'N', 1);
+  EXPECT_EQ(failureNumberOf([&batch] { batch.add(std::string(301, 'b'), 'N', 2); }), 9);
+  batch.flush();
+  EXPECT_EQ(tree_.size(), 2U);
+  EXPECT_NE(tree_.find(std::string(300, 'a')), kNoNode);
 }
 
 TEST_F(SiteTreeTest, LeavesAnAddressOfTooManyLevelsOutOfABatch) {

@@ -31,7 +31,7 @@ class CountingEventPump final : public EventPump {
     if (action != actions_.end()) action->second();
   }
 
-  void pause() override { ++pauses_; }
+  void pause(std::chrono::milliseconds /*time*/) override { ++pauses_; }
 
  private:
   static constexpr int kEndless = 10'000;

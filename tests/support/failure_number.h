@@ -22,4 +22,15 @@ template <typename Operation>
   return kNoFailure;
 }
 
+// Whether `operation` throws a Failure that says that another program has the file locked.
+template <typename Operation>
+[[nodiscard]] bool failsBecauseInUse(Operation operation) {
+  try {
+    static_cast<void>(operation());
+  } catch (const Failure& raised) {
+    return raised.isFileInUse();
+  }
+  return false;
+}
+
 }  // namespace quorrix::test

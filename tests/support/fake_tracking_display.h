@@ -20,6 +20,11 @@ class FakeTrackingDisplay final : public TrackingDisplay {
   [[nodiscard]] const std::vector<std::string>& statuses() const { return statuses_; }
   [[nodiscard]] const std::vector<NodeId>& nodesMadeVisible() const { return visible_; }
 
+  // Every list of unreadable browsers that was shown, in order.
+  [[nodiscard]] const std::vector<std::vector<UnreadableBrowser>>& unreadableBrowsers() const {
+    return unreadable_;
+  }
+
   void showTrackingStatus(std::string_view text) override { statuses_.emplace_back(text); }
 
   void makeVisible(NodeId node) override {
@@ -27,9 +32,14 @@ class FakeTrackingDisplay final : public TrackingDisplay {
     visible_.push_back(node);
   }
 
+  void showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) override {
+    unreadable_.push_back(browsers);
+  }
+
  private:
   std::vector<std::string> statuses_;
   std::vector<NodeId> visible_;
+  std::vector<std::vector<UnreadableBrowser>> unreadable_;
   std::optional<int> failure_;
 };
 

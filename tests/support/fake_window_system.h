@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/window_system.h"
@@ -47,6 +48,9 @@ class FakeWindowSystem final : public WindowSystem {
   // before are gone: asked about, they answer nothing.
   void show(std::vector<FakeWindow> windows);
 
+  // From now on these browsers cannot be read.
+  void setUnreadable(std::vector<UnreadableBrowser> browsers) { unreadable_ = std::move(browsers); }
+
   // Runs at the start of each EnumWindows with its number, counted from 1: the
   // place to show() something else.
   void atEachEnumeration(std::function<void(int enumeration)> action);
@@ -72,6 +76,9 @@ class FakeWindowSystem final : public WindowSystem {
   [[nodiscard]] WindowHandle GetWindow(WindowHandle window, WindowRelation relation) override;
   std::size_t SendMessageA(WindowHandle window, WindowMessage message,
                            std::span<char> buffer) override;
+  [[nodiscard]] std::vector<UnreadableBrowser> unreadableBrowsers() const override {
+    return unreadable_;
+  }
 
  private:
   struct Entry {
@@ -93,6 +100,7 @@ class FakeWindowSystem final : public WindowSystem {
   std::vector<Entry> entries_;
   // Handles are not used again, so that one kept too long names no other window.
   WindowHandle firstHandle_ = 1;
+  std::vector<UnreadableBrowser> unreadable_;
   std::vector<Call> calls_;
   std::vector<Fault> faults_;
   std::function<void(int)> eachEnumeration_;

@@ -29,6 +29,7 @@ struct FaultyFileSystem::Plan {
   std::vector<BadSpot> badSpots;
   std::vector<Cut> cuts;
   std::optional<int> always;
+  std::optional<int> oneRead;
   std::function<void()> look;
 
   void call(FileCall kind) {
@@ -43,7 +44,8 @@ struct FaultyFileSystem::Plan {
     if (strikes) throw Failure(*strikes);
   }
 
-  void requireReadable(std::uint64_t offset, std::uint64_t count) const {
+  static void requireReadable(const std::vector<BadSpot>& badSpots, std::uint64_t offset,
+                              std::uint64_t count) {
     for (const BadSpot& spot : badSpots) {
       if (offset < spot.first + spot.count && spot.first < offset + count) {
         throw Failure(spot.number);
@@ -72,8 +74,15 @@ class FaultyFileSystem::File final : public RandomAccessFile {
   }
 
   std::size_t readAt(std::uint64_t offset, std::span<char> into) override {
-    plan_->call(FileCall::ReadAt);
-    plan_->requireReadable(offset, into.size());
+    try {
+      plan_->call(FileCall::ReadAt);
+    } catch (const Failure& reason) {
+      badSpots_.push_back({.first = offset, .count = into.size(), .number = reason.number()});
+      throw;
+    }
+    if (const auto number = std::exchange(plan_->oneRead, std::nullopt)) throw Failure(*number);
+    Plan::requireReadable(badSpots_, offset, into.size());
+    Plan::requireReadable(plan_->badSpots, offset, into.size());
     return behind_->readAt(offset, into.first(plan_->allowedBytes(into.size())));
   }
 
@@ -90,6 +99,7 @@ class FaultyFileSystem::File final : public RandomAccessFile {
  private:
   std::unique_ptr<RandomAccessFile> behind_;
   std::shared_ptr<Plan> plan_;
+  std::vector<Plan::BadSpot> badSpots_;
 };
 
 FaultyFileSystem::FaultyFileSystem(FileSystem& behind)
@@ -102,6 +112,8 @@ void FaultyFileSystem::failAtCall(int n, int number) {
 void FaultyFileSystem::failAtCall(FileCall kind, int n, int number) {
   plan_->faults.push_back({.kind = kind, .callsLeft = n, .number = number});
 }
+
+void FaultyFileSystem::failOneRead(int number) { plan_->oneRead = number; }
 
 void FaultyFileSystem::failAlways(int number) { plan_->always = number; }
 
@@ -148,9 +160,19 @@ std::unique_ptr<RandomAccessFile> FaultyFileSystem::openForReading(const Path& p
   return std::make_unique<File>(behind_.openForReading(path), plan_);
 }
 
+std::unique_ptr<RandomAccessFile> FaultyFileSystem::openAsPermitted(const Path& path) {
+  plan_->call(FileCall::OpenAsPermitted);
+  return std::make_unique<File>(behind_.openAsPermitted(path), plan_);
+}
+
 void FaultyFileSystem::deleteFile(const Path& path) {
   plan_->call(FileCall::DeleteFile);
   behind_.deleteFile(path);
+}
+
+bool FaultyFileSystem::isSameFile(const Path& one, const Path& other) {
+  plan_->call(FileCall::IsSameFile);
+  return behind_.isSameFile(one, other);
 }
 
 void FaultyFileSystem::copyFile(const Path& from, const Path& to) {

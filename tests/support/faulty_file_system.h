@@ -19,8 +19,10 @@ enum class FileCall {
   MakeFolder,
   OpenRandomAccess,
   OpenForReading,
+  OpenAsPermitted,
   DeleteFile,
   CopyFile,
+  IsSameFile,
   ReplaceByLine,
   ReadFirstLine,
   FileNames,
@@ -37,11 +39,15 @@ class FaultyFileSystem final : public FileSystem {
   // `behind` must outlive this object and every file opened through it.
   explicit FaultyFileSystem(FileSystem& behind);
 
-  // The n-th call from now on, counted from 1, throws Failure(number), and only that one.
+  // The n-th call from now on, counted from 1, throws Failure(number), and only that
+  // one; but a read that fails leaves its bytes unreadable until the file is closed.
   void failAtCall(int n, int number);
 
   // The n-th call of this kind from now on.
   void failAtCall(FileCall kind, int n, int number);
+
+  // The next read fails, and succeeds when it is repeated.
+  void failOneRead(int number);
 
   // Every call from now on, as of a disk that was pulled out.
   void failAlways(int number);
@@ -50,7 +56,7 @@ class FaultyFileSystem final : public FileSystem {
   void spoilBytes(std::uint64_t first, std::uint64_t count, int number);
 
   // The n-th read from now on finds the file ending after so many of the bytes
-  // asked for, as when another program has cut it meanwhile.
+  // asked for, as when another program has just cut the file.
   void cutReadShort(int n, std::size_t bytes);
 
   // Called at the beginning of every call.
@@ -68,7 +74,9 @@ class FaultyFileSystem final : public FileSystem {
   Path makeFolder(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
   void deleteFile(const Path& path) override;
+  [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;

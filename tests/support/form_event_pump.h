@@ -34,8 +34,8 @@ class FormEventPump final : public EventPump {
     pumps_.processPending();
   }
 
-  void pause() override {
-    pumps_.pause();
+  void pause(std::chrono::milliseconds time) override {
+    pumps_.pause(time);
     clock_.advance(kPause);
     QCoreApplication::processEvents();
     if (eachPause_) eachPause_(pumps_.pauses());

@@ -105,6 +105,24 @@ double medianLuminanceOf(QWidget& window) {
   return *middle;
 }
 
+// Whether a reader of the window sees `one` before `other`.
+bool standsBefore(const QRect& one, const QRect& other) {
+  const bool inOneRow = one.top() <= other.bottom() && other.top() <= one.bottom();
+  return inOneRow ? one.right() < other.left() : one.bottom() < other.top();
+}
+
+// The controls that Tab reaches, in its order.
+std::vector<QWidget*> tabStopsOf(QWidget& window) {
+  std::vector<QWidget*> stops;
+  const std::vector<QWidget*> controls = controlsOf(window);
+  for (QWidget* next = window.nextInFocusChain(); next != &window;
+       next = next->nextInFocusChain()) {
+    const bool takesPart = (next->focusPolicy() & Qt::TabFocus) != 0 && next->isEnabled();
+    if (takesPart && std::ranges::find(controls, next) != controls.end()) stops.push_back(next);
+  }
+  return stops;
+}
+
 QString accessibleNameOf(QWidget& widget) {
   QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&widget);
   return accessible == nullptr ? QString() : accessible->text(QAccessible::Name);
@@ -144,6 +162,25 @@ QStringList faultsOfColour(QWidget& window) {
   const bool isDark = luminanceOf(window.palette().color(QPalette::Window)) < kMiddleGrey;
   if ((medianLuminanceOf(window) < kMiddleGrey) != isDark) {
     faults += QStringLiteral("the window is painted in other colours than its palette's");
+  }
+  return faults;
+}
+
+QStringList faultsOfArrangement(QWidget& window) {
+  QStringList faults;
+  const std::vector<QWidget*> stops = tabStopsOf(window);
+  for (std::size_t i = 0; i < stops.size(); ++i) {
+    const QWidget& next = *stops[(i + 1) % stops.size()];
+    if (!standsBefore(placeIn(window, next), placeIn(window, *stops[i]))) continue;
+    faults += nameOf(next) % QStringLiteral(" stands before ") % nameOf(*stops[i]);
+  }
+  // From the last one Tab goes back to the first.
+  if (faults.size() == 1) faults.clear();
+  for (const QWidget* const control : controlsOf(window)) {
+    const auto* const label = qobject_cast<const QLabel*>(control);
+    if (label == nullptr || label->buddy() == nullptr) continue;
+    if (standsBefore(placeIn(window, *label), placeIn(window, *label->buddy()))) continue;
+    faults += nameOf(*label) % QStringLiteral(" stands after its control");
   }
   return faults;
 }

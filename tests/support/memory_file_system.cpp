@@ -36,9 +36,9 @@ class MemoryFileSystem::OpenFile final : public RandomAccessFile {
   enum class Access { Read, ReadWrite };
 
   OpenFile(std::shared_ptr<File> file, Access access) : file_(std::move(file)), access_(access) {
-    file_->isOpen = true;
+    ++openCount();
   }
-  ~OpenFile() override { file_->isOpen = false; }
+  ~OpenFile() override { --openCount(); }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
@@ -62,6 +62,8 @@ class MemoryFileSystem::OpenFile final : public RandomAccessFile {
   void sync() override { file_->isSynced = true; }
 
  private:
+  int& openCount() { return access_ == Access::Read ? file_->readers : file_->writers; }
+
   std::shared_ptr<File> file_;
   Access access_;
 };
@@ -91,7 +93,7 @@ bool MemoryFileSystem::isSynced(const Path& path) const { return fileAt(path).is
 
 int MemoryFileSystem::openFiles() const {
   return static_cast<int>(std::count_if(files_.begin(), files_.end(),
-                                        [](const auto& named) { return named.second->isOpen; }));
+                                        [](const auto& named) { return named.second->isOpen(); }));
 }
 
 bool MemoryFileSystem::folderExists(const Path& path) { return folders_.contains(nameOf(path)); }
@@ -110,7 +112,8 @@ std::unique_ptr<RandomAccessFile> MemoryFileSystem::openRandomAccess(const Path&
   if (folderExists(path)) throw Failure(failure::kPathFileAccess);
   if (!holdsFile(path)) givenAFile(path, "");
   const std::shared_ptr<File>& file = files_[nameOf(path)];
-  if (file->isReadOnly || file->isOpen) throw Failure(failure::kPathFileAccess);
+  if (file->isReadOnly) throw Failure(failure::kPathFileAccess);
+  if (file->isOpen()) throw Failure::ofFileInUse();
   return std::make_unique<OpenFile>(file, OpenFile::Access::ReadWrite);
 }
 
@@ -119,13 +122,22 @@ std::unique_ptr<RandomAccessFile> MemoryFileSystem::openForReading(const Path& p
   if (folderExists(path)) throw Failure(failure::kPathFileAccess);
   static_cast<void>(fileAt(path));
   const std::shared_ptr<File>& file = files_[nameOf(path)];
-  if (file->isOpen) throw Failure(failure::kPathFileAccess);
+  if (file->writers > 0) throw Failure::ofFileInUse();
   return std::make_unique<OpenFile>(file, OpenFile::Access::Read);
+}
+
+std::unique_ptr<RandomAccessFile> MemoryFileSystem::openAsPermitted(const Path& path) {
+  const bool isReadOnly = holdsFile(path) && fileAt(path).isReadOnly;
+  return isReadOnly ? openForReading(path) : openRandomAccess(path);
 }
 
 void MemoryFileSystem::deleteFile(const Path& path) {
   requireWritable(path);
   files_.erase(nameOf(path));
+}
+
+bool MemoryFileSystem::isSameFile(const Path& one, const Path& other) {
+  return holdsFile(one) && nameOf(one) == nameOf(other);
 }
 
 void MemoryFileSystem::copyFile(const Path& from, const Path& to) {
@@ -187,7 +199,8 @@ void MemoryFileSystem::requireWritable(const Path& path) const {
   requireFolderOf(path);
   if (folders_.contains(nameOf(path))) throw Failure(failure::kPathFileAccess);
   const File& file = fileAt(path);
-  if (file.isReadOnly || file.isOpen) throw Failure(failure::kPathFileAccess);
+  if (file.isReadOnly) throw Failure(failure::kPathFileAccess);
+  if (file.isOpen()) throw Failure::ofFileInUse();
 }
 
 void MemoryFileSystem::requireFolderOf(const Path& path) const {

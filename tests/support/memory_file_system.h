@@ -45,12 +45,15 @@ class MemoryFileSystem final : public FileSystem {
   [[nodiscard]] bool fileExists(const Path& path) override;
   Path makeFolder(const Path& path) override;
 
-  // 75 also for a file that is open already: its lock would not be had.
+  // 75 also for a file that is open already, unless both are for reading: the lock
+  // would not be had.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
 
   // Each 75 for a read-only file and one that is open.
   void deleteFile(const Path& path) override;
+  [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
@@ -62,8 +65,11 @@ class MemoryFileSystem final : public FileSystem {
   struct File {
     std::string bytes;
     bool isReadOnly = false;
-    bool isOpen = false;
     bool isSynced = true;
+    int readers = 0;
+    int writers = 0;
+
+    [[nodiscard]] bool isOpen() const { return readers + writers > 0; }
   };
   class OpenFile;
 

@@ -28,7 +28,7 @@ class ScriptedMessageBox final : public MessageBox {
   }
 
   // Boxes come in the order in which they are expected. `whileOpen` runs before
-  // the answer is given: what the user does in other windows meanwhile.
+  // the answer is given: what the user does in other windows while the box is open.
   void expect(std::string_view text, MessageBoxStyle style,
               MessageBoxButton answer = MessageBoxButton::Ok,
               std::function<void()> whileOpen = nullptr) {

@@ -464,6 +464,97 @@ TEST_F(TrackingLoopTest, LeavesANodeWhoseRecordCouldNotBeWritten) {
   EXPECT_EQ(display_.nodesMadeVisible(), std::vector<NodeId>{});
 }
 
+// --- a file that another program has locked --------------------------------------------------
+
+// Holds the site file from the second pass on, for so many passes.
+struct OtherProgram {
+  void atPass(int pass, TrackingSession& session, int last) {
+    if (pass == 2) file = session.memory_.openRandomAccess(session.paths_.currentNodesFile);
+    if (pass == last) file.reset();
+  }
+  std::unique_ptr<RandomAccessFile> file;
+};
+
+TEST_F(TrackingLoopTest, WritesAVisitWhenTheFileIsNotLockedAnyMore) {
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable {
+    if (!loop_.isTracking()) return;
+    other.atPass(++pass, *this, 30);
+    if (pass == 60) loop_.stopTracking();
+  });
+  windows_.atEachEnumeration([this](int enumeration) {
+    if (enumeration == 1) windows_.show({connectingBrowser("http://one.two.three/a")});
+    if (enumeration == 5) windows_.show({connectingBrowser("http://one.two.three/b")});
+    if (enumeration == 6) windows_.show({connectingBrowser("http://one.two.three/a")});
+    if (enumeration == 7) windows_.show({idleBrowser("http://one.two.three/a")});
+    if (enumeration == 2) windows_.show({idleBrowser("http://one.two.three/a")});
+  });
+  loop_.startTracking();
+  EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/b", 'N'));
+  EXPECT_EQ(selectedKey(), "one.two.three/a");
+}
+
+TEST_F(TrackingLoopTest, WritesAWaitingVisitWhenItIsStopped) {
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable {
+    if (!loop_.isTracking()) return;
+    other.atPass(++pass, *this, 6);
+    if (pass == 8) loop_.stopTracking();
+  });
+  windows_.atEachEnumeration([this](int enumeration) {
+    windows_.show({enumeration == 4 ? connectingBrowser("http://one.two.three/b")
+                                    : idleBrowser("http://one.two.three/a")});
+  });
+  loop_.startTracking();
+  EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/b", 'N'));
+}
+
+TEST_F(TrackingLoopTest, FailsWhenAWaitingVisitCannotBeWrittenAtTheEnd) {
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable {
+    if (!loop_.isTracking()) return;
+    other.atPass(++pass, *this, 100);
+    if (pass == 8) loop_.stopTracking();
+  });
+  windows_.atEachEnumeration([this](int enumeration) {
+    windows_.show({enumeration == 4 ? connectingBrowser("http://one.two.three/b")
+                                    : idleBrowser("http://one.two.three/a")});
+  });
+  EXPECT_EQ(failureNumberOf([this] { loop_.startTracking(); }), 75);
+  other.file.reset();
+  EXPECT_EQ(file(), record("one.two.three/a", 'N'));
+}
+
+TEST_F(TrackingLoopTest, WritesAWaitingVisitWhenAnotherFailureEndsIt) {
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable { other.atPass(++pass, *this, 6); });
+  windows_.atEachEnumeration([this](int enumeration) {
+    if (enumeration == 7) throw Failure(57);
+    windows_.show({enumeration == 4 ? connectingBrowser("http://one.two.three/b")
+                                    : idleBrowser("http://one.two.three/a")});
+  });
+  EXPECT_EQ(failureNumberOf([this] { loop_.startTracking(); }), 57);
+  EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/b", 'N'));
+}
+
+TEST_F(TrackingLoopTest, KeepsNoVisitForTheNextStart) {
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable {
+    other.atPass(++pass, *this, 100);
+    if (pass == 11) loop_.stopTracking();
+  });
+  windows_.atEachEnumeration([this](int enumeration) {
+    if (enumeration == 7) throw Failure(57);
+    windows_.show({enumeration == 4 ? connectingBrowser("http://one.two.three/b")
+                                    : idleBrowser("http://one.two.three/a")});
+  });
+  EXPECT_EQ(failureNumberOf([this] { loop_.startTracking(); }), 57);
+  other.file.reset();
+  tree_.clear();
+  loop_.startTracking();
+  EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/a", 'N'));
+}
+
 TEST_F(TrackingLoopTest, FailsWhereANodeCouldNotBeAdded) {
   class NoRoom final : public SiteTreeObserver {
    public:
@@ -521,6 +612,95 @@ TEST_F(TrackingLoopTest, EndsWithoutAWordWhenAbandoned) {
   EXPECT_EQ(windows_.enumerations(), 2);
   EXPECT_EQ(events_.pumps(), 2);
   EXPECT_EQ(events_.pauses(), 1);
+}
+
+// --- Browsers that cannot be read -------------------------------------------------
+
+using Unreadable = std::vector<UnreadableBrowser>;
+
+const UnreadableBrowser kEarlyChromium{.name = "Chromium",
+                                       .reason = UnreadableBrowser::Reason::StartedTooEarly};
+const UnreadableBrowser kLonelyChromium{.name = "Chromium",
+                                        .reason = UnreadableBrowser::Reason::NoBus};
+const UnreadableBrowser kStrangeFirefox{.name = "Mozilla Firefox",
+                                        .reason = UnreadableBrowser::Reason::UnknownKind};
+
+TEST_F(TrackingLoopTest, SaysNothingOfBrowsersWhileAllCanBeRead) {
+  stopAfter(3);
+  loop_.startTracking();
+  EXPECT_TRUE(display_.unreadableBrowsers().empty());
+}
+
+TEST_F(TrackingLoopTest, ShowsTheBrowsersThatCannotBeReadAfterAScan) {
+  windows_.atEachEnumeration([this](int enumeration) {
+    if (enumeration > 1) return;
+    EXPECT_TRUE(display_.unreadableBrowsers().empty());
+    windows_.setUnreadable({kEarlyChromium});
+  });
+  events_.atPump(1, [this] {
+    EXPECT_EQ(display_.unreadableBrowsers(), std::vector<Unreadable>{{kEarlyChromium}});
+  });
+  stopAfter(2);
+  loop_.startTracking();
+}
+
+TEST_F(TrackingLoopTest, ShowsUnreadableBrowsersOnlyWhenTheyChange) {
+  const std::vector<Unreadable> passes = {{kEarlyChromium},
+                                          {kEarlyChromium},
+                                          {kEarlyChromium, kStrangeFirefox},
+                                          {kLonelyChromium},
+                                          {kLonelyChromium},
+                                          {},
+                                          {},
+                                          {kEarlyChromium}};
+  windows_.atEachEnumeration([&](int enumeration) {
+    windows_.setUnreadable(passes.at(static_cast<std::size_t>(enumeration - 1)));
+  });
+  stopAfter(8);
+  loop_.startTracking();
+  EXPECT_EQ(display_.unreadableBrowsers(),
+            (std::vector<Unreadable>{{kEarlyChromium},
+                                     {kEarlyChromium, kStrangeFirefox},
+                                     {kLonelyChromium},
+                                     {},
+                                     {kEarlyChromium},
+                                     {}}));
+}
+
+TEST_F(TrackingLoopTest, ShowsNoUnreadableBrowserOnceItIsStopped) {
+  windows_.setUnreadable({kEarlyChromium});
+  stopAfter(2);
+  loop_.startTracking();
+  EXPECT_EQ(display_.unreadableBrowsers(), (std::vector<Unreadable>{{kEarlyChromium}, {}}));
+  loop_.stopTracking();
+  EXPECT_EQ(display_.unreadableBrowsers().size(), 2U);
+}
+
+TEST_F(TrackingLoopTest, ShowsNoUnreadableBrowserAfterAFailure) {
+  windows_.setUnreadable({kEarlyChromium});
+  windows_.failAt(WindowCall::EnumWindows, 2, 57);
+  EXPECT_EQ(failureNumberOf([this] { loop_.startTracking(); }), 57);
+  EXPECT_EQ(display_.unreadableBrowsers(), std::vector<Unreadable>{{kEarlyChromium}});
+  loop_.stopAfterFailure();
+  EXPECT_EQ(display_.unreadableBrowsers(), (std::vector<Unreadable>{{kEarlyChromium}, {}}));
+}
+
+TEST_F(TrackingLoopTest, ShowsUnreadableBrowsersAgainAtTheNextStart) {
+  windows_.setUnreadable({kEarlyChromium});
+  for (int start = 1; start <= 2; ++start) {
+    stopAfter(1);
+    loop_.startTracking();
+  }
+  EXPECT_EQ(display_.unreadableBrowsers(),
+            (std::vector<Unreadable>{{kEarlyChromium}, {}, {kEarlyChromium}, {}}));
+}
+
+TEST_F(TrackingLoopTest, ShowsUnreadableBrowsersOnceForBothLoops) {
+  windows_.setUnreadable({kEarlyChromium});
+  events_.atPump(1, [this] { loop_.startTracking(); });
+  events_.atPump(2, [this] { loop_.stopTracking(); });
+  loop_.startTracking();
+  EXPECT_EQ(display_.unreadableBrowsers(), (std::vector<Unreadable>{{kEarlyChromium}, {}}));
 }
 
 TEST_F(TrackingLoopTest, FollowsTheFileThatIsInUseNow) {

@@ -7,31 +7,6 @@ namespace quorrix {
 namespace {
 
 constexpr std::chrono::milliseconds kRetryInterval{500};
-// How long a program that was late several passes in a row is left alone after it
-// has answered: a slow one must not make every pass as long as a pass may get.
-constexpr std::chrono::milliseconds kShortestRest{250};
-constexpr std::chrono::milliseconds kLongestRest{2000};
-
-std::chrono::milliseconds restAfter(int misses) {
-  if (misses < 2) return std::chrono::milliseconds::zero();
-  return std::min(kShortestRest * (1 << std::min(misses - 2, 4)), kLongestRest);
-}
-
-bool isCompleted(const PendingCall& call) {
-  return dbus_pending_call_get_completed(call.get()) != 0;
-}
-
-Answer takeAnswer(const PendingCall& call) {
-  Answer answer;
-  answer.message.reset(dbus_pending_call_steal_reply(call.get()));
-  if (dbus_message_get_type(answer.message.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN) {
-    answer.outcome = Answer::Outcome::Answered;
-  } else {
-    answer.outcome = Answer::Outcome::Refused;
-    answer.message.reset();
-  }
-  return answer;
-}
 
 }  // namespace
 
@@ -48,7 +23,8 @@ bool AccessibilityBus::beginPass(const Deadline& deadline) {
     disconnect();
     return false;
   }
-  judgePeers();
+  static_cast<void>(forgetWhatIsAnswered());
+  for (Owed& owed : owed_) owed.isLate = true;
   return connection_->isReady();
 }
 
@@ -82,64 +58,45 @@ void AccessibilityBus::introduce(const Deadline& deadline) {
 }
 
 void AccessibilityBus::disconnect() {
-  peers_.clear();
+  owed_.clear();
   connection_.reset();
 }
 
-void AccessibilityBus::judgePeers() {
-  for (auto& [name, peer] : peers_) {
-    if (peer.wasLate) ++peer.misses;
-    if (peer.wasInTime && !peer.wasLate) peer.misses = 0;
-    peer.wasLate = false;
-    peer.wasInTime = false;
-    if (std::erase_if(peer.owed, isCompleted) == 0 || !peer.owed.empty()) continue;
-    peer.restUntil = clock_.elapsed() + restAfter(peer.misses);
+std::shared_ptr<PendingCall> AccessibilityBus::send(const Question& question) {
+  auto call = std::make_shared<PendingCall>();
+  if (!connection_ || !connection_->isReady()) return call;
+  *call = connection_->send(messageFor(question));
+  ++callsSent_;
+  owed_.push_back({.call = call, .peer = question.object.peer});
+  return call;
+}
+
+bool AccessibilityBus::awaitAnswer(const Deadline& deadline) {
+  while (connection_ && connection_->isOpen() && isWaitWorthwhile() && !deadline.hasPassed()) {
+    connection_->exchange(deadline.left());
+    if (forgetWhatIsAnswered()) return true;
   }
-  std::erase_if(peers_, [](const auto& entry) {
-    return entry.second.misses == 0 && entry.second.owed.empty();
+  return false;
+}
+
+// Whether anything was answered.
+bool AccessibilityBus::forgetWhatIsAnswered() {
+  bool isAnyAnswered = false;
+  std::erase_if(owed_, [&](const Owed& owed) {
+    const auto call = owed.call.lock();
+    const bool isAnswered = call && isCompleted(*call);
+    isAnyAnswered |= isAnswered;
+    return !call || isAnswered;
   });
+  return isAnyAnswered;
 }
 
-bool AccessibilityBus::isAskable(const std::string& name) const {
-  const auto peer = peers_.find(name);
-  return peer == peers_.end() ||
-         (peer->second.owed.empty() && peer->second.restUntil <= clock_.elapsed());
-}
-
-std::vector<Answer> AccessibilityBus::ask(std::span<const Message> calls,
-                                          const Deadline& deadline) {
-  std::vector<Answer> answers(calls.size());
-  if (!connection_ || !connection_->isReady() || deadline.hasPassed()) return answers;
-  std::vector<PendingCall> pending(calls.size());
-  for (std::size_t i = 0; i < calls.size(); ++i) {
-    if (!isAskable(dbus_message_get_destination(calls[i].get()))) continue;
-    pending[i] = connection_->send(calls[i]);
-    ++callsSent_;
-  }
-  await(pending, deadline);
-  for (std::size_t i = 0; i < calls.size(); ++i) {
-    if (!pending[i]) continue;
-    const std::string peer = dbus_message_get_destination(calls[i].get());
-    if (isCompleted(pending[i])) {
-      answers[i] = takeAnswer(pending[i]);
-      if (const auto known = peers_.find(peer); known != peers_.end()) {
-        known->second.wasInTime = true;
-      }
-    } else if (connection_->isOpen()) {
-      peers_[peer].owed.push_back(std::move(pending[i]));
-      peers_[peer].wasLate = true;
-    }
-  }
-  return answers;
-}
-
-void AccessibilityBus::await(std::span<const PendingCall> pending, const Deadline& deadline) {
-  for (const PendingCall& call : pending) {
-    while (call && !isCompleted(call) && connection_->isOpen()) {
-      connection_->exchange(deadline.left());
-      if (deadline.hasPassed()) return;
-    }
-  }
+// A program that owes an answer of an earlier pass is not waited for.
+bool AccessibilityBus::isWaitWorthwhile() const {
+  return std::ranges::any_of(owed_, [this](const Owed& owed) {
+    return std::ranges::none_of(
+        owed_, [&](const Owed& other) { return other.isLate && other.peer == owed.peer; });
+  });
 }
 
 void AccessibilityBus::switchAccessibilityOn() {

@@ -1,7 +1,8 @@
-// Asks the programs on the accessibility bus, several questions at a time, and
-// never waits longer than the caller allows: a program or bus that misses a
-// deadline is left alone until what it owes arrives. Finds the bus, and finds it
-// again after it went away. One per AccessibleWindowSystem; one thread.
+// Carries questions to the programs on the accessibility bus and waits for their
+// answers, never longer than the caller allows. An answer that comes after its pass
+// is not lost: it completes its question then. A program that was late once is not
+// waited for until it owes nothing more, so a slow one costs the others no time.
+// Finds the bus, and finds it again after it went away. One thread.
 #pragma once
 
 #include <chrono>
@@ -9,7 +10,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -17,18 +17,9 @@
 #include "platform/linux/accessibility_service.h"
 #include "platform/linux/bus_connection.h"
 #include "platform/linux/deadline.h"
+#include "platform/linux/question.h"
 
 namespace quorrix {
-
-struct Answer {
-  enum class Outcome {
-    Answered,
-    Refused,  // an error, or the program is gone
-    Late,     // not known: it did not answer in time or was not asked
-  };
-  Outcome outcome = Outcome::Late;
-  Message message;  // null unless Answered
-};
 
 class AccessibilityBus {
  public:
@@ -38,41 +29,44 @@ class AccessibilityBus {
   // what arrived since the pass before. True when the bus can be asked.
   [[nodiscard]] bool beginPass(const Deadline& deadline);
 
-  // Sends all of `calls` at once; the answers are in the order of the calls.
-  [[nodiscard]] std::vector<Answer> ask(std::span<const Message> calls, const Deadline& deadline);
+  // Sends a question. Its answer is there once the call is completed; letting go of
+  // the call gives the answer up.
+  [[nodiscard]] std::shared_ptr<PendingCall> send(const Question& question);
 
-  // Goes up whenever the bus is connected anew: every name of an earlier
-  // connection then means nothing any more.
+  // Waits for the next answer. False when `deadline` has passed or no program that
+  // is waited for owes one.
+  [[nodiscard]] bool awaitAnswer(const Deadline& deadline);
+
+  // Goes up with every new connection: a name from an earlier connection means
+  // nothing any more.
   [[nodiscard]] unsigned connectionNumber() const { return connectionNumber_; }
 
   // Makes the session's programs accessible, in this pass or a later one, and
   // again whenever the bus comes back.
   void switchAccessibilityOn();
+  [[nodiscard]] bool isSwitchedOn() const { return service_.isSwitchedOn(); }
 
   // Since the program began.
   [[nodiscard]] std::uint64_t callsSent() const { return callsSent_; }
 
  private:
-  struct Peer {
-    std::vector<PendingCall> owed;  // questions whose deadline has passed
-    int misses = 0;                 // passes in a row in which it was late
-    std::chrono::milliseconds restUntil{};
-    bool wasLate = false;  // in this pass
-    bool wasInTime = false;
+  struct Owed {
+    std::weak_ptr<PendingCall> call;
+    std::string peer;
+    bool isLate = false;  // its pass is over
   };
 
   void connect();
   void connectTo(const std::string& address);
   void introduce(const Deadline& deadline);
   void disconnect();
-  void judgePeers();
-  [[nodiscard]] bool isAskable(const std::string& name) const;
-  void await(std::span<const PendingCall> pending, const Deadline& deadline);
+  [[nodiscard]] bool forgetWhatIsAnswered();
+  [[nodiscard]] bool isWaitWorthwhile() const;
 
   Clock& clock_;
   AccessibilityService service_;
   std::unique_ptr<BusConnection> connection_;
-  std::map<std::string, Peer, std::less<>> peers_;  // only those that were ever late
+  std::vector<Owed> owed_;
   std::optional<std::chrono::milliseconds> lastAttempt_;
   bool wantsAccessibility_ = false;
   bool owesIntroduction_ = false;

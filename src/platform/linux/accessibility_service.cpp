@@ -1,8 +1,9 @@
 #include "platform/linux/accessibility_service.h"
 
-#include <cstdlib>
 #include <new>
 #include <utility>
+
+#include "platform/linux/session_bus.h"
 
 namespace quorrix {
 namespace {
@@ -13,22 +14,6 @@ constexpr const char* kBusInterface = "org.a11y.Bus";
 constexpr const char* kStatusInterface = "org.a11y.Status";
 constexpr const char* kSwitchProperty = "IsEnabled";
 constexpr std::chrono::milliseconds kRetryInterval{500};
-
-// Only a session bus that is there already: starting one of our own would be of no
-// use to browsers that do not know of it.
-std::string sessionBusAddress() {
-  if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address) {
-    return address;
-  }
-  const char* folder = std::getenv("XDG_RUNTIME_DIR");
-  if (!folder || !*folder) return {};
-  const std::string path = std::string(folder) + "/bus";
-  char* escaped = dbus_address_escape_value(path.c_str());
-  if (!escaped) throw std::bad_alloc();
-  std::string address = std::string("unix:path=") + escaped;
-  dbus_free(escaped);
-  return address;
-}
 
 Message serviceCall(const char* interface, const char* member) {
   Message call(dbus_message_new_method_call(kService, kObject, interface, member));
@@ -72,10 +57,6 @@ std::optional<bool> flagIn(const Message& answer) {
   dbus_bool_t flag = FALSE;
   dbus_message_iter_get_basic(&value, &flag);
   return flag != FALSE;
-}
-
-bool isCompleted(const PendingCall& call) {
-  return call && dbus_pending_call_get_completed(call.get());
 }
 
 Message takeAnswer(PendingCall& call) {
@@ -132,9 +113,9 @@ void AccessibilityService::sendWhatIsDue() {
 }
 
 void AccessibilityService::readAnswers() {
-  if (isCompleted(addressCall_)) readAddress(takeAnswer(addressCall_));
-  if (isCompleted(readSwitchCall_)) readSwitch(takeAnswer(readSwitchCall_));
-  if (isCompleted(setSwitchCall_)) {
+  if (addressCall_ && isCompleted(addressCall_)) readAddress(takeAnswer(addressCall_));
+  if (readSwitchCall_ && isCompleted(readSwitchCall_)) readSwitch(takeAnswer(readSwitchCall_));
+  if (setSwitchCall_ && isCompleted(setSwitchCall_)) {
     const bool refused = isError(takeAnswer(setSwitchCall_));
     switchIsOff_ = false;
     if (refused) return fail();

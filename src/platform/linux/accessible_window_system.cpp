@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/address_text.h"
+#include "platform/browsers/address_text.h"
 #include "platform/text_encoding.h"
 
 namespace quorrix {
@@ -12,6 +12,9 @@ namespace {
 
 constexpr std::string_view kNoNews = "Done";
 constexpr std::string_view kVisit = "Connect: ";
+constexpr std::chrono::milliseconds kShortestWait{20};
+constexpr std::chrono::milliseconds kLongestHurry{2000};
+constexpr std::string_view kTitleEnd = " - Netscape";
 
 // A handle is the number of the pass, the place of the window in it, counted from
 // 1 so that no handle is 0, and the part of the window.
@@ -27,8 +30,8 @@ std::size_t copyText(std::string_view text, std::span<char> buffer) {
   return length;
 }
 
-// A title's ending names the browser and its beginning the page, so a title that
-// is too long loses its middle.
+// The scan knows a browser by the end of its title, so a title that is too long loses
+// its middle.
 std::string shortened(const std::string& title, std::size_t size) {
   if (size == 0 || title.size() < size) return title;
   const std::size_t tail = (size - 1) / 2;
@@ -37,45 +40,23 @@ std::string shortened(const std::string& title, std::size_t size) {
 
 }  // namespace
 
-// Counts the time and the calls of one request towards the pass, and knows how much
-// of the pass is left. What the scan does between requests does not count.
-class AccessibleWindowSystem::Stint {
- public:
-  explicit Stint(AccessibleWindowSystem& system)
-      : system_(system),
-        begin_(std::chrono::steady_clock::now()),
-        callsBefore_(system.bus_.callsSent()),
-        deadline_(kPassLimit - system.statistics_.duration) {}
-  ~Stint() {
-    system_.statistics_.duration += std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::steady_clock::now() - begin_);
-    system_.statistics_.calls += system_.bus_.callsSent() - callsBefore_;
-  }
-  Stint(const Stint&) = delete;
-  Stint& operator=(const Stint&) = delete;
-
-  [[nodiscard]] const Deadline& deadline() const { return deadline_; }
-
- private:
-  AccessibleWindowSystem& system_;
-  std::chrono::steady_clock::time_point begin_;
-  std::uint64_t callsBefore_;
-  Deadline deadline_;
-};
-
-AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock, WindowList::Desktop desktop)
-    : bus_(clock),
-      list_(bus_, std::move(desktop),
+AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock, Desktop desktop)
+    : clock_(clock),
+      bus_(clock),
+      list_(bus_, clock, std::move(desktop.stack),
             [this](const AccessibleId& frame) {
-              reader_.forgetFrame(frame);
+              readers_.erase(frame);
               presentation_.forgetFrame(frame.peer + frame.path);
             }),
-      reader_(bus_) {}
+      unreadable_(clock, std::move(desktop.browserProcesses)) {}
 
-// What the browser shows now is a visit again, whenever it can first be read.
+// What the browser shows now is a visit again, whenever it can first be read. A page
+// that was being read when tracking stopped may have been left since.
 void AccessibleWindowSystem::prepareForTracking() {
   presentation_ = BrowserPresentation();
+  readers_.clear();
   list_.forgetOrder();
+  unreadable_.forget();
   bus_.switchAccessibilityOn();
 }
 
@@ -87,23 +68,91 @@ void AccessibleWindowSystem::EnumWindows(const std::function<bool(WindowHandle)>
 }
 
 void AccessibleWindowSystem::beginPass() {
+  const auto begin = std::chrono::steady_clock::now();
+  const std::uint64_t callsBefore = bus_.callsSent();
   ++pass_;
   windows_.clear();
-  statistics_ = {};
-  const Stint stint(*this);
-  const bool isReady = bus_.beginPass(stint.deadline());
+  reading_.reset();
+  const Deadline deadline(kPassLimit);
+  const bool isReady = bus_.beginPass(deadline);
   if (bus_.connectionNumber() != connectionNumber_) {
     connectionNumber_ = bus_.connectionNumber();
     list_.clear();
-    reader_.clear();
+    readers_.clear();
     presentation_.forgetIdentities();
   }
-  if (!isReady) return;
-  list_.refresh(stint.deadline());
-  for (AccessibleId& frame : list_.frames()) {
-    if (windows_.size() == kMostWindows) break;
-    windows_.push_back({.frame = std::move(frame), .isRead = false, .address = {}, .status = {}});
+  if (isReady) ask(deadline);
+  if (!isReady || isThrough_) lastThrough_ = clock_.elapsed();
+  unreadable_.look(list_, isReady);
+  statistics_ = {.calls = bus_.callsSent() - callsBefore,
+                 .duration = std::chrono::duration_cast<std::chrono::microseconds>(
+                     std::chrono::steady_clock::now() - begin)};
+}
+
+// A program that never answers must not keep the passes short for ever.
+std::chrono::milliseconds AccessibleWindowSystem::timeToNextPass() const {
+  const auto fair = std::chrono::ceil<std::chrono::milliseconds>(statistics_.duration) * 4;
+  const bool isAnswerNear = clock_.elapsed() - lastThrough_ < kLongestHurry;
+  const bool isHurrying = !isThrough_ && isAnswerNear;
+  return std::max(fair, isHurrying ? kShortestWait : kUsualWait);
+}
+
+void AccessibleWindowSystem::ask(const Deadline& deadline) {
+  list_.beginPass();
+  isThrough_ = advance();
+  while (!isThrough_ && bus_.awaitAnswer(deadline)) isThrough_ = advance();
+  showWindows();
+}
+
+// Whether everything is known that this pass wants to know.
+bool AccessibleWindowSystem::advance() {
+  const bool isListThrough = list_.advance();
+  const auto ordinary = list_.ordinary();
+  if (ordinary.empty()) {
+    reading_.reset();
+    return isListThrough;
   }
+  if (ordinary.front()->id != front_) {
+    front_ = ordinary.front()->id;
+    reading_.reset();
+    readers_.erase(front_);  // what it remembers of an unfinished reading is old
+  }
+  if (!reading_) readFront();
+  return isListThrough && reading_;
+}
+
+void AccessibleWindowSystem::readFront() {
+  std::unique_ptr<PageReader>& reader = readers_[front_];
+  if (!reader) {
+    const auto window = std::ranges::find(list_.all(), front_, &BrowserWindows::Window::id);
+    reader = makePageReader(window->browser, bus_, front_);
+    isReading_ = false;
+  }
+  if (!std::exchange(isReading_, true)) readingSince_ = clock_.elapsed();
+  reading_ = reader->read();
+  if (!reading_) return;
+  isReading_ = false;
+  if (clock_.elapsed() - readingSince_ > kLongestReading) reading_.reset();
+}
+
+// The name was read together with the page: a window that has become private in the
+// same moment is not shown, nor one whose name could not be read.
+void AccessibleWindowSystem::showWindows() {
+  const bool isFrontOrdinary =
+      !reading_ || (!reading_->name.empty() && list_.takeName(front_, reading_->name));
+  for (const BrowserWindows::Window* window : list_.ordinary()) {
+    if (windows_.size() == kMostWindows) break;
+    windows_.push_back({.title = windows1252FromUtf8(window->name + std::string(kTitleEnd)),
+                        .address = {},
+                        .status = std::string(kNoNews)});
+  }
+  if (windows_.empty() || !isFrontOrdinary) return;
+  const std::optional<PageReading> page = reading_ ? reading_->page : std::nullopt;
+  const Presented presented =
+      presentation_.present(front_.peer + front_.path, page, clock_.elapsed());
+  windows_.front().address = windows1252FromUtf8(presented.address);
+  if (!presented.isVisit) return;
+  windows_.front().status = std::string(kVisit) + windows1252FromUtf8(hostOf(presented.address));
 }
 
 std::size_t AccessibleWindowSystem::GetWindowTextA(WindowHandle handle, std::span<char> buffer) {
@@ -145,7 +194,6 @@ WindowHandle AccessibleWindowSystem::GetWindow(WindowHandle handle, WindowRelati
   }
   if (target.part == Part::ComboBox) return handleOf(target.index, Part::Edit);
   if (target.part != Part::Frame) return kNoWindow;
-  readPage(*target.window);
   return handleOf(target.index, Part::ComboBox);
 }
 
@@ -156,36 +204,20 @@ std::size_t AccessibleWindowSystem::SendMessageA(WindowHandle handle, WindowMess
   return target.window ? textOf(target).size() : 0;
 }
 
-void AccessibleWindowSystem::readPage(Window& window) {
-  if (window.isRead) return;
-  window.isRead = true;
-  const Stint stint(*this);
-  list_.noteIsRead(window.frame);
-  const Presented presented = presentation_.present(window.frame.peer + window.frame.path,
-                                                    reader_.read(window.frame, stint.deadline()));
-  window.address = windows1252FromUtf8(presented.address);
-  window.status = kNoNews;
-  if (presented.isVisit) {
-    window.status = std::string(kVisit) + windows1252FromUtf8(hostOf(presented.address));
-  }
-}
-
 WindowHandle AccessibleWindowSystem::handleOf(std::size_t index, Part part) const {
   return (((pass_ << kPlaceBits) | (index + 1)) << kPartBits) | static_cast<WindowHandle>(part);
 }
 
-AccessibleWindowSystem::Target AccessibleWindowSystem::targetOf(WindowHandle handle) {
+AccessibleWindowSystem::Target AccessibleWindowSystem::targetOf(WindowHandle handle) const {
   const auto part = static_cast<Part>(handle & ((1U << kPartBits) - 1));
   const std::size_t place = (handle >> kPartBits) & kMostWindows;
   if (place == 0 || place > windows_.size() || handleOf(place - 1, part) != handle) return {};
   return {&windows_[place - 1], place - 1, part};
 }
 
-std::string AccessibleWindowSystem::textOf(const Target& target) {
+const std::string& AccessibleWindowSystem::textOf(const Target& target) {
   if (target.part == Part::StatusBar) return target.window->status;
-  if (target.part != Part::Frame) return target.window->address;
-  const Stint stint(*this);
-  return windows1252FromUtf8(list_.titleOf(target.window->frame, stint.deadline()));
+  return target.part == Part::Frame ? target.window->title : target.window->address;
 }
 
 }  // namespace quorrix

@@ -1,35 +1,46 @@
 // Plays a window system in front of the accessibility bus, so that the browser scan
 // finds in today's browsers what it looks for:
 //
-//   browser frame                  text: the frame's name
+//   browser frame                  text: the window's name and " - Netscape"
 //     ComboBox                     text: the address
 //       Edit                       text: the address
 //     msctls_statusbar32           text: "Connect: host" on the one pass in which a
 //                                  visit is seen, else "Done"
 //
-// One enumeration is one pass. Nothing is asked about a window but what the scan
-// wants to know, and only when it wants to know it: the title with GetWindowTextA,
-// the page with the first GetWindow of a child. All questions of a pass together
-// wait no longer than kPassLimit, whatever state browsers and bus are in.
+// It shows ordinary windows of the browsers it knows, and nothing else. A private
+// window, one whose kind is not known, and every other program have no window here.
+//
+// One enumeration is one pass: what the program wants to know is asked when it begins,
+// and of the pages only that of the first window. A pass waits kPassLimit at most,
+// whatever state browsers and bus are in; what is answered later is used in a later
+// pass.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/browsers/browser_presentation.h"
 #include "platform/clock.h"
 #include "platform/linux/accessibility_bus.h"
-#include "platform/linux/browser_presentation.h"
+#include "platform/linux/browser_windows.h"
 #include "platform/linux/page_reader.h"
-#include "platform/linux/window_list.h"
+#include "platform/linux/unreadable_browsers.h"
 #include "platform/window_system.h"
 
 namespace quorrix {
 
 class AccessibleWindowSystem final : public WindowSystem {
  public:
-  static constexpr std::chrono::milliseconds kPassLimit{200};
+  static constexpr std::chrono::milliseconds kPassLimit{20};
+
+  // A reading that took longer than this shows the past and is begun again.
+  static constexpr std::chrono::milliseconds kLongestReading{30'000};
 
   // What the pass has cost so far.
   struct PassStatistics {
@@ -37,12 +48,21 @@ class AccessibleWindowSystem final : public WindowSystem {
     std::chrono::microseconds duration{};
   };
 
-  // `clock` spaces the attempts to reach a bus that is away.
-  AccessibleWindowSystem(Clock& clock, WindowList::Desktop desktop);
+  // What of the desktop lies outside the accessibility bus.
+  struct Desktop {
+    WindowStack stack;
+    std::function<std::vector<BrowserProcess>()> browserProcesses;
+  };
+
+  AccessibleWindowSystem(Clock& clock, Desktop desktop);
 
   // Makes the session's programs accessible; goes on trying in the passes that
   // follow until that has succeeded.
   void prepareForTracking() override;
+
+  // Sooner after a pass whose answers are not all there, for two seconds at most, but never
+  // so soon that passes take more than a fifth of the time.
+  [[nodiscard]] std::chrono::milliseconds timeToNextPass() const override;
 
   void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
   std::size_t GetWindowTextA(WindowHandle window, std::span<char> buffer) override;
@@ -52,35 +72,50 @@ class AccessibleWindowSystem final : public WindowSystem {
   std::size_t SendMessageA(WindowHandle window, WindowMessage message,
                            std::span<char> buffer) override;
 
+  [[nodiscard]] std::vector<UnreadableBrowser> unreadableBrowsers() const override {
+    return unreadable_.list();
+  }
+
   [[nodiscard]] const PassStatistics& passStatistics() const { return statistics_; }
 
  private:
   enum class Part : WindowHandle { Frame, ComboBox, Edit, StatusBar };
   struct Window {
-    AccessibleId frame;
-    bool isRead = false;
-    std::string address;  // Windows-1252, as the status text is
+    std::string title;  // Windows-1252, as all texts are
+    std::string address;
     std::string status;
   };
   struct Target {
-    Window* window = nullptr;  // null for a handle of another pass
+    const Window* window = nullptr;  // null for a handle of another pass
     std::size_t index = 0;
     Part part = Part::Frame;
   };
-  class Stint;
 
   void beginPass();
-  void readPage(Window& window);
+  void ask(const Deadline& deadline);
+  [[nodiscard]] bool advance();
+  void readFront();
+  void showWindows();
   [[nodiscard]] WindowHandle handleOf(std::size_t index, Part part) const;
-  [[nodiscard]] Target targetOf(WindowHandle handle);
-  [[nodiscard]] std::string textOf(const Target& target);
+  [[nodiscard]] Target targetOf(WindowHandle handle) const;
+  [[nodiscard]] static const std::string& textOf(const Target& target);
 
+  Clock& clock_;
   AccessibilityBus bus_;
-  WindowList list_;
-  PageReader reader_;
+  BrowserWindows list_;
+  std::map<AccessibleId, std::unique_ptr<PageReader>> readers_;  // by frame
   BrowserPresentation presentation_;
+  UnreadableBrowsers unreadable_;
+
+  AccessibleId front_;  // the window whose page is being read
+  bool isReading_ = false;
+  std::chrono::milliseconds readingSince_{};
+  std::optional<WindowReading> reading_;  // of this pass
+
   std::vector<Window> windows_;  // of this pass
   WindowHandle pass_ = 0;
+  bool isThrough_ = true;
+  std::chrono::milliseconds lastThrough_{};
   unsigned connectionNumber_ = 0;
   PassStatistics statistics_;
 };

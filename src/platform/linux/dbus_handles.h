@@ -22,6 +22,12 @@ struct PendingCallRelease {
 };
 using PendingCall = std::unique_ptr<DBusPendingCall, PendingCallRelease>;
 
+// Whether its answer is there; a call that could not be sent will never have one and
+// counts as completed.
+[[nodiscard]] inline bool isCompleted(const PendingCall& call) {
+  return !call || dbus_pending_call_get_completed(call.get()) != 0;
+}
+
 class ErrorHolder {
  public:
   ErrorHolder() { dbus_error_init(&error_); }

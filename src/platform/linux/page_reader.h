@@ -1,49 +1,35 @@
-// Reads the page of one browser window: the document of its selected tab, the
-// document's address, and the address bar where that is needed to know it.
+// Reads the page that one browser window shows: which document it is, and the
+// address that it was committed under. Each browser has its own way.
 #pragma once
 
-#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
-#include "platform/linux/accessibility_bus.h"
-#include "platform/linux/accessible_object.h"
-#include "platform/linux/address_bar_search.h"
-#include "platform/linux/browser_presentation.h"
+#include "platform/browsers/browser_kind.h"
+#include "platform/browsers/browser_presentation.h"
+#include "platform/linux/inquiry.h"
 
 namespace quorrix {
 
+struct WindowReading {
+  std::string name;                 // the window's accessible name, UTF-8; empty when not known
+  std::optional<PageReading> page;  // nullopt while the window has no document that can be read
+};
+
 class PageReader {
  public:
-  explicit PageReader(AccessibilityBus& bus) : bus_(bus) {}
+  PageReader() = default;
+  virtual ~PageReader() = default;
+  PageReader(const PageReader&) = delete;
+  PageReader& operator=(const PageReader&) = delete;
 
-  // nullopt when the document is not known: not loaded yet, or no answer in time.
-  // The question itself is what makes Chromium build its documents, so that the
-  // first one gets no answer and a later one does.
-  [[nodiscard]] std::optional<PageReading> read(const AccessibleId& frame,
-                                                const Deadline& deadline);
-
-  void forgetFrame(const AccessibleId& frame) { bars_.erase(frame); }
-  void clear() { bars_.clear(); }
-
- private:
-  // What is known about the address bar of one window.
-  struct Bar {
-    std::optional<AddressBarSearch> search;
-    std::optional<AccessibleId> id;
-    unsigned passesUntilSearch = 0;
-    AccessibleId document;  // to which the following belong
-    AddressBarReading reading;
-    bool isRead = false;
-  };
-
-  [[nodiscard]] std::optional<AddressBarReading> readBar(Bar& bar, const AccessibleId& document,
-                                                         const Answer& text,
-                                                         const Deadline& deadline);
-  void searchFor(Bar& bar, const AccessibleId& frame, const Deadline& deadline);
-
-  AccessibilityBus& bus_;
-  std::map<AccessibleId, Bar> bars_;  // by frame; only of browsers whose bar is needed
+  // Goes on reading. nullopt while answers are missing; the next call then goes on.
+  // After a result the next call begins a new reading.
+  [[nodiscard]] virtual std::optional<WindowReading> read() = 0;
 };
+
+[[nodiscard]] std::unique_ptr<PageReader> makePageReader(BrowserKind browser, AccessibilityBus& bus,
+                                                         const AccessibleId& frame);
 
 }  // namespace quorrix

@@ -1,7 +1,6 @@
 #include "platform/linux/posix_file_system.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,9 +11,11 @@
 #include "platform/failure.h"
 #include "platform/file_replacement.h"
 #include "platform/first_line.h"
+#include "platform/linux/file_lock.h"
 #include "platform/linux/folder_listing.h"
 #include "platform/linux/mounted_volumes.h"
 #include "platform/linux/posix_random_access_file.h"
+#include "platform/linux/posix_replacement.h"
 #include "platform/system_errors.h"
 
 namespace quorrix {
@@ -37,33 +38,33 @@ FileDescriptor openOrFail(const Path& path, int flags) {
   return FileDescriptor(number);
 }
 
-struct stat statusOf(const FileDescriptor& file, const Path& path) {
-  struct stat status {};
-  if (::fstat(file.number(), &status) != 0) failWithErrno(path);
-  if (!S_ISREG(status.st_mode)) throw Failure(failure::kPathFileAccess);
-  return status;
-}
-
-// False while another open file holds the lock. A file system that has no locks
-// is used without them rather than not at all.
-bool tryToLock(const FileDescriptor& file, const Path& path) {
-  if (::flock(file.number(), LOCK_EX | LOCK_NB) == 0) return true;
-  if (errno == EWOULDBLOCK || errno == EINTR) return false;
-  if (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS) return true;
-  failWithErrno(path);
-}
-
 // Whether `path` leads to the open file. When it does not any more, the file was
 // renamed away or replaced since, and what is written to it now would be lost.
 bool isNamed(const FileDescriptor& file, const Path& path) {
   const struct stat opened = statusOf(file, path);
   struct stat named {};
-  return ::stat(path.c_str(), &named) == 0 && named.st_dev == opened.st_dev &&
-         named.st_ino == opened.st_ino;
+  return ::stat(path.c_str(), &named) == 0 && isSameFile(named, opened);
+}
+
+// Permission alone, at this moment: not what is missing, and not what is locked.
+bool isWritingRefused(const Path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  if ((status.st_mode & kAnyWriteBit) == 0) return true;
+  const bool isRefused = ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0;
+  return isRefused && (errno == EACCES || errno == EPERM || errno == EROFS);
+}
+
+// A link that another user made may lead to any of this user's files.
+bool isLinkOfAnotherUser(const Path& path) {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return false;
+  return status.st_uid != ::geteuid() && status.st_uid != 0;
 }
 
 // What a rename has to replace, so that a link stays a link.
 Path withoutLinks(const Path& path) {
+  if (isLinkOfAnotherUser(path)) return path;
   std::error_code leadsNowhere;
   const Path target = std::filesystem::canonical(path, leadsNowhere);
   return leadsNowhere ? path : target;
@@ -105,6 +106,10 @@ std::unique_ptr<RandomAccessFile> PosixFileSystem::openForReading(const Path& pa
   return std::make_unique<PosixRandomAccessFile>(openLocked(path, O_RDONLY), path);
 }
 
+std::unique_ptr<RandomAccessFile> PosixFileSystem::openAsPermitted(const Path& path) {
+  return isWritingRefused(path) ? openForReading(path) : openRandomAccess(path);
+}
+
 void PosixFileSystem::deleteFile(const Path& path) {
   const FileDescriptor locked = openLocked(path, O_RDWR);
   if (::unlink(path.c_str()) != 0) failWithErrno(path);
@@ -117,22 +122,26 @@ void PosixFileSystem::copyFile(const Path& from, const Path& to) {
   PosixRandomAccessFile source(std::move(opened), from);
   FileDescriptor old;
   if (isAnythingAt(to)) old = openLocked(to, O_RDWR);
-  PosixReplacement next = startReplacing(to);
+  PosixReplacement next(replacementNameOf(withoutLinks(to)), lockPatience_);
   writeCopy(source, next.file());
   next.takePlaceOf(withoutLinks(to));
 }
 
-void PosixFileSystem::replaceByLine(const Path& path, std::string_view line) {
-  const FileDescriptor old = openLocked(path, O_RDWR);
-  PosixReplacement next = startReplacing(path);
-  writeLine(line, next.file());
-  next.takePlaceOf(withoutLinks(path));
+bool PosixFileSystem::isSameFile(const Path& one, const Path& other) {
+  struct stat entry {};
+  struct stat otherEntry {};
+  struct stat target {};
+  if (::lstat(one.c_str(), &entry) != 0) return false;
+  if (::lstat(other.c_str(), &otherEntry) != 0) return false;
+  if (quorrix::isSameFile(entry, otherEntry)) return true;
+  return ::stat(other.c_str(), &target) == 0 && quorrix::isSameFile(entry, target);
 }
 
-PosixReplacement PosixFileSystem::startReplacing(const Path& path) {
-  Path name = replacementNameOf(withoutLinks(path));
-  FileDescriptor file = openLocked(name, O_RDWR | O_CREAT | O_NOFOLLOW);
-  return {std::move(file), std::move(name)};
+void PosixFileSystem::replaceByLine(const Path& path, std::string_view line) {
+  const FileDescriptor old = openLocked(path, O_RDWR);
+  PosixReplacement next(replacementNameOf(withoutLinks(path)), lockPatience_);
+  writeLine(line, next.file());
+  next.takePlaceOf(withoutLinks(path));
 }
 
 FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
@@ -144,12 +153,12 @@ FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
     // is one that the user wants left alone.
     const bool isReadOnly = (statusOf(file, path).st_mode & kAnyWriteBit) == 0;
     if (isForWriting && isReadOnly) throw Failure(failure::kPathFileAccess);
-    if (!tryToLock(file, path)) return false;
+    if (!tryToLock(file, isForWriting ? FileLock::Exclusive : FileLock::Shared, path)) return false;
     if (isNamed(file, path)) return true;
     file = FileDescriptor();
     return false;
   });
-  if (!locked) throw Failure(failure::kPathFileAccess);
+  if (!locked) throw Failure::ofFileInUse();
   return file;
 }
 

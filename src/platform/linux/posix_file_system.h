@@ -6,7 +6,6 @@
 
 #include "platform/file_system.h"
 #include "platform/linux/file_descriptor.h"
-#include "platform/linux/posix_replacement.h"
 #include "platform/lock_patience.h"
 
 namespace quorrix {
@@ -28,12 +27,17 @@ class PosixFileSystem final : public FileSystem {
   // without waiting for the other end of a pipe.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
 
-  // Returns once the folder has reached the disk without the name. The file is
-  // locked meanwhile, so that no other program is in the middle of an operation on it.
+  // Returns once the folder has reached the disk without the name. Locks the file until
+  // then, so that no other program is in the middle of an operation on it.
   void deleteFile(const Path& path) override;
 
-  // Both files are locked meanwhile. When `to` is a link, what it leads to becomes the copy.
+  // By device and inode.
+  [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
+
+  // Both files stay locked during the copy. When `to` is a link, the file that it leads to becomes
+  // the copy. A link that belongs to another user, other than root, is replaced itself.
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
 
@@ -48,7 +52,6 @@ class PosixFileSystem final : public FileSystem {
 
  private:
   [[nodiscard]] FileDescriptor openLocked(const Path& path, int flags);
-  [[nodiscard]] PosixReplacement startReplacing(const Path& path);
 
   std::chrono::milliseconds lockPatience_;
 };

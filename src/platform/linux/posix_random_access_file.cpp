@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/linux/write_all.h"
 #include "platform/system_errors.h"
 
 namespace quorrix {
@@ -66,20 +67,13 @@ std::size_t PosixRandomAccessFile::readAt(std::uint64_t offset, std::span<char> 
 
 void PosixRandomAccessFile::writeAt(std::uint64_t offset, std::span<const char> bytes) {
   const std::uint64_t oldLength = length();
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    const ssize_t count = uninterrupted([&] {
-      return ::pwrite(file_.number(), bytes.data() + done, bytes.size() - done,
-                      static_cast<off_t>(offset + done));
-    });
-    if (count < 0) {
-      const int reason = errno;
-      if (done > 0 && offset + done > oldLength) shortenTo(oldLength);
-      errno = reason;
-      failWithErrno(path_);
-    }
-    done += static_cast<std::size_t>(count);
-  }
+  const WriteResult result = writeAll(bytes, [&](std::span<const char> rest, std::size_t done) {
+    return ::pwrite(file_.number(), rest.data(), rest.size(), static_cast<off_t>(offset + done));
+  });
+  if (result.reason == 0) return;
+  if (result.done > 0 && offset + result.done > oldLength) shortenTo(oldLength);
+  errno = result.reason;
+  failWithErrno(path_);
 }
 
 // For a write that failed half-way. When this fails too, the write's own reason is

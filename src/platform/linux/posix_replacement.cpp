@@ -1,38 +1,91 @@
 #include "platform/linux/posix_replacement.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <utility>
+
+#include "platform/failure.h"
+#include "platform/linux/file_lock.h"
+#include "platform/lock_patience.h"
 
 namespace quorrix {
 namespace {
 
 constexpr mode_t kPrivateFile = 0600;
+constexpr int kOpenFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-// What is there already was left behind by a crash.
-FileDescriptor emptied(FileDescriptor file, const Path& path) {
-  if (::ftruncate(file.number(), 0) != 0) failWithErrno(path);
-  // A file system without modes refuses, and then nothing can be made private.
-  [[maybe_unused]] const int result = ::fchmod(file.number(), kPrivateFile);
+bool leadsTo(const Path& name, const struct stat& file) {
+  struct stat named {};
+  return ::lstat(name.c_str(), &named) == 0 && isSameFile(named, file);
+}
+
+bool isOwnFile(const struct stat& status) {
+  return S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
+}
+
+// A program that is still writing has its file locked. Only the user's own files are
+// tried: a lock on another user's file could last for ever.
+void removeUnlessBeingWritten(const Path& name) {
+  struct stat status {};
+  if (::lstat(name.c_str(), &status) != 0) return;
+  FileDescriptor leftBehind;
+  if (isOwnFile(status)) leftBehind = FileDescriptor(::open(name.c_str(), kOpenFlags));
+  if (leftBehind.isOpen()) {
+    if (!tryToLock(leftBehind, FileLock::Exclusive, name)) return;
+    // Removed already by another program, which may be writing its own by now.
+    if (!leadsTo(name, statusOf(leftBehind, name))) return;
+  }
+  if (::unlink(name.c_str()) != 0 && errno != ENOENT) failWithErrno(name);
+}
+
+// Another program may take the new file for one that a crash left behind, and remove
+// it before it is locked.
+bool isLockedAndNamed(const FileDescriptor& file, const Path& name) {
+  try {
+    return tryToLock(file, FileLock::Exclusive, name) && leadsTo(name, statusOf(file, name));
+  } catch (...) {
+    ::unlink(name.c_str());
+    throw;
+  }
+}
+
+FileDescriptor createAlone(const Path& name, std::chrono::milliseconds patience) {
+  FileDescriptor file;
+  const bool isCreated = succeedsWithin(patience, [&] {
+    file = FileDescriptor(::open(name.c_str(), kOpenFlags | O_CREAT | O_EXCL, kPrivateFile));
+    if (file.isOpen()) return isLockedAndNamed(file, name);
+    if (errno != EEXIST && errno != EINTR) failWithErrno(name);
+    removeUnlessBeingWritten(name);
+    return false;
+  });
+  if (!isCreated) throw Failure(failure::kPathFileAccess);
   return file;
 }
 
 }  // namespace
 
-PosixReplacement::PosixReplacement(FileDescriptor file, Path path)
-    : path_(std::move(path)), file_(emptied(std::move(file), path_), path_) {}
+PosixReplacement::PosixReplacement(const Path& name, std::chrono::milliseconds patience)
+    : PosixReplacement(name, createAlone(name, patience)) {}
+
+PosixReplacement::PosixReplacement(Path name, FileDescriptor file)
+    : path_(std::move(name)), status_(statusOf(file, path_)), file_(std::move(file), path_) {}
 
 PosixReplacement::~PosixReplacement() {
-  if (!path_.empty()) ::unlink(path_.c_str());
+  if (isNamed()) ::unlink(path_.c_str());
 }
 
 void PosixReplacement::takePlaceOf(const Path& target) {
   file_.syncBytes();
+  if (!isNamed()) throw Failure(failure::kPathFileAccess);
   if (::rename(path_.c_str(), target.c_str()) != 0) failWithErrno(target);
   path_.clear();
   syncFolder(target.parent_path());
 }
+
+bool PosixReplacement::isNamed() const { return !path_.empty() && leadsTo(path_, status_); }
 
 }  // namespace quorrix

@@ -3,6 +3,10 @@
 // programs do not write the same replacement.
 #pragma once
 
+#include <sys/stat.h>
+
+#include <chrono>
+
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/posix_random_access_file.h"
 
@@ -10,8 +14,11 @@ namespace quorrix {
 
 class PosixReplacement final {
  public:
-  // Empties the file, and makes it private to the user. `path` is its name.
-  PosixReplacement(FileDescriptor file, Path path);
+  // Creates an empty file, private to the user, under `name`. Whatever has that name
+  // is removed first and never written to: a crash may have left it, but another user
+  // may also have put it there. Throws Failure 75 when it cannot be removed, and when
+  // another program goes on writing this replacement for longer than `patience`.
+  PosixReplacement(const Path& name, std::chrono::milliseconds patience);
 
   // Unless it has taken another's place, the file is gone afterwards.
   ~PosixReplacement();
@@ -20,11 +27,17 @@ class PosixReplacement final {
 
   [[nodiscard]] RandomAccessFile& file() { return file_; }
 
-  // Returns once the disk has the file under its new name.
+  // Returns once the disk has the file under its new name. 75 when something else
+  // has taken the replacement's own name.
   void takePlaceOf(const Path& target);
 
  private:
+  PosixReplacement(Path name, FileDescriptor file);
+
+  [[nodiscard]] bool isNamed() const;
+
   Path path_;  // empty when there is nothing to remove any more
+  struct stat status_;
   PosixRandomAccessFile file_;
 };
 

@@ -12,8 +12,8 @@ namespace quorrix {
 
 class User32WindowSystem final : public WindowSystem {
  public:
-  // How long a window may take to answer a message. The user interface stands
-  // still meanwhile.
+  // How long a window may take to answer a message. The user interface is blocked
+  // until then.
   static constexpr std::chrono::milliseconds kAnswerLimit{200};
 
   User32WindowSystem() = default;

@@ -31,12 +31,25 @@ Path fullPathOf(const Path& path) {
 
 bool isDevice(const Path& fullPath) { return fullPath.native().starts_with(L"\\\\.\\"); }
 
-// An invalid handle when another program has opened the file for itself alone.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// A file that was deleted keeps its name until the last program that has it open, a
+// virus scanner for example, has closed it. Until then everything is refused, reading
+// its attributes too, which is allowed for any other file in a folder that can be read.
+bool isBeingDeleted(const Path& path) {
+  if (::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
+  const DWORD reason = ::GetLastError();
+  return reason == ERROR_ACCESS_DENIED || reason == ERROR_DELETE_PENDING;
+}
+
+// An invalid handle when another program has opened the file for itself alone, and when
+// the file is being deleted.
 UniqueHandle openUnlessInUse(const Path& path, DWORD access, DWORD share, DWORD creation) {
   UniqueHandle file(::CreateFileW(path.c_str(), access, share, nullptr, creation,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
   const DWORD reason = ::GetLastError();
-  if (!file.isOpen() && reason != ERROR_SHARING_VIOLATION) failWithWindowsError(reason, path);
+  if (!file.isOpen() && !mayEndSoon(reason, isBeingDeleted(path)))
+    failWithWindowsError(reason, path);
   return file;
 }
 
@@ -56,17 +69,57 @@ void requireWritable(const UniqueHandle& file, const Path& path) {
   }
 }
 
+// With no access to what it holds, so that nobody else's use is in the way.
+UniqueHandle openToIdentify(const Path& path, DWORD flags = 0) {
+  return UniqueHandle(::CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL | flags, nullptr));
+}
+
+// Empty when the system does not tell.
+std::wstring finalPathOf(const UniqueHandle& file) {
+  const DWORD size = ::GetFinalPathNameByHandleW(file.get(), nullptr, 0, 0);
+  std::wstring path(size, L'\0');
+  const DWORD length = ::GetFinalPathNameByHandleW(file.get(), path.data(), size, 0);
+  path.resize(length < size ? length : 0);
+  return path;
+}
+
+bool haveOneFinalPath(const UniqueHandle& one, const UniqueHandle& other) {
+  const std::wstring path = finalPathOf(one);
+  const std::wstring otherPath = finalPathOf(other);
+  return !path.empty() &&
+         ::CompareStringOrdinal(path.c_str(), -1, otherPath.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+// False when that cannot be told.
+bool areOneFile(const UniqueHandle& one, const UniqueHandle& other) {
+  BY_HANDLE_FILE_INFORMATION first{};
+  BY_HANDLE_FILE_INFORMATION second{};
+  if (!one.isOpen() || !::GetFileInformationByHandle(one.get(), &first)) return false;
+  if (!other.isOpen() || !::GetFileInformationByHandle(other.get(), &second)) return false;
+  const bool isEqual = first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
+                       first.nFileIndexHigh == second.nFileIndexHigh &&
+                       first.nFileIndexLow == second.nFileIndexLow;
+  // Some network shares number no files.
+  const bool isNumbered = (first.nFileIndexHigh | first.nFileIndexLow) != 0;
+  return isEqual && (isNumbered || haveOneFinalPath(one, other));
+}
+
 // Names the same file as `file`. False when that cannot be told.
 bool isNamed(const UniqueHandle& file, const Path& path) {
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const UniqueHandle named(::CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
-                                         FILE_ATTRIBUTE_NORMAL, nullptr));
-  BY_HANDLE_FILE_INFORMATION one{};
-  BY_HANDLE_FILE_INFORMATION other{};
-  return named.isOpen() && ::GetFileInformationByHandle(file.get(), &one) &&
-         ::GetFileInformationByHandle(named.get(), &other) &&
-         one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
-         one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+  return areOneFile(file, openToIdentify(path));
+}
+
+// Permission alone, at this moment: not what is missing, and not what is in use.
+bool isWritingRefused(const Path& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+  if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return true;
+  const UniqueHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, kShareAll, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const DWORD reason = ::GetLastError();
+  return !file.isOpen() && (reason == ERROR_ACCESS_DENIED || reason == ERROR_WRITE_PROTECT);
 }
 
 // Fails for a folder and a read-only file: the system's own refusal does not reach
@@ -88,13 +141,23 @@ void requireReplaceable(const Path& path) {
   if (!isReplaceable(path)) failWithWindowsError(ERROR_FILE_NOT_FOUND, path);
 }
 
+// False while another program has the file open. True where nothing is at `path`.
+bool isRemoved(const Path& path) {
+  if (::DeleteFileW(path.c_str())) return true;
+  const DWORD reason = ::GetLastError();
+  if (reason == ERROR_FILE_NOT_FOUND) return true;
+  if (!mayEndSoon(reason, isBeingDeleted(path))) failWithWindowsError(reason, path);
+  return false;
+}
+
+// `kind` is LOCKFILE_EXCLUSIVE_LOCK, or 0 for a lock that readers share.
 // False while another open file holds the lock. A file system that has no locks
 // is used without them rather than not at all.
-bool tryToLock(const UniqueHandle& file, const Path& path) {
+bool tryToLock(const UniqueHandle& file, DWORD kind, const Path& path) {
   OVERLAPPED position{};
   position.OffsetHigh = kLockedByteHigh;
-  constexpr DWORD kFlags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
-  if (::LockFileEx(file.get(), kFlags, 0, 1, 0, &position)) return true;
+  const DWORD flags = kind | LOCKFILE_FAIL_IMMEDIATELY;
+  if (::LockFileEx(file.get(), flags, 0, 1, 0, &position)) return true;
   const DWORD reason = ::GetLastError();
   if (reason == ERROR_LOCK_VIOLATION || reason == ERROR_IO_PENDING) return false;
   if (reason == ERROR_INVALID_FUNCTION || reason == ERROR_NOT_SUPPORTED) return true;
@@ -139,21 +202,31 @@ std::unique_ptr<RandomAccessFile> WindowsFileSystem::openForReading(const Path& 
   return std::make_unique<WindowsRandomAccessFile>(openLocked(path, Access::Read), path);
 }
 
+std::unique_ptr<RandomAccessFile> WindowsFileSystem::openAsPermitted(const Path& path) {
+  return isWritingRefused(path) ? openForReading(path) : openRandomAccess(path);
+}
+
+bool WindowsFileSystem::isSameFile(const Path& one, const Path& other) {
+  const UniqueHandle entry = openToIdentify(one, FILE_FLAG_OPEN_REPARSE_POINT);
+  return areOneFile(entry, openToIdentify(other, FILE_FLAG_OPEN_REPARSE_POINT)) ||
+         areOneFile(entry, openToIdentify(other));
+}
+
 void WindowsFileSystem::deleteFile(const Path& path) {
-  requireReplaceable(path);
+  if (!isBeingDeleted(path)) requireReplaceable(path);
   const bool deleted = succeedsWithin(lockPatience_, [&] {
     if (::DeleteFileW(path.c_str())) return true;
     const DWORD reason = ::GetLastError();
-    if (reason != ERROR_SHARING_VIOLATION) failWithWindowsError(reason, path);
+    if (!mayEndSoon(reason, isBeingDeleted(path))) failWithWindowsError(reason, path);
     return false;
   });
-  if (!deleted) throw Failure(failure::kPathFileAccess);
+  if (!deleted) throw Failure::ofFileInUse();
 }
 
 void WindowsFileSystem::copyFile(const Path& from, const Path& to) {
   UniqueHandle opened = openLocked(from, Access::Read);
   if (isNamed(opened, to)) return;
-  static_cast<void>(isReplaceable(to));
+  if (!isBeingDeleted(to)) static_cast<void>(isReplaceable(to));
   WindowsRandomAccessFile source(std::move(opened), from);
   replace(to, [&source](RandomAccessFile& next) { writeCopy(source, next); });
 }
@@ -168,8 +241,11 @@ void WindowsFileSystem::replace(const Path& path,
   const Path name = replacementNameOf(path);
   UniqueHandle file;
   const bool isOwn = succeedsWithin(lockPatience_, [&] {
+    // A crash may have left it, but another user, whose rights it would keep, may also
+    // have put it there: nothing is written to what has the name already.
+    if (!isRemoved(name)) return false;
     // Shared with nobody: two programs do not write the same replacement.
-    file = openUnlessInUse(name, GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    file = openUnlessInUse(name, GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW);
     return file.isOpen();
   });
   if (!isOwn) throw Failure(failure::kPathFileAccess);
@@ -211,15 +287,14 @@ UniqueHandle WindowsFileSystem::openLocked(const Path& path, Access access) {
       requireFile(file);
       if (isForWriting) requireWritable(file, path);
     }
-    return tryToLock(file, path);
+    return tryToLock(file, isForWriting ? LOCKFILE_EXCLUSIVE_LOCK : 0, path);
   });
-  if (!locked) throw Failure(failure::kPathFileAccess);
+  if (!locked) throw Failure::ofFileInUse();
   return file;
 }
 
 std::string WindowsFileSystem::readFirstLine(const Path& path) {
-  UniqueHandle handle = openUnlessInUse(
-      path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
+  UniqueHandle handle = openUnlessInUse(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
   if (!handle.isOpen() || ::GetFileType(handle.get()) != FILE_TYPE_DISK) {
     throw Failure(failure::kPathFileAccess);
   }

@@ -25,14 +25,19 @@ class WindowsFileSystem final : public FileSystem {
   // Who may enter follows from the folder above, as everywhere in a user's profile.
   Path makeFolder(const Path& path) override;
 
-  // Whatever is no file on a disk ("CON", a pipe) is refused with 75.
+  // Whatever is no file on a disk ("CON", a pipe) is refused with 75. A file that was
+  // deleted while another program had it open is waited for as one that is locked.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
+  [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
+
+  // By volume and file index; without these, by the final path.
+  [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
 
   // Waits as an open does for a file that another program has open.
   void deleteFile(const Path& path) override;
 
-  // `from` is locked meanwhile. Waits, as an open does, for another program to close `to`.
+  // Locks `from` during the copy. Waits, as an open does, for another program to close `to`.
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
 

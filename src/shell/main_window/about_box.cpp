@@ -38,12 +38,21 @@ QString versionText(const ProgramVersion& version) {
            QString::number(version.revision));
 }
 
+QString librariesText(const QString& qtVersion) {
+  return QStringLiteral(
+             "Made with Qt %1, which is used under the GNU Lesser General\n"
+             "Public License, version 3. The manual names what else is\n"
+             "inside, and where the licences are.")
+      .arg(qtVersion);
+}
+
 AboutBox::AboutBox(QWidget& mainWindow)
     : QDialog(&mainWindow),
       mainWindow_(mainWindow),
       picIcon_(makeLabel("picIcon", this)),
       lblTitle_(makeLabel("lblTitle", this)),
-      lblVersion_(makeLabel("lblVersion", this)) {
+      lblVersion_(makeLabel("lblVersion", this)),
+      lblLibraries_(makeLabel("lblLibraries", this)) {
   setObjectName(QStringLiteral("AboutBox"));
   keepInFront(*this);
   picIcon_->setAccessibleName(QStringLiteral("Icon of Quorrix"));
@@ -69,6 +78,7 @@ AboutBox::AboutBox(QWidget& mainWindow)
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kMargin);
   layout->addLayout(top);
+  layout->addWidget(lblLibraries_);
   layout->addLayout(buttons);
   layout->setSizeConstraint(QLayout::SetFixedSize);
 }
@@ -77,6 +87,7 @@ void AboutBox::Form_Load() {
   setWindowTitle(QStringLiteral("About Quorrix"));
   lblVersion_->setText(versionText(kProgramVersion));
   lblTitle_->setText(QStringLiteral("Quorrix"));
+  lblLibraries_->setText(librariesText(QLatin1String(qVersion())));
   const QIcon icon = applicationIcon();
   if (icon.isNull()) throw Failure(failure::kFileNotFound);
   picIcon_->setPixmap(icon.pixmap(kIconSize, mainWindow_.devicePixelRatioF()));

@@ -1,4 +1,5 @@
-// About Quorrix: the program's icon, its name and its version.
+// About Quorrix: the program's icon, its name and its version, and the library that it
+// is made with.
 #pragma once
 
 #include <QDialog>
@@ -11,6 +12,9 @@ namespace quorrix {
 
 // "Version 1.0.3" for major 1, minor 0, revision 3.
 [[nodiscard]] QString versionText(const ProgramVersion& version);
+
+// Names Qt's version and licence.
+[[nodiscard]] QString librariesText(const QString& qtVersion);
 
 class AboutBox final : public QDialog {
   Q_OBJECT
@@ -28,6 +32,7 @@ class AboutBox final : public QDialog {
   QLabel* picIcon_;
   QLabel* lblTitle_;
   QLabel* lblVersion_;
+  QLabel* lblLibraries_;
 };
 
 }  // namespace quorrix

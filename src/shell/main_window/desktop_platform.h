@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace quorrix {
 
@@ -11,8 +12,29 @@ struct DesktopEnvironment {
   bool hasX11Display;
 };
 
-// What to set QT_QPA_PLATFORM to, or empty for leaving it alone. On Wayland a
+// Qt's name of the platform to run on, or empty for Qt's own choice. On Wayland a
 // program cannot place its own windows, so XWayland comes first where it is there.
 [[nodiscard]] std::string preferredPlatform(const DesktopEnvironment& environment);
+
+// The program's arguments for Qt, with the platform among them. Every program that this one
+// starts, such as the browser, would inherit an environment variable. A platform that the
+// user gave as an argument takes precedence.
+class DesktopArguments {
+ public:
+  // `platform` may be empty. `values` has `count` arguments and must outlive this object.
+  DesktopArguments(int count, char** values, std::string platform);
+  DesktopArguments(const DesktopArguments&) = delete;
+  DesktopArguments& operator=(const DesktopArguments&) = delete;
+
+  // Qt takes its own arguments out of both, and needs them until it ends.
+  [[nodiscard]] int& count() { return count_; }
+  [[nodiscard]] char** values() { return values_.data(); }
+
+ private:
+  std::string option_ = "-platform";
+  std::string platform_;
+  std::vector<char*> values_;  // ended by a null
+  int count_;
+};
 
 }  // namespace quorrix

@@ -38,9 +38,9 @@ HelpBrowser::HelpBrowser(std::function<void(const QUrl&)> openAddress, QWidget* 
   connect(this, &QTextBrowser::anchorClicked, this, &HelpBrowser::follow);
 }
 
-void HelpBrowser::showPage(const std::string& page) {
+bool HelpBrowser::showPage(const std::string& page) {
   const QByteArray bytes = QByteArray::fromStdString(page);
-  if (bytes == page_) return;
+  if (bytes == page_) return false;
   page_ = bytes;
   if (source().isEmpty()) {
     setSource(pageAddress(), QTextDocument::HtmlResource);
@@ -48,6 +48,7 @@ void HelpBrowser::showPage(const std::string& page) {
     reload();
   }
   clearHistory();
+  return true;
 }
 
 std::vector<HelpBrowser::Heading> HelpBrowser::headings() const {

@@ -22,9 +22,9 @@ class HelpBrowser final : public QTextBrowser {
   // `openAddress` gets the http or https address of a link that the user follows.
   HelpBrowser(std::function<void(const QUrl&)> openAddress, QWidget* parent);
 
-  // Shows the page, HTML in UTF-8, from its beginning; the one that shows already
-  // stays as it is.
-  void showPage(const std::string& page);
+  // Shows the page, HTML in UTF-8, from its beginning, and returns true. Returns false and
+  // changes nothing when this page is shown already.
+  bool showPage(const std::string& page);
 
   // Those of the page that have an anchor, in their order.
   [[nodiscard]] std::vector<Heading> headings() const;

@@ -11,6 +11,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "shell/main_window/help_browser.h"
 #include "shell/window_frame.h"
@@ -43,8 +44,9 @@ QPushButton* makeButton(const char* name, const QString& caption, const QString&
 
 }  // namespace
 
-HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress)
-    : browser_(named(new HelpBrowser(std::move(openAddress), this), "Browser",
+HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner run)
+    : run_(std::move(run)),
+      browser_(named(new HelpBrowser(std::move(openAddress), this), "Browser",
                      QStringLiteral("Manual"))) {
   setObjectName(QStringLiteral("HelpWindow"));
   setWindowTitle(QStringLiteral("Quorrix Help"));
@@ -57,8 +59,10 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress)
   contents_->setHeaderHidden(true);
   contents_->header()->setStretchLastSection(false);
   contents_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  connect(contents_, &QTreeWidget::itemClicked, this, &HelpWindow::goToEntry);
-  connect(contents_, &QTreeWidget::itemActivated, this, &HelpWindow::goToEntry);
+  for (const auto chosen : {&QTreeWidget::itemClicked, &QTreeWidget::itemActivated}) {
+    connect(contents_, chosen, this,
+            [this](const QTreeWidgetItem* entry) { run_([this, entry] { goToEntry(entry); }); });
+  }
   parts->addWidget(browser_);
   parts->setChildrenCollapsible(false);
   parts->setStretchFactor(1, 1);
@@ -99,10 +103,13 @@ QLayout* HelpWindow::rowOfControls() {
                                 QStringLiteral("Find the next place (F3)"), this);
   auto* const previous = makeButton("FindPreviousButton", QStringLiteral("&Previous"),
                                     QStringLiteral("Find the place before (Shift+F3)"), this);
-  connect(findBox_, &QLineEdit::textChanged, this, [this] { tell({}); });
-  connect(findBox_, &QLineEdit::returnPressed, this, [this] { find(kForward); });
-  connect(next, &QPushButton::clicked, this, [this] { find(kForward); });
-  connect(previous, &QPushButton::clicked, this, [this] { find(kBackward); });
+  const auto onSignal = [this](auto* sender, auto signal, auto work) {
+    connect(sender, signal, this, [this, work] { run_(work); });
+  };
+  onSignal(findBox_, &QLineEdit::textChanged, [this] { tell({}); });
+  onSignal(findBox_, &QLineEdit::returnPressed, [this] { find(kForward); });
+  onSignal(next, &QPushButton::clicked, [this] { find(kForward); });
+  onSignal(previous, &QPushButton::clicked, [this] { find(kBackward); });
 
   auto* const row = new QHBoxLayout;
   row->addWidget(back);
@@ -117,7 +124,8 @@ QLayout* HelpWindow::rowOfControls() {
 
 void HelpWindow::addShortcuts() {
   const auto add = [this](const QKeySequence& keys, auto action) {
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    connect(new QShortcut(keys, this), &QShortcut::activated, this,
+            [this, action] { run_(action); });
   };
   add(QKeySequence(Qt::CTRL | Qt::Key_F), [this] { startFind(); });
   add(QKeySequence(Qt::Key_F3), [this] { find(kForward); });
@@ -129,8 +137,7 @@ void HelpWindow::addShortcuts() {
 }
 
 void HelpWindow::showPage(const std::string& page) {
-  browser_->showPage(page);
-  fillContents();
+  if (browser_->showPage(page)) fillContents();
 }
 
 // A heading goes below the last one of a higher rank before it.

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 
+#include "shell/guarded.h"
+
 class QLabel;
 class QLayout;
 class QLineEdit;
@@ -23,9 +25,10 @@ class HelpWindow final : public QWidget {
 
  public:
   // `openAddress` gets the web address of a link that the user follows.
-  explicit HelpWindow(std::function<void(const QUrl&)> openAddress);
+  HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner run);
 
-  // The page that shows already stays where the user is reading.
+  // A page that is shown already stays where the user is reading, and its contents stay
+  // as they are.
   void showPage(const std::string& page);
 
  private:
@@ -37,6 +40,7 @@ class HelpWindow final : public QWidget {
   void find(QTextDocument::FindFlags direction);
   void tell(const QString& text);
 
+  SlotRunner run_;
   QTreeWidget* contents_;
   HelpBrowser* browser_;
   QLineEdit* findBox_;

@@ -18,6 +18,7 @@
 #include "shell/main_window/load_wait_dialog.h"
 #include "shell/main_window/main_menu.h"
 #include "shell/main_window/splash_screen.h"
+#include "shell/main_window/unreadable_browser_notice.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 #include "shell/twips.h"
@@ -31,6 +32,7 @@ namespace {
 using std::chrono::seconds;
 
 constexpr seconds kSplashTime{2};
+constexpr std::chrono::milliseconds kStartUpPause{100};  // between two looks at the clock
 constexpr seconds kWaitDialogTime{1};
 
 constexpr QSize kFirstSize{720, 540};  // pixels
@@ -46,24 +48,28 @@ constexpr MenuItem entry(const char* name, const char* caption, void (MainForm::
   return {MenuItemKind::Entry, name, caption, handler};
 }
 
+constexpr MenuItem dataEntry(const char* name, const char* caption, void (MainForm::*handler)()) {
+  return {MenuItemKind::Entry, name, caption, handler, MenuItemNeeds::Data};
+}
+
 constexpr MenuItem separator(const char* name) {
   return {MenuItemKind::Separator, name, "", nullptr};
 }
 
 constexpr MenuItem kMenus[] = {
     {MenuItemKind::Menu, "FileMenu", "&File", nullptr},
-    entry("FileStartTrack", "Start &Tracking", &MainForm::FileStartTrack_Click),
-    entry("FileStopTrack", "&Stop Tracking", &MainForm::FileStopTrack_Click),
+    dataEntry("FileStartTrack", "Start &Tracking", &MainForm::FileStartTrack_Click),
+    dataEntry("FileStopTrack", "&Stop Tracking", &MainForm::FileStopTrack_Click),
     separator("FileSep2"),
-    entry("FileSearch", "Search Dis&play...", &MainForm::FileSearch_Click),
+    dataEntry("FileSearch", "Search Dis&play...", &MainForm::FileSearch_Click),
     separator("FileSep3"),
-    entry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click),
-    entry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
+    dataEntry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click),
+    dataEntry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
     separator("FileSep4"),
     {MenuItemKind::Submenu, "FileArchiveTop", "A&rchive", nullptr},
-    entry("FileArchive", "&Archive Sites...", &MainForm::FileArchive_Click),
-    entry("FileLoadArchive", "&Load Sites Archive...", &MainForm::FileLoadArchive_Click),
-    entry("FileDeleteArchive", "&Delete Sites Archive...", &MainForm::FileDeleteArchive_Click),
+    dataEntry("FileArchive", "&Archive Sites...", &MainForm::FileArchive_Click),
+    dataEntry("FileLoadArchive", "&Load Sites Archive...", &MainForm::FileLoadArchive_Click),
+    dataEntry("FileDeleteArchive", "&Delete Sites Archive...", &MainForm::FileDeleteArchive_Click),
     {MenuItemKind::SubmenuEnd, "", "", nullptr},
     separator("FileSep5"),
     entry("FileExit", "&Exit", &MainForm::FileExit_Click),
@@ -98,12 +104,18 @@ MainForm::MainForm(const Parts& parts)
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(QStringLiteral("Quorrix"));
   fillMenuBar(*menuBar(), *this, kMenus);
+  enableDataEntries(*menuBar(), kMenus, false);
 
-  // The tree is placed by hand, see layOut.
+  // The tree is placed by hand, see layOut. Its room also changes with the heights of
+  // menu bar and status bar, as with another font or style.
   setCentralWidget(new QWidget(this));
   treeView_ = new SiteTreeView(tree_, centralWidget());
+  unreadableBrowserNotice_ = new UnreadableBrowserNotice(
+      centralWidget(), [this](const std::function<void()>& work) { runCommand(work); });
+  connect(unreadableBrowserNotice_, &UnreadableBrowserNotice::changed, this, &MainForm::layOut);
   statusBar_ = new TwoPanelStatusBar(this);
   setStatusBar(statusBar_);
+  centralWidget()->installEventFilter(this);
 
   SitePopupMenu::Handlers handlers;
   handlers.PopUpShowAll_Click = onPopupSite(&MainForm::PopUpShowAll_Click);
@@ -114,7 +126,9 @@ MainForm::MainForm(const Parts& parts)
   handlers.PopUpNewPurchase_Click = onPopupSite(&MainForm::PopUpNewPurchase_Click);
   handlers.PopUpPurchases_Click = onPopupSite(&MainForm::PopUpPurchases_Click);
   popupMenu_ = new SitePopupMenu(handlers, this);
-  connect(treeView_, &SiteTreeView::mouseUp, this, &MainForm::TreeView_MouseUp);
+  connect(treeView_, &SiteTreeView::mouseUp, this, [this](int button, int shift, int x, int y) {
+    runCommand([=, this] { TreeView_MouseUp(button, shift, x, y); });
+  });
 
   resize(kFirstSize.boundedTo(roomInsideAFrame(*screen())));
   // Not left to the window manager, which places windows only once they show:
@@ -132,7 +146,7 @@ MainForm::~MainForm() {
 bool MainForm::Form_Load() {
   const bool isLoaded = guarded(*this, parts_.messageBox, FailureFamily::StartUp, [this] {
     showSplashScreen();
-    if (!isUnloaded_) showWindowAndLoad();  // else closed meanwhile
+    if (!isUnloaded_) showWindowAndLoad();  // the user may have closed the splash screen
   });
   if (!isLoaded) FileExit_Click();
   return isLoaded;
@@ -145,15 +159,15 @@ void MainForm::showSplashScreen() {
 }
 
 void MainForm::showWindowAndLoad() {
-  showHourglass(*this);
+  const Hourglass hourglass(*this);
   show();
   LoadWaitDialog waitDialog(*this);
   waitDialog.show();
   waitYielding(kWaitDialogTime);
   if (isUnloaded_) return;  // closed while it was waiting
   loadData();
+  enableDataEntries(*menuBar(), kMenus, true);
   waitDialog.hide();
-  showDefaultPointer(*this);
 }
 
 void MainForm::loadData() {
@@ -173,18 +187,34 @@ void MainForm::loadData() {
 
 void MainForm::waitYielding(std::chrono::milliseconds time) {
   const auto start = parts_.clock.elapsed();
-  while (!isUnloaded_ && parts_.clock.elapsed() - start < time) parts_.events.pause();
+  while (!isUnloaded_ && parts_.clock.elapsed() - start < time) parts_.events.pause(kStartUpPause);
 }
 
+void MainForm::runCommand(const std::function<void()>& command) {
+  guarded(*this, parts_.messageBox, FailureFamily::OtherCommand, command);
+}
+
+// The loop begins from the event queue: a press over the accessibility bus is answered
+// only when this handler returns.
 void MainForm::FileStartTrack_Click() {
-  if (!isLoaded()) return;
   setWindowTitle(QStringLiteral("Quorrix"));
+  ++startsToCome_;
+  QMetaObject::invokeMethod(
+      this, [this] { runCommand([this] { beginTracking(); }); }, Qt::QueuedConnection);
+}
+
+void MainForm::beginTracking() {
+  if (startsToCome_ == 0) return;  // stopped before it began
+  --startsToCome_;
   const bool isEnded = guarded(*this, parts_.messageBox, FailureFamily::Tracking,
                                [this] { tracking_.startTracking(); });
   if (!isEnded) tracking_.stopAfterFailure();
 }
 
-void MainForm::FileStopTrack_Click() { tracking_.stopTracking(); }
+void MainForm::FileStopTrack_Click() {
+  startsToCome_ = 0;
+  tracking_.stopTracking();
+}
 
 bool MainForm::refusesWhileTracking() {
   if (!isTracking()) return false;
@@ -223,10 +253,9 @@ void MainForm::FileDelete_Click() {
     if (refuses("No website addresses to delete in current display.")) return;
     const auto answer = parts_.messageBox.show(kDeleteAnyway, MessageBoxStyle::ConfirmWarning);
     if (answer != MessageBoxButton::Ok) return;
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     deleteSelectedSites();
     setCaption();
-    showDefaultPointer(*this);
   });
 }
 
@@ -245,10 +274,9 @@ void MainForm::deleteSelectedSites() {
 
 void MainForm::FileClear_Click() {
   if (refuses("No website addresses to clear in current display.")) return;
-  showHourglass(*this);
+  const Hourglass hourglass(*this);
   clearTree();
   setCaption();
-  showDefaultPointer(*this);
 }
 
 void MainForm::clearTree() {
@@ -271,8 +299,10 @@ void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree_.selected());
 // an entry acts on the one that the user opened the menu for.
 std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
   return [this, handler] {
-    if (popupSite_ != kNoNode) tree_.select(popupSite_);
-    (this->*handler)();
+    runCommand([this, handler] {
+      if (popupSite_ != kNoNode) tree_.select(popupSite_);
+      (this->*handler)();
+    });
   };
 }
 
@@ -286,12 +316,13 @@ RecordDialogParts MainForm::recordDialogParts() {
 }
 
 template <typename Dialog>
-void MainForm::showRecordDialog() {
-  showHourglass(*this);
-  Dialog dialog(recordDialogParts());
-  dialog.Form_Load();
-  dialog.exec();
-  showDefaultPointer(*this);
+void MainForm::showRecordDialog(FailureFamily family) {
+  guarded(*this, parts_.messageBox, family, [this] {
+    const Hourglass hourglass(*this);
+    Dialog dialog(recordDialogParts());
+    dialog.Form_Load();
+    dialog.exec();
+  });
 }
 
 void MainForm::PopUpLaunch_Click() {
@@ -301,18 +332,23 @@ void MainForm::PopUpLaunch_Click() {
   });
 }
 
-void MainForm::PopUpNotes_Click() { showRecordDialog<NotesDialog>(); }
+void MainForm::PopUpNotes_Click() { showRecordDialog<NotesDialog>(FailureFamily::OpenNotes); }
 
-void MainForm::PopUpPasswords_Click() { showRecordDialog<UIDDialog>(); }
+void MainForm::PopUpPasswords_Click() {
+  showRecordDialog<UIDDialog>(FailureFamily::OpenUserIDPassword);
+}
 
-void MainForm::PopUpNewPurchase_Click() { showRecordDialog<NewPurchaseDialog>(); }
+void MainForm::PopUpNewPurchase_Click() {
+  showRecordDialog<NewPurchaseDialog>(FailureFamily::OpenNewPurchase);
+}
 
 void MainForm::PopUpPurchases_Click() {
-  showHourglass(*this);
-  PurchasesDialog dialog(recordDialogParts());
-  dialog.Form_Load(somePurchasesToLoad_);
-  if (somePurchasesToLoad_) dialog.exec();
-  showDefaultPointer(*this);
+  guarded(*this, parts_.messageBox, FailureFamily::OpenPurchases, [this] {
+    const Hourglass hourglass(*this);
+    PurchasesDialog dialog(recordDialogParts());
+    dialog.Form_Load(somePurchasesToLoad_);
+    if (somePurchasesToLoad_) dialog.exec();
+  });
 }
 
 void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {
@@ -348,12 +384,18 @@ void MainForm::showEvent(QShowEvent* event) {
   layOut();
 }
 
+bool MainForm::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == centralWidget() && event->type() == QEvent::Resize) layOut();
+  return QMainWindow::eventFilter(watched, event);
+}
+
 void MainForm::layOut() {
   const int width = twipsFromPixels(frameGeometry().width());
   const int height = twipsFromPixels(frameGeometry().height());
   // A large font can make menu and status bar higher than what is left for
   // them; then the tree ends where they begin.
-  const QSize free = centralWidget()->size();
+  QSize free = centralWidget()->size();
+  free.rheight() -= unreadableBrowserNotice_->placeAtBottomOf(free);
   const QSize wanted(pixelsFromTwips(width - kWidthBesideTree),
                      pixelsFromTwips(height - kHeightBesideTree));
   treeView_->resize(wanted.boundedTo(free));
@@ -369,7 +411,8 @@ void MainForm::closeEvent(QCloseEvent* event) {
 void MainForm::Form_Unload() {
   if (isUnloaded_) return;
   isUnloaded_ = true;
-  showHourglass(*this);
+  setCursor(Qt::WaitCursor);  // to the end
+  startsToCome_ = 0;
   tracking_.abandon();
   searchWindows_.unloadAll();
   QApplication::closeAllWindows();
@@ -381,5 +424,9 @@ void MainForm::showTrackingStatus(std::string_view text) {
 }
 
 void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
+
+void MainForm::showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) {
+  unreadableBrowserNotice_->showBrowsers(browsers);
+}
 
 }  // namespace quorrix

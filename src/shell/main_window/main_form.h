@@ -18,6 +18,7 @@
 #include "records/record_dialog.h"
 #include "search/search_windows.h"
 #include "shell/app_paths.h"
+#include "shell/failure_messages.h"
 #include "shell/main_window/two_panel_status_bar.h"
 #include "sitetree/site_file.h"
 #include "sitetree/site_popup_menu.h"
@@ -31,6 +32,7 @@ class QUrl;
 namespace quorrix {
 
 class HelpWindow;
+class UnreadableBrowserNotice;
 
 class MainForm final : public QMainWindow, private TrackingDisplay {
   Q_OBJECT
@@ -54,6 +56,10 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   // failed; then the message was shown and the window is gone.
   bool Form_Load();
 
+  // Runs a slot so that no exception leaves it. A failure that the command's own guard did
+  // not report is shown as its reason alone.
+  void runCommand(const std::function<void()>& command);
+
   void FileStartTrack_Click();
   void FileStopTrack_Click();
   void FileSearch_Click();
@@ -76,7 +82,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
 
   [[nodiscard]] SiteTree& tree() { return tree_; }
   [[nodiscard]] const WorkingPaths& workingPaths() const { return workingPaths_; }
-  [[nodiscard]] bool isTracking() const { return tracking_.isTracking(); }
+  // From the moment that the user starts it.
+  [[nodiscard]] bool isTracking() const { return startsToCome_ > 0 || tracking_.isTracking(); }
 
  signals:
   // The window has been unloaded, and with it the program ends.
@@ -87,6 +94,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void moveEvent(QMoveEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void showSplashScreen();
@@ -96,15 +104,14 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void layOut();
   void Form_Unload();
   void setCaption();
-  // The menus work while the wait dialog shows, but the data are not there yet.
-  [[nodiscard]] bool isLoaded() const { return tree_.root() != kNoNode; }
+  void beginTracking();
   [[nodiscard]] bool refusesWhileTracking();
   [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);
   void deleteSelectedSites();
   void clearTree();
   [[nodiscard]] ArchiveDialogParts archiveDialogParts();
   template <typename Dialog>
-  void showArchiveDialog(const typename Dialog::Work& work);
+  void showArchiveDialog(FailureFamily family, const typename Dialog::Work& work);
   void showLastArchive(const QString& archive);
   void archiveTo(const Path& folder, EarlierArchive earlier);
   void loadFrom(const Path& folder);
@@ -112,12 +119,13 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   [[nodiscard]] RecordDialogParts recordDialogParts();
   [[nodiscard]] SearchWindows::Parts searchParts();
   template <typename Dialog>
-  void showRecordDialog();
+  void showRecordDialog(FailureFamily family);
   void showHelp(const std::string& page);
   void openAddress(const QUrl& address);
 
   void showTrackingStatus(std::string_view text) override;
   void makeVisible(NodeId node) override;
+  void showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) override;
 
   Parts parts_;
   WorkingPaths workingPaths_;
@@ -126,11 +134,13 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   TrackingLoop tracking_;
   SiteTreeView* treeView_;
   TwoPanelStatusBar* statusBar_;
+  UnreadableBrowserNotice* unreadableBrowserNotice_;
   SitePopupMenu* popupMenu_;
   SearchWindows searchWindows_;
   QPointer<HelpWindow> helpWindow_;
   NodeId popupSite_ = kNoNode;        // selected when the popup menu was opened
   bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
+  int startsToCome_ = 0;              // queued starts of tracking that have not begun
   bool isUnloaded_ = false;
 };
 

@@ -24,13 +24,14 @@ ArchiveDialogParts MainForm::archiveDialogParts() {
 }
 
 template <typename Dialog>
-void MainForm::showArchiveDialog(const typename Dialog::Work& work) {
-  showHourglass(*this);
-  Dialog dialog(archiveDialogParts(), work);
-  dialog.Form_Load();
-  dialog.exec();
-  activateWindow();  // the dialog hides before its work, and the keyboard may have gone elsewhere
-  showDefaultPointer(*this);
+void MainForm::showArchiveDialog(FailureFamily family, const typename Dialog::Work& work) {
+  guarded(*this, parts_.messageBox, family, [this, &work] {
+    const Hourglass hourglass(*this);
+    Dialog dialog(archiveDialogParts(), work);
+    dialog.Form_Load();
+    dialog.exec();
+    activateWindow();  // the dialog hides before its work, and the keyboard may have gone elsewhere
+  });
 }
 
 void MainForm::showLastArchive(const QString& archive) {
@@ -39,12 +40,13 @@ void MainForm::showLastArchive(const QString& archive) {
 
 void MainForm::FileArchive_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::OpenArchiveSites, [this] {
-    if (!isLoaded() || refusesWhileTracking()) return;
+    if (refusesWhileTracking()) return;
     if (!hasSitesToArchive(parts_.files, workingPaths_)) {
       parts_.messageBox.show("No site information to archive.", MessageBoxStyle::Information);
       return;
     }
     showArchiveDialog<ArchiveDialog>(
+        FailureFamily::OpenArchiveSites,
         {.holdsArchiveFiles =
              [this](const Path& folder) { return holdsArchiveFiles(parts_.files, folder); },
          .archive = [this](const Path& folder,
@@ -61,8 +63,9 @@ void MainForm::archiveTo(const Path& folder, EarlierArchive earlier) {
 }
 
 void MainForm::FileLoadArchive_Click() {
-  if (!isLoaded() || refusesWhileTracking()) return;
+  if (refusesWhileTracking()) return;
   showArchiveDialog<LoadArchiveDialog>(
+      FailureFamily::OpenLoadArchiveDialog,
       {.holdsArchive = [this](const Path& folder) { return canBeLoaded(parts_.files, folder); },
        .displayHoldsSites = [this] { return tree_.size() >= 2; },
        .load = [this](const Path& folder) { loadFrom(folder); }});
@@ -81,8 +84,9 @@ void MainForm::loadFrom(const Path& folder) {
 }
 
 void MainForm::FileDeleteArchive_Click() {
-  if (!isLoaded() || refusesWhileTracking()) return;
+  if (refusesWhileTracking()) return;
   showArchiveDialog<DeleteArchiveDialog>(
+      FailureFamily::OpenDeleteArchiveDialog,
       [this](const Path& folder, const std::vector<Path>& names) {
         return deleteArchiveFiles(parts_.files, folder, names);
       });

@@ -13,24 +13,23 @@
 
 namespace quorrix {
 
-// The file is read each time, so that a user who has put it back need not start anew.
+// Reads the file each time, so that a user who has put it back need not restart the program.
 void MainForm::HelpHelp_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::Help, [this] {
-    if (!isLoaded()) return;
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     const std::string page = readHelpFile(parts_.files, parts_.paths.appPath("Quorrix.hlp"));
     showHelp(page);
-    showDefaultPointer(*this);
   });
 }
 
-// One that the user has closed is about to be deleted.
+// A window that the user has closed is about to be deleted and is not used again.
 void MainForm::showHelp(const std::string& page) {
   if (!helpWindow_.isNull() && helpWindow_->isVisible()) {
     helpWindow_->showPage(page);
   } else {
-    auto window =
-        std::make_unique<HelpWindow>([this](const QUrl& address) { openAddress(address); });
+    auto window = std::make_unique<HelpWindow>(
+        [this](const QUrl& address) { openAddress(address); },
+        [this](const std::function<void()>& work) { runCommand(work); });
     window->showPage(page);
     helpWindow_ = window.release();
   }
@@ -46,12 +45,10 @@ void MainForm::openAddress(const QUrl& address) {
 
 void MainForm::HelpAbout_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::About, [this] {
-    if (!isLoaded()) return;
-    showHourglass(*this);
+    const Hourglass hourglass(*this);
     AboutBox box(*this);
     box.Form_Load();
     box.exec();
-    showDefaultPointer(*this);
   });
 }
 

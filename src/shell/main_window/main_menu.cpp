@@ -39,11 +39,20 @@ void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items)
         action->setObjectName(QString::fromLatin1(item.name));
         action->setEnabled(item.handler != nullptr);
         if (item.handler != nullptr) {
-          QObject::connect(action, &QAction::triggered, &form, item.handler);
+          QObject::connect(action, &QAction::triggered, &form, [&form, handler = item.handler] {
+            form.runCommand([&form, handler] { (form.*handler)(); });
+          });
         }
         break;
       }
     }
+  }
+}
+
+void enableDataEntries(QMenuBar& bar, std::span<const MenuItem> items, bool isEnabled) {
+  for (const MenuItem& item : items) {
+    if (item.needs != MenuItemNeeds::Data) continue;
+    bar.findChild<QAction*>(QString::fromLatin1(item.name))->setEnabled(isEnabled);
   }
 }
 

@@ -17,15 +17,25 @@ enum class MenuItemKind {
   Separator,
 };
 
+// What a command works with.
+enum class MenuItemNeeds {
+  Nothing,
+  Data,  // the recorded sites or their files, which are there once the start-up is over
+};
+
 struct MenuItem {
   MenuItemKind kind;
   const char* name;
   const char* caption;
   void (MainForm::*handler)();  // null: not there yet, shown disabled
+  MenuItemNeeds needs = MenuItemNeeds::Nothing;
 };
 
-// Every action is named after its item, and an entry calls its handler. The first
-// item is a menu.
+// Every action is named after its item, and an entry runs its handler as a command of
+// the form. The first item is a menu.
 void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items);
+
+// Enables or disables the entries that need the data.
+void enableDataEntries(QMenuBar& bar, std::span<const MenuItem> items, bool isEnabled);
 
 }  // namespace quorrix

@@ -1,5 +1,6 @@
 #include "shell/main_window/two_panel_status_bar.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QStyle>
 #include <QStyleOption>
@@ -39,7 +40,7 @@ TwoPanelStatusBar::TwoPanelStatusBar(QWidget* parent) : QStatusBar(parent) {
     panel = new Panel(this);
     panel->setObjectName(QStringLiteral("StatusBarPanel%1").arg(number++));
   }
-  setFixedHeight(fontMetrics().height() + 2 * kTextMargin);
+  fitHeight();
 }
 
 void TwoPanelStatusBar::setPanelText(int panel, const QString& text) {
@@ -62,6 +63,13 @@ void TwoPanelStatusBar::resizeEvent(QResizeEvent* event) {
   QStatusBar::resizeEvent(event);
   placePanels();
 }
+
+void TwoPanelStatusBar::changeEvent(QEvent* event) {
+  QStatusBar::changeEvent(event);
+  if (event->type() == QEvent::FontChange) fitHeight();
+}
+
+void TwoPanelStatusBar::fitHeight() { setFixedHeight(fontMetrics().height() + 2 * kTextMargin); }
 
 void TwoPanelStatusBar::placePanels() {
   int left = 0;

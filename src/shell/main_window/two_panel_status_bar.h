@@ -24,8 +24,10 @@ class TwoPanelStatusBar final : public QStatusBar {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  void fitHeight();
   void placePanels();
 
   std::array<QLabel*, 2> panels_;

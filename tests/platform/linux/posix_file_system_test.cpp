@@ -13,8 +13,10 @@
 #include <future>
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/posix_replacement.h"
 #include "support/eventually.h"
 #include "support/failure_number.h"
+#include "support/linux/child_process.h"
 #include "support/linux/file_size_limit.h"
 #include "support/temporary_folder.h"
 
@@ -38,8 +40,8 @@ class PosixFileSystemTest : public testing::Test {
   static int openCountOf(const Path& path) {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-      std::error_code goneMeanwhile;
-      if (std::filesystem::read_symlink(entry.path(), goneMeanwhile) == path) ++count;
+      std::error_code closed;
+      if (std::filesystem::read_symlink(entry.path(), closed) == path) ++count;
     }
     return count;
   }
@@ -242,6 +244,17 @@ TEST_F(PosixFileSystemTest, CopiesToWhatALinkLeadsTo) {
   EXPECT_EQ(folder_.bytesOf(Path("elsewhere") / "target"), "new");
 }
 
+TEST_F(PosixFileSystemTest, PutsTheCopyInPlaceOfALinkThatAnotherUserMade) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can make a link of another user's";
+  const Path target = folder_.givenAFile("target", "kept");
+  std::filesystem::create_symlink(target, folder_ / "copy");
+  ASSERT_EQ(::lchown((folder_ / "copy").c_str(), 65534, 65534), 0);
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_ / "copy");
+  EXPECT_FALSE(std::filesystem::is_symlink(folder_ / "copy"));
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+  EXPECT_EQ(folder_.bytesOf("target"), "kept");
+}
+
 TEST_F(PosixFileSystemTest, PutsTheCopyInPlaceOfALinkThatLeadsNowhere) {
   std::filesystem::create_symlink(folder_ / "missing", folder_ / "copy");
   EXPECT_FALSE(files_.fileExists(folder_ / "copy"));
@@ -261,12 +274,96 @@ TEST_F(PosixFileSystemTest, LeavesAFileThatIsCopiedOntoItselfThroughALink) {
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
 }
 
-TEST_F(PosixFileSystemTest, WritesNoReplacementThroughALink) {
+// In a folder that others may write to, another user may have put something under the name of
+// the replacement, and would then own the copy and read it.
+using Replacement = PosixFileSystemTest;
+
+TEST_F(Replacement, IsNeverWrittenIntoAFileThatHasItsName) {
+  const Path planted = folder_.givenAFile("copy.quorrix-new", "planted");
+  ASSERT_EQ(::chmod(planted.c_str(), 0666), 0);
+  const FileDescriptor other(::open(planted.c_str(), O_RDONLY | O_CLOEXEC));
+  files_.copyFile(folder_.givenAFile("nodes.dat", "secret"), folder_ / "copy");
+  EXPECT_EQ(folder_.bytesOf("copy"), "secret");
+  EXPECT_EQ(modeOf(folder_ / "copy"), 0600U);
+  char bytes[8] = {};
+  EXPECT_EQ(::pread(other.number(), bytes, sizeof bytes, 0), 7);
+  EXPECT_STREQ(bytes, "planted");
+}
+
+TEST_F(Replacement, IsNeverWrittenIntoAFileOfAnotherUser) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can make a file of another user's";
+  const Path planted = folder_.givenAFile("copy.quorrix-new", "planted");
+  ASSERT_EQ(::chmod(planted.c_str(), 0666), 0);
+  ASSERT_EQ(::chown(planted.c_str(), 65534, 65534), 0);
+  const FileDescriptor other(::open(planted.c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(::flock(other.number(), LOCK_EX), 0);  // for ever
+  files_.copyFile(folder_.givenAFile("nodes.dat", "secret"), folder_ / "copy");
+  struct stat status {};
+  ASSERT_EQ(::stat((folder_ / "copy").c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 0U);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  EXPECT_EQ(folder_.bytesOf("copy"), "secret");
+}
+
+TEST_F(Replacement, TakesThePlaceOfALinkThatHasItsName) {
   const Path other = folder_.givenAFile("other", "kept");
   std::filesystem::create_symlink(other, folder_ / "copy.quorrix-new");
-  const Path from = folder_.givenAFile("nodes.dat", "new");
-  EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, folder_ / "copy"); }), 75);
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_ / "copy");
   EXPECT_EQ(folder_.bytesOf("other"), "kept");
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+  EXPECT_FALSE(std::filesystem::is_symlink(folder_ / "copy"));
+}
+
+TEST_F(Replacement, TakesThePlaceOfAPipeThatHasItsName) {
+  ASSERT_EQ(::mkfifo((folder_ / "copy.quorrix-new").c_str(), 0666), 0);
+  files_.copyFile(folder_.givenAFile("nodes.dat", "new"), folder_ / "copy");
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+}
+
+TEST_F(Replacement, FailsWhenWhatHasItsNameCannotBeRemoved) {
+  files_.makeFolder(folder_ / "load.txt.quorrix-new");
+  const Path path = folder_.givenAFile("load.txt", "none\r\n");
+  EXPECT_EQ(failureNumberOf([&] { files_.replaceByLine(path, "x"); }), 75);
+  EXPECT_EQ(folder_.bytesOf("load.txt"), "none\r\n");
+}
+
+TEST_F(Replacement, WaitsWhileAnotherProgramWritesUnderItsName) {
+  const Path name = folder_.givenAFile("copy.quorrix-new", "half");
+  FileDescriptor other(::open(name.c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(::flock(other.number(), LOCK_EX), 0);
+  const Path from = folder_.givenAFile("nodes.dat", "new");
+  EXPECT_EQ(failureNumberOf([&] { impatient_.copyFile(from, folder_ / "copy"); }), 75);
+  EXPECT_EQ(folder_.bytesOf("copy.quorrix-new"), "half");
+
+  PosixFileSystem patient(60s);
+  auto copying = std::async(std::launch::async, [&] { patient.copyFile(from, folder_ / "copy"); });
+  ASSERT_TRUE(test::eventually([&] { return openCountOf(from) == 1; }));
+  other = FileDescriptor();
+  copying.get();
+  EXPECT_EQ(folder_.bytesOf("copy"), "new");
+}
+
+TEST_F(Replacement, IsNotRenamedWhenAnotherFileHasTakenItsName) {
+  PosixReplacement next(folder_ / "new", 50ms);
+  next.file().writeAt(0, "own"s);
+  std::filesystem::remove(folder_ / "new");
+  folder_.givenAFile("new", "another's");
+  EXPECT_EQ(failureNumberOf([&] { next.takePlaceOf(folder_ / "copy"); }), 75);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "copy"));
+}
+
+TEST_F(Replacement, DoesNotRemoveAFileThatHasTakenItsName) {
+  {
+    PosixReplacement next(folder_ / "new", 50ms);
+    std::filesystem::remove(folder_ / "new");
+    folder_.givenAFile("new", "another's");
+  }
+  EXPECT_EQ(folder_.bytesOf("new"), "another's");
+}
+
+TEST_F(Replacement, IsRemovedWhenItIsNotUsed) {
+  { const PosixReplacement next(folder_ / "new", 50ms); }
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "new"));
 }
 
 TEST_F(PosixFileSystemTest, CopiesFilesNamedWithoutTheirFolder) {
@@ -285,6 +382,40 @@ TEST_F(PosixFileSystemTest, SyncsAFileNamedWithoutItsFolder) {
   file->writeAt(0, "x"s);
   EXPECT_EQ(failureNumberOf([&] { file->sync(); }), test::kNoFailure);
   std::filesystem::current_path(before);
+}
+
+TEST_F(PosixFileSystemTest, KnowsAFileAgainThroughALinkToItsFolder) {
+  files_.makeFolder(folder_ / "Data");
+  const Path path = folder_.givenAFile(Path("Data") / "nodes.dat", "");
+  std::filesystem::create_directory_symlink(folder_ / "Data", folder_ / "May");
+  EXPECT_TRUE(files_.isSameFile(folder_ / "May" / "nodes.dat", path));
+  EXPECT_TRUE(files_.isSameFile(path, folder_ / "May" / "nodes.dat"));
+}
+
+// What matters is which of the two deleting the first one would delete.
+TEST_F(PosixFileSystemTest, TellsALinkFromTheFileThatItLeadsTo) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  std::filesystem::create_symlink(path, folder_ / "link");
+  EXPECT_FALSE(files_.isSameFile(folder_ / "link", path));
+  EXPECT_TRUE(files_.isSameFile(path, folder_ / "link"));
+  EXPECT_TRUE(files_.isSameFile(folder_ / "link", folder_ / "link"));
+}
+
+// A user other than root, whom permissions bind.
+TEST_F(PosixFileSystemTest, OpensForReadingOnlyWhenWritingIsNotPermitted) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can become another user";
+  const Path path = folder_.givenAFile("notes.dat", "kept");
+  ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+  ASSERT_EQ(::chmod(folder_.path().c_str(), 0755), 0);
+  const int status = test::waitStatusOfAChild([&] {
+    if (::setresuid(65534, 65534, 65534) != 0) return 1;
+    if (files_.openAsPermitted(path)->length() != 4) return 2;
+    if (failureNumberOf([&] { return files_.openRandomAccess(path); }) != 75) return 3;
+    return failureNumberOf([&] { return files_.openAsPermitted(folder_ / "missing"); }) == 75 ? 0
+                                                                                              : 4;
+  });
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST_F(PosixFileSystemTest, ListsALinkAsWhatItLeadsTo) {

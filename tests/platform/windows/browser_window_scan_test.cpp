@@ -199,6 +199,13 @@ TEST_F(BrowserWindowScan, LeavesOtherWindowsUnread) {
   EXPECT_FALSE(reading.haveValidAddress);
 }
 
+TEST_F(BrowserWindowScan, ReadsABrowserBehindWindowsOfOtherBrowsers) {
+  const TestBrowserWindow firefox(L"A page \u2014 Mozilla Firefox");
+  const TestBrowserWindow chrome(L"A page - Google Chrome");
+  browser_.typeAddress(L"http://one.two.three");
+  EXPECT_EQ(scan().webAddress, "http://one.two.three");
+}
+
 TEST_F(BrowserWindowScan, ReadsTheFrontOneOfTwoBrowsers) {
   const auto another = std::make_unique<TestBrowserWindow>(L"Second - Netscape");
   browser_.typeAddress(L"http://behind.test");

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <future>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -97,6 +98,79 @@ TEST_F(WindowsFileSystemTest, KeepsTheSystemFromAskingForAMedium) {
   ::SetThreadErrorMode(0, nullptr);
   const WindowsFileSystem files;
   EXPECT_NE(::GetThreadErrorMode() & SEM_FAILCRITICALERRORS, 0U);
+}
+
+// What a virus scanner or an indexer does with a file, and keeps doing for a moment.
+// Wine, other than Windows, opens such a file still: what it cannot show is tested as
+// mayEndSoon().
+class BeingDeleted : public WindowsFileSystemTest {
+ protected:
+  // Deleted, but open: its name stays until letGo().
+  BeingDeleted() {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    scanned_ =
+        ::CreateFileW(path_.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(scanned_, INVALID_HANDLE_VALUE);
+    files_.deleteFile(path_);
+    HANDLE again = ::CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                 CREATE_NEW, 0, nullptr);
+    staysNamed_ = again == INVALID_HANDLE_VALUE;
+    if (!staysNamed_) ::CloseHandle(again);
+  }
+  ~BeingDeleted() override { letGo(); }
+
+  void SetUp() override {
+    if (!staysNamed_) GTEST_SKIP() << "here a file loses its name at once";
+  }
+
+  void letGo() {
+    if (scanned_ != INVALID_HANDLE_VALUE) ::CloseHandle(scanned_);
+    scanned_ = INVALID_HANDLE_VALUE;
+  }
+
+  const Path path_ = folder_.givenAFile("nodes.dat", "old");
+  HANDLE scanned_ = INVALID_HANDLE_VALUE;
+  bool staysNamed_ = false;
+  WindowsFileSystem patient_{60s};
+  WindowsFileSystem impatient_{50ms};
+};
+
+TEST_F(BeingDeleted, AFileIsWaitedForBeforeACopyTakesItsPlace) {
+  const Path from = folder_.givenAFile("from", "new");
+  EXPECT_EQ(failureNumberOf([&] { impatient_.copyFile(from, path_); }), 75);
+  EXPECT_FALSE(files_.fileExists(folder_ / "nodes.dat.quorrix-new"));
+  auto copying = std::async(std::launch::async, [&] { patient_.copyFile(from, path_); });
+  EXPECT_EQ(copying.wait_for(100ms), std::future_status::timeout);
+  letGo();
+  copying.get();
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "new");
+}
+
+TEST_F(WindowsFileSystemTest, RefusesAFolderWithoutWaiting) {
+  WindowsFileSystem patient(60s);
+  EXPECT_EQ(failureNumberOf([&] { return patient.openRandomAccess(folder_.path()); }), 75);
+}
+
+TEST_F(WindowsFileSystemTest, KnowsAFileAgainInOtherLetterCase) {
+  const Path path = folder_.givenAFile("nodes.dat", "");
+  EXPECT_TRUE(files_.isSameFile(folder_ / "NODES.dat", path));
+  EXPECT_FALSE(files_.isSameFile(folder_.givenAFile("notes.dat", ""), path));
+}
+
+TEST_F(WindowsFileSystemTest, WritesNoReplacementIntoAFileThatIsThere) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const Path planted = folder_.givenAFile("copy.quorrix-new", "planted");
+  HANDLE other =
+      ::CreateFileW(planted.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(other, INVALID_HANDLE_VALUE);
+  WindowsFileSystem impatient(50ms);
+  static_cast<void>(failureNumberOf(
+      [&] { impatient.copyFile(folder_.givenAFile("nodes.dat", "secret"), folder_ / "copy"); }));
+  char bytes[8] = {};
+  DWORD count = 0;
+  EXPECT_TRUE(::ReadFile(other, bytes, sizeof bytes, &count, nullptr));
+  EXPECT_STREQ(bytes, "planted");
+  ::CloseHandle(other);
 }
 
 using NameOfAFolder = WindowsFileSystemTest;

@@ -44,6 +44,20 @@ TEST_F(AboutBoxTest, TellsNameAndVersion) {
   EXPECT_EQ(label("lblVersion")->text(), QStringLiteral("Version 1.0.0"));
 }
 
+TEST(LibrariesText, NamesQtWithItsLicence) {
+  EXPECT_EQ(librariesText(QStringLiteral("6.4.2")),
+            QStringLiteral("Made with Qt 6.4.2, which is used under the GNU Lesser General\n"
+                           "Public License, version 3. The manual names what else is\n"
+                           "inside, and where the licences are."));
+}
+
+TEST_F(AboutBoxTest, NamesTheQtThatItRunsWith) {
+  box_.Form_Load();
+  const QString begin = QStringLiteral("Made with Qt ") + QLatin1String(qVersion()) +
+                        QStringLiteral(", which is used under");
+  EXPECT_EQ(label("lblLibraries")->text().left(begin.size()), begin);
+}
+
 TEST_F(AboutBoxTest, ShowsTheIconOfTheProgram) {
   box_.Form_Load();
   const QImage shown = label("picIcon")->pixmap(Qt::ReturnByValue).toImage();

@@ -28,5 +28,34 @@ TEST(PreferredPlatform, LeavesTheUsersChoiceAlone) {
   EXPECT_EQ(preferred(true, false, false), "");
 }
 
+std::vector<std::string> argumentsWith(const std::string& platform,
+                                       std::vector<std::string> given) {
+  std::vector<char*> values;
+  for (std::string& value : given) values.push_back(value.data());
+  values.push_back(nullptr);
+  DesktopArguments arguments(static_cast<int>(given.size()), values.data(), platform);
+  EXPECT_EQ(arguments.values()[arguments.count()], nullptr);
+  return {arguments.values(), arguments.values() + arguments.count()};
+}
+
+using Words = std::vector<std::string>;
+
+TEST(DesktopArguments, HoldThePlatformBehindTheProgramsName) {
+  EXPECT_EQ(argumentsWith("xcb;wayland", {"Quorrix"}),
+            (Words{"Quorrix", "-platform", "xcb;wayland"}));
+}
+
+// Of two platforms the last one counts.
+TEST(DesktopArguments, LeaveTheLastWordToTheUser) {
+  EXPECT_EQ(argumentsWith("xcb;wayland", {"Quorrix", "-platform", "wayland"}),
+            (Words{"Quorrix", "-platform", "xcb;wayland", "-platform", "wayland"}));
+}
+
+TEST(DesktopArguments, AreTheProgramsOwnWithoutAPlatform) {
+  EXPECT_EQ(argumentsWith("", {"Quorrix", "-style", "fusion"}),
+            (Words{"Quorrix", "-style", "fusion"}));
+  EXPECT_EQ(argumentsWith("xcb", {}), Words{});
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -3,6 +3,8 @@
 // large; see tests/CMakeLists.txt.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -76,6 +78,17 @@ void ofTheMainWindow(MainFormStage& stage, Photographer& photographer) {
   photographer.take(stage.form);
 }
 
+void ofTheMainWindowWithANotice(MainFormStage& stage, Photographer& photographer) {
+  stage.windows.setUnreadable({{"Chromium", UnreadableBrowser::Reason::StartedTooEarly},
+                               {"Mozilla Firefox", UnreadableBrowser::Reason::UnknownKind}});
+  stage.events.atPump(1, [&] {
+    ASSERT_TRUE(control<QWidget>(stage.form, "UnreadableBrowserNotice").isVisible());
+    photographer.take(stage.form);
+    stage.choose("FileStopTrack");
+  });
+  stage.track();
+}
+
 void ofTheSplashScreen(MainFormStage& /*stage*/, Photographer& photographer) {
   SplashScreen window;
   window.show();
@@ -144,33 +157,95 @@ void ofTheHelp(MainFormStage& stage, Photographer& photographer) {
 enum class Keyboard { Works, IsOfNoUse };
 enum class Colours { OfThePalette, OfAPicture };
 
+using Texts = std::vector<std::string>;
+
 struct Form {
   const char* name;
   Opening open;
+  Texts texts;  // that the user reads: of labels, then of buttons, as they come
   Keyboard keyboard = Keyboard::Works;
   Colours colours = Colours::OfThePalette;
 };
 
+const std::string kLongName(200, 'f');
+
 void PrintTo(const Form& form, std::ostream* out) { *out << form.name; }
 
-constexpr Form kForms[] = {
-    {"MainWindow", ofTheMainWindow},
-    {"SplashScreen", ofTheSplashScreen, Keyboard::IsOfNoUse, Colours::OfAPicture},
-    {"WaitWindow", ofTheWaitWindow, Keyboard::IsOfNoUse},
-    {"Message", ofAMessage},
-    {"Notes", ofACommand<kNotes>},
-    {"UserIDPassword", ofACommand<kPasswords>},
-    {"NewPurchase", ofACommand<kNewPurchase>},
-    {"Purchases", ofACommand<kPurchases>},
-    {"Search", ofTheSearch},
-    {"SearchResults", ofTheSearchResults},
-    {"ArchiveSites", ofACommand<kArchive>},
-    {"NewArchive", ofANewArchive},
-    {"LoadSitesArchive", ofACommand<kLoadArchive>},
-    {"DeleteSitesArchive", ofACommand<kDeleteArchive>},
-    {"Help", ofTheHelp},
-    {"About", ofACommand<kAbout>},
+const Form kForms[] = {
+    {"MainWindow",
+     ofTheMainWindow,
+     {"Last archive loaded: /home/" + kLongName, "Right click site address for site menu."}},
+    {"MainWindowWithANotice",
+     ofTheMainWindowWithANotice,
+     {"Close Chromium and start it again to have its pages recorded.\n"
+      "Quorrix cannot tell whether a window of Mozilla Firefox is private. Close that window and "
+      "open "
+      "a new one to have its pages recorded.",
+      "Last archive loaded: /home/" + kLongName, "Tracking websites.", "Dismiss"}},
+    {"SplashScreen", ofTheSplashScreen, {}, Keyboard::IsOfNoUse, Colours::OfAPicture},
+    {"WaitWindow", ofTheWaitWindow, {"Loading data. Please wait..."}, Keyboard::IsOfNoUse},
+    {"Message",
+     ofAMessage,
+     {"Archive current display and associated data to '/" + longAddress() + "'?", "OK", "Cancel"}},
+    {"Notes",
+     ofACommand<kNotes>,
+     {"Enter notes for this website location.", "OK", "Cancel", "Delete"}},
+    {"UserIDPassword",
+     ofACommand<kPasswords>,
+     {"User ID", "Password", "Enter your user ID and password for this website location.", "OK",
+      "Cancel", "Delete"}},
+    {"NewPurchase",
+     ofACommand<kNewPurchase>,
+     {"Item", "Price", "Quantity", "Payment \nMethod", "Description", "Date",
+      "Enter information about a purchase made on this website location.", "OK", "Cancel",
+      "Delete"}},
+    {"Purchases",
+     ofACommand<kPurchases>,
+     {"To view a purchase information record for this web location, select an item from the list, "
+      "then click OK.",
+      "OK", "Cancel"}},
+    {"Search",
+     ofTheSearch,
+     {"Enter search criteria as necessary and then click OK.", "Website address contains", "Month",
+      "Year", "Search on", "Accessed after", "Site address", "Date", "Site address and date", "OK",
+      "Cancel"}},
+    {"SearchResults",
+     ofTheSearchResults,
+     {"Select a web site address  from the list below and then click Locate in Display.",
+      "Website address contains:", "w", "Accessed after:", "Locate in Display", "New Search",
+      "Cancel"}},
+    {"ArchiveSites",
+     ofACommand<kArchive>,
+     {"Open the folder to archive the current display and its data to, or make a new one, and "
+      "then click OK.",
+      "Drive", "Folder", "Files", "Archive folder", "OK", "Cancel", "New"}},
+    {"NewArchive",
+     ofANewArchive,
+     {"Open the folder to make the new one in, enter its name and then click OK.", "Drive",
+      "Folder", "Name of the new folder", "OK", "Cancel"}},
+    {"LoadSitesArchive",
+     ofACommand<kLoadArchive>,
+     {"Open the folder of the archive to load and then click OK.", "Drive", "Folder", "Files",
+      "Archive folder", "OK", "Cancel"}},
+    {"DeleteSitesArchive",
+     ofACommand<kDeleteArchive>,
+     {"Open the folder to delete the archive files from and then click OK.", "Drive", "Folder",
+      "Files", "Archive folder", "OK", "Cancel"}},
+    {"Help", ofTheHelp, {"Find", "Back", "Forward", "Next", "Previous"}},
+    {"About",
+     ofACommand<kAbout>,
+     {"Quorrix", "Version 1.0.0",
+      "Made with Qt " + std::string(qVersion()) +
+          ", which is used under the GNU Lesser General\nPublic License, version 3. The manual "
+          "names "
+          "what else is\ninside, and where the licences are.",
+      "OK"}},
 };
+
+// All but the ones that leave the main window to the user.
+const std::vector<std::string> kModalForms = {
+    "Message",      "Notes",      "UserIDPassword",   "NewPurchase",        "Purchases",
+    "ArchiveSites", "NewArchive", "LoadSitesArchive", "DeleteSitesArchive", "About"};
 
 QPalette darkPalette() {
   QPalette palette(QColor(45, 45, 48));
@@ -185,11 +260,11 @@ QPalette darkPalette() {
 class EveryForm : public testing::TestWithParam<Form> {
  protected:
   EveryForm() {
-    stage_.memory.givenAFolder("/Quorrix/Archives/" + std::string(200, 'f'));
+    stage_.memory.givenAFolder("/Quorrix/Archives/" + kLongName);
     stage_.memory.givenAFile("/Quorrix/Quorrix.hlp",
                              "<h1 id=\"top\">Quorrix</h1><h2 id=\"a\">Tracking</h2><p>Text.</p>");
     stage_.givenAnInstalledProgram(test::siteRecord(longAddress(), 'N'),
-                                   "/home/" + std::string(200, 'f') + "\r\n");
+                                   "/home/" + kLongName + "\r\n");
     stage_.memory.givenAFile("/Quorrix/Data/purchases.dat", test::purchaseRecord(longAddress()));
     EXPECT_TRUE(stage_.form.Form_Load());
     stage_.form.tree().select(stage_.node(longAddress()));
@@ -209,6 +284,7 @@ class EveryForm : public testing::TestWithParam<Form> {
   MainFormStage stage_;
 };
 
+class EveryModalForm : public EveryForm {};
 class EveryFormInThePalette : public EveryForm {};    // all but a picture
 class EveryFormForTheKeyboard : public EveryForm {};  // all in which there is something to do
 
@@ -218,6 +294,44 @@ std::string sentences(const QStringList& faults) {
 
 TEST_P(EveryForm, CutsNothingOffAndOverlapsNothing) {
   lookAt([](QWidget& window) { EXPECT_EQ(sentences(test::faultsOfLayout(window)), ""); });
+}
+
+TEST_P(EveryForm, IsArrangedInTheOrderOfReading) {
+  lookAt([](QWidget& window) { EXPECT_EQ(sentences(test::faultsOfArrangement(window)), ""); });
+}
+
+template <typename Widget>
+void collectTexts(const QWidget& window, Texts& texts) {
+  for (const Widget* const widget : window.findChildren<Widget*>()) {
+    if (!widget->isVisible() || widget->text().isEmpty()) continue;
+    texts.push_back(widget->text().remove(QLatin1Char('&')).toStdString());
+  }
+}
+
+TEST_P(EveryForm, ShowsItsTexts) {
+  lookAt([](QWidget& window) {
+    Texts shown;
+    collectTexts<QLabel>(window, shown);
+    collectTexts<QAbstractButton>(window, shown);
+    Texts expected = GetParam().texts;
+    // Where they stand is for a person to look at.
+    std::ranges::sort(shown);
+    std::ranges::sort(expected);
+    EXPECT_EQ(shown, expected);
+  });
+}
+
+// The results of a search stay on top of other windows, and take no clicks while a modal
+// window is open.
+TEST_P(EveryModalForm, LiesInFrontOfTheSearchResults) {
+  QWidget& search = openedSearch(stage_);
+  control<QLineEdit>(search, "Text3").setText(QStringLiteral("w"));
+  control<QPushButton>(search, "OKButton").click();
+  ASSERT_NE(test::openWindow(QStringLiteral("SearchResultsDialog")), nullptr);
+  lookAt([](QWidget& window) {
+    EXPECT_TRUE(window.isModal());
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  });
 }
 
 TEST_P(EveryFormInThePalette, CanBeReadInLightColours) {
@@ -242,6 +356,11 @@ std::vector<Form> formsWhere(bool (*isMeant)(const Form&)) {
 std::string nameOf(const testing::TestParamInfo<Form>& form) { return form.param.name; }
 
 INSTANTIATE_TEST_SUITE_P(Is, EveryForm, testing::ValuesIn(kForms), nameOf);
+
+INSTANTIATE_TEST_SUITE_P(Is, EveryModalForm, testing::ValuesIn(formsWhere([](const Form& form) {
+                           return std::ranges::find(kModalForms, form.name) != kModalForms.end();
+                         })),
+                         nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Is, EveryFormInThePalette,
                          testing::ValuesIn(formsWhere([](const Form& form) {

@@ -43,7 +43,11 @@ class HelpWindowTest : public testing::Test {
  protected:
   void SetUp() override {
     window_ = new HelpWindow(
-        [this](const QUrl& address) { opened_ << address.toString(QUrl::FullyEncoded); });
+        [this](const QUrl& address) { opened_ << address.toString(QUrl::FullyEncoded); },
+        [this](const auto& work) {
+          ++worksRun_;
+          work();
+        });
   }
 
   void TearDown() override { delete window_.data(); }
@@ -94,9 +98,38 @@ class HelpWindowTest : public testing::Test {
 
   QPointer<HelpWindow> window_;
   QStringList opened_;
+  int worksRun_ = 0;  // by the runner that the window was given
 };
 
+TEST_F(HelpWindowTest, RunsWhatTheUserAsksForWithItsRunner) {
+  show(page());
+  const auto worksRunBy = [this](const auto& action) {
+    worksRun_ = 0;
+    action();
+    return worksRun_;
+  };
+  EXPECT_EQ(worksRunBy([this] { findBox().setText(QStringLiteral("harbour")); }), 1);
+  EXPECT_EQ(worksRunBy([this] { QTest::keyClick(&findBox(), Qt::Key_Return); }), 1);
+  EXPECT_EQ(worksRunBy([this] { press("FindNextButton"); }), 1);
+  EXPECT_EQ(worksRunBy([this] { press("FindPreviousButton"); }), 1);
+  EXPECT_EQ(worksRunBy([this] { QTest::keyClick(window_, Qt::Key_F3); }), 1);
+  EXPECT_GE(worksRunBy([this] { clickEntry("Chapter one"); }), 1);
+}
+
 using HelpContents = HelpWindowTest;
+
+TEST_F(HelpContents, StayAsTheyAreWhenTheSamePageIsShownAgain) {
+  show(page());
+  entry("Chapter one")->setExpanded(true);
+  contents().setCurrentItem(entry("More & more"));
+  const QTreeWidgetItem* const before = entry("More & more");
+  show(page());
+  EXPECT_EQ(entry("More & more"), before);
+  EXPECT_TRUE(entry("Chapter one")->isExpanded());
+  EXPECT_EQ(contents().currentItem(), before);
+  show("<h1 id=\"top\">Another</h1>");
+  EXPECT_EQ(contents().currentItem()->text(0), QStringLiteral("Another"));
+}
 
 TEST_F(HelpContents, HoldEveryHeadingBelowTheOneItBelongsTo) {
   show(page());
@@ -231,7 +264,7 @@ TEST(HelpPictures, AreReadFromThePageAndFromNoFile) {
                {"qrc:/splash.gif", false},
                {"http://127.0.0.1:9/red.png", false}};
   for (const auto& [source, isShown] : cases) {
-    HelpWindow window([](const QUrl&) {});
+    HelpWindow window([](const QUrl&) {}, [](const auto& work) { work(); });
     window.setAttribute(Qt::WA_DeleteOnClose, false);
     window.showPage("<p><img src=\"" + source.toStdString() + "\" width=8 height=8></p>");
     window.show();

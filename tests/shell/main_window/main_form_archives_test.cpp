@@ -1,6 +1,7 @@
 // The archive commands, from the menu to the files.
 #include <QLineEdit>
 #include <QTimer>
+#include <new>
 
 #include "records/record_file_stage.h"
 #include "shell/main_window/main_form.h"
@@ -61,7 +62,7 @@ class MainFormArchivesTest : public testing::Test {
     stage_.windows.show(
         {test::browserWindow("A page - Netscape", "http://" + address, "Connect: contacting")});
     stage_.events.atPump(stage_.events.pumps() + 1, [this] { stage_.choose("FileStopTrack"); });
-    stage_.choose("FileStartTrack");
+    stage_.track();
     stage_.windows.show({});
     EXPECT_NE(stage_.form.tree().find(address), kNoNode);
   }
@@ -206,11 +207,54 @@ TEST_F(MainFormLoadArchive, StaysInTheArchiveWhenAFileIsMissingThere) {
   stage_.messageBox.expect("Unable to load archive. Unable to find file.",
                            MessageBoxStyle::Critical);
   archiveCommand("FileLoadArchive");
+  EXPECT_EQ(stage_.form.tree().size(), 2U);
   EXPECT_NE(stage_.form.tree().find("seven.eight.nine"), kNoNode);
+  EXPECT_TRUE(stage_.isOnScreen("seven.eight.nine"));
+  EXPECT_EQ(file("/Quorrix/Data/load.txt"), "/Quorrix/Archives/April\r\n");
+  EXPECT_EQ(stage_.panelText(1), "Last archive loaded: /Quorrix/Archives/April");
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
   EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), siteRecord("seven.eight.nine", 'N'));
   EXPECT_EQ(file("/Quorrix/Data/purchases.dat"), "p");
   EXPECT_EQ(file("/Quorrix/Data/notes.dat"), notes_);
   EXPECT_EQ(stage_.form.workingPaths().currentNodesFile, Path("/Quorrix/Archives/May/nodes.dat"));
+}
+
+TEST_F(MainFormLoadArchive, LacksTheRecordOfTheLastArchiveOnlyWhenAllElseIsDone) {
+  const std::string archived = siteRecord("seven.eight.nine/x", 'N');
+  givenTheArchive(archived);
+  stage_.memory.deleteFile("/Quorrix/Data/load.txt");
+  expectQuestion(kLoadMay);
+  expectQuestion(kDiscard);
+  stage_.messageBox.expect("Unable to load archive. Unable to find file.",
+                           MessageBoxStyle::Critical);
+  archiveCommand("FileLoadArchive");
+  EXPECT_FALSE(stage_.memory.holdsFile("/Quorrix/Data/load.txt"));
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), archived);
+  EXPECT_EQ(stage_.form.tree().size(), 3U);
+  EXPECT_EQ(stage_.form.tree().selected(), stage_.form.tree().root());
+  EXPECT_EQ(stage_.panelText(1), "Last archive loaded: /Quorrix/Archives/May");
+  EXPECT_EQ(stage_.form.workingPaths().currentNodesFile, Path("/Quorrix/Data/nodes.dat"));
+}
+
+TEST_F(MainFormLoadArchive, AsksBeforeItDiscardsOneSite) {
+  givenTheArchive(siteRecord("seven.eight.nine/x", 'N'));
+  stage_.form.tree().remove(stage_.node("one.two.three"));
+  ASSERT_EQ(stage_.form.tree().size(), 2U);
+  expectQuestion(kLoadMay);
+  stage_.messageBox.expect(kDiscard, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel);
+  archiveCommand("FileLoadArchive");
+  EXPECT_EQ(stage_.form.tree().size(), 2U);
+  EXPECT_NE(stage_.form.tree().find("four.five.six"), kNoNode);
+  EXPECT_EQ(file("/Quorrix/Data/nodes.dat"), nodes_);
+}
+
+TEST_F(MainFormLoadArchive, AsksNothingBeforeItReplacesAnEmptyDisplay) {
+  givenTheArchive(siteRecord("seven.eight.nine", 'N'));
+  stage_.form.tree().clear();
+  expectQuestion(kLoadMay);
+  archiveCommand("FileLoadArchive");
+  EXPECT_NE(stage_.form.tree().find("seven.eight.nine"), kNoNode);
+  EXPECT_EQ(file("/Quorrix/Data/load.txt"), "/Quorrix/Archives/May\r\n");
 }
 
 TEST_F(MainFormLoadArchive, LoadsTheSameArchiveAgainAsItWasWhateverWasTrackedSince) {
@@ -317,9 +361,53 @@ TEST_F(MainFormArchivesTest, DoNothingWhileTracking) {
       stage_.choose(command);
       stage_.choose("FileStopTrack");
     });
-    stage_.choose("FileStartTrack");
+    stage_.track();
   }
   EXPECT_TRUE(stage_.messageBox.isThrough());
+}
+
+// The dialogs read the disk as they are made, before they have a guard of their own.
+TEST_F(MainFormArchivesTest, TellOfAFailureWhileTheirDialogsAreMade) {
+  for (const auto& [command, sentence] :
+       {std::pair{"FileArchive", "Not enough memory available to open Archive Sites window."},
+        std::pair{"FileLoadArchive",
+                  "Not enough memory available to open Load Sites Archive window."},
+        std::pair{"FileDeleteArchive",
+                  "Not enough memory available to open Delete Sites Archive window."}}) {
+    stage_.files.reset();
+    stage_.files.onEveryCall([this] {
+      if (stage_.files.callsOf(test::FileCall::FolderNames) > 0) throw std::bad_alloc();
+    });
+    stage_.messageBox.expect(sentence, MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                             [this] { EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor); });
+    EXPECT_NO_THROW(stage_.choose(command));
+    EXPECT_TRUE(stage_.messageBox.isThrough()) << command;
+    EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+  }
+  stage_.files.onEveryCall({});
+}
+
+TEST_F(MainFormArchivesTest, ShowTheirDialogsWithoutAnHourglassAfterAFailure) {
+  for (const auto& [command, sentence] :
+       {std::pair{"FileArchive", "Error. Unable to open Archive Sites window."},
+        std::pair{"FileLoadArchive", "Error. Unable to open Load Sites Archive window."},
+        std::pair{"FileDeleteArchive", "Error. Unable to open Delete Sites Archive window."}}) {
+    // The root is listed as the dialog is made, the folder of archives as it loads.
+    stage_.files.reset();
+    stage_.files.failAtCall(test::FileCall::FolderNames, 2, 57);
+    stage_.messageBox.expect(sentence, MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                             [this] { EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor); });
+    bool isShown = false;
+    QTimer::singleShot(0, &stage_.form, [this, &isShown] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      isShown = true;
+      EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
+      dialog->reject();
+    });
+    stage_.choose(command);
+    EXPECT_TRUE(isShown) << command;
+  }
 }
 
 }  // namespace

@@ -101,7 +101,7 @@ TEST_F(MainFormHelp, WorksWhileTrackingIsOn) {
     stage_.choose("HelpHelp");
   });
   stage_.events.atPump(3, [this] { stage_.choose("FileStopTrack"); });
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_NE(helpWindow(), nullptr);
 }
 

@@ -3,6 +3,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTimer>
+#include <new>
 
 #include "records/record_file_stage.h"
 #include "shell/main_window/main_form.h"
@@ -188,7 +189,7 @@ TEST_F(MainFormDelete, LeavesBlankWhatWasBlankedBeforeAFailure) {
   select("four.five.six");
   whenAskedAnswer(MessageBoxButton::Ok);
   stage_.messageBox.expect("Device I/O error. Stopping delete.", MessageBoxStyle::Critical);
-  stage_.files.failAtCall(test::FileCall::OpenRandomAccess, 2, 57);
+  stage_.files.failAtCall(test::FileCall::OpenAsPermitted, 2, 57);
   stage_.choose("FileDelete");
   EXPECT_EQ(file("nodes.dat").substr(322, 322), std::string(322, ' '));
   EXPECT_EQ(file("purchases.dat"), purchases_);
@@ -206,6 +207,16 @@ TEST_F(MainFormClear, EmptiesTheDisplayAndTouchesNoFile) {
   EXPECT_EQ(stage_.files.calls().size(), 0U);
 }
 
+// No command of the menu lets a failure out, whatever it comes from.
+TEST_F(MainFormClear, TellsOfAFailure) {
+  stage_.form.tree().clear();
+  stage_.messageBox.expect("No website addresses to clear in current display.",
+                           MessageBoxStyle::Information, MessageBoxButton::Ok,
+                           [] { throw std::bad_alloc(); });
+  stage_.messageBox.expect("Out of memory.", MessageBoxStyle::Critical);
+  EXPECT_NO_THROW(stage_.choose("FileClear"));
+}
+
 TEST_F(MainFormClear, IsRefusedWhenNothingIsThere) {
   stage_.form.tree().clear();
   stage_.messageBox.expect("No website addresses to clear in current display.",
@@ -220,7 +231,7 @@ TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
       stage_.choose(command);
       stage_.choose("FileStopTrack");
     });
-    stage_.choose("FileStartTrack");
+    stage_.track();
   }
   EXPECT_TRUE(stage_.messageBox.isThrough());
   EXPECT_EQ(test::openWindow(QStringLiteral("SearchDialog")), nullptr);
@@ -299,8 +310,11 @@ TEST_F(MainFormLaunch, TellsOfAFailure) {
         std::pair{31001, "Not enough memory available to link site in browser."},
         std::pair{53, "Error. Unable to link site in browser."}}) {
     stage_.commandShell.failure = number;
-    stage_.messageBox.expect(sentence, MessageBoxStyle::Critical);
+    stage_.form.setCursor(Qt::WaitCursor);
+    stage_.messageBox.expect(sentence, MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                             [this] { EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor); });
     stage_.form.PopUpLaunch_Click();
+    EXPECT_TRUE(stage_.messageBox.isThrough());
     EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
   }
 }

@@ -61,6 +61,13 @@ class MainFormStage {
 
   void choose(const char* name) { action(name)->trigger(); }
 
+  // Chooses Start Tracking and returns when the loop, which begins from the event queue,
+  // has ended.
+  void track() {
+    choose("FileStartTrack");
+    QCoreApplication::processEvents();
+  }
+
   SiteTreeView& treeView() { return *form.findChild<SiteTreeView*>(QStringLiteral("TreeView")); }
 
   TwoPanelStatusBar& statusBar() {

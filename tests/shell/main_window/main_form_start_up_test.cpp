@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <vector>
 
 #include "platform/failure.h"
@@ -238,7 +239,7 @@ TEST(MainFormStartUp, CreatesDataFilesThatAreMissing) {
   EXPECT_EQ(stage.memory.bytesOf("/Quorrix/Data/purchases.dat"), "");
 }
 
-TEST(MainFormStartUp, LeavesAFileThatItCannotCreateToWhoeverNeedsIt) {
+TEST(MainFormStartUp, GoesOnWhenItCannotCreateAMissingFile) {
   MainFormStage stage;
   stage.memory.givenAFile("/Quorrix/Data/load.txt", "none\r\n");
   constexpr int kAfterTheSiteFile = 2;
@@ -325,20 +326,58 @@ TEST(MainFormStartUp, EndsQuietlyWhenExitIsChosenDuringTheWait) {
   EXPECT_FALSE(stage.form.isVisible());
 }
 
-// There is no tree and no site file yet that a visit could be put into.
-TEST(MainFormStartUp, DoesNotTrackBeforeTheDataAreLoaded) {
+constexpr const char* kCommandsOnTheData[] = {"FileStartTrack",  "FileStopTrack",    "FileSearch",
+                                              "FileDelete",      "FileClear",        "FileArchive",
+                                              "FileLoadArchive", "FileDeleteArchive"};
+
+// There is no tree and no site file yet: what these commands would say of them is wrong.
+TEST(MainFormStartUp, OffersWhatNeedsTheDataOnceTheyAreLoaded) {
   MainFormStage stage;
   stage.givenAnInstalledProgram(siteRecord("one.two.three", 'N'));
   stage.windows.show({test::browserWindow("Page - Netscape", "http://four.five.six/", "Connect:")});
-  stage.events.atPump(3, [&stage] { stage.choose("FileStopTrack"); });
-  stage.events.atEachPause([&stage](int pause) {
-    if (pause == 25) stage.choose("FileStartTrack");
+  int presses = 0;
+  stage.events.atEachPause([&](int pause) {
+    if (pause != 25) return;
+    for (const char* const command : kCommandsOnTheData) {
+      // One that opened a dialog would wait for its end.
+      ASSERT_FALSE(stage.action(command)->isEnabled()) << command;
+      stage.choose(command);
+      ++presses;
+    }
   });
   EXPECT_TRUE(stage.form.Form_Load());
+  EXPECT_EQ(presses, 8);
+  EXPECT_EQ(stage.messageBox.shown(), 0);
+  QCoreApplication::processEvents();
   EXPECT_EQ(stage.windows.enumerations(), 0);
-  EXPECT_FALSE(stage.form.isTracking());
   EXPECT_EQ(stage.form.tree().size(), 2U);
   EXPECT_EQ(stage.panelText(2), "Right click site address for site menu.");
+  for (const char* const command : kCommandsOnTheData) {
+    EXPECT_TRUE(stage.action(command)->isEnabled()) << command;
+  }
+}
+
+TEST(MainFormStartUp, AnswersWhatNeedsNoDataDuringTheWait) {
+  MainFormStage stage;
+  stage.givenAnInstalledProgram();
+  stage.memory.givenAFile("/Quorrix/Quorrix.hlp", "<h1 id=\"top\">The manual</h1>");
+  bool isAboutShown = false;
+  stage.events.atEachPause([&](int pause) {
+    if (pause != 25) return;
+    stage.choose("HelpHelp");
+    EXPECT_NE(openWindow(QStringLiteral("HelpWindow")), nullptr);
+    QTimer::singleShot(0, &stage.form, [&isAboutShown] {
+      auto* const about = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(about, nullptr);
+      isAboutShown = about->objectName() == QStringLiteral("AboutBox");
+      about->reject();
+    });
+    stage.choose("HelpAbout");
+    EXPECT_EQ(onScreen(stage), "MainForm LoadWaitDialog hourglass");
+  });
+  EXPECT_TRUE(stage.form.Form_Load());
+  EXPECT_TRUE(isAboutShown);
+  EXPECT_EQ(onScreen(stage), "MainForm arrow");
 }
 
 TEST(MainFormStartUp, TakesAClickIntoTheEmptyTree) {

@@ -5,10 +5,13 @@
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QMenuBar>
+#include <QProxyStyle>
 #include <QSet>
 #include <QSignalSpy>
+#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
+#include <optional>
 
 #include "shell/main_window/main_form_stage.h"
 
@@ -115,6 +118,81 @@ TEST_F(MainFormLayout, EndsTheTreeAtTheStatusBarUnderAHighMenuBar) {
   const QPoint bottom =
       stage_.treeView().mapTo(&stage_.form, QPoint(0, stage_.treeView().height()));
   EXPECT_EQ(bottom.y(), stage_.statusBar().y());
+}
+
+class LargerFont {
+ public:
+  LargerFont() {
+    QFont larger = before_;
+    larger.setPointSizeF(4 * larger.pointSizeF());
+    QApplication::setFont(larger);
+    QCoreApplication::processEvents();
+  }
+  ~LargerFont() { QApplication::setFont(before_); }
+  LargerFont(const LargerFont&) = delete;
+  LargerFont& operator=(const LargerFont&) = delete;
+
+ private:
+  QFont before_ = QApplication::font();
+};
+
+TEST_F(MainFormLayout, FollowsAFontThatIsMadeLargerWhileItRuns) {
+  const int rowBefore = stage_.treeView().visualRect(stage_.indexOf("ROOT")).height();
+  const LargerFont font;
+  const int line = stage_.treeView().fontMetrics().height();
+  ASSERT_GT(line, rowBefore);
+  EXPECT_GE(stage_.statusBar().height(), stage_.statusBar().fontMetrics().height());
+  EXPECT_GE(stage_.treeView().visualRect(stage_.indexOf("ROOT")).height(), line);
+  const QPoint bottom =
+      stage_.treeView().mapTo(&stage_.form, QPoint(0, stage_.treeView().height()));
+  EXPECT_LE(bottom.y(), stage_.statusBar().y());
+}
+
+TEST(MainFormWithALongHost, MakesTheTreeNarrowAgainAfterALargerFont) {
+  MainFormStage stage;
+  stage.start(siteRecord("www." + std::string(60, 'w') + ".example", 'N'));
+  QCoreApplication::processEvents();
+  const int width = stage.treeView().columnWidth(0);
+  {
+    const LargerFont font;
+    EXPECT_GT(stage.treeView().columnWidth(0), width);
+  }
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stage.treeView().columnWidth(0), width);
+}
+
+// A style that indents the levels of a tree by far more than the one before it.
+class IndentingStyle {
+ public:
+  IndentingStyle() { QApplication::setStyle(new Style(QStyleFactory::create(before_))); }
+  ~IndentingStyle() { QApplication::setStyle(QStyleFactory::create(before_)); }
+  IndentingStyle(const IndentingStyle&) = delete;
+  IndentingStyle& operator=(const IndentingStyle&) = delete;
+
+ private:
+  class Style final : public QProxyStyle {
+   public:
+    using QProxyStyle::QProxyStyle;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+      return metric == PM_TreeViewIndentation ? 400
+                                              : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+  };
+
+  QString before_ = QApplication::style()->name();
+};
+
+TEST(MainFormWithALongHost, MakesTheTreeNarrowAgainAfterAStyleThatIndentsMore) {
+  MainFormStage stage;
+  stage.start(siteRecord("www." + std::string(60, 'w') + ".example", 'N'));
+  QCoreApplication::processEvents();
+  const int width = stage.treeView().columnWidth(0);
+  {
+    const IndentingStyle style;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stage.treeView().columnWidth(0) > width; }));
+  }
+  EXPECT_TRUE(QTest::qWaitFor([&] { return stage.treeView().columnWidth(0) == width; }));
 }
 
 using MainFormCaption = MainFormTest;
@@ -325,6 +403,34 @@ TEST_F(MainFormExit, HidesTheWindowAndUnloadsIt) {
   EXPECT_FALSE(stage_.form.isVisible());
   EXPECT_EQ(unloaded.count(), 1);
   EXPECT_EQ(stage_.pointer(), Qt::WaitCursor);
+}
+
+// Whether the main window is visible when another one is hidden.
+class HidingOrder final : public QObject {
+ public:
+  HidingOrder(const MainForm& form, QWidget& other) : form_(form) {
+    other.installEventFilter(this);
+  }
+
+  std::optional<bool> isFormStillVisible;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Hide) isFormStillVisible = form_.isVisible();
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  const MainForm& form_;
+};
+
+TEST_F(MainFormExit, HidesTheWindowBeforeTheSearch) {
+  stage_.choose("FileSearch");
+  QWidget* const search = openWindow(QStringLiteral("SearchDialog"));
+  ASSERT_NE(search, nullptr);
+  const HidingOrder order(stage_.form, *search);
+  stage_.choose("FileExit");
+  EXPECT_EQ(order.isFormStillVisible, std::optional(false));
 }
 
 TEST_F(MainFormExit, IsWhatTheCloseBoxDoes) {

@@ -26,7 +26,7 @@ class MainFormTrackingTest : public testing::Test {
   // Starts tracking; the user chooses Stop Tracking in the n-th pass. Returns when it ended.
   void trackUntilStoppedInPass(int pass) {
     stage_.events.atPump(pass, [this] { stage_.choose("FileStopTrack"); });
-    stage_.choose("FileStartTrack");
+    stage_.track();
   }
 
   MainFormStage stage_;
@@ -149,6 +149,69 @@ TEST_F(MainFormTracking, StartedTwiceIsStoppedOnce) {
   EXPECT_EQ(stage_.windows.enumerations(), 3);
 }
 
+TEST_F(MainFormTracking, StartedTwiceAtOnceIsStoppedOnce) {
+  stage_.start();
+  stage_.choose("FileStartTrack");
+  trackUntilStoppedInPass(3);
+  EXPECT_EQ(stage_.windows.preparations(), 2);
+  EXPECT_FALSE(stage_.form.isTracking());
+}
+
+// A press over the accessibility bus is answered only when the command returns.
+TEST_F(MainFormTracking, BeginsOnceItsCommandHasReturned) {
+  stage_.start();
+  stage_.choose("FileStartTrack");
+  EXPECT_TRUE(stage_.form.isTracking());
+  EXPECT_EQ(stage_.windows.enumerations(), 0);
+  EXPECT_EQ(stage_.events.pumps(), 0);
+  stage_.events.atPump(1, [this] { stage_.choose("FileStopTrack"); });
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stage_.windows.enumerations(), 1);
+}
+
+TEST_F(MainFormTracking, DoesNotBeginOnceItWasStopped) {
+  stage_.start();
+  stage_.choose("FileStartTrack");
+  stage_.choose("FileStopTrack");
+  EXPECT_FALSE(stage_.form.isTracking());
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stage_.windows.enumerations(), 0);
+  EXPECT_EQ(stage_.panelText(2), "Tracking websites stopped.");
+}
+
+TEST_F(MainFormTracking, BeginsOnceWhenItWasStartedStoppedAndStarted) {
+  stage_.start();
+  stage_.choose("FileStartTrack");
+  stage_.choose("FileStopTrack");
+  const int pumps = stage_.events.pumps();
+  stage_.events.atPump(pumps + 2, [this] { stage_.choose("FileStopTrack"); });
+  stage_.track();
+  EXPECT_EQ(stage_.windows.preparations(), 1);
+  EXPECT_EQ(stage_.windows.enumerations(), 2);
+}
+
+TEST_F(MainFormTracking, DoesNotBeginOnceItsWindowIsGone) {
+  stage_.start();
+  stage_.choose("FileStartTrack");
+  stage_.form.close();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stage_.windows.enumerations(), 0);
+  EXPECT_FALSE(stage_.form.isTracking());
+}
+
+TEST_F(MainFormTracking, LetsNoOtherCommandInBeforeItBegins) {
+  stage_.start(siteRecord("one.two.three", 'N'));
+  stage_.choose("FileStartTrack");
+  for (const char* const command : {"FileSearch", "FileDelete", "FileClear", "FileArchive",
+                                    "FileLoadArchive", "FileDeleteArchive"}) {
+    stage_.messageBox.expect("You must stop tracking websites before using this feature.",
+                             MessageBoxStyle::Information);
+    stage_.choose(command);
+    EXPECT_TRUE(stage_.messageBox.isThrough()) << command;
+  }
+  stage_.choose("FileStopTrack");
+}
+
 TEST_F(MainFormTracking, CanBeStartedAgain) {
   stage_.start();
   trackUntilStoppedInPass(1);
@@ -199,7 +262,7 @@ TEST_P(MainFormTrackingFailure, StopsWithItsSentence) {
       EXPECT_EQ(stage.panelText(2), "Tracking websites.");
       EXPECT_EQ(stage.memory.openFiles(), 0);
     });
-    stage.choose("FileStartTrack");
+    stage.track();
     EXPECT_FALSE(stage.form.isTracking());
     EXPECT_EQ(stage.panelText(2), "Tracking websites stopped.");
     EXPECT_TRUE(stage.form.isVisible());
@@ -215,7 +278,7 @@ TEST_F(MainFormTracking, StopsWhenAKnownSiteCannotBeReadBack) {
   stage_.files.spoilBytes(0, 322, failure::kDeviceIo);
   visit("http://one.two.three");
   stage_.messageBox.expect("Device I/O error. Stopping tracking.", MessageBoxStyle::Critical);
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_EQ(stage_.panelText(2), "Tracking websites stopped.");
 }
 
@@ -224,7 +287,7 @@ TEST_F(MainFormTracking, StopsWhenTheScanFails) {
   visit("http://one.two.three");
   stage_.windows.failAt(test::WindowCall::EnumWindows, 2, failure::kDeviceUnavailable);
   stage_.messageBox.expect("Device not ready. Stopping tracking.", MessageBoxStyle::Critical);
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_EQ(stage_.windows.enumerations(), 2);
   EXPECT_EQ(stage_.panelText(2), "Tracking websites stopped.");
 }
@@ -235,7 +298,7 @@ TEST_F(MainFormTracking, StopsAtAnAddressOfTooManyLevels) {
   for (int i = 0; i < 50; ++i) address += "/s";
   visit(address);
   stage_.messageBox.expect("Error. Stopping tracking.", MessageBoxStyle::Critical);
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_EQ(stage_.form.tree().size(), 1U);
 }
 
@@ -245,10 +308,10 @@ TEST_F(MainFormTracking, EndsBothLoopsWhenTheInnerOneFails) {
     visit("http://one.two.three");
     stage_.files.failAtCall(FileCall::OpenRandomAccess, 1, failure::kDiskFull);
     stage_.messageBox.expect("Disk full. Stopping tracking.", MessageBoxStyle::Critical);
-    stage_.choose("FileStartTrack");
+    stage_.track();
     EXPECT_FALSE(stage_.form.isTracking());
   });
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_TRUE(stage_.messageBox.isThrough());
   EXPECT_FALSE(stage_.form.isTracking());
   EXPECT_EQ(stage_.panelText(2), "Tracking websites stopped.");
@@ -260,7 +323,7 @@ TEST_F(MainFormTracking, EndsWithItsWindow) {
   visit("http://one.two.three");
   QSignalSpy unloaded(&stage_.form, &MainForm::unloaded);
   stage_.events.atPump(2, [this] { stage_.form.close(); });
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_FALSE(stage_.form.isTracking());
   EXPECT_EQ(stage_.events.pumps(), 2);
   EXPECT_EQ(unloaded.count(), 1);
@@ -271,7 +334,7 @@ TEST_F(MainFormTracking, EndsWhenExitIsChosen) {
   stage_.start();
   QSignalSpy unloaded(&stage_.form, &MainForm::unloaded);
   stage_.events.atPump(2, [this] { stage_.choose("FileExit"); });
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_FALSE(stage_.form.isTracking());
   EXPECT_EQ(unloaded.count(), 1);
 }
@@ -280,7 +343,7 @@ TEST_F(MainFormTracking, EndsBothLoopsWithItsWindow) {
   stage_.start();
   stage_.events.atPump(1, [this] { stage_.choose("FileStartTrack"); });
   stage_.events.atPump(2, [this] { stage_.form.close(); });
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_FALSE(stage_.form.isTracking());
   EXPECT_EQ(stage_.events.pumps(), 2);
 }
@@ -292,7 +355,7 @@ TEST_F(MainFormTracking, MayLoseItsWindowWhileAFailureIsOnScreen) {
   stage_.files.failAtCall(FileCall::OpenRandomAccess, 1, failure::kDiskFull);
   stage_.messageBox.expect("Disk full. Stopping tracking.", MessageBoxStyle::Critical,
                            MessageBoxButton::Ok, [this] { stage_.form.close(); });
-  stage_.choose("FileStartTrack");
+  stage_.track();
   EXPECT_EQ(unloaded.count(), 1);
   EXPECT_FALSE(stage_.form.isTracking());
 }

@@ -53,6 +53,7 @@ TEST(MainMenu, HoldsItsItemsInTheirOrder) {
 
 TEST(MainMenu, EnablesWhatTheProgramCanDo) {
   MainFormStage stage;
+  stage.start();
   for (const auto* const name :
        {"FileStartTrack", "FileStopTrack", "FileSearch", "FileDelete", "FileClear", "FileArchive",
         "FileLoadArchive", "FileDeleteArchive", "FileExit", "HelpHelp", "HelpAbout"}) {

@@ -57,6 +57,14 @@ TEST_F(TwoPanelStatusBarPanels, KeepTheirWidthsUntilTheyAreGivenOthers) {
   EXPECT_EQ(panel(2).geometry(), QRect(390, 0, 210, bar_.height()));
 }
 
+TEST_F(TwoPanelStatusBarPanels, BecomeAsHighAsALargerFontNeeds) {
+  QFont large = bar_.font();
+  large.setPointSizeF(3 * large.pointSizeF());
+  bar_.setFont(large);
+  EXPECT_GE(bar_.height(), QFontMetrics(large).height());
+  EXPECT_EQ(panel(1).height(), bar_.height());
+}
+
 TEST_F(TwoPanelStatusBarPanels, AreHighEnoughForTheirText) {
   EXPECT_GE(panel(1).contentsRect().height(), panel(1).fontMetrics().height());
 }

@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -19,6 +20,8 @@ namespace {
 
 // Lines between the test and the program end with this, and fields are apart by a tab.
 constexpr char kEnd = '\n';
+
+constexpr const char* kNowhere = ATSPI_DBUS_PATH_NULL;
 
 constexpr std::uint64_t kActive = std::uint64_t{1} << ATSPI_STATE_ACTIVE;
 
@@ -66,7 +69,11 @@ class Program {
       }
       dbus_connection_read_write(connection_, 0);
       while (DBusMessage* message = dbus_connection_pop_message(connection_)) {
-        if (dbus_message_get_type(message) == DBUS_MESSAGE_TYPE_METHOD_CALL) answer(message);
+        if (dbus_message_get_type(message) == DBUS_MESSAGE_TYPE_METHOD_CALL) {
+          if (answerTime_ > 0) poll(nullptr, 0, answerTime_);
+          answer(message);
+          dbus_connection_flush(connection_);
+        }
         dbus_message_unref(message);
       }
       dbus_connection_flush(connection_);
@@ -86,7 +93,21 @@ class Program {
       object.addressAttribute = words[6];
       object.address = words[7];
       object.text = words[8];
-      object.children = split(words[9], ' ');
+      object.description = words[9];
+      object.attributes.clear();
+      for (const std::string& attribute : split(words[10], ';')) {
+        const std::size_t equals = attribute.find('=');
+        object.attributes[attribute.substr(0, equals)] = attribute.substr(equals + 1);
+      }
+      object.children = split(words[11], ' ');
+      object.listsChildren = words[12] == "listed";
+    } else if (words[0] == "names") {
+      programName_ = words[1];
+      toolkitName_ = words[2];
+    } else if (words[0] == "long") {
+      objects_[words[1]].name = std::string(std::stoul(words[2]), 'x');
+    } else if (words[0] == "time") {
+      answerTime_ = std::stoi(words[1]);
     } else if (words[0] == "remove") {
       objects_.erase(words[1]);
     } else if (words[0] == "serve") {
@@ -109,9 +130,10 @@ class Program {
     DBusMessageIter out;
     dbus_message_iter_init_append(reply, &out);
     const auto object = objects_.find(path);
-    const bool known = path == "/org/a11y/bus" ? answerAsService(call, member, out)
-                                               : object != objects_.end() &&
-                                                     answerAsObject(object->second, member, out);
+    const bool known =
+        path == "/org/a11y/bus"
+            ? answerAsService(call, member, out)
+            : object != objects_.end() && answerAsObject(call, path, object->second, out);
     if (!known) {
       dbus_message_unref(reply);
       reply = dbus_message_new_error(call, DBUS_ERROR_UNKNOWN_OBJECT, path.c_str());
@@ -137,31 +159,69 @@ class Program {
     return true;
   }
 
-  bool answerAsObject(const FakeObject& object, const std::string& member, DBusMessageIter& out) {
+  bool answerAsObject(DBusMessage* call, const std::string& path, const FakeObject& object,
+                      DBusMessageIter& out) {
+    const std::string member = dbus_message_get_member(call);
     if (member == "GetApplicationBusAddress") {
       isGreeted_ = true;
       appendText(out, busAddress_);
     } else if (member == "GetChildren") {
-      appendReferences(out, object.children);
+      appendReferences(out, object.listsChildren ? object.children : std::vector<std::string>());
+    } else if (member == "GetChildAtIndex") {
+      dbus_int32_t index = 0;
+      dbus_message_get_args(call, nullptr, DBUS_TYPE_INT32, &index, DBUS_TYPE_INVALID);
+      const auto place = static_cast<std::size_t>(index);
+      appendReference(out, place < object.children.size() ? object.children[place] : kNowhere);
     } else if (member == "GetRole") {
       dbus_message_iter_append_basic(&out, DBUS_TYPE_UINT32, &object.role);
     } else if (member == "GetState") {
       appendStates(out, isGreeted_ ? object.states : object.states & ~kActive);
     } else if (member == "Get") {
-      DBusMessageIter variant;
-      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "s", &variant);
-      appendText(variant, object.name);
-      dbus_message_iter_close_container(&out, &variant);
+      return appendProperty(call, path, object, out);
     } else if (member == "GetText") {
       appendText(out, object.text);
     } else if (member == "GetRelationSet") {
       appendRelations(out, object.embeds);
-    } else if (member == "GetAttributes" && !object.addressAttribute.empty()) {
-      appendAttributes(out, object);
+    } else if (member == "GetAttributes") {
+      return appendAttributes(call, object, out);
     } else {
       return false;
     }
     return true;
+  }
+
+  bool appendProperty(DBusMessage* call, const std::string& path, const FakeObject& object,
+                      DBusMessageIter& out) {
+    const char* interface = "";
+    const char* property = "";
+    dbus_message_get_args(call, nullptr, DBUS_TYPE_STRING, &interface, DBUS_TYPE_STRING, &property,
+                          DBUS_TYPE_INVALID);
+    const std::string name = property;
+    const bool isRoot = path == FakeAccessibleProgram::kRoot;
+    DBusMessageIter variant;
+    if (name == "ChildCount") {
+      const auto count = static_cast<dbus_int32_t>(object.children.size());
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "i", &variant);
+      dbus_message_iter_append_basic(&variant, DBUS_TYPE_INT32, &count);
+    } else if (name == "Parent") {
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "(so)", &variant);
+      appendReference(variant, parentOf(path));
+    } else {
+      std::string value = name == "Description" ? object.description : object.name;
+      if (isRoot && name == "Name") value = programName_;
+      if (name == "ToolkitName") value = toolkitName_;
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "s", &variant);
+      appendText(variant, value);
+    }
+    dbus_message_iter_close_container(&out, &variant);
+    return true;
+  }
+
+  std::string parentOf(const std::string& path) {
+    for (const auto& [parent, object] : objects_) {
+      if (std::ranges::find(object.children, path) != object.children.end()) return parent;
+    }
+    return kNowhere;
   }
 
   static void appendText(DBusMessageIter& out, const std::string& text) {
@@ -169,21 +229,23 @@ class Program {
     dbus_message_iter_append_basic(&out, DBUS_TYPE_STRING, &value);
   }
 
+  void appendReference(DBusMessageIter& out, const std::string& reference) {
+    const std::size_t slash = reference.find('/');
+    const std::string peer =
+        slash == 0 ? dbus_bus_get_unique_name(connection_) : reference.substr(0, slash);
+    const std::string path = reference.substr(slash);
+    const char* pathText = path.c_str();
+    DBusMessageIter pair;
+    dbus_message_iter_open_container(&out, DBUS_TYPE_STRUCT, nullptr, &pair);
+    appendText(pair, peer);
+    dbus_message_iter_append_basic(&pair, DBUS_TYPE_OBJECT_PATH, &pathText);
+    dbus_message_iter_close_container(&out, &pair);
+  }
+
   void appendReferences(DBusMessageIter& out, const std::vector<std::string>& references) {
     DBusMessageIter list;
     dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "(so)", &list);
-    for (const std::string& reference : references) {
-      const std::size_t slash = reference.find('/');
-      const std::string peer =
-          slash == 0 ? dbus_bus_get_unique_name(connection_) : reference.substr(0, slash);
-      const std::string path = reference.substr(slash);
-      const char* pathText = path.c_str();
-      DBusMessageIter pair;
-      dbus_message_iter_open_container(&list, DBUS_TYPE_STRUCT, nullptr, &pair);
-      appendText(pair, peer);
-      dbus_message_iter_append_basic(&pair, DBUS_TYPE_OBJECT_PATH, &pathText);
-      dbus_message_iter_close_container(&list, &pair);
-    }
+    for (const std::string& reference : references) appendReference(list, reference);
     dbus_message_iter_close_container(&out, &list);
   }
 
@@ -211,11 +273,15 @@ class Program {
     dbus_message_iter_close_container(&out, &list);
   }
 
-  static void appendAttributes(DBusMessageIter& out, const FakeObject& object) {
+  // The attributes of a document are those of its page, asked for over another interface.
+  static bool appendAttributes(DBusMessage* call, const FakeObject& object, DBusMessageIter& out) {
+    std::map<std::string, std::string> attributes = object.attributes;
+    if (std::string(dbus_message_get_interface(call)) == ATSPI_DBUS_INTERFACE_DOCUMENT) {
+      if (object.addressAttribute.empty()) return false;
+      attributes = {{"MimeType", "text/html"}, {object.addressAttribute, object.address}};
+    }
     DBusMessageIter list;
     dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "{ss}", &list);
-    const std::pair<std::string, std::string> attributes[] = {
-        {"MimeType", "text/html"}, {object.addressAttribute, object.address}};
     for (const auto& [name, value] : attributes) {
       DBusMessageIter entry;
       dbus_message_iter_open_container(&list, DBUS_TYPE_DICT_ENTRY, nullptr, &entry);
@@ -224,6 +290,7 @@ class Program {
       dbus_message_iter_close_container(&list, &entry);
     }
     dbus_message_iter_close_container(&out, &list);
+    return true;
   }
 
   int channel_;
@@ -231,6 +298,9 @@ class Program {
   std::map<std::string, FakeObject> objects_;
   std::string calls_;
   std::string busAddress_;
+  std::string programName_;
+  std::string toolkitName_;
+  int answerTime_ = 0;  // milliseconds
   bool isSwitchedOn_ = false;
   bool isGreeted_ = false;
 };
@@ -263,9 +333,24 @@ void FakeAccessibleProgram::set(const std::string& path, const FakeObject& objec
   std::ostringstream line;
   line << "set\t" << path << '\t' << object.role << '\t' << object.states << '\t' << object.name
        << '\t' << object.embeds << '\t' << object.addressAttribute << '\t' << object.address << '\t'
-       << object.text << '\t';
+       << object.text << '\t' << object.description << '\t';
+  for (const auto& [name, value] : object.attributes) line << name << '=' << value << ';';
+  line << '\t';
   for (const std::string& child : object.children) line << child << ' ';
+  line << '\t' << (object.listsChildren ? "listed" : "unlisted");
   static_cast<void>(command(line.str()));
+}
+
+void FakeAccessibleProgram::setNames(const std::string& name, const std::string& toolkit) {
+  static_cast<void>(command("names\t" + name + '\t' + toolkit));
+}
+
+void FakeAccessibleProgram::setLongName(const std::string& path, std::size_t bytes) {
+  static_cast<void>(command("long\t" + path + '\t' + std::to_string(bytes)));
+}
+
+void FakeAccessibleProgram::setAnswerTime(std::chrono::milliseconds time) {
+  static_cast<void>(command("time\t" + std::to_string(time.count())));
 }
 
 void FakeAccessibleProgram::remove(const std::string& path) {

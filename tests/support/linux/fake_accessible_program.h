@@ -2,11 +2,16 @@
 // that lists the programs, or the session's accessibility service. It is a process
 // of its own, so that it can be frozen and killed as a real one. Like Chromium, it
 // says that a window is active only to a client that has greeted it.
+//
+// An object's parent is the object that lists it as a child.
 #pragma once
 
 #include <sys/types.h>
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -20,8 +25,11 @@ struct FakeObject {
   std::string addressAttribute;  // "DocURL" or "URI"; empty for no document
   std::string address;
   std::string text;
+  std::string description;
+  std::map<std::string, std::string> attributes;  // of the object itself, such as "class"
   // Paths in the same program, or "bus name" + path for another one's.
   std::vector<std::string> children;
+  bool listsChildren = true;  // else they are counted and told one by one, but not listed
 };
 
 class FakeAccessibleProgram {
@@ -36,10 +44,20 @@ class FakeAccessibleProgram {
   FakeAccessibleProgram& operator=(const FakeAccessibleProgram&) = delete;
 
   [[nodiscard]] const std::string& uniqueName() const { return uniqueName_; }
+  [[nodiscard]] pid_t process() const { return process_; }
+
+  // What the program calls itself and its toolkit; empty at first.
+  void setNames(const std::string& name, const std::string& toolkit);
 
   // Each returns once it has taken effect.
   void set(const std::string& path, const FakeObject& object);
   void remove(const std::string& path);
+
+  // Gives an object a name of so many bytes.
+  void setLongName(const std::string& path, std::size_t bytes);
+
+  // How long each answer takes from now on, one after the other.
+  void setAnswerTime(std::chrono::milliseconds time);
 
   // The calls received since the last time, as "path member".
   [[nodiscard]] std::vector<std::string> takeCalls();

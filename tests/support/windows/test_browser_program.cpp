@@ -1,6 +1,6 @@
 // A program with a window like a browser's, for the tests of the whole program: a title
 // that ends in "Netscape", an address box that is the edit of a combo box, and a status
-// bar. It loads nothing. Whoever types into it makes it say what a browser would:
+// bar. It loads nothing. A key typed into it makes it show what a browser would:
 //
 //   Return   "Connect: contacting host"
 //   F5       "42% of page"

@@ -1,6 +1,6 @@
 // A window that looks to user32 like a browser's: a title, an address box that is
 // the edit of a real combo box, and a real status bar. It lives on a thread of its
-// own, so that whoever reads it sends messages across threads, as with a browser.
+// own, so that reading it sends messages across threads, as with a browser.
 //
 // It is never shown. Nothing that the scan asks depends on that, and two threads
 // that paint text at once can lock each other out for good in Wine 8.

@@ -1,0 +1,34 @@
+// What the accessible name of a browser's top-level window says about the window,
+// in every language of the browser. Page titles are chosen by pages and profile
+// names by users, so a name counts as ordinary only when no private window of any
+// language can have it, whatever its page is called.
+#pragma once
+
+#include <string_view>
+
+#include "platform/browsers/browser_kind.h"
+
+namespace quorrix {
+
+enum class TitleKind {
+  // An ordinary window. The name cannot show one thing: an app's window of
+  // Chromium (`--app`) has the page's title for its name, without the browser's. A
+  // page titled "News - Chromium" looks like an ordinary window there. Such a window
+  // is not private: those say so behind any title.
+  Ordinary,
+  // The browser's name alone: an ordinary window of Firefox on a page without a
+  // title, but also a private window for up to a second while it opens. A mark of
+  // another sort has to decide.
+  BrowserNameAlone,
+  // Private, guest or isolated, or no name that is known. A profile that a user has
+  // named like a private window ("Guest", "Incognito") counts here too.
+  NotOrdinary,
+};
+
+// For all but GNOME Web, whose names do not tell: they are never ordinary here. The
+// browser is told by the program that owns the window, never by the name. The name is
+// UTF-8. It must be the accessible name: the title of an X11 window has
+// nothing behind Chromium's name, not even "(Incognito)".
+[[nodiscard]] TitleKind titleKind(BrowserKind family, std::string_view accessibleName);
+
+}  // namespace quorrix

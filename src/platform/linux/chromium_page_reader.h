@@ -1,0 +1,68 @@
+// The page of a window of Chromium or of a browser made of it.
+//
+//   frame                                     EMBEDS the document that loaded last
+//     ...
+//       panel, class MultiContentsView
+//         panel, class ContentsContainerView  two: the sides of a split view
+//           document web                      attribute URI
+//           panel, class MultiContentsViewMiniToolbar
+//             static                          its Description is the committed address
+//
+// The document's own address stays the one that it was loaded with, whatever
+// history.pushState makes of it, and is empty until the page has a body. The address
+// in the (mostly hidden) small tool bar is the one that was last committed, at every
+// moment. It is internal to the browser: without it the document's address is taken.
+//
+// Either side may be the one in use while the view is not split. In a split view both
+// tool bars are SHOWING, but the label of the active side's is not.
+#pragma once
+
+#include <vector>
+
+#include "platform/linux/page_reader.h"
+
+namespace quorrix {
+
+class ChromiumPageReader final : public PageReader {
+ public:
+  ChromiumPageReader(AccessibilityBus& bus, AccessibleId frame)
+      : frame_(std::move(frame)), search_(bus), inquiry_(bus) {}
+
+  [[nodiscard]] std::optional<WindowReading> read() override;
+
+ private:
+  using Topic = Question::Topic;
+
+  // One side of the window.
+  struct Side {
+    AccessibleId container;
+    AccessibleId toolBar;
+    AccessibleId label;
+  };
+  enum class Step { Missing, Done };
+
+  [[nodiscard]] std::vector<Question> firstQuestions() const;
+  [[nodiscard]] Step findDocument();
+  [[nodiscard]] Step findSides();
+  [[nodiscard]] Step findView(AccessibleId& view);
+  [[nodiscard]] Step findSide(const AccessibleId& container);
+  [[nodiscard]] Step chooseSide();
+  [[nodiscard]] Step documentBeside(const Side& side);
+  [[nodiscard]] Step readPage(WindowReading& reading);
+  [[nodiscard]] Step childrenOf(const AccessibleId& parent, Topic topic,
+                                std::vector<Question>& questions);
+
+  AccessibleId frame_;
+  Inquiry search_;   // for what is remembered between readings
+  Inquiry inquiry_;  // for one reading
+  std::vector<Side> sides_;
+  std::size_t side_ = 0;                   // the one in use
+  std::optional<std::size_t> activeSide_;  // in a split view
+  std::optional<AccessibleId> document_;   // that the frame embeds
+  std::optional<AccessibleId> container_;  // of that document, as last known
+  std::optional<AccessibleId> shown_;      // the document of the side in use
+  unsigned readings_ = 0;
+  unsigned readingsUntilSearch_ = 0;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,47 @@
+// Finds out what speaks for and against a browser window being an ordinary one: its
+// accessible name, and parts of the window that do not depend on the language. Looks
+// at the window's own parts only, never into a page.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/browsers/window_kind.h"
+#include "platform/linux/inquiry.h"
+
+namespace quorrix {
+
+class WindowExamination {
+ public:
+  WindowExamination(AccessibilityBus& bus, BrowserKind browser, AccessibleId frame)
+      : browser_(browser), frame_(std::move(frame)), inquiry_(bus) {}
+
+  // Goes on looking. True when there is nothing left to look at.
+  [[nodiscard]] bool advance();
+  [[nodiscard]] bool isThrough() const { return isThrough_; }
+  void startOver();
+
+  // Once it is through.
+  [[nodiscard]] const WindowFindings& findings() const { return findings_; }
+
+ private:
+  using Topic = Question::Topic;
+  enum class Step { Missing, Done };
+
+  [[nodiscard]] Step look();
+  [[nodiscard]] Step lookAtChromium();
+  [[nodiscard]] Step lookAtFirefox();
+  [[nodiscard]] Step childrenOf(const std::vector<AccessibleId>& parents,
+                                std::vector<AccessibleId>& children);
+  [[nodiscard]] std::string attribute(const AccessibleId& object, std::string_view name);
+
+  BrowserKind browser_;
+  AccessibleId frame_;
+  Inquiry inquiry_;
+  WindowFindings findings_;
+  bool isThrough_ = false;
+  bool wasRefused_ = false;  // an answer that the findings depend on
+};
+
+}  // namespace quorrix

@@ -1,0 +1,26 @@
+// A label for plain text of several lines. A word that is too long for a line, such as a
+// folder's path, breaks where the line ends; the text stays as it is, for the screen
+// reader too.
+#pragma once
+
+#include <QLabel>
+
+namespace quorrix {
+
+class WrappingLabel final : public QLabel {
+  Q_OBJECT
+
+ public:
+  WrappingLabel(const QString& text, QWidget* parent);
+
+  // In pixels. Lines are as long as the text needs, up to about sixty characters and half
+  // of the screen.
+  [[nodiscard]] int heightForWidth(int width) const override;
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,73 @@
+// The program on the real disk, led by a user who chooses an archive command, opens a
+// folder and agrees to every question.
+#pragma once
+
+#include <QAction>
+#include <QApplication>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "archives/folder_list.h"
+#include "shell/main_window/main_form.h"
+#include "support/agreeing_message_box.h"
+#include "support/fake_clock.h"
+#include "support/fake_window_system.h"
+#include "support/form_event_pump.h"
+#include "support/recording_command_shell.h"
+
+namespace quorrix::test {
+
+class ProgramOnDisk {
+ public:
+  ProgramOnDisk(FileSystem& files, const Path& programFolder)
+      : form_({.paths = AppPaths(programFolder),
+               .files = files,
+               .clock = clock_,
+               .events = events_,
+               .messageBox = messageBox_,
+               .windows = windows_,
+               .commandShell = commandShell_}) {}
+
+  // Whether the start-up succeeded.
+  [[nodiscard]] bool start() { return form_.Form_Load(); }
+
+  // `atOK` runs when the folder is chosen and OK is about to be pressed. What the user
+  // reports failures.
+  std::vector<std::string> run(
+      const char* command, const Path& folder, const std::function<void()>& atOK = [] {}) {
+    messageBox_.sentences.clear();
+    QTimer::singleShot(0, &form_, [&] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return messageBox_.sentences.push_back("no dialog opened");
+      dialog->findChild<FolderList*>(QStringLiteral("Dir1"))->setPath(folder);
+      atOK();
+      dialog->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+      if (dialog->isVisible()) dialog->reject();
+    });
+    form_.findChild<QAction*>(QString::fromLatin1(command))->trigger();
+    return messageBox_.sentences;
+  }
+
+  [[nodiscard]] bool shows(std::string_view address) {
+    return form_.tree().find(address) != kNoNode;
+  }
+
+  [[nodiscard]] std::string firstPanel() const {
+    return form_.findChild<TwoPanelStatusBar*>(QStringLiteral("StatusBar"))
+        ->panelText(1)
+        .toStdString();
+  }
+
+ private:
+  FakeClock clock_;
+  FormEventPump events_{clock_};
+  AgreeingMessageBox messageBox_;
+  FakeWindowSystem windows_;
+  RecordingCommandShell commandShell_;
+  MainForm form_;
+};
+
+}  // namespace quorrix::test
