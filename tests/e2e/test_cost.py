@@ -10,6 +10,7 @@ from support.scenario import QuorrixTest, tell
 from support.waiting import holds_for
 
 WATCHED_SECONDS = 4
+IDLE_SECONDS = 8
 LONG_PAGE = "".join(f"<p>Paragraph {number} of many, with <a href='/{number}'>a link</a>.</p>"
                     for number in range(5000))
 
@@ -33,17 +34,34 @@ class CostOfTracking(QuorrixTest):
             self.wait_for_record(f"www.garden.example/long-{browser.name}.html", seconds=10)
         long = self.watch_calls("pages of 5,000 paragraphs")
         for watch in (short, long):
-            self.assertLessEqual(watch.median_calls(), 10)
+            self.assertLessEqual(watch.median_calls(), 8)
             self.assertLessEqual(watch.median_milliseconds(), 5)
 
-    def test_idle_tracking_takes_less_than_2_percent_of_one_core(self):
+    def test_idle_tracking_takes_less_than_1_percent_of_one_core(self):
         self.show_everywhere("http://www.garden.example/idle.html")
-        before, began = processes.processor_seconds(self.quorrix.process.pid), time.monotonic()
-        holds_for(WATCHED_SECONDS, self.quorrix.is_running, "the program is running")
-        used = processes.processor_seconds(self.quorrix.process.pid) - before
-        share = used / (time.monotonic() - began) * 100
-        tell(f"idle tracking with two browsers open: {share:.2f} % of one core")
-        self.assertLess(share, 2)
+        programs = {"the program": [self.quorrix.process.pid],
+                    "Firefox": self.firefox.family(),
+                    "Chromium": self.chromium.family(),
+                    "the bus": self.session.accessibility_processes()}
+        tracking = self.shares_of_one_core(programs)
+        self.quorrix.stop_tracking()
+        stopped = self.shares_of_one_core(programs)
+        for name, share in tracking.items():
+            tell(f"idle with two browsers open, percent of one core: {name} {share:.2f} while "
+                 f"tracking, {stopped[name]:.2f} without")
+        self.assertLess(tracking["the program"], 1)
+
+    def shares_of_one_core(self, programs):
+        """In percent, over IDLE_SECONDS."""
+        def spent():
+            return {name: sum(processes.processor_seconds(one) for one in ids
+                              if processes.is_running(one))
+                    for name, ids in programs.items()}
+
+        before, began = spent(), time.monotonic()
+        holds_for(IDLE_SECONDS, self.quorrix.is_running, "the program is running")
+        seconds = time.monotonic() - began
+        return {name: (after - before[name]) / seconds * 100 for name, after in spent().items()}
 
     def show_everywhere(self, url):
         for browser in (self.firefox, self.chromium):
@@ -54,8 +72,8 @@ class CostOfTracking(QuorrixTest):
         with CallWatch(self.session, self.quorrix) as watch:
             holds_for(WATCHED_SECONDS, self.quorrix.is_running, "the program is running")
         self.assertGreater(len(watch.passes), 5)
-        tell(f"two browsers with {what}: {watch.median_calls():g} calls a pass (at most "
-             f"{watch.most_calls()}), {watch.median_milliseconds():.2f} ms, "
+        tell(f"two browsers with {what}: {watch.median_calls():g} calls a pass (mean "
+             f"{watch.mean_calls():.1f}, at most {watch.most_calls()}), {watch.median_milliseconds():.2f} ms, "
              f"{len(watch.passes)} passes in {WATCHED_SECONDS} s")
         return watch
 

@@ -10,6 +10,7 @@ import unittest
 from support.browsers import Firefox
 from support.record_dialog import RecordDialog
 from support.scenario import QuorrixTest
+from support.tracing import can_trace, tracer
 from support.waiting import wait_until
 
 GARDEN = "www.garden.example"
@@ -22,15 +23,7 @@ ITEM = "Shears with red handles"
 PAGE = "www.harbour.example/tides"
 SECRETS = (GARDEN, NOTE, USER_ID, PASSWORD, ITEM, PAGE)
 
-TRACE = ["strace", "--follow-forks", "--daemonize", "--quiet=all", "--trace=socket"]
-
-
 ANY_CORE = ["prlimit", "--core=unlimited"]
-
-
-def can_trace():
-    return subprocess.run([*TRACE, "--output=/dev/null", "true"],
-                          stderr=subprocess.DEVNULL).returncode == 0
 
 
 def dumps_core(command):
@@ -112,7 +105,6 @@ class PrivacyTest(QuorrixTest):
 class Privacy(PrivacyTest):
     def test_files_are_for_their_owner_alone(self):
         os.chmod(self.quorrix.data_folder, 0o755)
-        os.makedirs(self.archives, 0o755)
         self.given_the_program()
         self.archive()
         for folder in (self.quorrix.data_folder, self.archives,
@@ -122,6 +114,12 @@ class Privacy(PrivacyTest):
             for name in ("nodes.dat", "notes.dat", "info.dat", "purchases.dat"):
                 mode = os.stat(os.path.join(folder, name)).st_mode & 0o777
                 self.assertEqual("600", f"{mode:o}", f"{name} in {folder}")
+
+    def test_archives_that_others_may_see_stay_so(self):
+        os.makedirs(self.archives)
+        os.chmod(self.archives, 0o755)
+        self.given_the_program()
+        self.assertEqual("755", f"{os.stat(self.archives).st_mode & 0o777:o}")
 
     def test_nothing_that_is_kept_is_printed(self):
         self.given_the_program()
@@ -149,7 +147,7 @@ class Core(PrivacyTest):
 class Network(PrivacyTest):
     def test_no_connection_to_a_network_is_opened(self):
         calls = os.path.join(self.folder, "calls")
-        self.quorrix.launcher = [*TRACE, f"--output={calls}"]
+        self.quorrix.launcher = tracer("socket", calls)
         self.given_the_program()
         self.use_everything()
         self.end_program()

@@ -116,7 +116,7 @@ class Notes(SiteRecordsTest):
     def test_a_character_outside_the_code_page_becomes_a_question_mark(self):
         self.given_the_program()
         dialog = self.open(NOTES)
-        dialog.insert_into("Notes", "\u03a9 5 \u20ac \u00e9")
+        dialog.insert_into("Notes", "\u03a9 5 \u20ac \u00e9", shown="? 5 \u20ac \u00e9")
         dialog.close_with("OK")
         self.assertEqual(GARDEN_KEY + b"? 5 \x80 \xe9" + b" " * 1017, self.bytes_of("notes.dat"))
 

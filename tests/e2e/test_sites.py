@@ -67,6 +67,7 @@ STOP_FIRST = "You must stop tracking websites before using this feature."
 ADDRESS = "Website address contains"
 
 OPENER = """#!/bin/sh
+cat "/proc/$$/environ" > '{folder}/environment'
 for argument
 do
   printf '%s\\0' "$argument"
@@ -304,6 +305,18 @@ class LinkInBrowser(SitesTest):
         self.assertEqual(b"http://www.garden.example\0", self.link(GARDEN))
         self.assertEqual(b"ftp://files.quay.example\0", self.link("files.quay.example"))
         self.assertIsNone(self.quorrix.message())
+
+    def test_the_browser_gets_the_environment_that_the_program_was_started_with(self):
+        """As on a Wayland desktop with XWayland, where the program chooses XWayland for itself."""
+        self.given_bytes("nodes.dat", SITES)
+        self.given_an_opener()
+        self.quorrix.more_environment["WAYLAND_DISPLAY"] = "no-such-display"
+        self.given_the_program()
+        self.link(HARBOUR)
+        with open(os.path.join(self.opener, "environment"), "rb") as file:
+            names = [line.partition(b"=")[0] for line in file.read().split(b"\0")]
+        self.assertIn(b"WAYLAND_DISPLAY", names)
+        self.assertNotIn(b"QT_QPA_PLATFORM", names)
 
     def test_no_character_of_an_address_means_anything_on_the_way(self):
         leaves = ("""a'b"c`d\\e""", "a&b&&c|d||e;f", "$(reboot)${HOME}$IFS", "%0A%00%20%%s",

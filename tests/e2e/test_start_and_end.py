@@ -57,6 +57,13 @@ class StartAndEnd(QuorrixTest):
         wait_until(lambda: self.quorrix.caption() == "Quorrix",
                    lambda: f"the caption; it is {self.quorrix.caption()!r}")
 
+    def test_start_tracking_is_answered_at_once_over_the_bus(self):
+        self.given_the_program()
+        self.quorrix.menu_entry("File", "Start Tracking").press_and_wait()
+        self.quorrix.wait_for_text(TRACKING)
+        self.quorrix.menu_entry("File", "Stop Tracking").press_and_wait()
+        self.quorrix.wait_for_text(STOPPED)
+
     def test_without_its_archive_note_it_says_so_and_ends_with_status_1(self):
         os.remove(self.path("Data", "load.txt"))
         self.quorrix.start()

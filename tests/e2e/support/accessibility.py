@@ -10,6 +10,7 @@ from support.session import connect
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"
+STATE_ACTIVE = 1
 STATE_CHECKED = 4
 STATE_FOCUSED = 12
 STATE_SELECTED = 23
@@ -64,38 +65,46 @@ class AccessibilityBus:
         self.connection.flush_sync()
 
 
-class FocusWatch:
-    """Hears what takes the focus, as a screen reader does. It is the only way to a popup menu,
-    which is in no window's list of children."""
+class StateWatch:
+    """Hears what gets a state ("focused", "showing"), as a screen reader does."""
 
-    EVENT = "object:state-changed:focused"
     REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry")
 
-    def __init__(self, bus):
+    def __init__(self, bus, state):
         self.bus = bus
+        self._event = "object:state-changed:" + state
         self._heard = []
         self._number = bus.connection.signal_subscribe(
-            None, "org.a11y.atspi.Event.Object", "StateChanged", None, "focused",
+            None, "org.a11y.atspi.Event.Object", "StateChanged", None, state,
             Gio.DBusSignalFlags.NONE, self._hear)
-        bus.call(*self.REGISTRY, "RegisterEvent", GLib.Variant("(sass)", (self.EVENT, [], "")))
+        bus.call(*self.REGISTRY, "RegisterEvent", GLib.Variant("(sass)", (self._event, [], "")))
 
     def _hear(self, _connection, owner, path, _interface, _member, arguments):
         if arguments.unpack()[1]:
             self._heard.append(Accessible(self.bus, owner, path))
 
     def heard(self):
-        """What has taken the focus since the watch began, the latest first."""
+        """What has got the state since the watch began, the latest first."""
         while GLib.MainContext.default().iteration(False):
             pass
         return self._heard[::-1]
 
     def close(self):
         self.bus.connection.signal_unsubscribe(self._number)
-        self.bus.call(*self.REGISTRY, "DeregisterEvent", GLib.Variant("(s)", (self.EVENT,)))
+        self.bus.call(*self.REGISTRY, "DeregisterEvent", GLib.Variant("(s)", (self._event,)))
+
+
+class FocusWatch(StateWatch):
+    """The only way to a popup menu, which is in no window's list of children."""
+
+    def __init__(self, bus):
+        super().__init__(bus, "focused")
 
 
 class Accessible:
     """One object on the bus. Nothing is remembered: every question goes to its program."""
+
+    FIRST_ACTION = ("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (0,)))
 
     def __init__(self, bus, owner, path):
         self.bus = bus
@@ -134,6 +143,9 @@ class Accessible:
     def children(self):
         return [Accessible(self.bus, owner, path) for owner, path in self._ask("GetChildren")[0]]
 
+    def attributes(self):
+        return self._ask("GetAttributes")[0]
+
     def has_state(self, state):
         low, high = self._ask("GetState")[0]
         return bool((high << 32 | low) >> state & 1)
@@ -149,8 +161,12 @@ class Accessible:
     def press(self):
         """The first action. The answer is not awaited: an entry that opens a modal window, or
         that runs for long, answers only when that is over."""
-        self.bus.call_without_answer(self.owner, self.path, "org.a11y.atspi.Action", "DoAction",
-                                     GLib.Variant("(i)", (0,)))
+        self.bus.call_without_answer(self.owner, self.path, *self.FIRST_ACTION)
+
+    def press_and_wait(self):
+        """The first action, as a screen reader has it done: it waits for the answer, and fails
+        without one."""
+        self.bus.call(self.owner, self.path, *self.FIRST_ACTION)
 
     def everything_below(self):
         """All descendants, each before its own children."""

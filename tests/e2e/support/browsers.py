@@ -6,11 +6,18 @@ has to be the program's own doing.
 """
 
 import os
+import re
 import signal
 
 from support import processes
 from support.waiting import TimedOut, wait_until
-from support.web_site import title_of
+from support.web_pages import title_of
+
+
+def is_titled(title, url):
+    """Whether a window's title begins with a page's. Lithuanian has it in quotes, and languages
+    that are written to the left have marks in front of it."""
+    return re.match(r"[\u200f\u202a„]*" + re.escape(title_of(url)) + "[“ ]", title) is not None
 
 
 class Browser:
@@ -39,21 +46,53 @@ class Browser:
         self.process = self._run(*self.normal_options(), url)
         return self._wait_for_new_window(set(), url)
 
-    def start_private(self, url):
+    def start_private(self, url, option=None):
         """Starts the browser with a private window and nothing else."""
-        self.process = self._run(*self.normal_options(), self.private_option, url)
+        self.process = self._run(*self.normal_options(), option or self.private_option, url)
         return self._wait_for_new_window(set(), url)
 
-    def open_private_window(self, url):
+    def open_private_window(self, url, option=None):
         """Opens a private window of the running browser, as its launcher's menu entry does."""
+        return self.open_window(url, option or self.private_option)
+
+    def open_window(self, url, option=None):
         before = set(self._window_numbers())
-        self._run(*self.normal_options(), self.private_option, url)
+        self._run(*self.normal_options(), option or self.window_option, url)
         return self._wait_for_new_window(before, url)
 
-    def open_window(self, url):
+    def open_popup(self, key, shows):
+        """Presses a key at which the page opens a popup, and waits until that shows a page."""
         before = set(self._window_numbers())
-        self._run(*self.normal_options(), self.window_option, url)
-        return self._wait_for_new_window(before, url)
+
+        def open_it():
+            self.press(key)
+            try:
+                return wait_until(lambda: set(self._window_numbers()) - before, "the popup", 3)
+            except TimedOut:
+                return False
+
+        # As with an address: a browser that has just started may take the keyboard away again.
+        wait_until(open_it, "the popup to open", 10)
+        return self._wait_for_new_window(before, shows)
+
+    def can_start_over(self):
+        return self.process is not None
+
+    def start_over(self, url):
+        """Goes on with the oldest window alone, at that page."""
+        self.window, *others = self.screen.windows_of(self.family())
+        for window in others:
+            window.close()
+        wait_until(lambda: self._window_numbers() == [self.window.number],
+                   "the other windows to close")
+        if not self.shows(url):
+            self.visit(url)
+
+    def close_window(self):
+        """Closes the window that was last opened or chosen; another one must be left."""
+        number = self.window.number
+        self.window.close()
+        wait_until(lambda: number not in self._window_numbers(), "the window to close")
 
     def close(self):
         """Ends the browser with all its processes, stopped ones included."""
@@ -84,13 +123,19 @@ class Browser:
     def ask_for(self, url):
         """Types an address and presses Return, and does not wait for the page's answer."""
         asked_before = self.site.times_asked(url)
+        shown_before = self.shows(url)
+
+        def is_asked():
+            # A page that the browser has kept it shows without asking the site.
+            asked = self.site.times_asked(url) > asked_before
+            return asked or (self.shows(url) and not shown_before)
 
         def ask():
             self.type_address(url)
             # Delete removes what the browser has added behind the typed text from its history.
             self.screen.press("Delete", "Return")
             try:
-                return wait_until(lambda: self.site.times_asked(url) > asked_before, url, 3)
+                return wait_until(is_asked, url, 3)
             except TimedOut:
                 return False
 
@@ -102,9 +147,7 @@ class Browser:
         self.use()
         # The key for it (ctrl+l) goes to the page's process first, and what is typed before it
         # has come back is lost; a click in the address bar is the browser's own at once.
-        self.window.click(*self.address_bar)
-        self.screen.press("ctrl+a")
-        self.screen.type(text)
+        self.window.click_and_type(*self.address_bar, text)
 
     def give_up_typing(self):
         self.screen.press("Escape", "Escape")
@@ -134,10 +177,12 @@ class Browser:
 
     def wait_until_it_shows(self, url):
         """A window takes a page's title when the page has committed and its head is read."""
-        title = title_of(url)
-        wait_until(lambda: self.window.title.startswith(title + " "),
+        wait_until(lambda: self.shows(url),
                    lambda: f"{self.name} to show {url}; its title is {self.window.title!r}", 20)
-        self._shown = title
+        self._shown = title_of(url)
+
+    def shows(self, url):
+        return self.is_named_after(url, self.window)
 
     # --- windows ---------------------------------------------------------------------------------
 
@@ -151,7 +196,7 @@ class Browser:
     def _wait_for_new_window(self, before, url):
         def new_window():
             for window in self.screen.windows_of(self.family()):
-                if window.number not in before and window.title.startswith(title_of(url) + " "):
+                if window.number not in before and self.is_named_after(url, window):
                     return window
             return None
 
@@ -171,6 +216,9 @@ class Browser:
 
     def environment(self):
         return {}
+
+    def is_named_after(self, url, window):
+        return is_titled(window.title, url)
 
 
 class Firefox(Browser):

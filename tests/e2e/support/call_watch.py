@@ -3,7 +3,7 @@
 import os
 import signal
 from collections import namedtuple
-from statistics import median
+from statistics import mean, median
 
 from support import processes
 from support.waiting import wait_until
@@ -43,6 +43,9 @@ class CallWatch:
 
     def median_calls(self):
         return median(one.calls for one in self.passes)
+
+    def mean_calls(self):
+        return mean(one.calls for one in self.passes)
 
     def most_calls(self):
         return max(one.calls for one in self.passes)

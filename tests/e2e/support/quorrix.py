@@ -138,7 +138,8 @@ class Quorrix:
 
     def texts(self):
         """Names of all labels that the main window shows, the status bar's panels among them."""
-        return [thing.name for thing in self.frame().everything_below() if thing.role == "label"]
+        return [thing.name for thing in self.frame().everything_below()
+                if thing.role == "label" and thing.has_state(STATE_SHOWING)]
 
     def shows_text(self, text):
         if not self.is_running():
@@ -178,12 +179,29 @@ class Quorrix:
 
     def choose(self, *captions):
         """Chooses a menu entry by the captions on the way to it, without their mnemonics."""
+        self.menu_entry(*captions).press()
+
+    def menu_entry(self, *captions):
         entry = self.frame().find("menu bar")
         for caption in captions:
             entry = entry.find("menu item", caption)
             if entry is None:
                 raise NotThere(f"no menu entry {' > '.join(captions)}")
-        entry.press()
+        return entry
+
+    def notice(self):
+        """The strip that tells of browsers that cannot be read, or None; its name is its text."""
+        strip = self.frame().find("notification")
+        return strip if strip and strip.has_state(STATE_SHOWING) else None
+
+    def notice_text(self):
+        strip = self.notice()
+        return strip and strip.name
+
+    def wait_for_notice(self, text, seconds):
+        """Waits for the notice of that text; None for no notice."""
+        wait_until(lambda: self.notice_text() == text,
+                   lambda: f"the notice {text!r}; it is {self.notice_text()!r}", seconds)
 
     def start_tracking(self):
         self.choose("File", "Start Tracking")
@@ -199,10 +217,8 @@ class Quorrix:
         if box is None:
             return None
         # A box without an icon keeps an empty label in the icon's place.
-        text = next((thing.name for thing in box.everything_below()
+        return next((thing.name for thing in box.everything_below()
                      if thing.role == "label" and thing.name), None)
-        # Long words have places to break at, which do not show.
-        return text and text.replace("\u200b", "")
 
     def wait_for_message(self):
         return wait_until(self._message_if_any, "a message box")
@@ -259,6 +275,9 @@ class Quorrix:
 
     def addresses_and_flags(self):
         return [(record.address, record.flag) for record in self.records()]
+
+    def stamps(self):
+        return [(record.address, record.stamp) for record in self.records()]
 
     def record_of(self, address):
         for record in self.records():

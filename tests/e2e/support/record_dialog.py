@@ -124,10 +124,13 @@ class RecordDialog:
         wait_until(lambda: self.text_of(box) == text,
                    lambda: f"{text!r} in the box {box!r}; it has {self.text_of(box)!r}")
 
-    def insert_into(self, box, text):
-        """Puts a text in front of what is in the box, without the keyboard."""
+    def insert_into(self, box, text, shown=None):
+        """Puts a text in front of what is in the box, without the keyboard, and waits for it, or
+        for what the box makes of it."""
+        shown = shown or text
         self._control("text", box).insert_text(text)
-        wait_until(lambda: self.text_of(box).startswith(text), f"{text!r} in the box {box!r}")
+        wait_until(lambda: self.text_of(box).startswith(shown),
+                   lambda: f"{shown!r} in the box {box!r}; it has {self.text_of(box)!r}")
 
     def choose_option(self, name):
         option = self._control("radio button", name)

@@ -19,21 +19,24 @@ SECURE_HOSTS = ("www.secure.example", "shop.secure.example", "www.garden.example
 # than the second in which a stamp would not change.
 LONG_ENOUGH = 1.5
 
-_desk = {}
+_sessions = {}
+_sites = []
 
 
-def private_session():
-    """This process's own session; made by the first test that asks and ended with the process."""
-    if not _desk:
+def private_session(kind=PrivateSession):
+    """This process's own session of that kind; made by the first test that asks and ended with
+    the process."""
+    if not _sessions:
         processes.become_their_keeper()
-        _desk["session"] = PrivateSession()
-        _desk["site"] = WebSite(processes.temporary_folder(), SECURE_HOSTS)
-    return _desk["session"]
+    if kind not in _sessions:
+        _sessions[kind] = kind()
+    return _sessions[kind]
 
 
 def web_site():
-    private_session()
-    return _desk["site"]
+    if not _sites:
+        _sites.append(WebSite(processes.temporary_folder(), SECURE_HOSTS))
+    return _sites[0]
 
 
 def tell(sentence):
@@ -45,16 +48,22 @@ class QuorrixTest(unittest.TestCase):
     """Speaks in the verbs of the scenarios. Each test has a program folder of its own."""
 
     accessibility = True
+    session_class = PrivateSession
+    quorrix_class = Quorrix
 
     def setUp(self):
         self.began = datetime.now().replace(microsecond=0)
-        self.session = private_session()
+        self.session = private_session(self.session_class)
         self.site = web_site()
         self.site.forget_pages()
         self.session.switch_accessibility(self.accessibility)
-        self.folder = make_program_folder(self.program())
-        self.quorrix = Quorrix(self.session, self.folder)
-        self.addCleanup(self.quorrix.end)
+        self.quorrix = self.new_quorrix()
+        self.folder = self.quorrix.folder
+
+    def new_quorrix(self):
+        quorrix = self.quorrix_class(self.session, make_program_folder(self.program()))
+        self.addCleanup(quorrix.end)
+        return quorrix
 
     @staticmethod
     def program():
@@ -65,12 +74,14 @@ class QuorrixTest(unittest.TestCase):
 
     def tearDown(self):
         """After a failure, leaves a picture of the screen in the folder named for that."""
-        result = self._outcome.result
-        failed = [test for test, _ in result.failures + result.errors]
         folder = os.environ.get("QUORRIX_EVIDENCE")
-        if folder and self in failed:
+        if folder and self.has_failed():
             os.makedirs(folder, exist_ok=True)
             self.session.screen.save_picture(os.path.join(folder, self.id() + ".png"))
+
+    def has_failed(self):
+        result = self._outcome.result
+        return self in [test for test, _ in result.failures + result.errors]
 
     # --- given -----------------------------------------------------------------------------------
 
@@ -85,20 +96,32 @@ class QuorrixTest(unittest.TestCase):
         self.quorrix.start_and_wait()
         self.quorrix.start_tracking()
 
+    def given_a_starting_program(self):
+        """Its start-up windows take their three seconds while a browser starts."""
+        self.quorrix.start()
+
     def given_a_browser(self, browser_class, url=HOME):
+        browser = self.given_no_browser_yet(browser_class)
+        self.start_browser(browser, url)
+        return browser
+
+    def given_no_browser_yet(self, browser_class):
+        """A browser that the test starts itself."""
         browser = browser_class(self.session, self.site)
         self.addCleanup(browser.close)
+        return browser
+
+    def start_browser(self, browser, url):
         browser.start(url)
         if self.quorrix.process:
             # Its main window takes the keyboard when it opens, which no browser should lose then.
             self.quorrix.start_and_wait()
-        return browser
 
     def restart(self):
         self.quorrix.close_window()
         self.assertEqual(0, self.quorrix.exit_status())
         self.quorrix.end()
-        self.quorrix = Quorrix(self.session, self.folder)
+        self.quorrix = self.quorrix_class(self.session, self.folder)
         self.addCleanup(self.quorrix.end)
         self.given_the_program()
 
@@ -142,7 +165,7 @@ class QuorrixTest(unittest.TestCase):
     def assert_nothing_is_written(self, writes, why, seconds=LONG_ENOUGH):
         before = writes.now()
         holds_for(seconds, lambda: writes.now() == before,
-                  lambda: f"{why}; nodes.dat has {self.quorrix.addresses_and_flags()}")
+                  lambda: f"{why}; nodes.dat has {self.quorrix.stamps()}")
 
     def assert_tracking_goes_on(self, browser, url, address, flag="N"):
         """Proves by a visit that what was not recorded before was not for want of tracking."""

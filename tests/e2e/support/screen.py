@@ -11,6 +11,7 @@ import threading
 import time
 from ctypes import POINTER, byref, c_char_p, c_int, c_long, c_ubyte, c_ulong, c_void_p
 
+from support import pictures
 from support.waiting import POLL_SECONDS, wait_until
 
 CLIENT_MESSAGE = 33
@@ -138,6 +139,12 @@ class Window:
         self.screen.command("mousemove", "--window", str(self.number), str(x), str(y),
                             "click", str(button))
 
+    def click_and_type(self, x, y, text):
+        """Clicks into a box and replaces what is in it."""
+        self.screen.command("mousemove", "--window", str(self.number), str(x), str(y),
+                            "click", "1", "key", "--clearmodifiers", "ctrl+a",
+                            "type", "--delay", "1", text)
+
 
 class Screen:
     def __init__(self, environment):
@@ -178,9 +185,22 @@ class Screen:
                        stdout=subprocess.DEVNULL)
 
     def save_picture(self, path, window=None):
-        part = ["-frame", "-window", str(window.number)] if window else ["-window", "root"]
-        subprocess.run(["import", *part, path], env=self.environment, check=True,
-                       timeout=20)
+        """Of the screen as it is, or of a window with its frame: once no other window lies on it
+        and it is painted."""
+        if not window:
+            return self._import(path, "-window", "root")
+        wait_until(lambda: self.window_numbers_from_below()[-1] == window.number,
+                   lambda: f"the window {window.title!r} to lie in front")
+        before = None
+        def is_finished():
+            nonlocal before
+            self._import(path, "-frame", "-window", str(window.number))
+            earlier, before = before, pictures.signature(path)
+            return earlier == before and pictures.is_painted(path)
+        return wait_until(is_finished, lambda: f"the window {window.title!r} to be painted")
+
+    def _import(self, path, *part):
+        subprocess.run(["import", *part, path], env=self.environment, check=True, timeout=20)
 
 
 class ResponseWatch:

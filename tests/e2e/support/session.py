@@ -33,12 +33,10 @@ class PrivateSession:
         }
         if not self.environment["TZ"]:
             del self.environment["TZ"]
-        self.environment["DISPLAY"] = self._start_display()
+        self._start_display()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
         self.bus = connect(self.environment["DBUS_SESSION_BUS_ADDRESS"])
-        self.screen = Screen(self.environment)
-        self.start(["openbox", "--sm-disable"])
-        wait_until(self.screen.has_window_manager, "the window manager")
+        self._start_window_manager()
 
     def close(self):
         self.bus.close_sync()
@@ -74,8 +72,13 @@ class PrivateSession:
     def kill_accessibility_bus(self):
         """Kills the accessibility bus and what keeps it; the next question starts a new one."""
         launcher = self._process_of("org.a11y.Bus")
-        processes.send(9, [*processes.children_of(launcher), launcher])
+        processes.send(9, self.accessibility_processes())
         wait_until(lambda: self._process_of("org.a11y.Bus") != launcher, "the bus to be gone")
+
+    def accessibility_processes(self):
+        """Ids of the accessibility bus and of what keeps it."""
+        launcher = self._process_of("org.a11y.Bus")
+        return [*processes.children_of(launcher), launcher]
 
     def _process_of(self, name):
         try:
@@ -100,7 +103,12 @@ class PrivateSession:
     def _start_display(self):
         number = self._start_and_read(lambda fd: ["Xvfb", "-displayfd", str(fd), "-screen", "0",
                                                   SCREEN_SIZE, "-nolisten", "tcp", "-noreset"])
-        return ":" + number
+        self.environment["DISPLAY"] = ":" + number
+
+    def _start_window_manager(self):
+        self.screen = Screen(dict(self.environment))
+        self.start(["openbox", "--sm-disable"])
+        wait_until(self.screen.has_window_manager, "the window manager")
 
     def _start_bus(self):
         return self._start_and_read(lambda fd: ["dbus-daemon", "--session", "--nofork",

@@ -1,0 +1,193 @@
+"""What the steps of the soak are made of: act, see what the user now sees, say what is due."""
+
+import random
+import time
+
+from soaking.hands import Hands
+from soaking.model import Entry, Model, Tab, Window
+from soaking.places import Places
+from soaking.site import SoakSite, title_at
+from soaking.tally import Tally
+from support.waiting import TimedOut, holds_for, wait_until
+
+# A host with one dot, which is not recorded.
+HOME = "http://home.test/"
+
+# What the browser does by itself; it is slow on a busy machine.
+SLOW_SECONDS = 15
+
+# By then an address that was typed has been asked for, or never will be.
+ANSWER_SECONDS = 4
+
+STANDING_SECONDS = 1.2
+LOOK_SECONDS = 0.6
+
+
+class NotCarriedOut(AssertionError):
+    """The browser shows something else than the step was to lead to."""
+
+
+class Browsing(Places):
+    """The browser, the site, the model of what is shown, and the tally, together."""
+
+    def __init__(self, browser: Hands, site: SoakSite, quorrix, model: Model, tally: Tally,
+                 random_numbers: random.Random, pages=0):
+        super().__init__(pages)
+        self.browser = browser
+        self.site = site
+        self.quorrix = quorrix
+        self.model = model
+        self.tally = tally
+        self.random = random_numbers
+        self.since = 0.0
+
+    # --- the present state -----------------------------------------------------------------------
+
+    @property
+    def window(self):
+        return self.model.window
+
+    @property
+    def tab(self):
+        return self.model.window.tab
+
+    @property
+    def entry(self):
+        return self.model.window.entry
+
+    def is_on_a_page(self):
+        return self.entry.url is not None
+
+    def title(self):
+        return self.browser.window.title
+
+    def shows(self, url):
+        return self.title().startswith(title_at(url) + " ")
+
+    # --- acting ----------------------------------------------------------------------------------
+
+    def begin(self):
+        """What is written before this is not of the visit that follows."""
+        self.since = time.time()
+
+    def type_url(self, url):
+        """For an address that the site was never asked for, which it is when this returns."""
+        def ask():
+            self.browser.type_address(url)
+            self.begin()
+            # Delete removes what the browser has added behind the typed text from its history.
+            self.browser.press_key("Delete", "Return")
+            try:
+                return wait_until(lambda: self.site.times_asked(url), url, ANSWER_SECONDS)
+            except TimedOut:
+                return False
+
+        # A tab that is still being made takes away what is typed; a user then types once more.
+        self.wait(ask, f"the browser to ask for {url}")
+
+    def click(self, cell, **options):
+        self.begin()
+        self.browser.click_cell(cell, **options)
+
+    def press(self, *keys):
+        self.begin()
+        self.browser.press_key(*keys)
+
+    # --- waiting ---------------------------------------------------------------------------------
+
+    def wait(self, condition, what, seconds=SLOW_SECONDS):
+        return wait_until(condition, lambda: f"{what}; the title is {self.title()!r}", seconds)
+
+    def wait_for_asked(self, url, before=0):
+        self.wait(lambda: self.site.times_asked(url) > before, f"the site to be asked for {url}")
+
+    def wait_for_page(self, *urls, what=("show",)):
+        """Until the page says that it is shown and the window's title says so, too."""
+        beacon = self.wait(lambda: self.site.heard(self.since, what, urls), f"{what} of {urls}")
+        self.wait(lambda: self.shows(beacon.at), f"the title of {beacon.at}")
+        return beacon
+
+    def stay(self, seconds):
+        """Nothing is to be written in this time; what is, the tally finds at fault."""
+        holds_for(seconds, lambda: self.tally.absorb() or True, "the page is looked at")
+
+    # --- what follows ----------------------------------------------------------------------------
+
+    def load_into_tab(self, url, kind="new page"):
+        """After an act that leads to a new document at the end of the tab's history."""
+        beacon = self.wait_for_page(url)
+        self.tab.go_to(Entry(url, beacon.base))
+        self.expect_presented(kind, beacon.time)
+
+    def move_in_tab(self, what):
+        """After an act that gives the document another address: the entry, and the time."""
+        beacon = self.wait(lambda: self.site.heard(self.since, (what,)), f"{what} of the page")
+        self.wait(lambda: self.shows(beacon.at), f"the title of {beacon.at}")
+        return Entry(beacon.at, beacon.base), beacon.time
+
+    def expect_presented(self, kind, committed):
+        address = self.model.present()
+        if address:
+            self.tally.expect(kind, address, self.since, committed)
+        elif self.model.presented is None:
+            # Whether a page that is not recorded stood in between makes the next one a visit or
+            # not; it stands long enough to be seen.
+            self.stay(LOOK_SECONDS)
+
+    def expect_chosen(self, kind):
+        """For a page that was loaded before. No page says when it comes to the front, and a title
+        is seen late; so the time runs from the key or the click."""
+        self.expect_presented(kind, self.since)
+
+    def expect_moved(self, kind, committed):
+        """For an address without a new document, which is a visit when it has stood for a second:
+        it stands for longer, also when it is recorded sooner."""
+        self.expect_presented(kind, committed)
+        self.wait(self.tally.absorb, "the record")
+        self.stay(max(0.0, committed + STANDING_SECONDS - time.time()))
+
+    def expect_again(self, kind, committed):
+        """After a load that ended on the address that it began on."""
+        if not self.window.private:
+            self.tally.expect(kind, self.entry.address, self.since, committed)
+
+    def expect_nothing(self, seconds=LOOK_SECONDS):
+        self.stay(seconds)
+
+    # --- windows and tabs ------------------------------------------------------------------------
+
+    def see_which_tab(self):
+        """After another tab has come to the front: the title says which."""
+        before = self.tab
+
+        def tab_shown():
+            for tab in self.window.tabs:
+                if tab is not before and tab.entry.url and self.shows(tab.entry.url):
+                    return tab
+            return None
+
+        self.window.tab = self.wait(tab_shown, "another tab's title")
+        self.expect_chosen("tab chosen")
+
+    def use_window(self, window):
+        self.begin()
+        self.model.use(window)
+        self.browser.window = window.handle
+        self.browser.use()
+        self.expect_chosen("window chosen")
+
+    def add_window(self, handle, tab, private=False):
+        self.model.windows.insert(0, Window(handle, [tab], private))
+        self.browser.window = handle
+
+    def start(self):
+        """A browser that has just been started, with one window on a page that is not recorded."""
+        self.browser.start(HOME)
+        self.model.windows = [Window(self.browser.window, [Tab([Entry(None)])])]
+        self.model.presented = self.model.presented_before = None
+        self.model.last_closed_in = None
+        # A browser that has just started loses clicks; what is typed is typed again.
+        self.pages += 1
+        ready = f"{HOME}{self.pages}"
+        self.type_url(ready)
+        self.wait_for_page(ready)

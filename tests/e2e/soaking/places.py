@@ -1,0 +1,54 @@
+"""Where the soak's steps lead: addresses that were never used, and the links of the present page."""
+
+from soaking.site import LINKS, link_from
+from soaking.tally import PRIVATE_HOST
+
+HOSTS = ("www.soak.example", "a.north.soak.example", "b.south.soak.example")
+
+
+class Places:
+    """A part of `Browsing`."""
+
+    def __init__(self, pages):
+        self.pages = pages  # so many addresses have been made
+        self._special = set()
+
+    def new_url(self):
+        self.pages += 1
+        host = PRIVATE_HOST if self.window.private else self.random.choice(HOSTS)
+        return f"http://{host}/p/{self.pages}-"
+
+    def unused_links(self):
+        """Cells of the present page whose links lead to a page that was never asked for."""
+        return [cell for cell in LINKS if not self.site.times_asked(self.link(cell))]
+
+    def plain_links(self):
+        """Cells whose links lead to a page, in no tab already."""
+        open_addresses = self.model.open_addresses()
+        return [cell for cell in LINKS if self.link(cell) not in self._special
+                and self.link(cell).removeprefix("http://") not in open_addresses]
+
+    def link(self, cell):
+        return link_from(self.entry.base, cell)
+
+    def mark_as_special(self, url):
+        """From now on no step takes the link there for an ordinary one."""
+        self._special.add(url)
+
+    def new_place(self):
+        """A page that was never asked for: a link's, or one to be typed. The step puts there what
+        it likes; no step takes a link there for an ordinary one."""
+        links = self.unused_links() if self.is_on_a_page() else []
+        if links and self.random.random() < 0.6:
+            url = self.link(self.random.choice(links))
+        else:
+            url = self.new_url()
+        self.mark_as_special(url)
+        return url
+
+    def go_to(self, url):
+        """By the link where the page has one there, else by typing."""
+        for cell in self.unused_links() if self.is_on_a_page() else []:
+            if self.link(cell) == url:
+                return self.click(cell)
+        return self.type_url(url)

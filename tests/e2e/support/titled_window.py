@@ -1,0 +1,28 @@
+"""A program with one window that only looks like a browser's: its title and program name are what
+the arguments say, and an entry in it holds an address. It is started as a program of its own.
+
+GTK is called without a binding; the browsers need its library, too.
+"""
+
+import ctypes
+import sys
+
+NEW_TOP_LEVEL = 0
+
+
+def main(title, program_name, address):
+    gtk = ctypes.CDLL("libgtk-3.so.0")
+    gtk.gtk_window_new.restype = gtk.gtk_entry_new.restype = ctypes.c_void_p
+    ctypes.CDLL("libglib-2.0.so.0").g_set_prgname(program_name.encode())
+    gtk.gtk_init(None, None)
+    window = ctypes.c_void_p(gtk.gtk_window_new(NEW_TOP_LEVEL))
+    entry = ctypes.c_void_p(gtk.gtk_entry_new())
+    gtk.gtk_entry_set_text(entry, address.encode())
+    gtk.gtk_container_add(window, entry)
+    gtk.gtk_window_set_title(window, title.encode())
+    gtk.gtk_widget_show_all(window)
+    gtk.gtk_main()
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -1,0 +1,114 @@
+"""A Wayland session of the tests' own, its browsers, and the program in it.
+
+Wayland lets nobody look at another program's window or type into it. So browsers are sent to a
+page by being called again with its address; that they have come there is seen by the site. The
+program is used over the accessibility bus alone.
+"""
+
+import os
+import re
+from dataclasses import dataclass
+
+from support.accessibility import STATE_SHOWING
+from support.browsers import Chromium, Firefox
+from support.quorrix import Quorrix
+from support.screen import Window
+from support.session import PrivateSession
+from support.waiting import wait_until
+
+SOCKET = "wayland-e2e"
+X_SERVER = re.compile(r"xserver listening on display (:\d+)")
+
+
+class WaylandSession(PrivateSession):
+    """A compositor without XWayland: X clients find no display.
+
+    The compositor itself shows on an X display, which only `screen` knows: without any display it
+    would have no keyboard, and no window would ever be the active one.
+    """
+
+    options = ()
+
+    def _start_display(self):
+        super()._start_display()
+        self.start(["weston", "--backend=x11-backend.so", "--use-pixman", "--no-config",
+                    "--width=1280", "--height=960", "--idle-time=0", f"--socket={SOCKET}",
+                    *self.options], log="weston.log")
+        socket = os.path.join(self.environment["XDG_RUNTIME_DIR"], SOCKET)
+        wait_until(lambda: os.path.exists(socket), "the compositor")
+        super()._start_window_manager()
+        wait_until(self.screen.window_numbers, "the compositor's window")
+        Window(self.screen, self.screen.window_numbers()[0]).use()
+        del self.environment["DISPLAY"]
+        self.environment["WAYLAND_DISPLAY"] = SOCKET
+
+    def _start_window_manager(self):
+        """The compositor is one."""
+
+
+class XWaylandSession(WaylandSession):
+    """A compositor with XWayland, as most desktops have it."""
+
+    options = ("--xwayland",)
+
+    def _start_display(self):
+        super()._start_display()
+        listening = wait_until(lambda: X_SERVER.search(self.log("weston.log")), "XWayland")
+        self.environment["DISPLAY"] = listening[1]
+
+
+class WaylandBrowser:
+    """To be mixed into a browser."""
+
+    def start(self, url):
+        self.process = self._call(url)
+
+    def start_private(self, url):
+        self.process = self._call(self.private_option, url)
+
+    def visit(self, url):
+        """Opens a page in a new tab, unless there is no ordinary window yet."""
+        self._call(url)
+
+    def open_window(self, url):
+        self._call(self.window_option, url)
+
+    def open_private_window(self, url):
+        self._call(self.private_option, url)
+
+    def _call(self, *options):
+        url = options[-1]
+        before = self.site.times_asked(url)
+        process = self._run(*self.normal_options(), *options)
+        wait_until(lambda: self.site.times_asked(url) > before,
+                   lambda: f"{self.name} to ask for {url}", 40)
+        return process
+
+
+class WaylandFirefox(WaylandBrowser, Firefox):
+    def environment(self):
+        return {**super().environment(), "MOZ_ENABLE_WAYLAND": "1"}
+
+
+class WaylandChromium(WaylandBrowser, Chromium):
+    def normal_options(self):
+        return [*super().normal_options(), "--ozone-platform=wayland"]
+
+
+@dataclass(frozen=True)
+class ShownWindow:
+    title: str
+
+
+class WaylandQuorrix(Quorrix):
+    def windows(self):
+        return [ShownWindow(window.name) for window in self.application().children()
+                if window.has_state(STATE_SHOWING)]
+
+    def close_window(self):
+        self.choose("File", "Exit")
+
+    def is_client_of(self, platform):
+        """Whether the program has loaded that platform plugin of its toolkit."""
+        with open(f"/proc/{self.process.pid}/maps", encoding="utf-8") as file:
+            return any(f"/platforms/libq{platform}" in line for line in file)
