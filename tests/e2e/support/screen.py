@@ -189,15 +189,20 @@ class Screen:
         and it is painted."""
         if not window:
             return self._import(path, "-window", "root")
-        wait_until(lambda: self.window_numbers_from_below()[-1] == window.number,
-                   lambda: f"the window {window.title!r} to lie in front")
         before = None
         def is_finished():
             nonlocal before
+            if not self._lies_in_front(window):
+                return False
             self._import(path, "-frame", "-window", str(window.number))
             earlier, before = before, pictures.signature(path)
-            return earlier == before and pictures.is_painted(path)
-        return wait_until(is_finished, lambda: f"the window {window.title!r} to be painted")
+            return (earlier == before and pictures.is_painted(path)
+                    and self._lies_in_front(window))
+        return wait_until(is_finished, lambda: f"the window {window.title!r} to "
+                          f"{'be painted' if self._lies_in_front(window) else 'lie in front'}")
+
+    def _lies_in_front(self, window):
+        return self.window_numbers_from_below()[-1] == window.number
 
     def _import(self, path, *part):
         subprocess.run(["import", *part, path], env=self.environment, check=True, timeout=20)
