@@ -38,6 +38,7 @@ void NotesDialog::Form_Load() {
   runLoadGuarded(FailureFamily::OpenNotes, [this] {
     centreOver(*this, parts().mainWindow);
     if (auto stored = notes_.read(siteKey())) Text1_->showStored(std::move(*stored));
+    Text1_->moveCursor(QTextCursor::End);  // people add to their notes
     DeleteButton_->setEnabled(!Text1_->value().empty());
     showSiteInCaption();
   });

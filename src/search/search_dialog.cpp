@@ -5,6 +5,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "platform/failure.h"
 #include "search/search_controls.h"
 #include "search/up_down.h"
 #include "shell/centre_over.h"
@@ -38,12 +39,20 @@ SearchDialog::SearchDialog(Parts parts) : QDialog(&parts.mainWindow), parts_(std
   Text3_->setObjectName(QStringLiteral("Text3"));
   Text3_->setAccessibleName(Label4->text());
   Label4->setBuddy(Text3_);
-  QLayout* const dateBoxes = rowOfDateBoxes();
+  QLabel* const Label5 = makeLabel("Label5", QStringLiteral("Accessed after"), this);
+  date_ = new QWidget(this);
+  date_->setLayout(rowOfDateBoxes());
   QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"), this);
   QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
   OKButton->setDefault(true);
   connect(OKButton, &QPushButton::clicked, this, &SearchDialog::OKButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &SearchDialog::CancelButton_Click);
+  for (QWidget* const widget : {static_cast<QWidget*>(Label4), static_cast<QWidget*>(Text3_)}) {
+    connect(Option2_, &QRadioButton::toggled, widget, &QWidget::setDisabled);
+  }
+  for (QWidget* const widget : {static_cast<QWidget*>(Label5), date_}) {
+    connect(Option1_, &QRadioButton::toggled, widget, &QWidget::setDisabled);
+  }
 
   auto* const criteria = new QGridLayout;
   criteria->addWidget(makeLabel("Label8", QStringLiteral("Search on"), this), 0, 0);
@@ -52,8 +61,8 @@ SearchDialog::SearchDialog(Parts parts) : QDialog(&parts.mainWindow), parts_(std
   criteria->addWidget(Option3_, 2, 1);
   criteria->addWidget(Label4, 3, 0);
   criteria->addWidget(Text3_, 3, 1);
-  criteria->addWidget(makeLabel("Label5", QStringLiteral("Accessed after"), this), 4, 0);
-  criteria->addLayout(dateBoxes, 4, 1);
+  criteria->addWidget(Label5, 4, 0);
+  criteria->addWidget(date_, 4, 1);
   criteria->setColumnStretch(1, 1);
 
   auto* const buttons = new QHBoxLayout;
@@ -112,6 +121,7 @@ QLayout* SearchDialog::rowOfDateBoxes() {
   row->addWidget(Label7);
   addWithArrows(Text4_, new UpDown("UpDown3", QStringLiteral("year"), *Text4_, kYears));
   row->addStretch();
+  row->setContentsMargins(0, 0, 0, 0);
   return row;
 }
 
@@ -131,6 +141,7 @@ void SearchDialog::OKButton_Click() {
     const SearchCriteria criteria{.userSearchType = userSearchType(),
                                   .searchText = Text3_->text().toStdString(),
                                   .searchDate = searchDate()};
+    if (criteria.userSearchType != UserSearchType::Url) focusWrongDatePart(criteria.searchDate);
     const std::vector<std::string> found = matchesOf(criteria);
     if (found.empty()) {
       parts_.messageBox.show("No matches found.", MessageBoxStyle::Information);
@@ -138,6 +149,23 @@ void SearchDialog::OKButton_Click() {
     }
     parts_.showResults(criteria, found);
   });
+}
+
+// The message about a date that is none names no box, so the keyboard goes to the one to
+// correct.
+void SearchDialog::focusWrongDatePart(const std::string& date) {
+  try {
+    static_cast<void>(readCalendarDate(date));
+  } catch (const Failure&) {
+    const int month = Text2_->text().toInt();
+    bool hasYear = false;
+    Text4_->text().mid(2, 2).toInt(&hasYear);
+    QLineEdit* const wrong = month < kMonths.lowest || month > kMonths.highest ? Text2_
+                             : hasYear                                         ? Text1_
+                                                                               : Text4_;
+    wrong->setFocus();
+    wrong->selectAll();
+  }
 }
 
 std::vector<std::string> SearchDialog::matchesOf(const SearchCriteria& criteria) {

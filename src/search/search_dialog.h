@@ -48,6 +48,7 @@ class SearchDialog final : public QDialog {
   [[nodiscard]] QRadioButton* makeOption(const char* name, const QString& caption);
   [[nodiscard]] QLineEdit* makeDateBox(const char* name, const QString& label, int digits);
   [[nodiscard]] QLayout* rowOfDateBoxes();
+  void focusWrongDatePart(const std::string& date);
   [[nodiscard]] std::vector<std::string> matchesOf(const SearchCriteria& criteria);
   [[nodiscard]] UserSearchType userSearchType() const;
   [[nodiscard]] std::string searchDate() const;
@@ -60,6 +61,7 @@ class SearchDialog final : public QDialog {
   QLineEdit* Text2_;
   QLineEdit* Text1_;
   QLineEdit* Text4_;
+  QWidget* date_;  // the boxes of the date with what belongs to them
 };
 
 }  // namespace quorrix

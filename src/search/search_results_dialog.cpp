@@ -105,9 +105,7 @@ void SearchResultsDialog::OKButton_Click() {
       return;
     }
     const Hourglass hourglass(*this);
-    const NodeId node = parts_.tree.at(fromQString(List1_->item(selected)->text()));
-    parts_.makeVisible(node);
-    parts_.tree.select(node);
+    parts_.locate(parts_.tree.at(fromQString(List1_->item(selected)->text())));
   });
 }
 

@@ -26,8 +26,8 @@ class SearchResultsDialog final : public QDialog {
     SiteTree& tree;
     MessageBox& messageBox;
     QWidget& mainWindow;
-    std::function<void(NodeId)> makeVisible;  // scrolls the tree to the node
-    std::function<void()> newSearch;          // this dialog is to give way to a new search
+    std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
+    std::function<void()> newSearch;     // this dialog is to give way to a new search
   };
 
   explicit SearchResultsDialog(Parts parts);

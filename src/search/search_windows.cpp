@@ -63,7 +63,7 @@ void SearchWindows::loadResults(const SearchCriteria& criteria,
       SearchResultsDialog::Parts{.tree = parts_.tree,
                                  .messageBox = parts_.messageBox,
                                  .mainWindow = parts_.mainWindow,
-                                 .makeVisible = parts_.makeVisible,
+                                 .locate = parts_.locate,
                                  .newSearch = [this] { newSearch(); }});
   dialog->Form_Load(criteria, addresses);
   QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(results_); });

@@ -24,7 +24,7 @@ class SearchWindows {
     MessageBox& messageBox;
     QWidget& mainWindow;
     SiteSearch search;
-    std::function<void(NodeId)> makeVisible;  // scrolls the tree to the node
+    std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
   };
 
   explicit SearchWindows(Parts parts) : parts_(std::move(parts)) {}

@@ -22,6 +22,12 @@ bool isValidHost(std::string_view host) {
 
 }  // namespace
 
+std::string_view schemePrefix(char protocolFlag) {
+  if (protocolFlag == protocol_flag::kHttps) return kHttpsPrefix;
+  if (protocolFlag == protocol_flag::kFtp) return kFtpPrefix;
+  return kHttpPrefix;
+}
+
 AddressCheck validateAddress(std::string_view address) {
   char flag = protocol_flag::kNone;
   if (address.starts_with(kFtpPrefix)) {

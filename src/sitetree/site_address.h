@@ -22,6 +22,10 @@ inline constexpr char kFtp = 'F';
 inline constexpr char kNone = 'U';
 }  // namespace protocol_flag
 
+// What stands before the stored address in a web address: "http://", "https://" or "ftp://";
+// "http://" for an unknown scheme.
+[[nodiscard]] std::string_view schemePrefix(char protocolFlag);
+
 struct AddressCheck {
   bool isValid;
   char protocolFlag;

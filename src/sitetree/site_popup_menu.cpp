@@ -7,6 +7,7 @@ struct Entry {
   const char* name;  // null: a separator
   const char* caption;
   std::function<void()> SitePopupMenu::Handlers::*handler;
+  QKeyCombination keys = {};  // of the tree, that do the same
 };
 
 constexpr Entry kSeparator = {nullptr, nullptr, nullptr};
@@ -15,7 +16,8 @@ constexpr Entry kEntries[] = {
     {"PopUpShowAll", "Show All", &SitePopupMenu::Handlers::PopUpShowAll_Click},
     {"PopUpHideAll", "Hide All", &SitePopupMenu::Handlers::PopUpHideAll_Click},
     kSeparator,
-    {"PopUpLaunch", "Link to in Browser", &SitePopupMenu::Handlers::PopUpLaunch_Click},
+    {"PopUpLaunch", "Link to in Browser", &SitePopupMenu::Handlers::PopUpLaunch_Click,
+     Qt::Key_Return},
     kSeparator,
     {"PopUpNotes", "Notes...", &SitePopupMenu::Handlers::PopUpNotes_Click},
     {"PopUpPasswords", "User ID, Password...", &SitePopupMenu::Handlers::PopUpPasswords_Click},
@@ -36,6 +38,8 @@ SitePopupMenu::SitePopupMenu(const Handlers& handlers, QWidget* parent) : QMenu(
     QAction* const action = addAction(QString::fromLatin1(entry.caption));
     action->setObjectName(QString::fromLatin1(entry.name));
     action->setEnabled(false);
+    // To be read beside the caption: a menu that hangs on nothing has no shortcuts.
+    if (entry.keys != QKeyCombination()) action->setShortcut(entry.keys);
     if (const auto& handler = handlers.*entry.handler) {
       connect(action, &QAction::triggered, this, [handler] { handler(); });
       working_.push_back(action);

@@ -1,10 +1,16 @@
 #include "sitetree/site_tree_view.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStringBuilder>
 #include <algorithm>
+
+#include "shell/plain_text.h"
+#include "sitetree/site_address.h"
 
 namespace quorrix {
 namespace {
@@ -63,11 +69,17 @@ void SiteTreeView::expandAll(NodeId node, bool addressFound) {
 
 void SiteTreeView::collapseNode(NodeId node) { collapse(model_.indexOf(node)); }
 
-void SiteTreeView::makeVisible(NodeId node) {
+void SiteTreeView::makeVisible(NodeId node, ScrollHint where) {
   for (NodeId above = tree_.parent(node); above != kNoNode; above = tree_.parent(above)) {
     expand(model_.indexOf(above));
   }
-  scrollTo(model_.indexOf(node));
+  scrollTo(model_.indexOf(node), where);
+}
+
+// What was found may lie anywhere, so the rows around it are shown too.
+void SiteTreeView::keyboardSearch(const QString& search) {
+  QTreeView::keyboardSearch(search);
+  scrollTo(currentIndex(), PositionAtCenter);
 }
 
 void SiteTreeView::mouseReleaseEvent(QMouseEvent* event) {
@@ -83,12 +95,25 @@ void SiteTreeView::contextMenuEvent(QContextMenuEvent* event) {
   releaseRightButtonAtCurrentRow(event->modifiers());
 }
 
-// The other key for a context menu, for keyboards that lack the menu key.
 void SiteTreeView::keyPressEvent(QKeyEvent* event) {
+  // The other key for a context menu, for keyboards that lack the menu key.
   if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
     return releaseRightButtonAtCurrentRow(Qt::NoModifier);
   }
+  if (event->matches(QKeySequence::Copy)) return copyAddress();
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (!event->isAutoRepeat()) emit enterPressed();
+    return;
+  }
   QTreeView::keyPressEvent(event);
+}
+
+// Qt would copy the row's text, which is one segment of the address.
+void SiteTreeView::copyAddress() const {
+  const NodeId node = tree_.selected();
+  if (node == tree_.root()) return;
+  QApplication::clipboard()->setText(toQString(schemePrefix(tree_.tag(node))) %
+                                     toQString(tree_.key(node)));
 }
 
 // Where the row's text begins, for a long row ends outside the window.
@@ -127,7 +152,11 @@ void SiteTreeView::changeEvent(QEvent* event) {
 
 void SiteTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
-  if (current.isValid()) tree_.select(model_.nodeOf(current));
+  if (!current.isValid()) return;
+  const NodeId node = model_.nodeOf(current);
+  if (node == tree_.selected()) return;
+  tree_.select(node);
+  emit nodeChosen();
 }
 
 // The tree always has a selected node, so its row stays highlighted: clicks into

@@ -32,10 +32,20 @@ class SiteTreeView final : public QTreeView {
   // The node alone: what was open below it is open again when it is.
   void collapseNode(NodeId node);
 
-  // Expands the node's ancestors and scrolls to it.
-  void makeVisible(NodeId node);
+  // Expands the node's ancestors and scrolls to it: no further than needed, or until it is in
+  // the middle of the view.
+  void makeVisible(NodeId node, ScrollHint where = EnsureVisible);
+
+  void keyboardSearch(const QString& search) override;
 
  signals:
+  // The user selected another node, by mouse or keyboard. When the program selects one in
+  // the tree, this is not emitted.
+  void nodeChosen();
+
+  // Enter was pressed on the selected node.
+  void enterPressed();
+
   // A mouse button was released over the tree, also over empty space. `shift`
   // adds 1 for Shift, 2 for Ctrl, 4 for Alt; x and y are pixels in the viewport.
   void mouseUp(int button, int shift, int x, int y);
@@ -53,6 +63,7 @@ class SiteTreeView final : public QTreeView {
 
  private:
   void showSelection();
+  void copyAddress() const;
   void releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers);
   void widenToVisibleRows();
 

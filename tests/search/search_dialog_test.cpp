@@ -160,6 +160,7 @@ TEST_F(SearchDialogTest, CountsTheDateWithinItsRanges) {
 }
 
 TEST_F(SearchDialogTest, HasArrowsBesideEachPartOfTheDate) {
+  choose(dialog_, "Option2");
   const std::pair<const char*, const char*> kPairs[] = {
       {"UpDown2", "Text2"}, {"UpDown1", "Text1"}, {"UpDown3", "Text4"}};
   for (const auto& [arrows, box] : kPairs) {
@@ -260,8 +261,73 @@ TEST_F(SearchDialogTest, ClosesWithoutASearch) {
 
 TEST_F(SearchDialogTest, IsWalkedThroughFromTopToBottom) {
   dialog_.show();
+  dialog_.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog_));
+  choose(dialog_, "Option3");
+  control<QRadioButton>(dialog_, "Option3").setFocus();
+  control<QLineEdit>(dialog_, "Text3").setFocus();
   EXPECT_EQ(tabThrough(dialog_),
-            (Texts{"Text3", "Text2", "Text1", "Text4", "OKButton", "CancelButton", "Option1"}));
+            (Texts{"Text3", "Text2", "Text1", "Text4", "OKButton", "CancelButton", "Option3"}));
+}
+
+TEST_F(SearchDialogTest, GreysWhatDoesNotCountForTheChosenOption) {
+  const auto enabled = [this] {
+    Texts names;
+    for (const char* const name : {"Label4", "Text3", "Label5", "Label6", "Text2", "UpDown2",
+                                   "Text1", "UpDown1", "Label7", "Text4", "UpDown3"}) {
+      if (control<QWidget>(dialog_, name).isEnabled()) names.emplace_back(name);
+    }
+    return names;
+  };
+  const Texts address{"Label4", "Text3"};
+  const Texts date{"Label5",  "Label6", "Text2", "UpDown2", "Text1",
+                   "UpDown1", "Label7", "Text4", "UpDown3"};
+  EXPECT_EQ(enabled(), address);
+  choose(dialog_, "Option2");
+  EXPECT_EQ(enabled(), date);
+  choose(dialog_, "Option3");
+  Texts both = address;
+  both.insert(both.end(), date.begin(), date.end());
+  EXPECT_EQ(enabled(), both);
+  choose(dialog_, "Option1");
+  EXPECT_EQ(enabled(), address);
+}
+
+TEST_F(SearchDialogTest, LeavesTheKeyboardInTheDatePartThatIsWrong) {
+  dialog_.show();
+  choose(dialog_, "Option2");
+  whileSearching_ = [] { throw Failure(13); };
+  struct Case {
+    const char* month;
+    const char* day;
+    const char* year;
+    const char* wrong;
+  };
+  for (const Case& each : {Case{"13", "5", "2026", "Text2"}, Case{"may", "5", "2026", "Text2"},
+                           Case{"2", "30", "2026", "Text1"}, Case{"2", "", "2026", "Text1"},
+                           Case{"2", "3", "20", "Text4"}, Case{"2", "3", "20xx", "Text4"}}) {
+    enter(dialog_, "Text2", each.month);
+    enter(dialog_, "Text1", each.day);
+    enter(dialog_, "Text4", each.year);
+    control<QRadioButton>(dialog_, "Option2").setFocus();
+    messageBox_.expect("Unknown error. Unable to process search.", MessageBoxStyle::Critical);
+    press(dialog_, "OKButton");
+    EXPECT_EQ(dialog_.focusWidget()->objectName().toStdString(), each.wrong);
+    EXPECT_TRUE(control<QLineEdit>(dialog_, each.wrong).text().isEmpty() ||
+                control<QLineEdit>(dialog_, each.wrong).hasSelectedText());
+  }
+}
+
+TEST_F(SearchDialogTest, LeavesTheKeyboardWhereItIsWhenTheDateIsNotAtFault) {
+  dialog_.show();
+  whileSearching_ = [] { throw Failure(13); };
+  for (const char* const option : {"Option1", "Option3"}) {
+    choose(dialog_, option);
+    control<QLineEdit>(dialog_, "Text3").setFocus();
+    messageBox_.expect("Unknown error. Unable to process search.", MessageBoxStyle::Critical);
+    press(dialog_, "OKButton");
+    EXPECT_EQ(dialog_.focusWidget()->objectName().toStdString(), "Text3");
+  }
 }
 
 TEST_F(SearchDialogTest, MovesBetweenTheOptionsByArrowKeys) {

@@ -220,5 +220,15 @@ TEST(AddressLevels, FailAtThe51stSegment) {
   EXPECT_EQ(failureNumberOf([] { return addressLevels(std::string(300, '/')).count(); }), 9);
 }
 
+TEST(SchemePrefix, IsThatOfTheFlag) {
+  EXPECT_EQ(schemePrefix('N'), "http://");
+  EXPECT_EQ(schemePrefix('S'), "https://");
+  EXPECT_EQ(schemePrefix('F'), "ftp://");
+}
+
+TEST(SchemePrefix, IsHttpWhereNoSchemeIsKnown) {
+  for (const char flag : {'U', '\0', 'n', 's'}) EXPECT_EQ(schemePrefix(flag), "http://");
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -4,12 +4,15 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <cstdlib>
 #include <string>
 
 #include "support/qt_printers.h"
@@ -160,6 +163,97 @@ TEST_F(SiteTreeViewMakeVisible, ScrollsToTheNode) {
   EXPECT_TRUE(isOnScreen("host99.two.three/page"));
   view_.makeVisible(node("ROOT"));
   EXPECT_TRUE(isOnScreen("ROOT"));
+}
+
+TEST_F(SiteTreeViewMakeVisible, PutsTheNodeIntoTheMiddleWhenItIsAskedTo) {
+  for (int i = 0; i < 100; ++i) add("host" + std::to_string(i) + ".two.three/page");
+  view_.expandDNSNodes();
+  view_.makeVisible(node("host50.two.three/page"), SiteTreeView::PositionAtCenter);
+  const QRect row = view_.visualRect(indexOf("host50.two.three/page"));
+  EXPECT_LE(std::abs(row.center().y() - view_.viewport()->rect().center().y()), row.height());
+}
+
+using SiteTreeViewTypeAhead = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewTypeAhead, SelectsTheNextNodeThatBeginsWithTheTextAndPutsItIntoTheMiddle) {
+  for (int i = 10; i < 100; ++i) add("host" + std::to_string(i) + ".two.three");
+  view_.expandDNSNodes();
+  QTest::keyClicks(&view_, QStringLiteral("HOST55"));
+  EXPECT_EQ(tree_.selected(), node("host55.two.three"));
+  const QRect row = view_.visualRect(indexOf("host55.two.three"));
+  EXPECT_LE(std::abs(row.center().y() - view_.viewport()->rect().center().y()), row.height());
+}
+
+class SiteTreeViewNodeChosenTest : public SiteTreeViewTest {
+ protected:
+  QSignalSpy chosen_{&view_, &SiteTreeView::nodeChosen};
+};
+
+using SiteTreeViewNodeChosen = SiteTreeViewNodeChosenTest;
+
+TEST_F(SiteTreeViewNodeChosen, ComesOnceForEachNodeThatTheUserSelects) {
+  givenTwoHostsWithSubSites();
+  click(Qt::LeftButton, placeOf("four.five.six"));
+  EXPECT_EQ(chosen_.count(), 1);
+  QTest::keyClick(&view_, Qt::Key_Home);
+  EXPECT_EQ(chosen_.count(), 2);
+  QTest::keyClicks(&view_, QStringLiteral("one"));
+  EXPECT_EQ(chosen_.count(), 3);
+}
+
+TEST_F(SiteTreeViewNodeChosen, ComesWhenTheTreeSelectsTheNodeAlready) {
+  givenTwoHostsWithSubSites();
+  NodeId selected = kNoNode;
+  QObject::connect(&view_, &SiteTreeView::nodeChosen, &view_,
+                   [this, &selected] { selected = tree_.selected(); });
+  QTest::keyClick(&view_, Qt::Key_Down);
+  EXPECT_EQ(selected, node("one.two.three"));
+}
+
+TEST_F(SiteTreeViewNodeChosen, IsNotSentForWhatTheProgramSelects) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  tree_.select(node("one.two.three/a/b"));
+  add("new.host.example");
+  tree_.clear();
+  EXPECT_EQ(chosen_.count(), 0);
+}
+
+TEST_F(SiteTreeViewNodeChosen, IsNotSentForTheSameNodeAgain) {
+  givenTwoHostsWithSubSites();
+  click(Qt::LeftButton, placeOf("four.five.six"));
+  click(Qt::LeftButton, placeOf("four.five.six"));
+  EXPECT_EQ(chosen_.count(), 1);
+}
+
+using SiteTreeViewKeys = SiteTreeViewTest;
+
+TEST_F(SiteTreeViewKeys, CopyTheWholeAddressWithItsScheme) {
+  givenTwoHostsWithSubSites();
+  tree_.addMissingLevels(addressLevels("secure.host.example/caf\xE9"), 'S');
+  tree_.select(node("one.two.three/a/b"));
+  QTest::keyClick(&view_, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("http://one.two.three/a/b"));
+  tree_.select(node("secure.host.example/caf\xE9"));
+  QTest::keyClick(&view_, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            QStringLiteral("https://secure.host.example/caf\u00e9"));
+}
+
+TEST_F(SiteTreeViewKeys, CopyNothingFromTheRoot) {
+  QApplication::clipboard()->setText(QStringLiteral("before"));
+  QTest::keyClick(&view_, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
+}
+
+TEST_F(SiteTreeViewKeys, TellOfEnterOnceForEachPress) {
+  const QSignalSpy enters(&view_, &SiteTreeView::enterPressed);
+  QTest::keyClick(&view_, Qt::Key_Return);
+  QTest::keyClick(&view_, Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_EQ(enters.count(), 2);
+  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+  QApplication::sendEvent(&view_, &repeated);
+  EXPECT_EQ(enters.count(), 2);
 }
 
 using SiteTreeViewFollows = SiteTreeViewTest;

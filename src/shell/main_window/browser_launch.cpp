@@ -5,22 +5,13 @@
 #include "sitetree/site_address.h"
 
 namespace quorrix {
-namespace {
-
-void launch(CommandShell& shell, std::string_view scheme, std::string_view address) {
-  shell.run(std::string(kStartCommand).append(scheme).append(address));
-}
-
-}  // namespace
 
 void launchSiteInBrowser(CommandShell& shell, char tag, std::string_view key) {
-  if (tag == protocol_flag::kHttps) return launch(shell, "https://", key);
-  if (tag == protocol_flag::kFtp) return launch(shell, "ftp://", key);
-  launchURLInBrowser(shell, key);
+  shell.run(std::string(kStartCommand).append(schemePrefix(tag)).append(key));
 }
 
 void launchURLInBrowser(CommandShell& shell, std::string_view url) {
-  launch(shell, "http://", url);
+  launchSiteInBrowser(shell, protocol_flag::kNone, url);
 }
 
 }  // namespace quorrix

@@ -44,12 +44,14 @@ constexpr int kHeightBesideTree = 1100;
 constexpr double kFirstPanelShare = 0.65;
 constexpr double kSecondPanelShare = 0.35;
 
-constexpr MenuItem entry(const char* name, const char* caption, void (MainForm::*handler)()) {
-  return {MenuItemKind::Entry, name, caption, handler};
+constexpr MenuItem entry(const char* name, const char* caption, void (MainForm::*handler)(),
+                         QKeyCombination keys = {}) {
+  return {MenuItemKind::Entry, name, caption, handler, MenuItemNeeds::Nothing, keys};
 }
 
-constexpr MenuItem dataEntry(const char* name, const char* caption, void (MainForm::*handler)()) {
-  return {MenuItemKind::Entry, name, caption, handler, MenuItemNeeds::Data};
+constexpr MenuItem dataEntry(const char* name, const char* caption, void (MainForm::*handler)(),
+                             QKeyCombination keys = {}) {
+  return {MenuItemKind::Entry, name, caption, handler, MenuItemNeeds::Data, keys};
 }
 
 constexpr MenuItem separator(const char* name) {
@@ -61,9 +63,10 @@ constexpr MenuItem kMenus[] = {
     dataEntry("FileStartTrack", "Start &Tracking", &MainForm::FileStartTrack_Click),
     dataEntry("FileStopTrack", "&Stop Tracking", &MainForm::FileStopTrack_Click),
     separator("FileSep2"),
-    dataEntry("FileSearch", "Search Dis&play...", &MainForm::FileSearch_Click),
+    dataEntry("FileSearch", "Search Dis&play...", &MainForm::FileSearch_Click,
+              Qt::CTRL | Qt::Key_F),
     separator("FileSep3"),
-    dataEntry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click),
+    dataEntry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click, Qt::Key_Delete),
     dataEntry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
     separator("FileSep4"),
     {MenuItemKind::Submenu, "FileArchiveTop", "A&rchive", nullptr},
@@ -72,9 +75,9 @@ constexpr MenuItem kMenus[] = {
     dataEntry("FileDeleteArchive", "&Delete Sites Archive...", &MainForm::FileDeleteArchive_Click),
     {MenuItemKind::SubmenuEnd, "", "", nullptr},
     separator("FileSep5"),
-    entry("FileExit", "&Exit", &MainForm::FileExit_Click),
+    entry("FileExit", "&Exit", &MainForm::FileExit_Click, Qt::CTRL | Qt::Key_Q),
     {MenuItemKind::Menu, "HelpMenu", "&Help", nullptr},
-    entry("HelpHelp", "&Help", &MainForm::HelpHelp_Click),
+    entry("HelpHelp", "&Help", &MainForm::HelpHelp_Click, Qt::Key_F1),
     entry("HelpAbout", "&About Quorrix", &MainForm::HelpAbout_Click),
 };
 
@@ -128,6 +131,13 @@ MainForm::MainForm(const Parts& parts)
   popupMenu_ = new SitePopupMenu(handlers, this);
   connect(treeView_, &SiteTreeView::mouseUp, this, [this](int button, int shift, int x, int y) {
     runCommand([=, this] { TreeView_MouseUp(button, shift, x, y); });
+  });
+  connect(treeView_, &SiteTreeView::nodeChosen, this,
+          [this] { runCommand([this] { setCaption(); }); });
+  connect(treeView_, &SiteTreeView::enterPressed, this, [this] {
+    runCommand([this] {
+      if (tree_.selected() != tree_.root()) PopUpLaunch_Click();
+    });
   });
 
   resize(kFirstSize.boundedTo(roomInsideAFrame(*screen())));
@@ -245,7 +255,7 @@ SearchWindows::Parts MainForm::searchParts() {
               [this](const SearchCriteria& criteria) {
                 return searchSiteFile(parts_.files, workingPaths_, criteria);
               },
-          .makeVisible = [this](NodeId node) { makeVisible(node); }};
+          .locate = [this](NodeId node) { locate(node); }};
 }
 
 void MainForm::FileDelete_Click() {
@@ -424,6 +434,12 @@ void MainForm::showTrackingStatus(std::string_view text) {
 }
 
 void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
+
+void MainForm::locate(NodeId node) {
+  treeView_->makeVisible(node, SiteTreeView::PositionAtCenter);
+  tree_.select(node);
+  setCaption();
+}
 
 void MainForm::showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) {
   unreadableBrowserNotice_->showBrowsers(browsers);

@@ -104,6 +104,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void layOut();
   void Form_Unload();
   void setCaption();
+  void locate(NodeId node);
   void beginTracking();
   [[nodiscard]] bool refusesWhileTracking();
   [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);

@@ -38,6 +38,7 @@ void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items)
         QAction* const action = inside->addAction(caption);
         action->setObjectName(QString::fromLatin1(item.name));
         action->setEnabled(item.handler != nullptr);
+        if (item.keys != QKeyCombination()) action->setShortcut(item.keys);
         if (item.handler != nullptr) {
           QObject::connect(action, &QAction::triggered, &form, [&form, handler = item.handler] {
             form.runCommand([&form, handler] { (form.*handler)(); });

@@ -1,6 +1,7 @@
 // The menus of the main window as a table, and the menu bar made from it.
 #pragma once
 
+#include <Qt>
 #include <span>
 
 class QMenuBar;
@@ -29,6 +30,7 @@ struct MenuItem {
   const char* caption;
   void (MainForm::*handler)();  // null: not there yet, shown disabled
   MenuItemNeeds needs = MenuItemNeeds::Nothing;
+  QKeyCombination keys = {};  // that choose it too while the window is in use; Key_unknown: none
 };
 
 // Every action is named after its item, and an entry runs its handler as a command of

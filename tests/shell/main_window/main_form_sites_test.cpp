@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <new>
 
@@ -238,6 +239,72 @@ TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
   expectNothingDeleted();
 }
 
+// A question about "the selected site" is about the one that the caption names.
+TEST_F(MainFormDelete, DestroysTheSiteThatTheCaptionNamesAfterTheKeyboardSelectedIt) {
+  select("four.five.six");
+  QTest::keyClick(&stage_.treeView(), Qt::Key_Home);
+  EXPECT_EQ(stage_.caption(), "Quorrix");
+  QTest::keyClick(&stage_.treeView(), Qt::Key_Down);
+  EXPECT_EQ(stage_.caption(), "Quorrix - one.two.three");
+  QTest::keyClicks(&stage_.treeView(), QStringLiteral("four"));
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
+  QTest::keyClick(&stage_.treeView(), Qt::Key_Up);
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.choose("FileDelete");
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
+  EXPECT_EQ(stage_.form.tree().size(), 2U);
+}
+
+class MainFormKeysTest : public MainFormSitesTest {
+ protected:
+  MainFormKeysTest() {
+    stage_.form.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&stage_.form));
+  }
+
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&stage_.treeView(), key, modifiers);
+  }
+};
+
+using MainFormKeys = MainFormKeysTest;
+
+TEST_F(MainFormKeys, DeleteAsksBeforeItDeletesTheSelectedSite) {
+  select("four.five.six");
+  whenAskedAnswer(MessageBoxButton::Cancel);
+  press(Qt::Key_Delete);
+  EXPECT_TRUE(stage_.messageBox.isThrough());
+  expectNothingDeleted();
+}
+
+TEST_F(MainFormKeys, CtrlFOpensTheSearch) {
+  press(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_NE(test::openWindow(QStringLiteral("SearchDialog")), nullptr);
+}
+
+TEST_F(MainFormKeys, CtrlQEndsTheProgram) {
+  press(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_FALSE(stage_.form.isVisible());
+}
+
+TEST_F(MainFormKeys, F1OpensTheHelp) {
+  stage_.memory.givenAFile("/Quorrix/Quorrix.hlp", "<h1>Quorrix</h1>");
+  press(Qt::Key_F1);
+  EXPECT_NE(test::openWindow(QStringLiteral("HelpWindow")), nullptr);
+}
+
+TEST_F(MainFormKeys, EnterOpensTheSelectedSiteInTheBrowser) {
+  select("four.five.six");
+  press(Qt::Key_Return);
+  EXPECT_EQ(stage_.commandShell.lines, std::vector<std::string>{"start https://four.five.six"});
+}
+
+TEST_F(MainFormKeys, EnterOnTheRootDoesNothing) {
+  stage_.form.tree().select(stage_.node("ROOT"));
+  press(Qt::Key_Return);
+  EXPECT_EQ(stage_.commandShell.lines, std::vector<std::string>{});
+}
+
 TEST_F(MainFormSearch, IsRefusedWhenNothingIsThere) {
   stage_.form.tree().clear();
   stage_.messageBox.expect("No website addresses to search in current display.",
@@ -260,6 +327,7 @@ TEST_F(MainFormSearch, FindsInTheSiteFileAndLocatesInTheTree) {
   results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
   EXPECT_EQ(stage_.form.tree().selected(), stage_.node("one.two.three/a/b"));
   EXPECT_TRUE(stage_.isOnScreen("one.two.three/a/b"));
+  EXPECT_EQ(stage_.caption(), "Quorrix - one.two.three/a/b");
 }
 
 TEST_F(MainFormSearch, LeavesResultsThatOutliveTheirSites) {

@@ -227,11 +227,11 @@ TEST_F(MainFormCaption, NamesNoSiteWhenTheRootIsSelected) {
   EXPECT_EQ(stage_.caption(), "Quorrix");
 }
 
-TEST_F(MainFormCaption, WaitsForTheMouseAndNotForTheSelection) {
+TEST_F(MainFormCaption, FollowsTheKeyboardAndNotWhatTheProgramSelects) {
   select("one.two.three");
   EXPECT_EQ(stage_.caption(), "Quorrix");
   QTest::keyClick(&stage_.treeView(), Qt::Key_Down);
-  EXPECT_EQ(stage_.caption(), "Quorrix");
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
 }
 
 TEST_F(MainFormCaption, ShowsAnAddressLetterByLetter) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
@@ -79,6 +80,41 @@ void expectMnemonicsToDiffer(const QList<QAction*>& actions) {
 TEST(MainMenu, GivesEveryItemOfAMenuAMnemonicOfItsOwn) {
   MainFormStage stage;
   expectMnemonicsToDiffer(stage.form.menuBar()->actions());
+}
+
+// "name|keys" of all entries that have keys.
+QStringList keysIn(const QList<QAction*>& actions) {
+  QStringList lines;
+  for (const QAction* const action : actions) {
+    if (!action->shortcut().isEmpty()) {
+      lines << action->objectName() + QLatin1Char('|') +
+                   action->shortcut().toString(QKeySequence::PortableText);
+    }
+    if (action->menu() != nullptr) lines << keysIn(action->menu()->actions());
+  }
+  return lines;
+}
+
+TEST(MainMenu, ShowsItsKeys) {
+  MainFormStage stage;
+  EXPECT_EQ(keysIn(stage.form.menuBar()->actions()),
+            QStringList({QStringLiteral("FileSearch|Ctrl+F"), QStringLiteral("FileDelete|Del"),
+                         QStringLiteral("FileExit|Ctrl+Q"), QStringLiteral("HelpHelp|F1")}));
+  EXPECT_EQ(keysIn(stage.popupMenu().actions()),
+            QStringList({QStringLiteral("PopUpLaunch|Return")}));
+}
+
+TEST(MainMenu, TellsAssistiveTechnologyItsKeys) {
+  MainFormStage stage;
+  stage.start();
+  const auto accelerator = [&stage](const char* menu, const char* entry) {
+    auto* const owner = stage.form.findChild<QMenu*>(QString::fromLatin1(menu));
+    QAccessibleInterface* const items = QAccessible::queryAccessibleInterface(owner);
+    const int row = static_cast<int>(owner->actions().indexOf(stage.action(entry)));
+    return items->child(row)->text(QAccessible::Accelerator).toStdString();
+  };
+  EXPECT_EQ(accelerator("FileMenu", "FileDelete"), "Del");
+  EXPECT_EQ(accelerator("HelpMenu", "HelpHelp"), "F1");
 }
 
 constexpr MenuItem kSmallMenu[] = {
