@@ -7,14 +7,16 @@ import unittest
 
 from support import processes, titled_window
 from support.accessibility import AccessibilityBus, StateWatch
-from support.browser_variants import VetoedChromium
+from support.browser_variants import VetoedChromium, chromium_in
 from support.browsers import Chromium
-from support.scenario import QuorrixTest
+from support.scenario import HOME, QuorrixTest
 from support.waiting import holds_for, wait_until
 
 STARTED_TOO_EARLY = "Close Chromium and start it again to have its pages recorded."
 VETOED = ("A setting or an environment variable switches accessibility off in Chromium. Remove it "
           "and start Chromium again to have its pages recorded.")
+UNKNOWN_KIND = ("Quorrix cannot tell whether a window of Chromium is private. Close that window and "
+                "open a new one to have its pages recorded.")
 
 UNTIL_TOLD = 15  # seconds
 
@@ -77,6 +79,25 @@ class Vetoed(UnreadableBrowserTest):
         vetoed.close()
         readable = self.given_a_browser(Chromium)
         self.assert_tracking_goes_on(readable, "http://www.garden.example/read.html",
+                                     "www.garden.example/read.html")
+        self.assert_sites(("www.garden.example/read.html", "N"))
+
+
+class OfUnknownKind(UnreadableBrowserTest):
+    def test_a_profile_that_is_named_like_a_guest_window(self):
+        self.quorrix.start()
+        browser = self.given_a_browser(
+            chromium_in("en", profiles={"Default": "Guest", "Profile 1": "Work"}))
+        self.given_tracking()
+        browser.visit("http://www.garden.example/unread.html")
+        self.quorrix.wait_for_notice(UNKNOWN_KIND, UNTIL_TOLD)
+        self.assertEqual([], self.quorrix.records())
+
+        named_like_a_guest = browser.window
+        browser.open_window_of("Profile 1", HOME)
+        named_like_a_guest.close()
+        self.quorrix.wait_for_notice(None, UNTIL_TOLD)
+        self.assert_tracking_goes_on(browser, "http://www.garden.example/read.html",
                                      "www.garden.example/read.html")
         self.assert_sites(("www.garden.example/read.html", "N"))
 

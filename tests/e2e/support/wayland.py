@@ -81,7 +81,9 @@ class WaylandBrowser:
         before = self.site.times_asked(url)
         process = self._run(*self.normal_options(), *options)
         wait_until(lambda: self.site.times_asked(url) > before,
-                   lambda: f"{self.name} to ask for {url}", 40)
+                   lambda: f"{self.name} to ask for {url}; the call of it returned "
+                           f"{process.poll()}, and it has said "
+                           f"{self.session.log(self.name + '.log')[-2000:]!r}", 40)
         return process
 
 
