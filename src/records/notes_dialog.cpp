@@ -10,6 +10,13 @@
 #include "shell/pointer.h"
 
 namespace quorrix {
+namespace {
+
+constexpr std::string_view kDelete = "Delete notes?";
+constexpr std::string_view kReplaceUnread =
+    "There are notes for this site, which could not be read when this window opened. Replace them?";
+
+}  // namespace
 
 NotesDialog::NotesDialog(const RecordDialogParts& parts)
     : RecordDialog(parts, "NotesDialog", QStringLiteral("Notes")),
@@ -37,18 +44,29 @@ NotesDialog::NotesDialog(const RecordDialogParts& parts)
 void NotesDialog::Form_Load() {
   runLoadGuarded(FailureFamily::OpenNotes, [this] {
     centreOver(*this, parts().mainWindow);
-    if (auto stored = notes_.read(siteKey())) Text1_->showStored(std::move(*stored));
+    readStored();
     Text1_->moveCursor(QTextCursor::End);  // people add to their notes
     DeleteButton_->setEnabled(!Text1_->value().empty());
     showSiteInCaption();
   });
 }
 
+bool NotesDialog::readStored() {
+  auto stored = notes_.read(siteKey());
+  isRead_ = true;
+  if (!stored) return false;
+  Text1_->showStored(std::move(*stored));
+  return true;
+}
+
 void NotesDialog::OKButton_Click() {
   runGuarded(FailureFamily::SaveNotes, [this] {
-    const Hourglass hourglass(*this);
     const std::string entered = Text1_->value();
-    if (!entered.empty()) notes_.save(siteKey(), entered);
+    if (!entered.empty()) {
+      if (!isRead_ && notes_.read(siteKey()) && !isConfirmed(kReplaceUnread)) return;
+      const Hourglass hourglass(*this);
+      notes_.save(siteKey(), entered);
+    }
     accept();
   });
 }
@@ -57,7 +75,9 @@ void NotesDialog::CancelButton_Click() { reject(); }
 
 void NotesDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteNotes, [this] {
-    if (!isConfirmed("Delete notes?")) return;
+    if (!isConfirmed(kDelete)) return;
+    // Nobody is to delete what he has not seen.
+    if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
     const Hourglass hourglass(*this);
     notes_.remove(siteKey());
     Text1_->showStored({});

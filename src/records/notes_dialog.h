@@ -18,6 +18,8 @@ class NotesDialog final : public RecordDialog {
   void Form_Load();
 
  private:
+  // Shows what is stored for the site, and tells whether anything is.
+  bool readStored();
   void OKButton_Click();
   void CancelButton_Click();
   void DeleteButton_Click();
@@ -25,6 +27,7 @@ class NotesDialog final : public RecordDialog {
   NotesFile notes_;
   MultiLineBox* Text1_;
   QPushButton* DeleteButton_;
+  bool isRead_ = false;  // the file was read, so the boxes show what it has
 };
 
 }  // namespace quorrix

@@ -12,6 +12,14 @@
 #include "shell/pointer.h"
 
 namespace quorrix {
+namespace {
+
+constexpr std::string_view kDelete = "Delete user ID and password?";
+constexpr std::string_view kReplaceUnread =
+    "There are a user ID and a password for this site, which could not be read when this window "
+    "opened. Replace them?";
+
+}  // namespace
 
 UIDDialog::UIDDialog(const RecordDialogParts& parts)
     : RecordDialog(parts, "UIDDialog", QStringLiteral("User ID, Password")),
@@ -44,22 +52,30 @@ UIDDialog::UIDDialog(const RecordDialogParts& parts)
 void UIDDialog::Form_Load() {
   runLoadGuarded(FailureFamily::OpenUserIDPassword, [this] {
     centreOver(*this, parts().mainWindow);
-    const auto stored = records_.read(siteKey());
-    DeleteButton_->setEnabled(stored.has_value());
-    if (stored) {
-      Text1_->setText(toQString(stored->userID()));
-      Text2_->setText(toQString(stored->password()));
-    }
+    DeleteButton_->setEnabled(readStored());
     showSiteInCaption();
   });
 }
 
+bool UIDDialog::readStored() {
+  const auto stored = records_.read(siteKey());
+  if (stored) {
+    Text1_->setText(toQString(stored->userID()));
+    Text2_->setText(toQString(stored->password()));
+  }
+  isRead_ = true;
+  return stored.has_value();
+}
+
 void UIDDialog::OKButton_Click() {
   runGuarded(FailureFamily::SaveUserIDPassword, [this] {
-    const Hourglass hourglass(*this);
     const UserIDPassword entered{.userID = fromQString(Text1_->text()),
                                  .password = fromQString(Text2_->text())};
-    if (!entered.userID.empty() || !entered.password.empty()) records_.save(siteKey(), entered);
+    if (!entered.userID.empty() || !entered.password.empty()) {
+      if (!isRead_ && records_.read(siteKey()) && !isConfirmed(kReplaceUnread)) return;
+      const Hourglass hourglass(*this);
+      records_.save(siteKey(), entered);
+    }
     accept();
   });
 }
@@ -68,7 +84,9 @@ void UIDDialog::CancelButton_Click() { reject(); }
 
 void UIDDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteUserIDPassword, [this] {
-    if (!isConfirmed("Delete user ID and password?")) return;
+    if (!isConfirmed(kDelete)) return;
+    // Nobody is to delete what he has not seen.
+    if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
     const Hourglass hourglass(*this);
     records_.remove(siteKey());
     Text1_->clear();

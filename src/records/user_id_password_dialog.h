@@ -19,6 +19,8 @@ class UIDDialog final : public RecordDialog {
   void Form_Load();
 
  private:
+  // Shows what is stored for the site, and tells whether anything is.
+  bool readStored();
   void OKButton_Click();
   void CancelButton_Click();
   void DeleteButton_Click();
@@ -27,6 +29,7 @@ class UIDDialog final : public RecordDialog {
   QLineEdit* Text1_;  // user ID
   QLineEdit* Text2_;  // password
   QPushButton* DeleteButton_;
+  bool isRead_ = false;  // the file was read, so the boxes show what it has
 };
 
 }  // namespace quorrix

@@ -10,8 +10,21 @@ namespace {
 
 using test::notesRecord;
 
+constexpr const char* kReplaceUnread =
+    "There are notes for this site, which could not be read when this window opened. Replace them?";
+
 class NotesDialogTest : public test::RecordDialogStage {
  protected:
+  // Loads a dialog while the file cannot be read; afterwards it can.
+  void loadInVain(NotesDialog& dialog) {
+    files_.failAtCall(test::FileCall::OpenForReading, 1, 75);
+    messageBox_.expect("Unable to open Notes window. Path/file access error.",
+                       MessageBoxStyle::Critical);
+    dialog.Form_Load();
+    files_.reset();
+    dialog.show();
+  }
+
   void givenNotes(const std::string& notes) {
     memory_.givenAFile(paths_.currentURLNotesFile, notesRecord("one.two.three/a", notes));
   }
@@ -117,15 +130,69 @@ TEST_F(NotesDialogTest, TellsOfEachFailure) {
   control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
   files_.reset();
   files_.failAtCall(test::FileCall::WriteAt, 1, 61);
+  messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
   messageBox_.expect("Unable to save notes. Unknown error.", MessageBoxStyle::Critical);
   press(dialog, "OKButton");
   files_.reset();
   files_.failAtCall(test::FileCall::WriteAt, 1, 57);
   messageBox_.expect("Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  messageBox_.expect("Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
   messageBox_.expect("Unable to delete notes. Device I/O error.", MessageBoxStyle::Critical);
   press(dialog, "DeleteButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses"));
   EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(NotesDialogTest, AsksBeforeItReplacesNotesThatWereNeverRead) {
+  givenNotes("roses");
+  NotesDialog dialog(parts());
+  loadInVain(dialog);
+  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel);
+  press(dialog, "OKButton");
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses"));
+  messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  press(dialog, "OKButton");
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(file(), notesRecord("one.two.three/a", "tulips"));
+}
+
+TEST_F(NotesDialogTest, SavesTheFirstNotesOfASiteEvenIfTheFileCouldNotBeReadBefore) {
+  memory_.givenAFile(paths_.currentURLNotesFile, "");
+  NotesDialog dialog(parts());
+  loadInVain(dialog);
+  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  press(dialog, "OKButton");
+  EXPECT_EQ(file(), notesRecord("one.two.three/a", "tulips"));
+}
+
+TEST_F(NotesDialogTest, ReplacesNothingWhileTheFileStillCannotBeRead) {
+  givenNotes("roses");
+  NotesDialog dialog(parts());
+  loadInVain(dialog);
+  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  files_.failAtCall(test::FileCall::OpenForReading, 1, 75);
+  messageBox_.expect("Unable to save notes. Path/file access error.", MessageBoxStyle::Critical);
+  press(dialog, "OKButton");
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses"));
+}
+
+TEST_F(NotesDialogTest, ShowsNotesThatWereNeverReadBeforeItDeletesThem) {
+  givenNotes("roses");
+  NotesDialog dialog(parts());
+  loadInVain(dialog);
+  messageBox_.expect("Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  messageBox_.expect(
+      "Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel, [&dialog] {
+        EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(), QStringLiteral("roses"));
+      });
+  press(dialog, "DeleteButton");
+  EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses"));
+  messageBox_.expect("Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  press(dialog, "DeleteButton");
+  EXPECT_EQ(file(), std::string(1324, ' '));
 }
 
 }  // namespace

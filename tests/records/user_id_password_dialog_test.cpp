@@ -7,8 +7,22 @@ namespace {
 
 using test::userIDPasswordRecord;
 
+constexpr const char* kReplaceUnread =
+    "There are a user ID and a password for this site, which could not be read when this window "
+    "opened. Replace them?";
+
 class UIDDialogTest : public test::RecordDialogStage {
  protected:
+  // Loads a dialog while the file cannot be read; afterwards it can.
+  void loadInVain(UIDDialog& dialog) {
+    files_.failAtCall(test::FileCall::OpenForReading, 1, 75);
+    messageBox_.expect("Unable to open User ID, Password window. Path/file access error.",
+                       MessageBoxStyle::Critical);
+    dialog.Form_Load();
+    files_.reset();
+    dialog.show();
+  }
+
   void givenRecord(const std::string& password, const std::string& userID) {
     memory_.givenAFile(paths_.currentUserIDPasswordFile,
                        userIDPasswordRecord("one.two.three/a", password, userID));
@@ -82,6 +96,34 @@ TEST_F(UIDDialogTest, TellsOfAFieldThatCannotBeCut) {
   EXPECT_EQ(captionOf(dialog), "User ID, Password");
   EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QStringLiteral("anna"));
   EXPECT_EQ(control<QLineEdit>(dialog, "Text2").text(), QString());
+}
+
+TEST_F(UIDDialogTest, AsksBeforeItReplacesWhatWasNeverRead) {
+  givenRecord("tulip7", "anna");
+  UIDDialog dialog(parts());
+  loadInVain(dialog);
+  control<QLineEdit>(dialog, "Text1").setText(QStringLiteral("bert"));
+  messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel);
+  press(dialog, "OKButton");
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(file(), userIDPasswordRecord("one.two.three/a", "tulip7", "anna"));
+  messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  press(dialog, "OKButton");
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(file(), userIDPasswordRecord("one.two.three/a", "", "bert"));
+}
+
+TEST_F(UIDDialogTest, ShowsWhatWasNeverReadBeforeItDeletesIt) {
+  givenRecord("tulip7", "anna");
+  UIDDialog dialog(parts());
+  loadInVain(dialog);
+  constexpr const char* kQuestion = "Delete user ID and password?";
+  messageBox_.expect(kQuestion, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
+  messageBox_.expect(
+      kQuestion, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel,
+      [&dialog] { EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QStringLiteral("anna")); });
+  press(dialog, "DeleteButton");
+  EXPECT_EQ(file(), userIDPasswordRecord("one.two.three/a", "tulip7", "anna"));
 }
 
 }  // namespace
