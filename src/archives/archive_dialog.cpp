@@ -41,7 +41,7 @@ void ArchiveDialog::Dir1_Click() {
 }
 
 void ArchiveDialog::OKButton_Click() {
-  if (!isFolderChosen()) return;
+  if (!chooseFolder()) return;
   runOrUnload(FailureFamily::ArchiveSites, [this] { archiveIntoFolder(); });
 }
 

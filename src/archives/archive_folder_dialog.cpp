@@ -1,6 +1,8 @@
 #include "archives/archive_folder_dialog.h"
 
+#include <QFocusEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -122,6 +124,7 @@ ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, co
           named(new FileList(parts.files, Dir1().path(), this), "File1", QStringLiteral("Files"))) {
   setTabOrder(&Dir1(), File1_);
   Dir1().onChange([this] { Dir1_Change(); });
+  Text1().installEventFilter(this);
 }
 
 void ExistingArchiveDialog::load(FailureFamily family) {
@@ -152,6 +155,54 @@ void ExistingArchiveDialog::runOrUnload(FailureFamily family,
 
 void ExistingArchiveDialog::showInBox(const Path& folder) { Text1().setText(textOfPath(folder)); }
 
+bool ExistingArchiveDialog::chooseFolder() {
+  if (!isFolderChosen()) return false;
+  const bool isOpen = isPathTyped() ? openTypedPath() : Dir1().openHighlighted();
+  return isOpen && isFolderChosen();
+}
+
+// Enter in the box opens what was typed; pressed again, it presses the button.
+bool ExistingArchiveDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != &Text1()) return ArchiveFolderDialog::eventFilter(watched, event);
+  if (event->type() == QEvent::FocusOut) {
+    const auto reason = static_cast<QFocusEvent*>(event)->reason();
+    const bool isLeft = reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
+    if (isLeft && isVisible()) {
+      QMetaObject::invokeMethod(this, &ExistingArchiveDialog::Text1_LostFocus,
+                                Qt::QueuedConnection);
+    }
+  } else if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && isPathTyped()) {
+      guarded(*this, parts().messageBox, FailureFamily::OtherCommand, [this] { openTypedPath(); });
+      return true;
+    }
+  }
+  return ArchiveFolderDialog::eventFilter(watched, event);
+}
+
+// A user who is about to cancel is not told that there is no such folder.
+void ExistingArchiveDialog::Text1_LostFocus() {
+  if (!isVisible() || !isPathTyped() || CancelButton().hasFocus()) return;
+  guarded(*this, parts().messageBox, FailureFamily::OtherCommand, [this] { openTypedPath(); });
+}
+
+// Shorter texts are for OK to refuse.
+bool ExistingArchiveDialog::isPathTyped() const {
+  return Text1().text() != textOfPath(Dir1().path()) &&
+         Text1().text().size() >= kShortestFolderPath;
+}
+
+bool ExistingArchiveDialog::openTypedPath() {
+  const bool isOpen = guarded(*this, parts().messageBox, FailureFamily::OpenFolder, [this] {
+    Dir1().setPathOrStay(typedPath(Dir1().path(), Text1().text()));
+  });
+  showInBox(Dir1().path());
+  if (isOpen) Drive1().setDriveOf(Dir1().path());
+  return isOpen;
+}
+
+// Whether the box names a folder other than a root. Tells the user when it does not.
 bool ExistingArchiveDialog::isFolderChosen() const {
   if (Text1().text().size() >= kShortestFolderPath) return true;
   parts().messageBox.show("You must select a valid directory.", MessageBoxStyle::Exclamation);

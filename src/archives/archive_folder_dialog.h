@@ -46,6 +46,7 @@ class ArchiveFolderDialog : public QDialog {
   [[nodiscard]] FolderList& Dir1() const { return *Dir1_; }
   [[nodiscard]] QLineEdit& Text1() const { return *Text1_; }
   [[nodiscard]] QPushButton& OKButton() const { return *OKButton_; }
+  [[nodiscard]] QPushButton& CancelButton() const { return *CancelButton_; }
 
   // The operation's folder, in a message with `before` and `after` it.
   [[nodiscard]] std::string aboutFolder(std::string_view before, std::string_view after) const;
@@ -99,11 +100,19 @@ class ExistingArchiveDialog : public ArchiveFolderDialog {
   // Shows `folder` in the box.
   void showInBox(const Path& folder);
 
-  // Whether the box names a folder other than a root. Tells the user when it does not.
-  [[nodiscard]] bool isFolderChosen() const;
+  // Opens the folder whose path was typed into the box, or else the highlighted one, so
+  // that the operation works on what the dialog shows. False, and told, when it cannot be
+  // opened or is a root.
+  [[nodiscard]] bool chooseFolder();
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Dir1_Change();
+  void Text1_LostFocus();
+  [[nodiscard]] bool isFolderChosen() const;
+  [[nodiscard]] bool isPathTyped() const;
+  bool openTypedPath();
 
   FileList* File1_;
 };

@@ -15,7 +15,7 @@ DeleteArchiveDialog::DeleteArchiveDialog(const ArchiveDialogParts& parts, Work d
 }
 
 void DeleteArchiveDialog::OKButton_Click() {
-  if (!isFolderChosen()) return;
+  if (!chooseFolder()) return;
   runOrUnload(FailureFamily::DeleteArchive, [this] { deleteFromFolder(); });
 }
 

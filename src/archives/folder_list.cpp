@@ -123,15 +123,25 @@ void FolderList::showWhereNamesBegin(int row) {
   horizontalScrollBar()->setValue(start > half ? start - half / 2 : 0);
 }
 
-void FolderList::openRow(int row) {
+bool FolderList::openRow(int row) {
   int number = 0;
   try {
     const Path chosen = rows_[static_cast<std::size_t>(row)].path;
-    return setPathOrStay(chosen);
+    setPathOrStay(chosen);
+    return true;
   } catch (...) {
     number = currentFailureNumber();
   }
   emit openFailed(number);
+  return false;
+}
+
+bool FolderList::openHighlighted() {
+  const QList<QListWidgetItem*> items = selectedItems();
+  if (items.isEmpty()) return true;
+  const int highlighted = row(items.first());
+  const bool isOpen = rows_[static_cast<std::size_t>(highlighted)].path == path_;
+  return isOpen || openRow(highlighted);
 }
 
 // Enter would otherwise press the dialog's button, too.

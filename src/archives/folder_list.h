@@ -1,5 +1,6 @@
 // A list of folders: the open one with all above it, from the root down, and what
-// folders it holds. A single click selects; a double click, or Enter, opens.
+// folders it holds. A single click selects; a double click, or Enter, opens. Arrow keys
+// select too, so that the user can pass folders without opening them.
 #pragma once
 
 #include <QListWidget>
@@ -28,6 +29,10 @@ class FolderList final : public QListWidget {
   // The same, but the folder that was open stays open after every failure.
   void setPathOrStay(const Path& path);
 
+  // Opens the folder that is highlighted, if it is not open already. False when it cannot
+  // be opened, which openFailed() has told then.
+  [[nodiscard]] bool openHighlighted();
+
   // Called when another folder has been opened, by the user or by setPath(). No
   // signal, for it may throw.
   void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
@@ -46,7 +51,7 @@ class FolderList final : public QListWidget {
     bool isOpen;  // the folder that is open or one above it
   };
 
-  void openRow(int row);
+  bool openRow(int row);
   void open(const Path& path, std::vector<Row> rows);
   void showRows();
   void showWhereNamesBegin(int row);

@@ -26,7 +26,7 @@ LoadArchiveDialog::LoadArchiveDialog(const ArchiveDialogParts& parts, Work work)
 }
 
 void LoadArchiveDialog::OKButton_Click() {
-  if (!isFolderChosen()) return;
+  if (!chooseFolder()) return;
   runOrUnload(FailureFamily::LoadArchive, [this] { loadFromFolder(); });
 }
 

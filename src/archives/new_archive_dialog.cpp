@@ -37,6 +37,7 @@ void NewArchiveDialog::OKButton_Click() {
     parts().messageBox.show("You must enter a folder name.", MessageBoxStyle::Exclamation);
     return;
   }
+  if (!Dir1().openHighlighted()) return;
   guarded(*this, parts().messageBox, FailureFamily::CreateArchive, [this] { makeArchiveFolder(); });
 }
 

@@ -42,4 +42,10 @@ Path joinedPath(const Path& folder, const QString& name) {
   return joined;
 }
 
+Path typedPath(const Path& folder, const QString& text) {
+  Path::string_type typed;
+  append(text.trimmed(), typed);
+  return (folder / Path(typed)).lexically_normal();
+}
+
 }  // namespace quorrix

@@ -1,5 +1,6 @@
 // The border between paths, whose bytes are the file system's own, and what the
-// user reads and enters. A path that was shown is never made from its text again.
+// user reads and enters. A path that was shown is never made from its text again, only one that was
+// typed.
 #pragma once
 
 #include <QString>
@@ -20,5 +21,9 @@ namespace quorrix {
 // `name` behind the folder's path and one separator, which a root ends in already.
 // A name that begins with a separator leads nowhere else.
 [[nodiscard]] Path joinedPath(const Path& folder, const QString& name);
+
+// The path that the user typed; one that does not begin at a root begins at `folder`.
+// Blanks around it do not count.
+[[nodiscard]] Path typedPath(const Path& folder, const QString& text);
 
 }  // namespace quorrix

@@ -3,6 +3,7 @@
 
 #include <QLabel>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <new>
 #include <ostream>
@@ -71,6 +72,28 @@ class ExistingArchiveDialogTest : public test::ArchiveStage,
   void open() {
     loadable_->load();
     dialog().show();
+  }
+
+  // Into the box, over what is there.
+  void type(const char* path) {
+    dialog().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog()));
+    auto& box = control<QLineEdit>(dialog(), "Text1");
+    box.setFocus();
+    box.selectAll();
+    box.insert(QString::fromUtf8(path));
+  }
+
+  void pressEnterInTheBox() {
+    QTest::keyClick(&control<QLineEdit>(dialog(), "Text1"), Qt::Key_Return);
+  }
+
+  // Expects that OK asks about this folder, and cancels.
+  void expectQuestionAbout(const std::string& folder, const std::function<void()>& look = {}) {
+    std::string question = GetParam().question;
+    const std::string asked = "/opt/quorrix/Archives";
+    messageBox_.expect(question.replace(question.find(asked), asked.size(), folder),
+                       MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel, look);
   }
 
   void expectTheFolderOfArchives() {
@@ -269,13 +292,132 @@ TEST_P(ExistingArchiveDialogTest, RefusesAPathOfFewerThanFourCharacters) {
 }
 
 TEST_P(ExistingArchiveDialogTest, TakesAPathOfFourCharacters) {
+  disk_.givenAFolder("/\u00e9t\u00e9");
   open();
-  control<QLineEdit>(dialog(), "Text1").setText(QStringLiteral("/\u00e9t\u00e9"));
-  bool isAsked = false;
-  messageBox_.expect(GetParam().question, MessageBoxStyle::ConfirmQuestion,
-                     MessageBoxButton::Cancel, [&] { isAsked = true; });
+  type("/\u00e9t\u00e9");
+  expectQuestionAbout("/\u00e9t\u00e9");
   press(dialog(), "OKButton");
-  EXPECT_TRUE(isAsked);
+  EXPECT_TRUE(messageBox_.isThrough());
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensTheHighlightedFolderBeforeItAsks) {
+  open();
+  clickOn(control<FolderList>(dialog(), "Dir1"), "May");
+  EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives") << "a click only highlights";
+  expectQuestionAbout("/opt/quorrix/Archives/May", [this] {
+    EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
+    EXPECT_EQ(filesOf(dialog()), (Texts{"nodes.dat", "notes.dat"}));
+  });
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensTheFolderAboveWhenThatIsHighlighted) {
+  open();
+  QTest::keyClick(&control<FolderList>(dialog(), "Dir1"), Qt::Key_Up);
+  expectQuestionAbout("/opt/quorrix");
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+}
+
+TEST_P(ExistingArchiveDialogTest, RefusesTheHighlightedRoot) {
+  open();
+  clickOn(control<FolderList>(dialog(), "Dir1"), "/");
+  messageBox_.expect("You must select a valid directory.", MessageBoxStyle::Exclamation);
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+  EXPECT_TRUE(dialog().isVisible());
+}
+
+TEST_P(ExistingArchiveDialogTest, AsksNothingWhenTheHighlightedFolderDoesNotOpen) {
+  open();
+  disk_.failListing("/opt/quorrix/Archives/May", 75);
+  clickOn(control<FolderList>(dialog(), "Dir1"), "May");
+  messageBox_.expect("Path/file access error.", MessageBoxStyle::Critical);
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+  EXPECT_TRUE(dialog().isVisible());
+  expectTheFolderOfArchives();
+}
+
+TEST_P(ExistingArchiveDialogTest, MovesThroughTheFoldersByArrowKeysWithoutOpeningThem) {
+  open();
+  const auto before = files_.calls().size();
+  auto& folders = control<FolderList>(dialog(), "Dir1");
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End}) {
+    QTest::keyClick(&folders, key);
+  }
+  EXPECT_EQ(files_.calls().size(), before);
+  expectTheFolderOfArchives();
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensATypedPathOnEnterAndPressesTheButtonOnTheNext) {
+  open();
+  type("/opt/quorrix/Archives/May/");
+  pressEnterInTheBox();
+  EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives/May");
+  EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
+  EXPECT_EQ(filesOf(dialog()), (Texts{"nodes.dat", "notes.dat"}));
+  EXPECT_EQ(messageBox_.shown(), 0);
+  expectQuestionAbout("/opt/quorrix/Archives/May");
+  pressEnterInTheBox();
+  EXPECT_TRUE(messageBox_.isThrough());
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensATypedPathWhenTheBoxIsLeft) {
+  open();
+  type("/media/stick");
+  control<FolderList>(dialog(), "Dir1").setFocus();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(openFolderOf(dialog()), "/media/stick");
+  EXPECT_EQ(filesOf(dialog()), Texts{"photo"});
+  EXPECT_EQ(driveShownIn(dialog()), "/media/stick");
+}
+
+TEST_P(ExistingArchiveDialogTest, BeginsATypedNameAtTheOpenFolder) {
+  open();
+  type("June");
+  pressEnterInTheBox();
+  EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/June");
+  type("../May ");
+  pressEnterInTheBox();
+  EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
+}
+
+TEST_P(ExistingArchiveDialogTest, OpensATypedPathBeforeItAsks) {
+  open();
+  // As assistive technology does it, without a key.
+  control<QLineEdit>(dialog(), "Text1").setText(QStringLiteral("/opt/quorrix/Archives/June"));
+  expectQuestionAbout("/opt/quorrix/Archives/June",
+                      [this] { EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives/June"); });
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+}
+
+TEST_P(ExistingArchiveDialogTest, TakesATypedPathBackThatCannotBeOpened) {
+  open();
+  type("/opt/quorrix/Archives/T1");
+  messageBox_.expect("Path not found.", MessageBoxStyle::Critical);
+  pressEnterInTheBox();
+  EXPECT_TRUE(messageBox_.isThrough());
+  expectTheFolderOfArchives();
+  type("/opt/quorrix/Archives/T1");
+  messageBox_.expect("Path not found.", MessageBoxStyle::Critical);
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+  expectTheFolderOfArchives();
+  EXPECT_TRUE(dialog().isVisible());
+}
+
+TEST_P(ExistingArchiveDialogTest, DoesNotTellOfATypedPathWhenItIsCancelled) {
+  open();
+  type("/opt/quorrix/Archives/T1");
+  control<QAbstractButton>(dialog(), "CancelButton").setFocus();
+  QCoreApplication::processEvents();
+  press(dialog(), "CancelButton");
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(dialog().isVisible());
+  EXPECT_EQ(messageBox_.shown(), 0);
 }
 
 TEST_P(ExistingArchiveDialogTest, ClosesOnCancelAndEscape) {

@@ -61,6 +61,13 @@ TEST_F(NewArchiveDialogTest, IsNamedAndCaptioned) {
   EXPECT_EQ(dialog_.findChild<QWidget*>(QStringLiteral("File1")), nullptr);
 }
 
+TEST_F(NewArchiveDialogTest, MakesTheFolderInTheHighlightedOne) {
+  open();
+  clickOn(control<FolderList>(dialog_, "Dir1"), "May");
+  makeFolder("July", "Create new archive folder 'July' in '/opt/quorrix/Archives/May'?");
+  EXPECT_TRUE(disk_.folderExists("/opt/quorrix/Archives/May/July"));
+}
+
 TEST_F(NewArchiveDialogTest, OpensWhereTheArchiveDialogIs) {
   chooseDrive(archiveDialog_, "/");
   openIn(archiveDialog_, "May");

@@ -48,6 +48,13 @@ TEST(JoinedPath, KeepsTheBytesOfTheFolder) {
   EXPECT_EQ(test::bytesWithSlashes(joinedPath("/caf\xE9", QStringLiteral("May"))), "/caf\xE9/May");
 }
 
+TEST(TypedPath, BeginsAtTheFolderUnlessItBeginsAtARoot) {
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("May"))), "/opt/a/May");
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("../b/./c"))), "/opt/b/c");
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("/media/stick"))), "/media/stick");
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("  caf\u00e9 "))), "/opt/a/caf\xC3\xA9");
+}
+
 #ifdef _WIN32
 
 TEST(PathText, ShowsWhatNoUtf8CanSay) {
