@@ -1,11 +1,15 @@
 #include <QApplication>
+#include <QKeyEvent>
 #include <QtGlobal>
 #include <array>
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <tuple>
+#include <vector>
 
 #include "benchmarks.h"
+#include "search/result_list.h"
 #include "sitetree/site_file.h"
 #include "sitetree/site_tree_view.h"
 
@@ -13,6 +17,8 @@ namespace quorrix::bench {
 namespace {
 
 constexpr std::size_t kNodes = sized(100'000);
+constexpr std::size_t kSites = sized(200'000);
+constexpr std::size_t kResults = sized(1'000'000);
 
 // Qt without a display; made by the first benchmark that needs it.
 class OffscreenApplication {
@@ -82,6 +88,52 @@ void registerOne(const std::string& name, BenchData& data, Fill fill, Expand exp
       ->ReportAggregatesOnly(true);
 }
 
+// What the user waits for: `act` and the picture after it. `view` is already painted.
+double timeUntilPainted(QWidget& painted, const std::function<void()>& act) {
+  const auto start = std::chrono::steady_clock::now();
+  act();
+  QApplication::processEvents();
+  painted.repaint();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void pressKey(QWidget& widget, int key, const QString& text) {
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+  QApplication::sendEvent(&widget, &press);
+}
+
+template <typename Run>
+void registerRun(const std::string& name, Run run, int repetitions) {
+  benchmark::RegisterBenchmark(name.c_str(), run)
+      ->Unit(benchmark::kMillisecond)
+      ->UseManualTime()
+      ->Iterations(1)
+      ->Repetitions(timed(repetitions))
+      ->ReportAggregatesOnly(true);
+}
+
+// A tree of which every row is expanded, in a view that is painted.
+class ExpandedTree {
+ public:
+  explicit ExpandedTree(BenchData& data) {
+    tree_.addRoot();
+    const AddressList& addresses = data.addresses(kSites);
+    for (std::size_t i = 0; i < kSites; ++i) addRecordToTree(tree_, addresses[i], 'N');
+    view_ = std::make_unique<SiteTreeView>(tree_);
+    view_->resize(800, 600);
+    view_->show();
+    view_->expandAll(tree_.root(), false);
+    QApplication::processEvents();
+  }
+
+  SiteTree& tree() { return tree_; }
+  SiteTreeView& view() { return *view_; }
+
+ private:
+  SiteTree tree_;
+  std::unique_ptr<SiteTreeView> view_;
+};
+
 }  // namespace
 
 void registerViewBenchmarks(BenchData& data) {
@@ -91,6 +143,76 @@ void registerViewBenchmarks(BenchData& data) {
   registerOne("view/show_all", data, fillWithPages, showAll, application);
   registerOne("view/show_all_hosts", data, fillWithHosts, showAll, application);
   registerOne("view/expand_root", data, fillWithHosts, expandRoot, application);
+
+  const auto prepare = [application] {
+    if (!*application) *application = std::make_unique<OffscreenApplication>();
+  };
+  registerRun(
+      nameOf("view/delete_host_when_all_is_open", kSites),
+      [&data, prepare](benchmark::State& state) {
+        prepare();
+        ExpandedTree expanded(data);
+        SiteTree& tree = expanded.tree();
+        for ([[maybe_unused]] auto _ : state) {
+          const NodeId host = tree.child(tree.root(), tree.childCount(tree.root()) / 2);
+          state.SetIterationTime(
+              timeUntilPainted(*expanded.view().viewport(), [&] { tree.remove(host); }));
+        }
+      },
+      kRepetitions);
+  registerRun(
+      nameOf("view/type_ahead_when_all_is_open", kSites),
+      [&data, prepare](benchmark::State& state) {
+        prepare();
+        ExpandedTree expanded(data);
+        for ([[maybe_unused]] auto _ : state) {
+          // Begins no address, so that every row is looked at.
+          state.SetIterationTime(timeUntilPainted(*expanded.view().viewport(), [&] {
+            pressKey(expanded.view(), Qt::Key_Bar, QStringLiteral("|"));
+          }));
+        }
+      },
+      kRepetitions);
+  registerRun(
+      nameOf("results/first_rows", kResults),
+      [&data, prepare](benchmark::State& state) {
+        prepare();
+        const AddressList& addresses = data.addresses(kResults);
+        std::vector<std::string> found;
+        for (std::size_t i = 0; i < kResults; ++i) found.emplace_back(addresses[i]);
+        for ([[maybe_unused]] auto _ : state) {
+          ResultList list(nullptr);
+          list.resize(400, 200);
+          state.SetIterationTime(timeUntilPainted(*list.viewport(), [&] {
+            list.showAddresses(std::move(found));
+            list.show();
+          }));
+        }
+      },
+      kRepetitions);
+  for (const auto& [what, key, text] :
+       {std::tuple{"end", Qt::Key_End, ""}, std::tuple{"down", Qt::Key_Down, ""},
+        std::tuple{"type_ahead", Qt::Key_Bar, "|"}}) {
+    registerRun(
+        nameOf(std::string("results/") + what, kResults),
+        [&data, prepare, key, text](benchmark::State& state) {
+          prepare();
+          const AddressList& addresses = data.addresses(kResults);
+          std::vector<std::string> found;
+          for (std::size_t i = 0; i < kResults; ++i) found.emplace_back(addresses[i]);
+          ResultList list(nullptr);
+          list.resize(400, 200);
+          list.showAddresses(std::move(found));
+          list.show();
+          QApplication::processEvents();
+          list.setCurrentIndex(list.model()->index(0, 0));
+          for ([[maybe_unused]] auto _ : state) {
+            state.SetIterationTime(timeUntilPainted(
+                *list.viewport(), [&] { pressKey(list, key, QString::fromLatin1(text)); }));
+          }
+        },
+        kRepetitions);
+  }
 }
 
 }  // namespace quorrix::bench

@@ -1,12 +1,14 @@
 #include "search/search_results_dialog.h"
 
 #include <QGridLayout>
+#include <QLocale>
 #include <QScreen>
+#include <QStringBuilder>
 #include <QVBoxLayout>
 
 #include "search/literal_label.h"
+#include "search/result_list.h"
 #include "search/search_controls.h"
-#include "shell/entry_list.h"
 #include "shell/guarded.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
@@ -16,7 +18,10 @@ namespace quorrix {
 namespace {
 
 constexpr QSize kFirstSize{420, 235};  // pixels, with the frame
-constexpr int kEntriesAtOnce = 1000;
+
+QString countText(std::size_t count) {
+  return QLocale().toString(static_cast<qulonglong>(count)) % QStringLiteral(" found");
+}
 
 }  // namespace
 
@@ -36,19 +41,17 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   Label4_ = new LiteralLabel("Label4", this);
   QLabel* const Label5 = makeLabel("Label5", QStringLiteral("Accessed after:"), this);
   Label6_ = new LiteralLabel("Label6", this);
-  List1_ = new EntryList(this);
+  List1_ = new ResultList(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setAccessibleName(QStringLiteral("Search Results"));
-  // A long list shows at once and is measured bit by bit while the user reads.
-  List1_->setLayoutMode(QListView::Batched);
-  List1_->setBatchSize(kEntriesAtOnce);
+  count_ = makeLabel("Count", QString(), this);
   QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("Locate in Display"), this);
   QPushButton* const NewSearchButton =
       makeButton("NewSearchButton", QStringLiteral("New Search"), this);
   QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
   OKButton->setDefault(true);
   connect(OKButton, &QPushButton::clicked, this, &SearchResultsDialog::OKButton_Click);
-  connect(List1_, &EntryList::itemDoubleClicked, this, &SearchResultsDialog::OKButton_Click);
+  connect(List1_, &ResultList::doubleClicked, this, &SearchResultsDialog::OKButton_Click);
   connect(NewSearchButton, &QPushButton::clicked, this,
           &SearchResultsDialog::NewSearchButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &SearchResultsDialog::CancelButton_Click);
@@ -65,6 +68,7 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   buttons->addWidget(NewSearchButton);
   buttons->addWidget(CancelButton);
   buttons->addStretch();
+  buttons->addWidget(count_);
   auto* const choice = new QHBoxLayout;
   choice->addWidget(List1_, 1);
   choice->addLayout(buttons);
@@ -83,10 +87,8 @@ void SearchResultsDialog::Form_Load(const SearchCriteria& criteria,
     Label6_->showText(QString::fromStdString(criteria.searchDate));
   }
   placeInCorner(kFirstSize);
-  QStringList entries;
-  entries.reserve(static_cast<qsizetype>(addresses.size()));
-  for (const std::string& address : addresses) entries.append(toQString(address));
-  List1_->addItems(entries);
+  count_->setText(countText(addresses.size()));
+  List1_->showAddresses(addresses);
 }
 
 void SearchResultsDialog::placeInCorner(const QSize& size) {
@@ -105,7 +107,7 @@ void SearchResultsDialog::OKButton_Click() {
       return;
     }
     const Hourglass hourglass(*this);
-    parts_.locate(parts_.tree.at(fromQString(List1_->item(selected)->text())));
+    parts_.locate(parts_.tree.at(List1_->address(selected)));
   });
 }
 

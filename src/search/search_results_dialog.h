@@ -11,11 +11,12 @@
 #include "search/search_criteria.h"
 #include "sitetree/site_tree.h"
 
+class QLabel;
+
 namespace quorrix {
 
-class EntryList;
-
 class LiteralLabel;
+class ResultList;
 
 class SearchResultsDialog final : public QDialog {
   Q_OBJECT
@@ -47,7 +48,8 @@ class SearchResultsDialog final : public QDialog {
   Parts parts_;
   LiteralLabel* Label4_;
   LiteralLabel* Label6_;
-  EntryList* List1_;
+  ResultList* List1_;
+  QLabel* count_;
 };
 
 }  // namespace quorrix

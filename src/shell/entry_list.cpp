@@ -1,7 +1,6 @@
 #include "shell/entry_list.h"
 
-#include <QKeyEvent>
-#include <algorithm>
+#include "shell/select_first.h"
 
 namespace quorrix {
 
@@ -11,12 +10,7 @@ int EntryList::selectedRow() const {
 }
 
 void EntryList::keyPressEvent(QKeyEvent* event) {
-  const bool isMove =
-      event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_Home;
-  if (isMove && selectedRow() < 0 && count() > 0) {
-    return setCurrentRow(std::max(currentRow(), 0), QItemSelectionModel::ClearAndSelect);
-  }
-  QListWidget::keyPressEvent(event);
+  if (!selectByFirstMove(*this, *event)) QListWidget::keyPressEvent(event);
 }
 
 }  // namespace quorrix

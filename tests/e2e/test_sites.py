@@ -132,7 +132,7 @@ class Search(SitesTest):
                           "gardening.meadow.example/Gate"], results.entries())
         self.assertEqual(["Select a web site address  from the list below and then click Locate "
                           "in Display.", "Website address contains:", "GARDEN",
-                          "Accessed after:", ""], results.labels())
+                          "Accessed after:", "", "5 found"], results.labels())
         self.assert_in_the_corner(results)
         results.close_with("Cancel")
         self.assert_files(SITES, PURCHASES, NOTES, USERS)

@@ -1,5 +1,6 @@
 #include "search/search_results_dialog.h"
 
+#include <QLocale>
 #include <stdexcept>
 
 #include "platform/failure.h"
@@ -31,17 +32,17 @@ class SearchResultsDialogTest : public test::SearchStage {
   }
 
   void locate(int entry) {
-    control<QListWidget>(dialog_, "List1").setCurrentRow(entry);
+    selectRow(dialog_, entry);
     press(dialog_, "OKButton");
   }
 
   std::string selected() { return std::string(tree_.key(tree_.selected())); }
 
   Texts listed() {
-    const auto& list = control<QListWidget>(dialog_, "List1");
+    const QAbstractItemModel& model = *control<QListView>(dialog_, "List1").model();
     Texts texts;
-    for (int row = 0; row < list.count(); ++row)
-      texts.push_back(list.item(row)->text().toStdString());
+    for (int row = 0; row < model.rowCount(); ++row)
+      texts.push_back(model.index(row, 0).data().toString().toStdString());
     return texts;
   }
 
@@ -101,6 +102,13 @@ TEST_F(SearchResultsDialogTest, ListsWhatWasFoundInItsOrderAndAsOftenAsItWasFoun
   EXPECT_EQ(listed(), (Texts{"one.two.three/a", "caf\u00e9.fr", "one.two.three/a", "<b>&a</b>"}));
 }
 
+TEST_F(SearchResultsDialogTest, TellsHowManyThereAre) {
+  load({"one.two.three/a"});
+  EXPECT_EQ(captionOf(dialog_, "Count"), "1 found");
+  load(Texts(12345, "one.two.three/a"));
+  EXPECT_EQ(captionOf(dialog_, "Count"), QLocale().toString(12345).toStdString() + " found");
+}
+
 TEST_F(SearchResultsDialogTest, AsksForASelection) {
   load({"one.two.three/a"});
   messageBox_.expect("You must select an item from the list.", MessageBoxStyle::SystemModal);
@@ -114,8 +122,8 @@ TEST_F(SearchResultsDialogTest, AsksForASelection) {
 // Coming to the list by keyboard makes its first entry current, but selects nothing.
 TEST_F(SearchResultsDialogTest, AsksForASelectionWhenTheListHasTheFocus) {
   load({"one.two.three/a"});
-  auto& list = control<QListWidget>(dialog_, "List1");
-  list.setCurrentRow(0, QItemSelectionModel::NoUpdate);
+  auto& list = control<QListView>(dialog_, "List1");
+  list.selectionModel()->setCurrentIndex(list.model()->index(0, 0), QItemSelectionModel::NoUpdate);
   messageBox_.expect("You must select an item from the list.", MessageBoxStyle::SystemModal);
   press(dialog_, "OKButton");
   EXPECT_EQ(selected(), "ROOT");
@@ -170,12 +178,12 @@ TEST_F(SearchResultsDialogTest, TellsTheSameOfEveryFailure) {
 
 TEST_F(SearchResultsDialogTest, LocatesByDoubleClickAndByEnter) {
   load({"one.two.three/a", "caf\xE9.fr"});
-  auto& list = control<QListWidget>(dialog_, "List1");
-  const QPoint second = list.visualItemRect(list.item(1)).center();
+  auto& list = control<QListView>(dialog_, "List1");
+  const QPoint second = list.visualRect(list.model()->index(1, 0)).center();
   QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second);
   QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, second);
   EXPECT_EQ(selected(), "caf\xE9.fr");
-  list.setCurrentRow(0);
+  selectRow(dialog_, 0);
   QTest::keyClick(&list, Qt::Key_Return);
   EXPECT_EQ(selected(), "one.two.three/a");
 }
@@ -191,7 +199,7 @@ TEST_F(SearchResultsDialogTest, ClosesByCancelAndEscape) {
   press(dialog_, "CancelButton");
   EXPECT_FALSE(dialog_.isVisible());
   dialog_.show();
-  QTest::keyClick(&control<QListWidget>(dialog_, "List1"), Qt::Key_Escape);
+  QTest::keyClick(&control<QListView>(dialog_, "List1"), Qt::Key_Escape);
   EXPECT_FALSE(dialog_.isVisible());
 }
 

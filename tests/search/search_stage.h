@@ -6,7 +6,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -68,6 +68,11 @@ class SearchStage : public ::testing::Test {
 
   static std::string entered(QWidget& dialog, const char* box) {
     return control<QLineEdit>(dialog, box).text().toStdString();
+  }
+
+  static void selectRow(QWidget& dialog, int row) {
+    auto& list = control<QListView>(dialog, "List1");
+    list.setCurrentIndex(list.model()->index(row, 0));
   }
 
   static std::string captionOf(QWidget& dialog, const char* label) {

@@ -213,7 +213,7 @@ const Form kForms[] = {
      ofTheSearchResults,
      {"Select a web site address  from the list below and then click Locate in Display.",
       "Website address contains:", "w", "Accessed after:", "Locate in Display", "New Search",
-      "Cancel"}},
+      "Cancel", "1 found"}},
     {"ArchiveSites",
      ofACommand<kArchive>,
      {"Open the folder to archive the current display and its data to, or make a new one, and "

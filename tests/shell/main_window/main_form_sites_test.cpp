@@ -1,6 +1,6 @@
 // The commands that remove sites and that open one in the browser.
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -321,9 +321,9 @@ TEST_F(MainFormSearch, FindsInTheSiteFileAndLocatesInTheTree) {
   search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
   QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
   ASSERT_NE(results, nullptr);
-  auto* const list = results->findChild<QListWidget*>(QStringLiteral("List1"));
-  ASSERT_EQ(list->count(), 1);
-  list->setCurrentRow(0);
+  auto* const list = results->findChild<QListView*>(QStringLiteral("List1"));
+  ASSERT_EQ(list->model()->rowCount(), 1);
+  list->setCurrentIndex(list->model()->index(0, 0));
   results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
   EXPECT_EQ(stage_.form.tree().selected(), stage_.node("one.two.three/a/b"));
   EXPECT_TRUE(stage_.isOnScreen("one.two.three/a/b"));
@@ -340,7 +340,8 @@ TEST_F(MainFormSearch, LeavesResultsThatOutliveTheirSites) {
   stage_.choose("FileDelete");
   QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
   ASSERT_NE(results, nullptr);
-  results->findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);
+  auto* const list = results->findChild<QListView*>(QStringLiteral("List1"));
+  list->setCurrentIndex(list->model()->index(0, 0));
   stage_.messageBox.expect("Unable to find site in display.", MessageBoxStyle::Critical);
   results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
   EXPECT_TRUE(results->isVisible());

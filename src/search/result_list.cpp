@@ -1,0 +1,84 @@
+#include "search/result_list.h"
+
+#include <QStyledItemDelegate>
+#include <algorithm>
+#include <string_view>
+
+#include "search/case_folding.h"
+#include "shell/plain_text.h"
+#include "shell/select_first.h"
+
+namespace quorrix {
+namespace {
+
+// Rows as wide as the list, whatever is in them.
+class NarrowDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const override {
+    return {1, QStyledItemDelegate::sizeHint(option, index).height()};
+  }
+};
+
+bool beginsWith(std::string_view address, std::string_view text) {
+  return address.size() >= text.size() &&
+         std::equal(text.begin(), text.end(), address.begin(),
+                    [](char a, char b) { return folded(a) == folded(b); });
+}
+
+}  // namespace
+
+void ResultListModel::setAddresses(std::vector<std::string> addresses) {
+  beginResetModel();
+  addresses_ = std::move(addresses);
+  endResetModel();
+}
+
+int ResultListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(addresses_.size());
+}
+
+QVariant ResultListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  if (role == Qt::DisplayRole) return toQString(address(index.row()));
+  if (role == Qt::ToolTipRole) return asToolTip(toQString(address(index.row())));
+  return {};
+}
+
+QModelIndexList ResultListModel::match(const QModelIndex& start, int role, const QVariant& value,
+                                       int hits, Qt::MatchFlags flags) const {
+  if (role != Qt::DisplayRole || hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap)) {
+    return QAbstractListModel::match(start, role, value, hits, flags);
+  }
+  const std::string text = fromQString(value.toString());
+  const auto first = addresses_.begin() + start.row();
+  const auto isMatch = [&text](const std::string& address) { return beginsWith(address, text); };
+  auto found = std::find_if(first, addresses_.end(), isMatch);
+  if (found == addresses_.end()) {
+    found = std::find_if(addresses_.begin(), first, isMatch);
+    if (found == first) return {};
+  }
+  return {index(static_cast<int>(found - addresses_.begin()))};
+}
+
+ResultList::ResultList(QWidget* parent) : QListView(parent) {
+  setModel(&model_);
+  setItemDelegate(new NarrowDelegate(this));
+  setUniformItemSizes(true);
+  setTextElideMode(Qt::ElideMiddle);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setEditTriggers(NoEditTriggers);
+}
+
+int ResultList::selectedRow() const {
+  const QModelIndexList selected = selectionModel()->selectedIndexes();
+  return selected.isEmpty() ? -1 : selected.first().row();
+}
+
+void ResultList::keyPressEvent(QKeyEvent* event) {
+  if (!selectByFirstMove(*this, *event)) QListView::keyPressEvent(event);
+}
+
+}  // namespace quorrix

@@ -1,0 +1,57 @@
+// The addresses that a search found, as a list from which the user chooses one. However
+// many there are, the first rows show and every key is answered at once: all rows are of
+// one size, and an address that is longer than its row is cut in the middle.
+#pragma once
+
+#include <QAbstractListModel>
+#include <QListView>
+#include <string>
+#include <vector>
+
+namespace quorrix {
+
+class ResultListModel final : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  using QAbstractListModel::QAbstractListModel;
+
+  void setAddresses(std::vector<std::string> addresses);
+  [[nodiscard]] const std::string& address(int row) const {
+    return addresses_[static_cast<std::size_t>(row)];
+  }
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+
+  // Of a list of 1,000,000 the base class converts every address, which takes 0.3 s for each
+  // key of a text that the user types to find it.
+  [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value,
+                                      int hits, Qt::MatchFlags flags) const override;
+
+ private:
+  std::vector<std::string> addresses_;
+};
+
+class ResultList final : public QListView {
+  Q_OBJECT
+
+ public:
+  explicit ResultList(QWidget* parent);
+
+  void showAddresses(std::vector<std::string> addresses) {
+    model_.setAddresses(std::move(addresses));
+  }
+
+  // -1 for none. Nothing is selected at first.
+  [[nodiscard]] int selectedRow() const;
+  [[nodiscard]] const std::string& address(int row) const { return model_.address(row); }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  ResultListModel model_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,99 @@
+#include "search/result_list.h"
+
+#include <gtest/gtest.h>
+
+#include <QScrollBar>
+#include <QTest>
+
+#include "support/qt_printers.h"
+
+namespace quorrix {
+namespace {
+
+class ResultListTest : public testing::Test {
+ protected:
+  ResultListTest() {
+    list_.resize(300, 200);
+    list_.show();
+    list_.setFocus();
+  }
+
+  static std::vector<std::string> manyAddresses(int count) {
+    std::vector<std::string> addresses;
+    for (int i = 0; i < count; ++i) {
+      addresses.push_back("www.host-" + std::to_string(i) + ".example/page");
+    }
+    return addresses;
+  }
+
+  bool isOnScreen(int row) {
+    const QRect place = list_.visualRect(list_.model()->index(row, 0));
+    return list_.viewport()->rect().contains(place.center());
+  }
+
+  ResultList list_{nullptr};
+};
+
+TEST_F(ResultListTest, HasNothingSelectedAtFirst) {
+  list_.showAddresses({"one.two.three"});
+  EXPECT_EQ(list_.selectedRow(), -1);
+}
+
+TEST_F(ResultListTest, SelectsTheFirstRowByTheFirstKeyThatMoves) {
+  list_.showAddresses({"one.two.three", "four.five.six"});
+  QTest::keyClick(&list_, Qt::Key_Down);
+  EXPECT_EQ(list_.selectedRow(), 0);
+  QTest::keyClick(&list_, Qt::Key_Down);
+  EXPECT_EQ(list_.selectedRow(), 1);
+  EXPECT_EQ(list_.address(1), "four.five.six");
+}
+
+TEST_F(ResultListTest, FindsAnAddressByItsBeginningWhateverTheCase) {
+  list_.showAddresses({"one.two.three", "Four.five.six", "four.one.two"});
+  QTest::keyClicks(&list_, QStringLiteral("FOUR"));
+  EXPECT_EQ(list_.selectedRow(), 1);
+  QTest::keyClicks(&list_, QStringLiteral(".o"));
+  EXPECT_EQ(list_.selectedRow(), 2);
+}
+
+TEST_F(ResultListTest, GoesOnFromTheTopWhenItFindsNothingBelow) {
+  list_.showAddresses({"one.two.three", "four.five.six"});
+  list_.setCurrentIndex(list_.model()->index(1, 0));
+  QTest::keyClicks(&list_, QStringLiteral("one"));
+  EXPECT_EQ(list_.selectedRow(), 0);
+  QTest::qWait(QApplication::keyboardInputInterval() + 1);
+  QTest::keyClicks(&list_, QStringLiteral("x"));
+  EXPECT_EQ(list_.selectedRow(), 0);
+}
+
+TEST_F(ResultListTest, IsNeverWiderThanItIs) {
+  list_.showAddresses({"one.two.three/" + std::string(250, 'w'), "four.five.six"});
+  QCoreApplication::processEvents();
+  EXPECT_EQ(list_.horizontalScrollBar()->maximum(), 0);
+  EXPECT_EQ(list_.textElideMode(), Qt::ElideMiddle);
+  for (const int row : {0, 1}) {
+    EXPECT_EQ(list_.visualRect(list_.model()->index(row, 0)).width(), list_.viewport()->width());
+  }
+  EXPECT_TRUE(list_.model()
+                  ->index(0, 0)
+                  .data(Qt::ToolTipRole)
+                  .toString()
+                  .contains(QStringLiteral("one.two.three/") + QString(250, QLatin1Char('w'))));
+}
+
+TEST_F(ResultListTest, ReachesTheLastOfAMillion) {
+  constexpr int kCount = 1'000'000;
+  list_.showAddresses(manyAddresses(kCount));
+  // Where the keys begin in a list that has the keyboard.
+  list_.selectionModel()->setCurrentIndex(list_.model()->index(0, 0),
+                                          QItemSelectionModel::NoUpdate);
+  QTest::keyClick(&list_, Qt::Key_End);
+  EXPECT_EQ(list_.selectedRow(), kCount - 1);
+  EXPECT_TRUE(isOnScreen(kCount - 1));
+  QTest::keyClicks(&list_, QStringLiteral("www.host-500000."));
+  EXPECT_EQ(list_.selectedRow(), 500'000);
+  EXPECT_TRUE(isOnScreen(500'000));
+}
+
+}  // namespace
+}  // namespace quorrix
