@@ -81,27 +81,36 @@ ChromiumPageReader::Step ChromiumPageReader::findSides() {
     std::vector<Question> classes;
     if (childrenOf(view, Topic::Attributes, classes) == Step::Missing) return Step::Missing;
     sides_.clear();
+    std::size_t containers = 0;
     for (const Question& question : classes) {
       if (attributeIn(search_[question], "class") != kContainerClass) continue;
+      ++containers;
       if (findSide(question.object) == Step::Missing) {
         sides_.clear();
         return Step::Missing;
       }
     }
+    // Without the tool bar of one, nothing tells which side is in use.
+    if (sides_.size() != containers) sides_.clear();
   }
   side_ = 0;
   if (sides_.empty()) readingsUntilSearch_ = kReadingsBetweenSearches;
   return Step::Done;
 }
 
-// Up from the document, or down from the frame: a tab that was moved into a window of
-// its own is not embedded by the frame until it loads another page.
+// Up from the page's document, or down from the frame: a tab that was moved into a window
+// of its own is not embedded by the frame until it loads another page, and what a side
+// panel shows is not in the view.
 ChromiumPageReader::Step ChromiumPageReader::findView(AccessibleId& view) {
   if (container_) {
     const Question above{Topic::Parent, *container_};
-    if (!search_.has({above})) return Step::Missing;
-    if (auto parent = parentIn(search_[above])) view = std::move(*parent);
-    return Step::Done;
+    const Question attributes{Topic::Attributes, *container_};
+    if (!search_.has({above, attributes})) return Step::Missing;
+    auto parent = parentIn(search_[above]);
+    if (parent && attributeIn(search_[attributes], "class") == kContainerClass) {
+      view = *std::move(parent);
+      return Step::Done;
+    }
   }
   std::vector<AccessibleId> level{frame_};
   for (unsigned depth = 0; depth < kDeepestView && !level.empty(); ++depth) {
@@ -134,7 +143,7 @@ ChromiumPageReader::Step ChromiumPageReader::findSide(const AccessibleId& contai
   const Question child{Topic::ChildAt, toolBar->object, 0};
   if (!search_.has({child})) return Step::Missing;
   if (const auto label = childAtIn(search_[child])) {
-    sides_.push_back({container, toolBar->object, *label});
+    sides_.push_back({.container = container, .toolBar = toolBar->object, .label = *label});
   }
   return Step::Done;
 }
@@ -151,49 +160,75 @@ ChromiumPageReader::Step ChromiumPageReader::childrenOf(const AccessibleId& pare
   return Step::Done;
 }
 
+// The frame may embed a document that is no page: that of a side panel, such as the reading
+// mode, from when it opens until a page is loaded, and then none when a tab is chosen. The
+// page is then the one in the side that is in use.
 ChromiumPageReader::Step ChromiumPageReader::chooseSide() {
   shown_ = document_;
+  if (sides_.empty()) return Step::Done;
   const auto ofDocument = std::ranges::find(sides_, container_, &Side::container);
-  if (ofDocument != sides_.end()) {
-    side_ = static_cast<std::size_t>(ofDocument - sides_.begin());
-  } else if (document_) {
-    // None of the labels is known to be this document's.
-    sides_.clear();
-    readingsUntilSearch_ = kReadingsBetweenSearches;
+  const bool isPage = document_ && ofDocument != sides_.end();
+  if (ofDocument != sides_.end()) side_ = static_cast<std::size_t>(ofDocument - sides_.begin());
+  if (sides_.size() > 1 && lookForSplit() == Step::Missing) return Step::Missing;
+  const bool isInUse = !activeSide_ || activeSide_ == side_;
+  if (isPage && isInUse) return Step::Done;
+  if (activeSide_) {
+    side_ = *activeSide_;
+  } else if (findShowingSide() == Step::Missing) {
+    return Step::Missing;
   }
-  if (sides_.size() < 2) return Step::Done;
-  if (readings_ % kReadingsBetweenLooks == 0) {
-    std::vector<Question> states;
-    for (const Side& side : sides_) {
-      states.push_back({Topic::States, side.toolBar});
-      states.push_back({Topic::States, side.label});
-    }
-    if (!inquiry_.has(states)) return Step::Missing;
-    const auto isShowing = [this](const AccessibleId& object) {
-      const Message& answer = inquiry_[{Topic::States, object}];
-      return hasState(statesIn(answer).value_or(0), ATSPI_STATE_SHOWING);
-    };
-    const auto inactive =
-        std::ranges::find_if(sides_, [&](const Side& side) { return isShowing(side.label); });
-    const auto active =
-        std::ranges::find_if(sides_, [&](const Side& side) { return !isShowing(side.label); });
-    const bool isSplit = inactive != sides_.end() && active != sides_.end();
-    activeSide_.reset();
-    if (isSplit) activeSide_ = static_cast<std::size_t>(active - sides_.begin());
-  }
-  if (!activeSide_ || activeSide_ == side_) return Step::Done;
-  side_ = *activeSide_;
-  return documentBeside(sides_[side_]);
+  return documentIn(sides_[side_]);
 }
 
-ChromiumPageReader::Step ChromiumPageReader::documentBeside(const Side& side) {
-  std::vector<Question> roles;
-  if (childrenOf(side.container, Topic::Role, roles) == Step::Missing) return Step::Missing;
-  const auto found = std::ranges::find_if(roles, [this](const Question& question) {
-    return numberIn(search_[question]) == ATSPI_ROLE_DOCUMENT_WEB;
-  });
-  shown_.reset();
-  if (found != roles.end()) shown_ = found->object;
+ChromiumPageReader::Step ChromiumPageReader::lookForSplit() {
+  if (readings_ % kReadingsBetweenLooks != 0) return Step::Done;
+  std::vector<Question> states;
+  for (const Side& side : sides_) {
+    states.push_back({Topic::States, side.toolBar});
+    states.push_back({Topic::States, side.label});
+  }
+  if (!inquiry_.has(states)) return Step::Missing;
+  const auto inactive =
+      std::ranges::find_if(sides_, [&](const Side& side) { return isShowing(side.label); });
+  const auto active =
+      std::ranges::find_if(sides_, [&](const Side& side) { return !isShowing(side.label); });
+  const bool isSplit = inactive != sides_.end() && active != sides_.end();
+  activeSide_.reset();
+  if (isSplit) activeSide_ = static_cast<std::size_t>(active - sides_.begin());
+  return Step::Done;
+}
+
+// Of a view that is not split.
+ChromiumPageReader::Step ChromiumPageReader::findShowingSide() {
+  std::vector<Question> states;
+  for (const Side& side : sides_) states.push_back({Topic::States, side.container});
+  if (!inquiry_.has(states)) return Step::Missing;
+  const auto showing =
+      std::ranges::find_if(sides_, [&](const Side& side) { return isShowing(side.container); });
+  if (showing != sides_.end()) side_ = static_cast<std::size_t>(showing - sides_.begin());
+  return Step::Done;
+}
+
+bool ChromiumPageReader::isShowing(const AccessibleId& object) const {
+  return hasState(statesIn(inquiry_[{Topic::States, object}]).value_or(0), ATSPI_STATE_SHOWING);
+}
+
+ChromiumPageReader::Step ChromiumPageReader::documentIn(Side& side) {
+  const Question list{Topic::Children, side.container};
+  if (!inquiry_.has({list})) return Step::Missing;
+  auto children = childrenIn(inquiry_[list], kMostChildren);
+  if (!children) children.emplace();
+  if (*children != side.children) {
+    const std::vector<Question> roles = questionsAbout(*children, Topic::Role);
+    if (!inquiry_.has(roles)) return Step::Missing;
+    const auto found = std::ranges::find_if(roles, [this](const Question& question) {
+      return numberIn(inquiry_[question]) == ATSPI_ROLE_DOCUMENT_WEB;
+    });
+    side.document.reset();
+    if (found != roles.end()) side.document = found->object;
+    side.children = *std::move(children);
+  }
+  shown_ = side.document;
   return Step::Done;
 }
 

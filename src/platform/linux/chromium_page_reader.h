@@ -1,6 +1,7 @@
 // The page of a window of Chromium or of a browser made of it.
 //
-//   frame                                     EMBEDS the document that loaded last
+//   frame                                     EMBEDS the document that loaded last, which
+//                                             may be that of a side panel
 //     ...
 //       panel, class MultiContentsView
 //         panel, class ContentsContainerView  two: the sides of a split view
@@ -38,6 +39,8 @@ class ChromiumPageReader final : public PageReader {
     AccessibleId container;
     AccessibleId toolBar;
     AccessibleId label;
+    std::vector<AccessibleId> children = {};              // of the container, as last seen
+    std::optional<AccessibleId> document = std::nullopt;  // the page among them
   };
   enum class Step { Missing, Done };
 
@@ -47,7 +50,10 @@ class ChromiumPageReader final : public PageReader {
   [[nodiscard]] Step findView(AccessibleId& view);
   [[nodiscard]] Step findSide(const AccessibleId& container);
   [[nodiscard]] Step chooseSide();
-  [[nodiscard]] Step documentBeside(const Side& side);
+  [[nodiscard]] Step lookForSplit();
+  [[nodiscard]] Step findShowingSide();
+  [[nodiscard]] bool isShowing(const AccessibleId& object) const;
+  [[nodiscard]] Step documentIn(Side& side);
   [[nodiscard]] Step readPage(WindowReading& reading);
   [[nodiscard]] Step childrenOf(const AccessibleId& parent, Topic topic,
                                 std::vector<Question>& questions);

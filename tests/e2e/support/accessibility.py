@@ -16,6 +16,7 @@ STATE_FOCUSED = 12
 STATE_SELECTED = 23
 STATE_SENSITIVE = 24
 STATE_SHOWING = 25
+RELATION_EMBEDS = 13
 
 
 class AccessibilityBus:
@@ -142,6 +143,12 @@ class Accessible:
 
     def children(self):
         return [Accessible(self.bus, owner, path) for owner, path in self._ask("GetChildren")[0]]
+
+    def embedded(self):
+        """What it says it shows of another program or process."""
+        return [Accessible(self.bus, owner, path)
+                for kind, targets in self._ask("GetRelationSet")[0] if kind == RELATION_EMBEDS
+                for owner, path in targets]
 
     def attributes(self):
         return self._ask("GetAttributes")[0]

@@ -335,6 +335,44 @@ TEST_F(AccessibleWindowSystemTest, ReadsTheHalfOfASplitViewThatIsInUse) {
   EXPECT_EQ(statusWhenSeen("http://www.a.test/"), "Connect: www.a.test");
 }
 
+TEST_F(AccessibleWindowSystemTest, ReadsThePageBesideASidePanelOfChromium) {
+  FakeChromium browser(bus_.address());
+  browser.show("/one", chromiumWindow("A", "http://www.a.test/"));
+  list({&browser});
+  static_cast<void>(statusWhenSeen("http://www.a.test/"));
+  browser.openSidePanel("/one");
+  EXPECT_EQ(visitsIn(20), 0);
+  browser.push("/one", "http://www.a.test/pushed");
+  EXPECT_EQ(statusWhenSeen("http://www.a.test/pushed"), "Connect: www.a.test");
+  browser.chooseTab("/one", "/one/second", "http://www.b.test/");
+  EXPECT_EQ(statusWhenSeen("http://www.b.test/"), "Connect: www.b.test");
+  EXPECT_EQ(visitsIn(20), 0);
+  browser.load("/one", "/one/next", "http://www.c.test/");
+  EXPECT_EQ(statusWhenSeen("http://www.c.test/"), "Connect: www.c.test");
+  EXPECT_EQ(visitsIn(20), 0);
+}
+
+TEST_F(AccessibleWindowSystemTest, ReadsThePageBesideASidePanelThatWasOpenBefore) {
+  FakeChromium browser(bus_.address());
+  browser.show("/one", chromiumWindow("A", "http://www.a.test/"));
+  browser.openSidePanel("/one");
+  list({&browser});
+  EXPECT_EQ(statusWhenSeen("http://www.a.test/"), "Connect: www.a.test");
+  EXPECT_EQ(visitsIn(20), 0);
+}
+
+TEST_F(AccessibleWindowSystemTest, ReadsTheHalfInUseBesideASidePanel) {
+  FakeChromium browser(bus_.address());
+  browser.show("/one", chromiumWindow("A", "http://www.a.test/"));
+  list({&browser});
+  static_cast<void>(statusWhenSeen("http://www.a.test/"));
+  browser.openSidePanel("/one");
+  browser.split("/one", "/one/second", "http://www.b.test/", true);
+  EXPECT_EQ(statusWhenSeen("http://www.b.test/"), "Connect: www.b.test");
+  browser.split("/one", "/one/second", "http://www.b.test/", false);
+  EXPECT_EQ(statusWhenSeen("http://www.a.test/"), "Connect: www.a.test");
+}
+
 TEST_F(AccessibleWindowSystemTest, FollowsTheSelectedTabOfFirefox) {
   FakeFirefox browser(bus_.address());
   browser.show("/one", firefoxWindow("A", "http://a.test/"));

@@ -118,12 +118,52 @@ void FakeChromium::load(const std::string& path, const std::string& document,
   page.address = address;
   page.states = documentStates;
   program_.set(document, page);
-  part(path + "/side", ATSPI_ROLE_PANEL, "class=ContentsContainerView", {document, path + "/bar"});
+  showSide(path, {document, path + "/bar"});
   part(path + "/bar", ATSPI_ROLE_PANEL, "class=MultiContentsViewMiniToolbar", {path + "/label"});
   push(path, address);
   FakeObject object = frame(windows_[path]);
   object.attributes = {{"class", "BrowserRootView"}};
   object.embeds = document;
+  object.children = {path + "/client"};
+  program_.set(path, object);
+}
+
+// That of the view while it is not split.
+void FakeChromium::showSide(const std::string& path, const std::vector<std::string>& children) {
+  FakeObject side;
+  side.role = ATSPI_ROLE_PANEL;
+  side.attributes = {{"class", "ContentsContainerView"}};
+  side.states = kShowing;
+  side.children = children;
+  program_.set(path + "/side", side);
+}
+
+void FakeChromium::openSidePanel(const std::string& path) {
+  FakeObject document;
+  document.role = ATSPI_ROLE_DOCUMENT_WEB;
+  document.name = "Reading mode";
+  document.addressAttribute = "URI";
+  document.address = "chrome-untrusted://read-anything-side-panel.top-chrome/";
+  program_.set(path + "/reading", document);
+  part(path + "/panel", ATSPI_ROLE_PANEL, "class=ContentsWebView", {path + "/reading"});
+  FakeObject object = frame(windows_[path]);
+  object.attributes = {{"class", "BrowserRootView"}};
+  object.embeds = path + "/reading";
+  object.children = {path + "/client"};
+  program_.set(path, object);
+}
+
+void FakeChromium::chooseTab(const std::string& path, const std::string& document,
+                             const std::string& address) {
+  FakeObject page;
+  page.role = ATSPI_ROLE_DOCUMENT_WEB;
+  page.addressAttribute = "URI";
+  page.address = address;
+  program_.set(document, page);
+  showSide(path, {document, path + "/bar"});
+  push(path, address);
+  FakeObject object = frame(windows_[path]);
+  object.attributes = {{"class", "BrowserRootView"}};
   object.children = {path + "/client"};
   program_.set(path, object);
 }

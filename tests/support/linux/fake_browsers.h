@@ -69,12 +69,19 @@ class FakeChromium final : public FakeBrowser {
   // The committed address alone, as history.pushState does.
   void push(const std::string& path, const std::string& address);
 
+  // Opens a side panel, whose document the frame embeds from then on.
+  void openSidePanel(const std::string& path);
+
+  // Another tab, while a side panel is open: the frame then embeds nothing.
+  void chooseTab(const std::string& path, const std::string& document, const std::string& address);
+
   // Splits the view, or changes its second half, which shows another document.
   void split(const std::string& path, const std::string& document, const std::string& address,
              bool isSecondActive);
 
  private:
   void label(const std::string& path, const std::string& address, std::uint64_t states);
+  void showSide(const std::string& path, const std::vector<std::string>& children);
 
   void showParts(const std::string& path, const FakeBrowserWindow& window) override;
 };
