@@ -292,7 +292,7 @@ TEST_P(ExistingArchiveDialogTest, RefusesAPathOfFewerThanFourCharacters) {
 }
 
 TEST_P(ExistingArchiveDialogTest, TakesAPathOfFourCharacters) {
-  disk_.givenAFolder("/\u00e9t\u00e9");
+  disk_.givenAFolder(u8"/\u00e9t\u00e9");
   open();
   type("/\u00e9t\u00e9");
   expectQuestionAbout("/\u00e9t\u00e9");

@@ -42,8 +42,11 @@ class Taking(QuorrixTest):
     def given_the_help_window(self):
         self.given_the_program()
         self.quorrix.choose("Help", "Help")
-        return wait_until(lambda: next((window for window in self.quorrix.windows()
-                                        if window.title == "Quorrix Help"), None), "the help")
+        window = wait_until(lambda: next((window for window in self.quorrix.windows()
+                                          if window.title == "Quorrix Help"), None), "the help")
+        # It takes the keyboard when it opens, which no window used before that would keep.
+        wait_until(window.is_active, "the help to have the keyboard")
+        return window
 
     def test_a_window_is_taken_once_it_is_painted(self):
         path = self.picture()
