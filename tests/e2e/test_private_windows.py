@@ -155,14 +155,15 @@ class FirefoxPrivateWindows(PrivateWindowScenarios, PrivateWindowTest):
 
     def test_a_firefox_that_never_remembers_history(self):
         self.given_tracking()
-        self.given_a_firefox_of_which_nothing_is_recorded(NEVER_REMEMBERS)
+        self.given_a_firefox_of_which_nothing_is_recorded(firefox_with(NEVER_REMEMBERS))
         self.browser = self.given_a_browser(Firefox)
         self.see("www.garden.example/remembered.html")
         self.assertIn(VIEW_BUTTON, self.ids_on_tool_bars())
 
     def test_a_firefox_without_the_button_that_private_windows_lack(self):
         self.given_tracking()
-        self.given_a_firefox_of_which_nothing_is_recorded(NEVER_REMEMBERS, VIEW_TAKEN_AWAY)
+        self.given_a_firefox_of_which_nothing_is_recorded(
+            firefox_with(NEVER_REMEMBERS, VIEW_TAKEN_AWAY))
         self.browser = self.given_a_browser(firefox_with(VIEW_TAKEN_AWAY))
         self.see("www.garden.example/remembered.html")
         self.see_popup("www.garden.example/with-popup")
@@ -170,10 +171,20 @@ class FirefoxPrivateWindows(PrivateWindowScenarios, PrivateWindowTest):
         self.assertIn("back-button", ids)
         self.assertNotIn(VIEW_BUTTON, ids)
 
-    def given_a_firefox_of_which_nothing_is_recorded(self, *preferences):
-        self.browser = firefox_with(*preferences)(self.session, self.site)
+    def test_a_firefox_that_is_started_with_the_option_for_it(self):
+        self.given_tracking()
+        for kind in (Firefox, firefox_with(VIEW_TAKEN_AWAY)):
+            self.given_a_firefox_of_which_nothing_is_recorded(kind, "--private")
+        self.browser = self.given_a_browser(Firefox)
+        self.see("www.garden.example/remembered.html")
+
+    def given_a_firefox_of_which_nothing_is_recorded(self, kind, option=None):
+        self.browser = kind(self.session, self.site)
         self.addCleanup(self.browser.close)
-        self.given_private_windows(self.browser.start)
+        if option:
+            self.given_private_windows(self.browser.start_private, option=option)
+        else:
+            self.given_private_windows(self.browser.start)
         self.let_private_windows_reload()
         self.browser.open_window("http://www.secret.example/plain.html")
         self.browser.reload("http://www.secret.example/plain.html")
