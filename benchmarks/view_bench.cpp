@@ -118,7 +118,7 @@ class ExpandedTree {
   explicit ExpandedTree(BenchData& data) {
     tree_.addRoot();
     const AddressList& addresses = data.addresses(kSites);
-    for (std::size_t i = 0; i < kSites; ++i) addRecordToTree(tree_, addresses[i], 'N');
+    for (std::size_t i = 0; tree_.size() < kSites; ++i) addRecordToTree(tree_, addresses[i], 'N');
     view_ = std::make_unique<SiteTreeView>(tree_);
     view_->resize(800, 600);
     view_->show();

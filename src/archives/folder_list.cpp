@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <algorithm>
 #include <utility>
 
 #include "archives/shown_path.h"
@@ -13,22 +14,40 @@ namespace {
 
 constexpr int kDepthRole = Qt::UserRole;
 constexpr int kIndent = 10;  // pixels for each folder above
+constexpr int kIconGap = 3;  // pixels between an icon and its name
 constexpr int kFewestRows = 7;
 
-class IndentingDelegate final : public QStyledItemDelegate {
+// Only the name is highlighted: on the highlight of most palettes a folder's icon cannot
+// be made out.
+class FolderDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
-    QStyleOptionViewItem indented = option;
-    indented.rect.setLeft(option.rect.left() + indentOf(index));
-    QStyledItemDelegate::paint(painter, indented, index);
+    QRect icon = option.rect;
+    icon.setLeft(icon.left() + indentOf(index));
+    icon.setWidth(option.decorationSize.width());
+    index.data(Qt::DecorationRole).value<QIcon>().paint(painter, icon);
+    QStyleOptionViewItem name = option;
+    name.rect.setLeft(icon.right() + kIconGap);
+    QStyledItemDelegate::paint(painter, name, index);
   }
 
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& index) const override {
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(indentOf(index), 0);
+    const QSize icon = option.decorationSize + QSize(indentOf(index) + kIconGap, 0);
+    const QSize name = QStyledItemDelegate::sizeHint(option, index);
+    return {icon.width() + name.width(), std::max(icon.height(), name.height())};
+  }
+
+ protected:
+  // Without the icon, which was painted beside it.
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->features &=
+        ~QStyleOptionViewItem::ViewItemFeatures(QStyleOptionViewItem::HasDecoration);
+    option->icon = {};
   }
 
  private:
@@ -44,7 +63,7 @@ Path withoutLastSeparator(const Path& path) {
 
 FolderList::FolderList(FileSystem& files, const Path& start, QWidget* parent)
     : QListWidget(parent), files_(files), path_(start.root_path()) {
-  setItemDelegate(new IndentingDelegate(this));
+  setItemDelegate(new FolderDelegate(this));
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   setMinimumHeight(kFewestRows * fontMetrics().lineSpacing());

@@ -2,8 +2,10 @@
 // locale.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string_view>
 
 namespace quorrix {
 
@@ -35,6 +37,13 @@ inline constexpr std::array<char, 256> kTable = makeTable();
 // Two characters differ in nothing but their case when this is the same for both.
 [[nodiscard]] constexpr char folded(char character) {
   return case_folding::kTable[static_cast<unsigned char>(character)];
+}
+
+[[nodiscard]] constexpr bool beginsWithIgnoringCase(std::string_view text,
+                                                    std::string_view beginning) {
+  return text.size() >= beginning.size() &&
+         std::equal(beginning.begin(), beginning.end(), text.begin(),
+                    [](char a, char b) { return folded(a) == folded(b); });
 }
 
 }  // namespace quorrix

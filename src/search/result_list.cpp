@@ -2,9 +2,8 @@
 
 #include <QStyledItemDelegate>
 #include <algorithm>
-#include <string_view>
 
-#include "search/case_folding.h"
+#include "platform/case_folding.h"
 #include "shell/plain_text.h"
 #include "shell/select_first.h"
 
@@ -22,12 +21,6 @@ class NarrowDelegate final : public QStyledItemDelegate {
   }
 };
 
-bool beginsWith(std::string_view address, std::string_view text) {
-  return address.size() >= text.size() &&
-         std::equal(text.begin(), text.end(), address.begin(),
-                    [](char a, char b) { return folded(a) == folded(b); });
-}
-
 }  // namespace
 
 void ResultListModel::setAddresses(std::vector<std::string> addresses) {
@@ -43,7 +36,7 @@ int ResultListModel::rowCount(const QModelIndex& parent) const {
 QVariant ResultListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   if (role == Qt::DisplayRole) return toQString(address(index.row()));
-  if (role == Qt::ToolTipRole) return asToolTip(toQString(address(index.row())));
+  if (role == Qt::ToolTipRole && describe_) return asToolTip(describe_(address(index.row())));
   return {};
 }
 
@@ -54,7 +47,9 @@ QModelIndexList ResultListModel::match(const QModelIndex& start, int role, const
   }
   const std::string text = fromQString(value.toString());
   const auto first = addresses_.begin() + start.row();
-  const auto isMatch = [&text](const std::string& address) { return beginsWith(address, text); };
+  const auto isMatch = [&text](const std::string& address) {
+    return beginsWithIgnoringCase(address, text);
+  };
   auto found = std::find_if(first, addresses_.end(), isMatch);
   if (found == addresses_.end()) {
     found = std::find_if(addresses_.begin(), first, isMatch);

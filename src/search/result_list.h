@@ -5,6 +5,7 @@
 
 #include <QAbstractListModel>
 #include <QListView>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,12 @@ class ResultListModel final : public QAbstractListModel {
   using QAbstractListModel::QAbstractListModel;
 
   void setAddresses(std::vector<std::string> addresses);
+
+  // What the tool tip of an address says; must not throw.
+  void describeBy(std::function<QString(const std::string&)> describe) {
+    describe_ = std::move(describe);
+  }
+
   [[nodiscard]] const std::string& address(int row) const {
     return addresses_[static_cast<std::size_t>(row)];
   }
@@ -31,6 +38,7 @@ class ResultListModel final : public QAbstractListModel {
 
  private:
   std::vector<std::string> addresses_;
+  std::function<QString(const std::string&)> describe_;
 };
 
 class ResultList final : public QListView {
@@ -38,6 +46,11 @@ class ResultList final : public QListView {
 
  public:
   explicit ResultList(QWidget* parent);
+
+  // What the tool tip of an address says; must not throw.
+  void describeBy(std::function<QString(const std::string&)> describe) {
+    model_.describeBy(std::move(describe));
+  }
 
   void showAddresses(std::vector<std::string> addresses) {
     model_.setAddresses(std::move(addresses));

@@ -28,7 +28,9 @@ class SearchResultsDialog final : public QDialog {
     MessageBox& messageBox;
     QWidget& mainWindow;
     std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
-    std::function<void()> newSearch;     // this dialog is to give way to a new search
+    // What the tool tip of an address says; must not throw.
+    std::function<QString(const std::string&)> describe;
+    std::function<void()> newSearch;  // this dialog is to give way to a new search
   };
 
   explicit SearchResultsDialog(Parts parts);

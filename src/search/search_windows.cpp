@@ -64,6 +64,7 @@ void SearchWindows::loadResults(const SearchCriteria& criteria,
                                  .messageBox = parts_.messageBox,
                                  .mainWindow = parts_.mainWindow,
                                  .locate = parts_.locate,
+                                 .describe = parts_.describe,
                                  .newSearch = [this] { newSearch(); }});
   dialog->Form_Load(criteria, addresses);
   QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(results_); });

@@ -25,6 +25,8 @@ class SearchWindows {
     QWidget& mainWindow;
     SiteSearch search;
     std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
+    // What the tool tip of an address says; must not throw.
+    std::function<QString(const std::string&)> describe;
   };
 
   explicit SearchWindows(Parts parts) : parts_(std::move(parts)) {}

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "search/case_folding.h"
+#include "platform/case_folding.h"
 
 namespace quorrix {
 

@@ -1,5 +1,6 @@
 #include "shell/qt_message_box.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
@@ -88,6 +89,8 @@ MessageBoxButton QtMessageBox::show(std::string_view text, MessageBoxStyle style
   box.setIcon(look.icon);
   box.setStandardButtons(look.hasCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok);
   box.setDefaultButton(look.hasCancel ? QMessageBox::Cancel : QMessageBox::Ok);
+  // Some desktops put icons on the buttons of messages; those of the dialogs have none.
+  for (QAbstractButton* const button : box.buttons()) button->setIcon({});
   box.setWindowFlag(Qt::WindowStaysOnTopHint, look.staysOnTop);
   keepInFront(box);
   box.wrapText();

@@ -1,5 +1,6 @@
 #include "shell/resources.h"
 
+#include <QPainter>
 #include <QPixmap>
 
 // Outside the namespace, as the macro needs it.
@@ -10,17 +11,45 @@ namespace {
 
 constexpr int kIconSizes[] = {16, 22, 24, 32, 48, 64, 128, 256};  // pixels
 
+// The badge in the lower right corner, of the icon's size; its rim, of its own.
+constexpr double kBadgeShare = 0.5;
+constexpr double kRimShare = 0.15;
+constexpr QRgb kBadgeColour = 0xffd32f2f;  // red, as of a recorder that runs
+
+// Of those that are there, `change` made to each.
+template <typename Change>
+QIcon iconOf(Change change) {
+  QIcon icon;
+  for (const int size : kIconSizes) {
+    QPixmap picture(QStringLiteral(":/icons/quorrix-%1.png").arg(size));
+    if (picture.isNull()) continue;
+    change(picture);
+    icon.addPixmap(picture);
+  }
+  return icon;
+}
+
+void paintBadge(QPixmap& picture) {
+  const double size = kBadgeShare * picture.width();
+  const double rim = kRimShare * size;
+  QRectF badge(picture.width() - size, picture.height() - size, size, size);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(Qt::white);
+  painter.drawEllipse(badge);
+  painter.setBrush(QColor(kBadgeColour));
+  painter.drawEllipse(badge.adjusted(rim, rim, -rim, -rim));
+}
+
 }  // namespace
 
 void registerResources() { registerQuorrixResources(); }
 
 QIcon applicationIcon() {
-  QIcon icon;
-  for (const int size : kIconSizes) {
-    const QPixmap picture(QStringLiteral(":/icons/quorrix-%1.png").arg(size));
-    if (!picture.isNull()) icon.addPixmap(picture);
-  }
-  return icon;
+  return iconOf([](QPixmap&) {});
 }
+
+QIcon trackingIcon() { return iconOf(paintBadge); }
 
 }  // namespace quorrix

@@ -12,4 +12,7 @@ void registerResources();
 // In all its sizes; null where the pictures cannot be read.
 [[nodiscard]] QIcon applicationIcon();
 
+// The same with a red badge, for while tracking is on.
+[[nodiscard]] QIcon trackingIcon();
+
 }  // namespace quorrix

@@ -23,6 +23,26 @@ void addRecordOrPassItOver(SiteTree::Batch& batch, std::uint64_t number,
   }
 }
 
+// Fills in the first record with this address and returns its number, 0 for none.
+std::uint64_t findRecord(FixedRecordFile& file, std::string_view siteAddress,
+                         std::uint64_t likelyNumber, SiteRecord& record) {
+  const std::uint64_t last = file.recordsBegun();
+  std::uint64_t found = 0;
+  const auto take = [&](std::uint64_t number, std::span<const char> bytes) {
+    if (!holdsAddress(bytes, siteAddress)) return true;
+    found = number;
+    std::copy(bytes.begin(), bytes.end(), record.begin());
+    return false;
+  };
+  if (likelyNumber > 0 && likelyNumber <= last) {
+    SiteRecord likely;
+    file.get(likelyNumber, likely);
+    take(likelyNumber, likely);
+  }
+  if (found == 0) file.scan(last, FixedRecordFile::ReadFailures::Throw, take);
+  return found;
+}
+
 }  // namespace
 
 SiteFile::SiteFile(FileSystem& files, Clock& clock, const WorkingPaths& paths)
@@ -50,26 +70,21 @@ void SiteFile::readSiteFile(SiteTree& tree) {
 std::uint64_t SiteFile::updateSiteRecord(std::string_view siteAddress, char protocolFlag,
                                          std::uint64_t likelyNumber) {
   FixedRecordFile file = openSiteFile();
-  const std::uint64_t last = file.recordsBegun();
-  std::uint64_t found = 0;
   SiteRecord updated;
-  const auto take = [&](std::uint64_t number, std::span<const char> record) {
-    if (!holdsAddress(record, siteAddress)) return true;
-    found = number;
-    std::copy(record.begin(), record.end(), updated.begin());
-    return false;
-  };
-  if (likelyNumber > 0 && likelyNumber <= last) {
-    SiteRecord likely;
-    file.get(likelyNumber, likely);
-    take(likelyNumber, likely);
-  }
-  if (found == 0) file.scan(last, FixedRecordFile::ReadFailures::Throw, take);
+  const std::uint64_t found = findRecord(file, siteAddress, likelyNumber, updated);
   if (found == 0) return 0;
   stamp(updated, protocolFlag);
   file.put(found, updated);
   file.sync();
   return found;
+}
+
+std::string SiteFile::accessStamp(std::string_view siteAddress, std::uint64_t likelyNumber) {
+  FixedRecordFile file(files_, paths_.currentNodesFile, site_record::kLength, FileAccess::Read);
+  SiteRecord record;
+  if (findRecord(file, siteAddress, likelyNumber, record) == 0) return {};
+  const auto field = fieldOf(record, site_record::kAccessStamp);
+  return std::string(field.substr(0, field.find(kStampEnd)));
 }
 
 void SiteFile::appendSiteRecord(std::string_view siteAddress, char protocolFlag) {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "platform/clock.h"
@@ -36,6 +37,11 @@ class SiteFile {
   // appended after the last one.
   std::uint64_t updateSiteRecord(std::string_view siteAddress, char protocolFlag,
                                  std::uint64_t likelyNumber = 0);
+
+  // The text of the first record's access stamp, without its end mark; empty where no record
+  // has this address. `likelyNumber` as above. Writes nothing.
+  [[nodiscard]] std::string accessStamp(std::string_view siteAddress,
+                                        std::uint64_t likelyNumber = 0);
 
   // Appends a record after the last one.
   void appendSiteRecord(std::string_view siteAddress, char protocolFlag);

@@ -40,8 +40,11 @@ int SiteTreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; 
 bool SiteTreeModel::hasChildren(const QModelIndex& parent) const { return rowCount(parent) > 0; }
 
 QVariant SiteTreeModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
-  return toQString(tree_.text(nodeOf(index)));
+  if (!index.isValid()) return {};
+  if (role == Qt::DisplayRole) return toQString(tree_.text(nodeOf(index)));
+  if (role != Qt::ToolTipRole || !describe_) return {};
+  const QString description = describe_(nodeOf(index));
+  return description.isEmpty() ? QVariant() : asToolTip(description);
 }
 
 Qt::ItemFlags SiteTreeModel::flags(const QModelIndex& index) const {

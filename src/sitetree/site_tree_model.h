@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <functional>
 
 #include "sitetree/site_tree.h"
 
@@ -14,6 +15,9 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
  public:
   explicit SiteTreeModel(SiteTree& tree, QObject* parent = nullptr);
   ~SiteTreeModel() override;
+
+  // What the tool tip of a node says; must not throw.
+  void describeBy(std::function<QString(NodeId)> describe) { describe_ = std::move(describe); }
 
   [[nodiscard]] NodeId nodeOf(const QModelIndex& index) const;
   [[nodiscard]] QModelIndex indexOf(NodeId node) const;
@@ -39,6 +43,7 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
   void selectionChanged(NodeId node) override;
 
   SiteTree& tree_;
+  std::function<QString(NodeId)> describe_;
 };
 
 }  // namespace quorrix

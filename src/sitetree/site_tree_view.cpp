@@ -9,6 +9,7 @@
 #include <QStringBuilder>
 #include <algorithm>
 
+#include "platform/case_folding.h"
 #include "shell/plain_text.h"
 #include "sitetree/site_address.h"
 
@@ -76,10 +77,45 @@ void SiteTreeView::makeVisible(NodeId node, ScrollHint where) {
   scrollTo(model_.indexOf(node), where);
 }
 
-// What was found may lie anywhere, so the rows around it are shown too.
+// The base class makes a string of each row, which takes 0.2 s for each key when 200,000 are
+// open. What is found may lie anywhere, so the rows around it are shown, too.
 void SiteTreeView::keyboardSearch(const QString& search) {
-  QTreeView::keyboardSearch(search);
-  scrollTo(currentIndex(), PositionAtCenter);
+  const bool isGoingOn =
+      sinceTyping_.isValid() && !sinceTyping_.hasExpired(QApplication::keyboardInputInterval());
+  sinceTyping_.start();
+  if (!isGoingOn || search.isEmpty()) typed_.clear();
+  if (search.isEmpty()) return;
+  typed_ += fromQString(search);
+  const bool isRepeated = typed_.find_first_not_of(typed_.front()) == std::string::npos;
+  const std::string_view sought = isRepeated ? std::string_view(typed_).substr(0, 1) : typed_;
+  const NodeId first = visibleFrom(tree_.selected());
+  const bool isFirstPassed = !isGoingOn || (isRepeated && typed_.size() > 1);
+  NodeId node = isFirstPassed ? nextVisible(first) : first;
+  for (bool isFirst = true; isFirst || node != first; isFirst = false, node = nextVisible(node)) {
+    if (!beginsWithIgnoringCase(tree_.text(node), sought)) continue;
+    const QModelIndex found = model_.indexOf(node);
+    setCurrentIndex(found);
+    return scrollTo(found, PositionAtCenter);
+  }
+}
+
+// The row below; the root's after the last one.
+NodeId SiteTreeView::nextVisible(NodeId node) const {
+  if (tree_.childCount(node) > 0 && isExpanded(model_.indexOf(node))) return tree_.child(node, 0);
+  for (; node != tree_.root(); node = tree_.parent(node)) {
+    const NodeId parent = tree_.parent(node);
+    const std::size_t row = tree_.row(node) + 1;
+    if (row < tree_.childCount(parent)) return tree_.child(parent, row);
+  }
+  return node;
+}
+
+// The node itself, or the closed one in which it is.
+NodeId SiteTreeView::visibleFrom(NodeId node) const {
+  for (NodeId above = tree_.parent(node); above != kNoNode; above = tree_.parent(above)) {
+    if (!isExpanded(model_.indexOf(above))) node = above;
+  }
+  return node;
 }
 
 void SiteTreeView::mouseReleaseEvent(QMouseEvent* event) {

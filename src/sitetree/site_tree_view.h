@@ -2,7 +2,9 @@
 // the tree's selection follow each other.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTreeView>
+#include <string>
 
 #include "sitetree/site_tree.h"
 #include "sitetree/site_tree_model.h"
@@ -23,6 +25,11 @@ class SiteTreeView final : public QTreeView {
  public:
   explicit SiteTreeView(SiteTree& tree, QWidget* parent = nullptr);
 
+  // What the tool tip of a node says; must not throw.
+  void describeBy(std::function<QString(NodeId)> describe) {
+    model_.describeBy(std::move(describe));
+  }
+
   // Expands the root, so that all hosts show.
   void expandDNSNodes();
 
@@ -36,6 +43,8 @@ class SiteTreeView final : public QTreeView {
   // the middle of the view.
   void makeVisible(NodeId node, ScrollHint where = EnsureVisible);
 
+  // Selects the next row that begins with what the user types; a single letter again and
+  // again goes from match to match. Every row that is open is looked at within a frame.
   void keyboardSearch(const QString& search) override;
 
  signals:
@@ -64,12 +73,16 @@ class SiteTreeView final : public QTreeView {
  private:
   void showSelection();
   void copyAddress() const;
+  [[nodiscard]] NodeId nextVisible(NodeId node) const;
+  [[nodiscard]] NodeId visibleFrom(NodeId node) const;
   void releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers);
   void widenToVisibleRows();
 
   SiteTree& tree_;
   SiteTreeModel model_;
   int widestRow_ = 0;  // in pixels, of those that were on screen
+  std::string typed_;
+  QElapsedTimer sinceTyping_;
 };
 
 }  // namespace quorrix

@@ -67,6 +67,30 @@ TEST_F(FolderListTest, IndentsEachFolderBelowTheOneThatHoldsIt) {
             folders_.fontMetrics().horizontalAdvance(QStringLiteral("Data")) + 30);
 }
 
+// On a highlight of the same colour an icon could not be made out.
+TEST_F(FolderListTest, HighlightsTheNameAndNotTheIcon) {
+  QPalette palette = folders_.palette();
+  palette.setColor(QPalette::Base, Qt::white);
+  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+    palette.setColor(group, QPalette::Highlight, Qt::magenta);
+  }
+  folders_.setPalette(palette);
+  folders_.setPath("/opt/quorrix");
+  const QRect row = folders_.visualItemRect(folders_.currentItem());
+  const QImage picture = folders_.viewport()->grab(row).toImage();
+  const auto shareOfHighlight = [&picture](int left, int right) {
+    int count = 0;
+    for (int x = left; x < right; ++x) {
+      for (int y = 0; y < picture.height(); ++y) count += picture.pixelColor(x, y) == Qt::magenta;
+    }
+    return static_cast<double>(count) / ((right - left) * picture.height());
+  };
+  constexpr int kIndentOfTwo = 20;
+  const int iconEnd = kIndentOfTwo + folders_.style()->pixelMetric(QStyle::PM_ListViewIconSize);
+  EXPECT_EQ(shareOfHighlight(0, kIndentOfTwo + 16), 0);
+  EXPECT_GT(shareOfHighlight(iconEnd + 5, picture.width()), 0.5);
+}
+
 TEST_F(FolderListTest, TakesAPathWithASeparatorAtItsEnd) {
   folders_.setPath("/opt/quorrix/");
   EXPECT_EQ(test::withSlashes(folders_.path().string()), "/opt/quorrix");

@@ -1,4 +1,4 @@
-#include "search/case_folding.h"
+#include "platform/case_folding.h"
 
 #include <gtest/gtest.h>
 
@@ -80,6 +80,14 @@ TEST(Folded, LeavesLettersWithoutAPartnerAndSigns) {
   EXPECT_EQ(folded('\xF7'), '\xF7');  // ÷
   EXPECT_EQ(folded('@'), '@');
   EXPECT_EQ(folded('['), '[');
+}
+
+TEST(BeginsWithIgnoringCase, ComparesLetterByLetter) {
+  EXPECT_TRUE(beginsWithIgnoringCase("Caf\xE9.fr", "cAF\xC9"));
+  EXPECT_TRUE(beginsWithIgnoringCase("abc", "abc"));
+  EXPECT_TRUE(beginsWithIgnoringCase("abc", ""));
+  EXPECT_FALSE(beginsWithIgnoringCase("abc", "abcd"));
+  EXPECT_FALSE(beginsWithIgnoringCase("abc", "b"));
 }
 
 }  // namespace

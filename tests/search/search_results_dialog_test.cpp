@@ -5,6 +5,7 @@
 
 #include "platform/failure.h"
 #include "search/search_stage.h"
+#include "shell/plain_text.h"
 
 namespace quorrix {
 namespace {
@@ -22,6 +23,10 @@ class SearchResultsDialogTest : public test::SearchStage {
                   located_.emplace_back(tree_.key(node));
                   if (whileLocating_) whileLocating_();
                   tree_.select(node);
+                },
+            .describe =
+                [](const std::string& address) {
+                  return QStringLiteral("about ") + toQString(address);
                 },
             .newSearch = [this] { ++newSearches_; }};
   }
@@ -100,6 +105,15 @@ TEST_F(SearchResultsDialogTest, ShowsTheDateUnlessOnlyTheAddressWasSearched) {
 TEST_F(SearchResultsDialogTest, ListsWhatWasFoundInItsOrderAndAsOftenAsItWasFound) {
   load({"one.two.three/a", "caf\xE9.fr", "one.two.three/a", "<b>&a</b>"});
   EXPECT_EQ(listed(), (Texts{"one.two.three/a", "caf\u00e9.fr", "one.two.three/a", "<b>&a</b>"}));
+}
+
+TEST_F(SearchResultsDialogTest, DescribesAnAddressInItsToolTip) {
+  load({"one.two.three/a", "caf\xE9.fr"});
+  const QAbstractItemModel& model = *control<QListView>(dialog_, "List1").model();
+  EXPECT_TRUE(model.index(1, 0)
+                  .data(Qt::ToolTipRole)
+                  .toString()
+                  .contains(QStringLiteral("about caf\u00e9.fr")));
 }
 
 TEST_F(SearchResultsDialogTest, TellsHowManyThereAre) {

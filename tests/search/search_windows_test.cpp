@@ -27,7 +27,8 @@ class SearchWindowsTest : public test::SearchStage {
             .messageBox = messageBox_,
             .mainWindow = mainWindow_,
             .search = search(),
-            .locate = [this](NodeId node) { located_.emplace_back(tree_.key(node)); }};
+            .locate = [this](NodeId node) { located_.emplace_back(tree_.key(node)); },
+            .describe = {}};
   }
 
   // The dialogs on screen of this name; those that were unloaded are gone for good.
@@ -234,7 +235,8 @@ TEST_F(SearchWindowsTest, MayOutliveTheMainWindow) {
                          .messageBox = messageBox_,
                          .mainWindow = *mainWindow,
                          .search = search(),
-                         .locate = [](NodeId) {}});
+                         .locate = [](NodeId) {},
+                         .describe = {}});
   windows.openSearch();
   EXPECT_EQ(searchesOpen(), 1U);
   mainWindow.reset();

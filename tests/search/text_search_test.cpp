@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "search/case_folding.h"
+#include "platform/case_folding.h"
 
 namespace quorrix {
 namespace {

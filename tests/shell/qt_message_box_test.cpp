@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QTest>
@@ -91,6 +92,30 @@ TEST(QtMessageBox, HasTheIconAndTheButtonsOfItsStyle) {
       EXPECT_TRUE(box.isModal());
     });
   }
+}
+
+class StyleWithIconsOnButtons final : public QProxyStyle {
+ public:
+  using QProxyStyle::QProxyStyle;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 1;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+// As those of the dialogs.
+TEST(QtMessageBox, HasButtonsWithoutIconsOnEveryDesktop) {
+  const QString before = QApplication::style()->name();
+  QApplication::setStyle(new StyleWithIconsOnButtons(QStyleFactory::create(before)));
+  QMessageBox ordinary(QMessageBox::NoIcon, QString(), QString(), QMessageBox::Ok);
+  EXPECT_FALSE(ordinary.button(QMessageBox::Ok)->icon().isNull());
+  inspect(MessageBoxStyle::ConfirmQuestion, [](const QMessageBox& box) {
+    for (const QAbstractButton* const button : box.buttons()) {
+      EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();
+    }
+  });
+  QApplication::setStyle(before);
 }
 
 TEST(QtMessageBox, ShowsMarkupLetterByLetter) {

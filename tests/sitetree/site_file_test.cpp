@@ -73,6 +73,19 @@ class SiteFileTest : public testing::Test {
   }
 };
 
+TEST_F(SiteFileTest, TellsTheStampOfTheFirstRecordOfAnAddress) {
+  const std::string bytes = record("one.two.three", 'N', "1/2/26 3:04:05 PM~") +
+                            record("four.five.six", 'S', "11/16/99 2:12:26 AM~") +
+                            record("four.five.six", 'S', "7/7/26 7:07:07 AM~");
+  givenTheFile(bytes);
+  EXPECT_EQ(siteFile_.accessStamp("four.five.six"), "11/16/99 2:12:26 AM");
+  EXPECT_EQ(siteFile_.accessStamp("four.five.six", 2), "11/16/99 2:12:26 AM");
+  EXPECT_EQ(siteFile_.accessStamp("four.five.six", 1), "11/16/99 2:12:26 AM");
+  EXPECT_EQ(siteFile_.accessStamp("four.five.six", 99), "11/16/99 2:12:26 AM");
+  EXPECT_EQ(siteFile_.accessStamp("elsewhere.five.six"), "");
+  EXPECT_EQ(file(), bytes);
+}
+
 TEST_F(SiteFileTest, CreatesAMissingFileAndLoadsTheRootAlone) {
   SiteTree tree;
   siteFile_.loadNodes(tree);

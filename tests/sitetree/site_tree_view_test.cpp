@@ -184,6 +184,42 @@ TEST_F(SiteTreeViewTypeAhead, SelectsTheNextNodeThatBeginsWithTheTextAndPutsItIn
   EXPECT_LE(std::abs(row.center().y() - view_.viewport()->rect().center().y()), row.height());
 }
 
+TEST_F(SiteTreeViewTypeAhead, GoesFromMatchToMatchByOneLetterAndAroundTheEnd) {
+  for (const auto* const address : {"far.two.three", "one.two.three", "Fun.two.three"})
+    add(address);
+  view_.expandDNSNodes();
+  for (const auto* const key : {"far.two.three", "Fun.two.three", "far.two.three"}) {
+    QTest::keyClicks(&view_, QStringLiteral("f"));
+    EXPECT_EQ(tree_.selected(), node(key));
+  }
+}
+
+TEST_F(SiteTreeViewTypeAhead, StaysOnTheRowThatMatchesTheNextLetterToo) {
+  for (const auto* const address : {"one.two.three", "ona.two.three", "onb.two.three"})
+    add(address);
+  view_.expandDNSNodes();
+  QTest::keyClicks(&view_, QStringLiteral("on"));
+  EXPECT_EQ(tree_.selected(), node("one.two.three"));
+  QTest::keyClicks(&view_, QStringLiteral("b"));
+  EXPECT_EQ(tree_.selected(), node("onb.two.three"));
+}
+
+TEST_F(SiteTreeViewTypeAhead, FindsNoRowThatIsClosed) {
+  givenTwoHostsWithSubSites();
+  QTest::keyClicks(&view_, QStringLiteral("d"));
+  EXPECT_EQ(tree_.selected(), tree_.root());
+  tree_.select(node("one.two.three/a/b"));
+  QTest::keyClicks(&view_, QStringLiteral("c"));
+  EXPECT_EQ(tree_.selected(), node("one.two.three/a/b"));
+}
+
+TEST_F(SiteTreeViewTypeAhead, StaysWhereItIsWhenNothingMatches) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  QTest::keyClicks(&view_, QStringLiteral("z"));
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+}
+
 class SiteTreeViewNodeChosenTest : public SiteTreeViewTest {
  protected:
   QSignalSpy chosen_{&view_, &SiteTreeView::nodeChosen};

@@ -21,6 +21,7 @@
 #include "shell/main_window/unreadable_browser_notice.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
+#include "shell/resources.h"
 #include "shell/twips.h"
 #include "shell/window_frame.h"
 #include "sitetree/empty_files.h"
@@ -113,6 +114,7 @@ MainForm::MainForm(const Parts& parts)
   // menu bar and status bar, as with another font or style.
   setCentralWidget(new QWidget(this));
   treeView_ = new SiteTreeView(tree_, centralWidget());
+  treeView_->describeBy([this](NodeId node) { return describe(node); });
   unreadableBrowserNotice_ = new UnreadableBrowserNotice(
       centralWidget(), [this](const std::function<void()>& work) { runCommand(work); });
   connect(unreadableBrowserNotice_, &UnreadableBrowserNotice::changed, this, &MainForm::layOut);
@@ -255,7 +257,8 @@ SearchWindows::Parts MainForm::searchParts() {
               [this](const SearchCriteria& criteria) {
                 return searchSiteFile(parts_.files, workingPaths_, criteria);
               },
-          .locate = [this](NodeId node) { locate(node); }};
+          .locate = [this](NodeId node) { locate(node); },
+          .describe = [this](const std::string& address) { return describe(address); }};
 }
 
 void MainForm::FileDelete_Click() {
@@ -431,9 +434,30 @@ void MainForm::Form_Unload() {
 
 void MainForm::showTrackingStatus(std::string_view text) {
   statusBar_->setPanelText(2, toQString(text));
+  // Task bars show it when the window is hidden.
+  setWindowIcon(tracking_.isTracking() ? trackingIcon() : QApplication::windowIcon());
 }
 
 void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
+
+QString MainForm::describe(const std::string& address) {
+  const NodeId node = tree_.find(address);
+  return node == kNoNode ? toQString(address) : describe(node);
+}
+
+// Of a folder that was never visited itself there is no record.
+QString MainForm::describe(NodeId node) {
+  if (node == tree_.root()) return {};
+  const auto address = tree_.key(node);
+  QString text = toQString(schemePrefix(tree_.tag(node))) % toQString(address);
+  try {
+    const std::string stamp = siteFile_.accessStamp(address, tree_.recordNumber(node));
+    if (!stamp.empty()) text += QStringLiteral("\nLatest visit: ") % toQString(stamp);
+  } catch (...) {
+    // The file cannot be read now; nobody has asked for more than a tool tip.
+  }
+  return text;
+}
 
 void MainForm::locate(NodeId node) {
   treeView_->makeVisible(node, SiteTreeView::PositionAtCenter);

@@ -105,6 +105,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void Form_Unload();
   void setCaption();
   void locate(NodeId node);
+  [[nodiscard]] QString describe(const std::string& address);
+  [[nodiscard]] QString describe(NodeId node);
   void beginTracking();
   [[nodiscard]] bool refusesWhileTracking();
   [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);

@@ -255,6 +255,34 @@ TEST_F(MainFormDelete, DestroysTheSiteThatTheCaptionNamesAfterTheKeyboardSelecte
   EXPECT_EQ(stage_.form.tree().size(), 2U);
 }
 
+class MainFormToolTipTest : public MainFormSitesTest {
+ protected:
+  // In the tree.
+  std::string toolTipOf(std::string_view key) {
+    return stage_.indexOf(key).data(Qt::ToolTipRole).toString().toStdString();
+  }
+};
+
+using MainFormToolTip = MainFormToolTipTest;
+
+TEST_F(MainFormToolTip, TellsAddressSchemeAndLatestVisit) {
+  EXPECT_EQ(toolTipOf("four.five.six"),
+            "<p style='white-space:pre-wrap'>https://four.five.six\n"
+            "Latest visit: 7/1/26 8:00:00 AM</p>");
+}
+
+TEST_F(MainFormToolTip, TellsNoVisitOfAFolderThatWasNeverVisited) {
+  EXPECT_EQ(toolTipOf("one.two.three/a"),
+            "<p style='white-space:pre-wrap'>http://one.two.three/a</p>");
+  EXPECT_EQ(toolTipOf("ROOT"), "");
+}
+
+TEST_F(MainFormToolTip, TellsTheAddressAloneWhenTheFileCannotBeRead) {
+  stage_.files.failAlways(57);
+  EXPECT_EQ(toolTipOf("four.five.six"),
+            "<p style='white-space:pre-wrap'>https://four.five.six</p>");
+}
+
 class MainFormKeysTest : public MainFormSitesTest {
  protected:
   MainFormKeysTest() {

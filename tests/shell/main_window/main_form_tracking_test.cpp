@@ -7,6 +7,7 @@
 
 #include "platform/failure.h"
 #include "shell/main_window/main_form_stage.h"
+#include "shell/resources.h"
 
 namespace quorrix {
 namespace {
@@ -43,6 +44,22 @@ TEST_F(MainFormTracking, SaysThatItRunsAndThatItHasStopped) {
   EXPECT_EQ(stage_.panelText(2), "Tracking websites stopped.");
   EXPECT_EQ(stage_.panelText(1), "Last archive loaded: none");
   EXPECT_FALSE(stage_.form.isTracking());
+}
+
+TEST_F(MainFormTracking, ShowsInItsIconThatItRuns) {
+  registerResources();
+  stage_.start();
+  const auto picture = [this] { return stage_.form.windowIcon().pixmap(32).toImage(); };
+  QApplication::setWindowIcon(applicationIcon());
+  const QImage before = picture();
+  QImage whileRunning;
+  stage_.events.atPump(1, [&] { whileRunning = picture(); });
+  trackUntilStoppedInPass(2);
+  EXPECT_NE(whileRunning, before);
+  EXPECT_EQ(QColor(whileRunning.pixel(24, 24)), QColor(0xd3, 0x2f, 0x2f));
+  EXPECT_EQ(whileRunning.pixel(8, 8), before.pixel(8, 8));
+  EXPECT_EQ(picture(), before);
+  QApplication::setWindowIcon({});
 }
 
 TEST_F(MainFormTracking, LeavesTheTreeAloneWithoutABrowser) {
