@@ -107,7 +107,7 @@ class Journey:
 
         self.user.search("HARBOUR")
         self.user.locate_first_result()
-        self.quorrix.wait_for_caption("Quorrix")
+        self.quorrix.wait_for_caption("Quorrix - news.harbour.example/today")
         self.user.wait_for_window("Search Results")
         self.user.screen.press("Escape")
         self.user.wait_for_main_window()

@@ -20,6 +20,9 @@ constexpr std::chrono::milliseconds kNewFor{2000};
 constexpr std::chrono::milliseconds kSlowAfter{10'000};
 constexpr unsigned kSlowEvery = 50;
 
+// The hidden frames of Chromium never get a name.
+constexpr unsigned kNamelessEvery = 2;
+
 // An answer to "are you active?" that took longer says nothing about the present.
 constexpr std::chrono::milliseconds kOldAfter{10'000};
 
@@ -71,7 +74,7 @@ void BrowserWindows::beginPass() {
 bool BrowserWindows::isDueForALook(const Window& window) const {
   if (!window.examination || !window.examination->isThrough()) return false;
   const auto age = clock_.elapsed() - window.firstSeen;
-  if (age < kNewFor) return true;
+  if (age < kNewFor) return !window.name.empty() || pass_ % kNamelessEvery == 0;
   return pass_ % (age < kSlowAfter ? kThoroughEvery : kSlowEvery) == 0;
 }
 

@@ -49,8 +49,11 @@ void WindowExamination::startOver() {
 WindowExamination::Step WindowExamination::look() {
   const Question role{Topic::Role, frame_};
   const Question name{Topic::Name, frame_};
-  if (!inquiry_.has({role, name})) return Step::Missing;
-  findings_.isFrame = numberIn(inquiry_[role]) == ATSPI_ROLE_FRAME;
+  std::vector<Question> questions{name};
+  if (!role_) questions.push_back(role);
+  if (!inquiry_.has(questions)) return Step::Missing;
+  if (!role_) role_ = numberIn(inquiry_[role]);
+  findings_.isFrame = role_ == ATSPI_ROLE_FRAME;
   findings_.name = nameIn(inquiry_[name]).value_or(std::string());
   if (!findings_.isFrame || findings_.name.empty()) return Step::Done;
   switch (browser_) {

@@ -3,6 +3,8 @@
 // at the window's own parts only, never into a page.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +42,8 @@ class WindowExamination {
   AccessibleId frame_;
   Inquiry inquiry_;
   WindowFindings findings_;
+  // Does not change. Chromium has frames without a name, which are looked at time and again.
+  std::optional<std::uint32_t> role_;
   bool isThrough_ = false;
   bool wasRefused_ = false;  // an answer that the findings depend on
 };

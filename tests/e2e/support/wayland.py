@@ -7,11 +7,13 @@ program is used over the accessibility bus alone.
 
 import os
 import re
+import signal
 from dataclasses import dataclass
 
 from support.accessibility import STATE_SHOWING
 from support.browsers import Chromium, Firefox
 from support.quorrix import Quorrix
+from support.scenario import tell
 from support.screen import Window
 from support.session import PrivateSession
 from support.waiting import wait_until
@@ -80,7 +82,17 @@ class WaylandBrowser:
         url = options[-1]
         before = self.site.times_asked(url)
         process = self._run(*self.normal_options(), *options)
-        wait_until(lambda: self.site.times_asked(url) > before,
+
+        def is_asked():
+            nonlocal process
+            if process.poll() == -signal.SIGSEGV:
+                # Of Firefox, the program that only passes an address on crashes now and then; its
+                # user calls it again.
+                tell(f"{self.name} crashed when it was called with {url}")
+                process = self._run(*self.normal_options(), *options)
+            return self.site.times_asked(url) > before
+
+        wait_until(is_asked,
                    lambda: f"{self.name} to ask for {url}; the call of it returned "
                            f"{process.poll()}, and it has said "
                            f"{self.session.log(self.name + '.log')[-2000:]!r}", 40)
