@@ -36,8 +36,8 @@ WindowKind WindowKinds::judge(BrowserKind browser, const std::string& process,
 }
 
 bool wantsHistory(BrowserKind browser, const WindowFindings& findings) {
-  return browser == BrowserKind::Firefox && findings.isMain && !findings.hasOrdinaryMark &&
-         !findings.hasPrivateMark && !findings.canEndSession;
+  return browser == BrowserKind::Firefox && findings.isMain && !findings.hasPrivateMark &&
+         !findings.canEndSession;
 }
 
 // The windows of a Firefox that never remembers history have ordinary names. They lack
@@ -53,11 +53,15 @@ WindowKind WindowKinds::judgeFirefox(const std::string& process, const WindowFin
     remembers_[process] = false;
     return WindowKind::Private;
   }
+  // The windows of a Firefox that was started with --private have the ordinary mark.
+  if (findings.remembersHistory == false) {
+    remembers_[process] = false;
+    return WindowKind::Private;
+  }
   if (findings.hasOrdinaryMark) {
     remembers_.try_emplace(process, true);
     return WindowKind::Ordinary;
   }
-  if (findings.remembersHistory == false) remembers_[process] = false;
   if (findings.remembersHistory == true) remembers_.try_emplace(process, true);
   const auto known = remembers_.find(process);
   if (known != remembers_.end() && !known->second) return WindowKind::Private;

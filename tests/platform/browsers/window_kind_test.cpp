@@ -99,13 +99,21 @@ TEST_F(WindowKindsTest, LetsPopupsFollowTheirProcess) {
   EXPECT_EQ(firefox(popup(kOrdinary), kOld), WindowKind::Unsettled);
 }
 
-TEST_F(WindowKindsTest, AsksTheSettingsWhereAMainWindowShowsNoMark) {
+// As of a Firefox that was started with "--private".
+TEST_F(WindowKindsTest, RefusesAWindowWithItsMarkWhereTheSettingsSayThatItNeverRemembers) {
+  WindowFindings findings = ordinaryFirefox();
+  findings.remembersHistory = false;
+  EXPECT_EQ(firefox(findings), WindowKind::Private);
+  EXPECT_EQ(firefox(popup(kOrdinary), kOld), WindowKind::Private);
+}
+
+TEST_F(WindowKindsTest, AsksTheSettingsOfAMainWindowThatShowsNoPrivateMark) {
   const auto wants = [](const WindowFindings& findings) {
     return wantsHistory(BrowserKind::Firefox, findings);
   };
   EXPECT_TRUE(wants(firefoxWindow(kOrdinary)));
   EXPECT_FALSE(wants(popup(kOrdinary)));
-  EXPECT_FALSE(wants(ordinaryFirefox()));
+  EXPECT_TRUE(wants(ordinaryFirefox()));
   EXPECT_FALSE(wants(neverRemembering()));
 }
 
