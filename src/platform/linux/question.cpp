@@ -10,28 +10,30 @@ namespace {
 using Topic = Question::Topic;
 
 // A property is read with Properties.Get and its name, everything else by a method.
+enum class Means { Method, Property };
+
 struct Wording {
   Topic topic;
+  Means means;
   const char* interface;
   const char* member;
-  bool isProperty = false;
 };
 
 constexpr Wording kWordings[] = {
-    {Topic::Greeting, ATSPI_DBUS_INTERFACE_APPLICATION, "GetApplicationBusAddress"},
-    {Topic::ProcessId, DBUS_INTERFACE_DBUS, "GetConnectionUnixProcessID"},
-    {Topic::Name, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Name", true},
-    {Topic::Description, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Description", true},
-    {Topic::ToolkitName, ATSPI_DBUS_INTERFACE_APPLICATION, "ToolkitName", true},
-    {Topic::ChildCount, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "ChildCount", true},
-    {Topic::Parent, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Parent", true},
-    {Topic::Role, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetRole"},
-    {Topic::States, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetState"},
-    {Topic::Children, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetChildren"},
-    {Topic::ChildAt, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetChildAtIndex"},
-    {Topic::Relations, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetRelationSet"},
-    {Topic::Attributes, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetAttributes"},
-    {Topic::DocumentAttributes, ATSPI_DBUS_INTERFACE_DOCUMENT, "GetAttributes"},
+    {Topic::Greeting, Means::Method, ATSPI_DBUS_INTERFACE_APPLICATION, "GetApplicationBusAddress"},
+    {Topic::ProcessId, Means::Method, DBUS_INTERFACE_DBUS, "GetConnectionUnixProcessID"},
+    {Topic::Name, Means::Property, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Name"},
+    {Topic::Description, Means::Property, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Description"},
+    {Topic::ToolkitName, Means::Property, ATSPI_DBUS_INTERFACE_APPLICATION, "ToolkitName"},
+    {Topic::ChildCount, Means::Property, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "ChildCount"},
+    {Topic::Parent, Means::Property, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Parent"},
+    {Topic::Role, Means::Method, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetRole"},
+    {Topic::States, Means::Method, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetState"},
+    {Topic::Children, Means::Method, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetChildren"},
+    {Topic::ChildAt, Means::Method, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetChildAtIndex"},
+    {Topic::Relations, Means::Method, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetRelationSet"},
+    {Topic::Attributes, Means::Method, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetAttributes"},
+    {Topic::DocumentAttributes, Means::Method, ATSPI_DBUS_INTERFACE_DOCUMENT, "GetAttributes"},
 };
 
 const Wording& wordingOf(Topic topic) {
@@ -59,6 +61,7 @@ void append(const Message& message, Arguments... typesAndPlaces) {
 
 std::vector<Question> questionsAbout(const std::vector<AccessibleId>& objects, Topic topic) {
   std::vector<Question> questions;
+  questions.reserve(objects.size());
   for (const AccessibleId& id : objects) questions.push_back({topic, id});
   return questions;
 }
@@ -67,7 +70,7 @@ Message messageFor(const Question& question) {
   const Wording& wording = wordingOf(question.topic);
   const char* peer = question.object.peer.c_str();
   const char* path = question.object.path.c_str();
-  if (wording.isProperty) {
+  if (wording.means == Means::Property) {
     Message message = call(peer, path, DBUS_INTERFACE_PROPERTIES, "Get");
     append(message, DBUS_TYPE_STRING, &wording.interface, DBUS_TYPE_STRING, &wording.member);
     return message;
