@@ -151,7 +151,7 @@ void SearchDialog::OKButton_Click() {
   });
 }
 
-// The message about a date that is none names no box, so the keyboard goes to the one to
+// The message about a date that cannot be read names no box, so the keyboard goes to the one to
 // correct.
 void SearchDialog::focusWrongDatePart(const std::string& date) {
   try {

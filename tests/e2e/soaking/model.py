@@ -77,7 +77,7 @@ class Model:
     def present(self):
         """The address that is to be recorded for what the user sees now, or None.
 
-        A private window presents nothing; the page in the window behind it stays presented."""
+        A private window presents nothing; the page of the ordinary window below stays presented."""
         if self.window.private:
             return None
         address = self.window.entry.address
