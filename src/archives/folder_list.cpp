@@ -27,7 +27,7 @@ class FolderDelegate final : public QStyledItemDelegate {
              const QModelIndex& index) const override {
     QRect icon = option.rect;
     icon.setLeft(icon.left() + indentOf(index));
-    icon.setWidth(option.decorationSize.width());
+    icon.setWidth(iconSize(option, index).width());
     index.data(Qt::DecorationRole).value<QIcon>().paint(painter, icon);
     QStyleOptionViewItem name = option;
     name.rect.setLeft(icon.right() + kIconGap);
@@ -36,9 +36,10 @@ class FolderDelegate final : public QStyledItemDelegate {
 
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& index) const override {
-    const QSize icon = option.decorationSize + QSize(indentOf(index) + kIconGap, 0);
+    const QSize icon = iconSize(option, index);
     const QSize name = QStyledItemDelegate::sizeHint(option, index);
-    return {icon.width() + name.width(), std::max(icon.height(), name.height())};
+    return {indentOf(index) + icon.width() + kIconGap + name.width(),
+            std::max(icon.height(), name.height())};
   }
 
  protected:
@@ -51,6 +52,11 @@ class FolderDelegate final : public QStyledItemDelegate {
   }
 
  private:
+  // Styles leave more room for an icon than theirs need.
+  static QSize iconSize(const QStyleOptionViewItem& option, const QModelIndex& index) {
+    return index.data(Qt::DecorationRole).value<QIcon>().actualSize(option.decorationSize);
+  }
+
   static int indentOf(const QModelIndex& index) { return kIndent * index.data(kDepthRole).toInt(); }
 };
 
