@@ -61,10 +61,10 @@ bool NotesDialog::readStored() {
 
 void NotesDialog::OKButton_Click() {
   runGuarded(FailureFamily::SaveNotes, [this] {
+    const Hourglass hourglass(*this);
     const std::string entered = Text1_->value();
     if (!entered.empty()) {
       if (!isRead_ && notes_.read(siteKey()) && !isConfirmed(kReplaceUnread)) return;
-      const Hourglass hourglass(*this);
       notes_.save(siteKey(), entered);
     }
     accept();
@@ -76,9 +76,9 @@ void NotesDialog::CancelButton_Click() { reject(); }
 void NotesDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteNotes, [this] {
     if (!isConfirmed(kDelete)) return;
+    const Hourglass hourglass(*this);
     // Nobody is to delete what he has not seen.
     if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
-    const Hourglass hourglass(*this);
     notes_.remove(siteKey());
     Text1_->showStored({});
     DeleteButton_->setEnabled(false);

@@ -69,11 +69,11 @@ bool UIDDialog::readStored() {
 
 void UIDDialog::OKButton_Click() {
   runGuarded(FailureFamily::SaveUserIDPassword, [this] {
+    const Hourglass hourglass(*this);
     const UserIDPassword entered{.userID = fromQString(Text1_->text()),
                                  .password = fromQString(Text2_->text())};
     if (!entered.userID.empty() || !entered.password.empty()) {
       if (!isRead_ && records_.read(siteKey()) && !isConfirmed(kReplaceUnread)) return;
-      const Hourglass hourglass(*this);
       records_.save(siteKey(), entered);
     }
     accept();
@@ -85,9 +85,9 @@ void UIDDialog::CancelButton_Click() { reject(); }
 void UIDDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteUserIDPassword, [this] {
     if (!isConfirmed(kDelete)) return;
+    const Hourglass hourglass(*this);
     // Nobody is to delete what he has not seen.
     if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
-    const Hourglass hourglass(*this);
     records_.remove(siteKey());
     Text1_->clear();
     Text2_->clear();

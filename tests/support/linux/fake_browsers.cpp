@@ -121,6 +121,10 @@ void FakeChromium::load(const std::string& path, const std::string& document,
   showSide(path, {document, path + "/bar"});
   part(path + "/bar", ATSPI_ROLE_PANEL, "class=MultiContentsViewMiniToolbar", {path + "/label"});
   push(path, address);
+  embed(path, document);
+}
+
+void FakeChromium::embed(const std::string& path, const std::string& document) {
   FakeObject object = frame(windows_[path]);
   object.attributes = {{"class", "BrowserRootView"}};
   object.embeds = document;
@@ -146,11 +150,7 @@ void FakeChromium::openSidePanel(const std::string& path) {
   document.address = "chrome-untrusted://read-anything-side-panel.top-chrome/";
   program_.set(path + "/reading", document);
   part(path + "/panel", ATSPI_ROLE_PANEL, "class=ContentsWebView", {path + "/reading"});
-  FakeObject object = frame(windows_[path]);
-  object.attributes = {{"class", "BrowserRootView"}};
-  object.embeds = path + "/reading";
-  object.children = {path + "/client"};
-  program_.set(path, object);
+  embed(path, path + "/reading");
 }
 
 void FakeChromium::chooseTab(const std::string& path, const std::string& document,
@@ -162,10 +162,7 @@ void FakeChromium::chooseTab(const std::string& path, const std::string& documen
   program_.set(document, page);
   showSide(path, {document, path + "/bar"});
   push(path, address);
-  FakeObject object = frame(windows_[path]);
-  object.attributes = {{"class", "BrowserRootView"}};
-  object.children = {path + "/client"};
-  program_.set(path, object);
+  embed(path, "");
 }
 
 void FakeChromium::push(const std::string& path, const std::string& address) {

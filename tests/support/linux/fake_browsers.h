@@ -81,6 +81,7 @@ class FakeChromium final : public FakeBrowser {
 
  private:
   void label(const std::string& path, const std::string& address, std::uint64_t states);
+  void embed(const std::string& path, const std::string& document);  // empty: none
   void showSide(const std::string& path, const std::vector<std::string>& children);
 
   void showParts(const std::string& path, const FakeBrowserWindow& window) override;
