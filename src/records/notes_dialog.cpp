@@ -77,7 +77,7 @@ void NotesDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteNotes, [this] {
     if (!isConfirmed(kDelete)) return;
     const Hourglass hourglass(*this);
-    // Nobody is to delete what he has not seen.
+    // What is about to be deleted is shown first.
     if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
     notes_.remove(siteKey());
     Text1_->showStored({});

@@ -86,7 +86,7 @@ void UIDDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteUserIDPassword, [this] {
     if (!isConfirmed(kDelete)) return;
     const Hourglass hourglass(*this);
-    // Nobody is to delete what he has not seen.
+    // What is about to be deleted is shown first.
     if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
     records_.remove(siteKey());
     Text1_->clear();

@@ -31,8 +31,8 @@ class ResultListModel final : public QAbstractListModel {
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
-  // Of a list of 1,000,000 the base class converts every address, which takes 0.3 s for each
-  // key of a text that the user types to find it.
+  // The base class makes a string of every address, again for each key that the user types
+  // to find one. This compares them as they are.
   [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value,
                                       int hits, Qt::MatchFlags flags) const override;
 

@@ -44,7 +44,7 @@ class SiteTreeView final : public QTreeView {
   void makeVisible(NodeId node, ScrollHint where = EnsureVisible);
 
   // Selects the next row that begins with what the user types; a single letter again and
-  // again goes from match to match. Every row that is open is looked at within a frame.
+  // again goes from match to match. Closed branches are not searched.
   void keyboardSearch(const QString& search) override;
 
  signals:
