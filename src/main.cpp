@@ -5,9 +5,11 @@
 #include <memory>
 
 #include "platform/failure.h"
+#include "platform/folder_claim.h"
 #include "platform/privacy.h"
 #include "platform/program_folder.h"
 #include "platform/system_clock.h"
+#include "shell/bring_up.h"
 #include "shell/failure_messages.h"
 #include "shell/main_window/desktop_platform.h"
 #include "shell/main_window/main_form.h"
@@ -16,10 +18,14 @@
 #include "shell/resources.h"
 
 #ifdef _WIN32
+#include <QWinEventNotifier>
+
 #include "platform/windows/user32_window_system.h"
 #include "platform/windows/windows_command_shell.h"
 #include "platform/windows/windows_file_system.h"
 #else
+#include <QSocketNotifier>
+
 #include "platform/linux/accessible_window_system.h"
 #include "platform/linux/posix_file_system.h"
 #include "platform/linux/session_bus.h"
@@ -34,6 +40,10 @@ using RealFileSystem = quorrix::WindowsFileSystem;
 using RealCommandShell = quorrix::WindowsCommandShell;
 
 quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/) { return {}; }
+
+std::unique_ptr<QWinEventNotifier> notifierOf(const quorrix::FolderClaim& claim) {
+  return std::make_unique<QWinEventNotifier>(reinterpret_cast<Qt::HANDLE>(claim.signal()));
+}
 #else
 using RealFileSystem = quorrix::PosixFileSystem;
 using RealCommandShell = quorrix::QtCommandShell;
@@ -52,7 +62,15 @@ quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock) {
            .browserProcesses =
                [sessionBus] { return quorrix::browserProcesses("/proc", sessionBus); }}};
 }
+
+std::unique_ptr<QSocketNotifier> notifierOf(const quorrix::FolderClaim& claim) {
+  return std::make_unique<QSocketNotifier>(claim.signal(), QSocketNotifier::Read);
+}
 #endif
+
+constexpr std::chrono::seconds kAnswerPatience{5};
+constexpr std::string_view kDoesNotAnswer =
+    "Quorrix is already running on this folder, but it does not answer.";
 
 std::string chosenPlatform() {
   return quorrix::preferredPlatform(
@@ -65,6 +83,7 @@ std::string chosenPlatform() {
 
 int main(int argc, char* argv[]) {
   quorrix::forbidMemoryDumps();
+  const std::string activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN").toStdString();
   quorrix::DesktopArguments arguments(argc, argv, chosenPlatform());
   QApplication application(arguments.count(), arguments.values());
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
@@ -92,6 +111,13 @@ int main(int argc, char* argv[]) {
   const quorrix::AppPaths paths(folder);
   // Not "Archives": a user may have opened that folder to others on purpose.
   quorrix::closeToOthers(paths.appPath("Data"));
+  quorrix::FolderClaim claim;
+  const auto claimed = claim.claim(paths.appPath("Data"), activationToken, kAnswerPatience);
+  if (claimed == quorrix::ClaimResult::Answered) return 0;
+  if (claimed == quorrix::ClaimResult::Unanswered) {
+    messageBox.show(kDoesNotAnswer, quorrix::MessageBoxStyle::Critical);
+    return 1;
+  }
   quorrix::MainForm form({.paths = paths,
                           .files = files,
                           .clock = clock,
@@ -99,6 +125,13 @@ int main(int argc, char* argv[]) {
                           .messageBox = messageBox,
                           .windows = windows,
                           .commandShell = commandShell});
+  const auto notifier = claimed == quorrix::ClaimResult::Claimed ? notifierOf(claim) : nullptr;
+  if (notifier) {
+    using Notifier = std::remove_reference_t<decltype(*notifier)>;
+    QObject::connect(notifier.get(), &Notifier::activated, &form, [&] {
+      if (const auto token = claim.takeRequest()) quorrix::bringUpProgram(form, *token);
+    });
+  }
   // Whatever handlers are still running when the window goes return first.
   QObject::connect(&form, &quorrix::MainForm::unloaded, &application,
                    [] { QApplication::exit(0); });

@@ -1,5 +1,6 @@
 #include "shell/bring_up.h"
 
+#include <QApplication>
 #include <QWidget>
 
 namespace quorrix {
@@ -9,6 +10,15 @@ void bringUp(QWidget& window) {
   window.show();
   window.raise();
   window.activateWindow();
+}
+
+void bringUpProgram(QWidget& window, const std::string& activationToken) {
+  if (!window.isVisible()) return;
+  constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";  // where Qt looks for it
+  if (!activationToken.empty()) qputenv(kToken, QByteArray::fromStdString(activationToken));
+  bringUp(window);
+  if (QWidget* dialog = QApplication::activeModalWidget()) bringUp(*dialog);
+  qunsetenv(kToken);
 }
 
 }  // namespace quorrix

@@ -1,6 +1,7 @@
 """From the start to the end of the program, without a browser."""
 
 import os
+import signal
 import unittest
 
 from support.quorrix import READY, STOPPED, TRACKING
@@ -83,6 +84,65 @@ class StartAndEnd(QuorrixTest):
         self.quorrix.confirm_message()
         self.assert_ends_cleanly(1)
         self.assertFalse(os.path.exists(self.path("Data")))
+
+    # --- started again ---------------------------------------------------------------------------
+
+    def start_again(self):
+        again = self.quorrix_class(self.session, self.folder)
+        self.addCleanup(again.end)
+        again.start()
+        return again
+
+    def wait_until_it_has_the_keyboard(self):
+        wait_until(lambda: self.quorrix.main_window().is_active(), "the window to be active")
+
+    def test_starting_it_again_brings_its_window_to_the_front(self):
+        self.given_the_program()
+        other = self.new_quorrix()  # in a folder of its own
+        other.start_and_wait()
+        other.main_window().use()
+        again = self.start_again()
+        self.assertEqual(0, again.exit_status(20))
+        self.wait_until_it_has_the_keyboard()
+        self.assertTrue(self.quorrix.main_window().is_above(other.main_window()))
+        self.assertEqual(["Last archive loaded: none", READY], other.texts())
+
+    def test_starting_it_again_shows_its_window_that_was_minimised(self):
+        self.given_the_program()
+        self.quorrix.start_tracking()
+        self.quorrix.main_window().minimise()
+        self.assertEqual(0, self.start_again().exit_status(20))
+        self.wait_until_it_has_the_keyboard()
+        self.assertFalse(self.quorrix.main_window().is_minimised())
+        self.assertTrue(self.quorrix.shows_text(TRACKING))
+
+    def test_starting_it_again_while_a_message_waits_leaves_the_keyboard_with_the_message(self):
+        self.given_the_program()
+        self.quorrix.choose("File", "Search Display...")
+        self.assertEqual("No website addresses to search in current display.",
+                         self.quorrix.wait_for_message())
+        self.assertEqual(0, self.start_again().exit_status(20))
+        self.quorrix.answer_message_with_key("Return")
+        self.wait_until_it_has_the_keyboard()
+
+    def test_started_again_it_says_that_it_does_not_answer_and_ends_with_status_1(self):
+        self.given_the_program()
+        self.quorrix.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.quorrix.process.send_signal, signal.SIGCONT)
+        again = self.start_again()
+        self.assertEqual("Quorrix is already running on this folder, but it does not answer.",
+                         again.wait_for_message())
+        again.confirm_message()
+        self.assertEqual(1, again.exit_status())
+
+    def test_it_starts_after_one_that_was_killed(self):
+        self.given_the_program()
+        self.quorrix.process.kill()
+        self.quorrix.process.wait()
+        self.quorrix.end()
+        self.quorrix = self.start_again()
+        self.given_the_program()
+        self.assertEqual(["Last archive loaded: none", READY], self.quorrix.texts())
 
     # --- tracking with nothing to track ----------------------------------------------------------
 

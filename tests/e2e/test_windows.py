@@ -13,7 +13,7 @@ from support.scenario import HOME, private_session, tell, web_site
 from support.screen import ResponseWatch
 from support.site_file import ADDRESS_BYTES, RECORD_BYTES, read_record, time_of
 from support.waiting import wait_until
-from support.wine import TestBrowser, WindowsQuorrix, Wine
+from support.wine import PROGRAM_FOLDER, TestBrowser, WindowsQuorrix, Wine
 
 NAMES = ("nodes.dat", "notes.dat", "info.dat", "purchases.dat")
 
@@ -173,6 +173,20 @@ class WindowsTest(unittest.TestCase):
         if folder and self in [test for test, _ in result.failures + result.errors]:
             os.makedirs(folder, exist_ok=True)
             self.session.screen.save_picture(os.path.join(folder, self.id() + ".png"))
+
+
+class StartedAgain(WindowsTest):
+    def test_the_window_that_is_open_comes_up(self):
+        self.quorrix.start_and_wait()
+        window = self.quorrix.main_window()
+        window.minimise()
+        again = self.wine.start(PROGRAM_FOLDER + "\\Quorrix.exe")
+        wait_until(lambda: again.poll() is not None, "the later start to end", 30)
+        self.assertEqual(0, again.returncode)
+        wait_until(lambda: not window.is_minimised(), "the window to come up")
+        wait_until(window.is_active, "the window to have the keyboard")
+        self.assertEqual([window.number], [each.number for each in self.quorrix.windows()])
+        self.close(self.quorrix)
 
 
 class SameSteps(WindowsTest):

@@ -117,6 +117,14 @@ class Window:
         states = self.screen.connection.property(self.number, "_NET_WM_STATE") or []
         return self.screen.connection.atom("_NET_WM_STATE_ABOVE") in states
 
+    def minimise(self):
+        self.screen.command("windowminimize", str(self.number))
+        wait_until(self.is_minimised, f"the window {self.title!r} to be minimised")
+
+    def is_minimised(self):
+        states = self.screen.connection.property(self.number, "_NET_WM_STATE") or []
+        return self.screen.connection.atom("_NET_WM_STATE_HIDDEN") in states
+
     def use(self):
         """Brings the window to the front and gives it the keyboard, as a click on it would."""
         connection = self.screen.connection

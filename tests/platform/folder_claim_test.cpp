@@ -1,0 +1,113 @@
+#include "platform/folder_claim.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+#include "support/eventually.h"
+#include "support/temporary_folder.h"
+
+namespace quorrix {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using test::eventually;
+using test::TemporaryFolder;
+
+constexpr milliseconds kNoPatience{20};
+constexpr seconds kPatience{20};
+
+struct Asked {
+  ClaimResult result;
+  std::optional<std::string> token;  // that the first program was given
+};
+
+// A later start, while the first one looks for requests.
+Asked askWhileItAnswers(FolderClaim& first, const Path& folder) {
+  auto result = std::async(std::launch::async, [&] {
+    FolderClaim second;
+    return second.claim(folder, "", kPatience);
+  });
+  Asked asked{};
+  EXPECT_TRUE(eventually([&] { return (asked.token = first.takeRequest()).has_value(); }));
+  asked.result = result.get();
+  return asked;
+}
+
+TEST(FolderClaim, IsGrantedToTheFirstProgram) {
+  const TemporaryFolder folder;
+  FolderClaim first;
+  EXPECT_EQ(first.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  EXPECT_EQ(first.takeRequest(), std::nullopt);
+}
+
+TEST(FolderClaim, LetsALaterStartAskTheFirstProgram) {
+  const TemporaryFolder folder;
+  FolderClaim first;
+  ASSERT_EQ(first.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  for (int start = 0; start < 3; ++start) {
+    const Asked asked = askWhileItAnswers(first, folder.path());
+    EXPECT_EQ(asked.result, ClaimResult::Answered);
+    EXPECT_EQ(asked.token, "");
+    EXPECT_EQ(first.takeRequest(), std::nullopt);
+  }
+}
+
+TEST(FolderClaim, SaysThatTheFirstProgramDoesNotAnswer) {
+  const TemporaryFolder folder;
+  FolderClaim first;
+  ASSERT_EQ(first.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  for (int start = 0; start < 20; ++start) {
+    FolderClaim second;
+    EXPECT_EQ(second.claim(folder.path(), "", kNoPatience), ClaimResult::Unanswered);
+  }
+}
+
+TEST(FolderClaim, IsAnsweredAfterAStartThatDidNotWait) {
+  const TemporaryFolder folder;
+  FolderClaim first;
+  ASSERT_EQ(first.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  {
+    FolderClaim second;
+    ASSERT_EQ(second.claim(folder.path(), "", kNoPatience), ClaimResult::Unanswered);
+  }
+  EXPECT_NE(first.takeRequest(), std::nullopt);
+  FolderClaim third;
+  EXPECT_EQ(third.claim(folder.path(), "", kNoPatience), ClaimResult::Unanswered);
+}
+
+TEST(FolderClaim, EndsWithTheProgramThatHasIt) {
+  const TemporaryFolder folder;
+  {
+    FolderClaim first;
+    ASSERT_EQ(first.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  }
+  FolderClaim second;
+  EXPECT_EQ(second.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+}
+
+TEST(FolderClaim, HoldsForItsFolderOnly) {
+  const TemporaryFolder one;
+  const TemporaryFolder other;
+  FolderClaim first;
+  FolderClaim second;
+  EXPECT_EQ(first.claim(one.path(), "", kNoPatience), ClaimResult::Claimed);
+  EXPECT_EQ(second.claim(other.path(), "", kNoPatience), ClaimResult::Claimed);
+}
+
+TEST(FolderClaim, IsUnavailableWithoutTheFolder) {
+  const TemporaryFolder folder;
+  FolderClaim claim;
+  EXPECT_EQ(claim.claim(folder / "missing", "", kNoPatience), ClaimResult::Unavailable);
+}
+
+TEST(FolderClaim, LeavesNothingInTheFolder) {
+  const TemporaryFolder folder;
+  FolderClaim claim;
+  ASSERT_EQ(claim.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+}  // namespace
+}  // namespace quorrix
