@@ -77,6 +77,14 @@ constexpr std::array kAims{
     Aim{"Show All over 100,000 nodes of all depths, ms", "view/show_all/100000", "", 200, ""},
     Aim{"Show All over 100,000 hosts, ms", "view/show_all_hosts/100000", "", 200, ""},
     Aim{"Expanding the root over 100,000 hosts, ms", "view/expand_root/100000", "", 200, ""},
+    Aim{"Deleting a host of 200,000 open nodes, ms", "view/delete_host_when_all_is_open/200000", "",
+        300, ""},
+    Aim{"A key of type-ahead over 200,000 open nodes, ms",
+        "view/type_ahead_when_all_is_open/200000", "", 30, ""},
+    Aim{"First rows of 1,000,000 results, ms", "results/first_rows/1000000", "", 100, ""},
+    Aim{"End in 1,000,000 results, ms", "results/end/1000000", "", 100, ""},
+    Aim{"Down in 1,000,000 results, ms", "results/down/1000000", "", 100, ""},
+    Aim{"A key of type-ahead in 1,000,000 results, ms", "results/type_ahead/1000000", "", 100, ""},
 };
 
 constexpr std::array<std::string_view, 6> kVisitors{

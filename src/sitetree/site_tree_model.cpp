@@ -3,6 +3,17 @@
 #include "shell/plain_text.h"
 
 namespace quorrix {
+namespace {
+
+// Qt keeps the expanded rows in a hash table and hashes an index by adding its id to sixteen times
+// its row. With consecutive ids so many of these sums are close or equal that removing one of
+// 200,000 open rows took 1.4 s instead of 0.2 s. So a node's number is multiplied by an odd
+// number, which spreads the ids and gives each node its own.
+constexpr quint64 kSpread = 0x9E37'79B9'7F4A'7C15;
+constexpr quint64 kGather = 0xF1DE'83E1'9937'733D;  // the inverse, modulo 2^64
+static_assert(kSpread * kGather == 1);
+
+}  // namespace
 
 SiteTreeModel::SiteTreeModel(SiteTree& tree, QObject* parent)
     : QAbstractItemModel(parent), tree_(tree) {
@@ -12,12 +23,12 @@ SiteTreeModel::SiteTreeModel(SiteTree& tree, QObject* parent)
 SiteTreeModel::~SiteTreeModel() { tree_.setObserver(nullptr); }
 
 NodeId SiteTreeModel::nodeOf(const QModelIndex& index) const {
-  return index.isValid() ? static_cast<NodeId>(index.internalId()) : kNoNode;
+  return index.isValid() ? static_cast<NodeId>(index.internalId() * kGather) : kNoNode;
 }
 
 QModelIndex SiteTreeModel::indexOf(NodeId node) const {
   if (node == kNoNode) return {};
-  return createIndex(static_cast<int>(tree_.row(node)), 0, static_cast<quintptr>(node));
+  return createIndex(static_cast<int>(tree_.row(node)), 0, quintptr{node * kSpread});
 }
 
 QModelIndex SiteTreeModel::index(int row, int column, const QModelIndex& parent) const {

@@ -90,18 +90,31 @@ void SiteTreeView::keyboardSearch(const QString& search) {
   const std::string_view sought = isRepeated ? std::string_view(typed_).substr(0, 1) : typed_;
   const NodeId first = visibleFrom(tree_.selected());
   const bool isFirstPassed = !isGoingOn || (isRepeated && typed_.size() > 1);
-  NodeId node = isFirstPassed ? nextVisible(first) : first;
-  for (bool isFirst = true; isFirst || node != first; isFirst = false, node = nextVisible(node)) {
-    if (!beginsWithIgnoringCase(tree_.text(node), sought)) continue;
-    const QModelIndex found = model_.indexOf(node);
-    setCurrentIndex(found);
-    return scrollTo(found, PositionAtCenter);
-  }
+  NodeId node = isFirstPassed ? below(first) : first;
+  do {
+    if (!beginsWithIgnoringCase(tree_.text(node), sought)) {
+      node = below(node);
+      continue;
+    }
+    // Asked of the nodes that match alone: the view takes longer to say what is open than
+    // to compare a text.
+    const NodeId visible = visibleFrom(node);
+    if (visible == node) {
+      const QModelIndex found = model_.indexOf(node);
+      setCurrentIndex(found);
+      return scrollTo(found, PositionAtCenter);
+    }
+    node = after(visible);
+  } while (node != first);
 }
 
-// The row below; the root's after the last one.
-NodeId SiteTreeView::nextVisible(NodeId node) const {
-  if (tree_.childCount(node) > 0 && isExpanded(model_.indexOf(node))) return tree_.child(node, 0);
+// The next row if all branches were open.
+NodeId SiteTreeView::below(NodeId node) const {
+  return tree_.childCount(node) > 0 ? tree_.child(node, 0) : after(node);
+}
+
+// The row below the whole branch; the root's after the last one.
+NodeId SiteTreeView::after(NodeId node) const {
   for (; node != tree_.root(); node = tree_.parent(node)) {
     const NodeId parent = tree_.parent(node);
     const std::size_t row = tree_.row(node) + 1;

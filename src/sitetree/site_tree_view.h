@@ -73,7 +73,8 @@ class SiteTreeView final : public QTreeView {
  private:
   void showSelection();
   void copyAddress() const;
-  [[nodiscard]] NodeId nextVisible(NodeId node) const;
+  [[nodiscard]] NodeId below(NodeId node) const;
+  [[nodiscard]] NodeId after(NodeId node) const;
   [[nodiscard]] NodeId visibleFrom(NodeId node) const;
   void releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers);
   void widenToVisibleRows();

@@ -57,7 +57,7 @@ class SiteTreeViewTest : public testing::Test {
   QStringList highlighted() const {
     QStringList keys;
     for (const QModelIndex& index : view_.selectionModel()->selectedIndexes()) {
-      const auto node = static_cast<NodeId>(index.internalId());
+      const NodeId node = qobject_cast<const SiteTreeModel*>(view_.model())->nodeOf(index);
       keys << QString::fromLatin1(tree_.key(node).data(),
                                   static_cast<qsizetype>(tree_.key(node).size()));
     }
