@@ -2,8 +2,8 @@
 
 #include <fstream>
 
+#include "datafiles/site_record.h"
 #include "platform/linux/posix_file_system.h"
-#include "sitetree/site_record.h"
 #include "sqlite_site_table.h"
 
 namespace quorrix::bench {

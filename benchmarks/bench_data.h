@@ -8,8 +8,8 @@
 
 #include "address_list.h"
 #include "data_folder.h"
+#include "datafiles/working_folder.h"
 #include "record_kinds.h"
-#include "sitetree/working_folder.h"
 
 namespace quorrix::bench {
 

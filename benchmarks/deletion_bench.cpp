@@ -12,12 +12,12 @@
 #include <vector>
 
 #include "benchmarks.h"
+#include "datafiles/record_layouts.h"
+#include "datafiles/site_record.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/posix_file_system.h"
 #include "record_kinds.h"
-#include "records/record_layouts.h"
 #include "sitetree/site_deletion.h"
-#include "sitetree/site_record.h"
 #include "turns.h"
 #include "unsynced_file_system.h"
 

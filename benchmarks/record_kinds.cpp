@@ -2,9 +2,9 @@
 
 #include <stdexcept>
 
+#include "datafiles/record_layouts.h"
 #include "records/notes_file.h"
 #include "records/purchases_file.h"
-#include "records/record_layouts.h"
 #include "records/user_id_password_file.h"
 
 namespace quorrix::bench {

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "datafiles/text_field.h"
+#include "datafiles/working_folder.h"
 #include "platform/file_system.h"
-#include "sitetree/text_field.h"
-#include "sitetree/working_folder.h"
 #include "sqlite_record_table.h"
 
 namespace quorrix::bench {

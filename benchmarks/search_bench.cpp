@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "benchmarks.h"
+#include "datafiles/access_stamp.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/posix_file_system.h"
 #include "search/site_search.h"
-#include "sitetree/access_stamp.h"
 #include "sitetree/site_file.h"
 #include "sqlite_search_table.h"
 

@@ -7,10 +7,10 @@
 #include <stdexcept>
 
 #include "benchmarks.h"
+#include "datafiles/access_stamp.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/posix_file_system.h"
 #include "platform/system_clock.h"
-#include "sitetree/access_stamp.h"
 #include "sitetree/site_file.h"
 #include "sqlite_site_table.h"
 #include "turns.h"

@@ -4,6 +4,8 @@
 #include <QMetaObject>
 #include <memory>
 
+#include "main_window/desktop_platform.h"
+#include "main_window/main_form.h"
 #include "platform/failure.h"
 #include "platform/folder_claim.h"
 #include "platform/privacy.h"
@@ -11,8 +13,6 @@
 #include "platform/system_clock.h"
 #include "shell/bring_up.h"
 #include "shell/failure_messages.h"
-#include "shell/main_window/desktop_platform.h"
-#include "shell/main_window/main_form.h"
 #include "shell/qt_event_pump.h"
 #include "shell/qt_message_box.h"
 #include "shell/resources.h"

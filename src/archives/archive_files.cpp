@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "sitetree/working_folder.h"
+#include "datafiles/working_folder.h"
 
 namespace quorrix {
 namespace {

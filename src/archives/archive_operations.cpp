@@ -3,10 +3,10 @@
 #include <vector>
 
 #include "archives/archive_files.h"
-#include "sitetree/empty_files.h"
-#include "sitetree/fixed_record_file.h"
-#include "sitetree/site_record.h"
-#include "sitetree/text_field.h"
+#include "datafiles/empty_files.h"
+#include "datafiles/fixed_record_file.h"
+#include "datafiles/site_record.h"
+#include "datafiles/text_field.h"
 
 namespace quorrix {
 namespace {

@@ -6,9 +6,9 @@
 
 #include <span>
 
+#include "datafiles/working_folder.h"
 #include "platform/file_system.h"
 #include "shell/app_paths.h"
-#include "sitetree/working_folder.h"
 
 namespace quorrix {
 

@@ -6,12 +6,12 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "datafiles/access_stamp.h"
+#include "datafiles/record_layouts.h"
 #include "records/multi_line_box.h"
-#include "records/record_layouts.h"
 #include "shell/centre_over.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
-#include "sitetree/access_stamp.h"
 
 namespace quorrix {
 namespace {

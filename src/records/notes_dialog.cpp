@@ -4,8 +4,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "datafiles/record_layouts.h"
 #include "records/multi_line_box.h"
-#include "records/record_layouts.h"
 #include "shell/centre_over.h"
 #include "shell/pointer.h"
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "datafiles/working_folder.h"
 #include "platform/file_system.h"
 #include "records/record_file.h"
-#include "sitetree/working_folder.h"
 
 namespace quorrix {
 

@@ -6,8 +6,8 @@
 #include <QPushButton>
 #include <QStringBuilder>
 
+#include "datafiles/record_layouts.h"
 #include "records/line_box.h"
-#include "records/record_layouts.h"
 #include "shell/guarded.h"
 #include "shell/keep_in_front.h"
 #include "shell/plain_text.h"

@@ -9,12 +9,12 @@
 #include <string>
 #include <string_view>
 
+#include "datafiles/working_folder.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"
 #include "shell/failure_messages.h"
 #include "sitetree/site_tree.h"
-#include "sitetree/working_folder.h"
 
 class QLabel;
 class QLayout;

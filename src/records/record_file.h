@@ -9,9 +9,9 @@
 #include <span>
 #include <string_view>
 
+#include "datafiles/fixed_record_file.h"
+#include "datafiles/record_layouts.h"
 #include "platform/file_system.h"
-#include "records/record_layouts.h"
-#include "sitetree/fixed_record_file.h"
 
 namespace quorrix {
 

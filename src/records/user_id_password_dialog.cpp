@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "records/record_layouts.h"
+#include "datafiles/record_layouts.h"
 #include "shell/centre_over.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"

@@ -5,13 +5,13 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "datafiles/access_stamp.h"
 #include "platform/failure.h"
 #include "search/search_controls.h"
 #include "search/up_down.h"
 #include "shell/centre_over.h"
 #include "shell/guarded.h"
 #include "shell/pointer.h"
-#include "sitetree/access_stamp.h"
 
 namespace quorrix {
 namespace {

@@ -4,11 +4,11 @@
 #include <span>
 #include <string_view>
 
+#include "datafiles/access_stamp.h"
+#include "datafiles/fixed_record_file.h"
+#include "datafiles/site_record.h"
 #include "platform/text_encoding.h"
 #include "search/text_search.h"
-#include "sitetree/access_stamp.h"
-#include "sitetree/fixed_record_file.h"
-#include "sitetree/site_record.h"
 
 namespace quorrix {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "datafiles/working_folder.h"
 #include "platform/file_system.h"
 #include "search/search_criteria.h"
-#include "sitetree/working_folder.h"
 
 namespace quorrix {
 

@@ -5,11 +5,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "records/record_layouts.h"
-#include "sitetree/empty_files.h"
-#include "sitetree/fixed_record_file.h"
-#include "sitetree/site_record.h"
-#include "sitetree/text_field.h"
+#include "datafiles/empty_files.h"
+#include "datafiles/fixed_record_file.h"
+#include "datafiles/record_layouts.h"
+#include "datafiles/site_record.h"
+#include "datafiles/text_field.h"
 
 namespace quorrix {
 namespace {

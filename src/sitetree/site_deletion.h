@@ -7,8 +7,8 @@
 #include <span>
 #include <string_view>
 
+#include "datafiles/working_folder.h"
 #include "platform/file_system.h"
-#include "sitetree/working_folder.h"
 
 namespace quorrix {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "datafiles/access_stamp.h"
 #include "platform/failure.h"
-#include "sitetree/access_stamp.h"
 
 namespace quorrix {
 namespace {

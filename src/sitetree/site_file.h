@@ -9,12 +9,12 @@
 #include <string>
 #include <string_view>
 
+#include "datafiles/fixed_record_file.h"
+#include "datafiles/site_record.h"
+#include "datafiles/working_folder.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
-#include "sitetree/fixed_record_file.h"
-#include "sitetree/site_record.h"
 #include "sitetree/site_tree.h"
-#include "sitetree/working_folder.h"
 
 namespace quorrix {
 

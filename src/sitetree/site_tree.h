@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "datafiles/site_address.h"
 #include "sitetree/key_index.h"
-#include "sitetree/site_address.h"
 
 namespace quorrix {
 

@@ -9,9 +9,9 @@
 #include <QStringBuilder>
 #include <algorithm>
 
+#include "datafiles/site_address.h"
 #include "platform/case_folding.h"
 #include "shell/plain_text.h"
-#include "sitetree/site_address.h"
 
 namespace quorrix {
 namespace {

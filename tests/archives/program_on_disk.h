@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "archives/folder_list.h"
-#include "shell/main_window/main_form.h"
+#include "main_window/main_form.h"
 #include "support/agreeing_message_box.h"
 #include "support/fake_clock.h"
 #include "support/fake_window_system.h"

@@ -13,10 +13,10 @@
 #include <string_view>
 #include <utility>
 
+#include "datafiles/working_folder.h"
 #include "fuzz/record_bytes.h"
 #include "fuzz/require.h"
 #include "platform/failure.h"
-#include "sitetree/working_folder.h"
 #include "support/memory_file_system.h"
 
 namespace quorrix::test {

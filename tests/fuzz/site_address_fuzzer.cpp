@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "datafiles/site_address.h"
 #include "fuzz/require.h"
 #include "platform/failure.h"
-#include "sitetree/site_address.h"
 #include "sitetree/site_tree.h"
 
 namespace quorrix {

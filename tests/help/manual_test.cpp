@@ -9,8 +9,8 @@
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
-#include "shell/main_window/help_file.h"
-#include "shell/main_window/help_window.h"
+#include "main_window/help_file.h"
+#include "main_window/help_window.h"
 #include "support/real_file_system.h"
 
 namespace quorrix {

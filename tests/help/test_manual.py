@@ -137,7 +137,7 @@ class Manual(unittest.TestCase):
         self.assertEqual([], sorted(NO_MESSAGES - set(sentences_of_the_program())))
 
     def test_every_menu_entry_is_a_command_of_the_table(self):
-        menus = ((ROOT / "src/shell/main_window/main_form.cpp", r'[eE]ntry\("\w+", "([^"]+)"'),
+        menus = ((ROOT / "src/main_window/main_form.cpp", r'[eE]ntry\("\w+", "([^"]+)"'),
                  (ROOT / "src/sitetree/site_popup_menu.cpp", r'\{"PopUp\w+", "([^"]+)"'))
         captions = [caption.replace("&", "") for path, entry in menus
                     for caption in re.findall(entry, path.read_text(encoding="utf-8"))]

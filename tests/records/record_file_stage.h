@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "sitetree/working_folder.h"
+#include "datafiles/working_folder.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"

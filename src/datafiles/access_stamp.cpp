@@ -1,0 +1,93 @@
+#include "datafiles/access_stamp.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+[[noreturn]] void failToReadDate() { throw Failure(failure::kTypeMismatch); }
+
+constexpr std::size_t kShortestDate = 6;  // "1/2/03"
+constexpr std::size_t kLongestDate = 10;  // "10/20/2030"
+
+// The number that a character shows; above 9 for one that is no digit.
+constexpr unsigned digitOf(char character) {
+  return static_cast<unsigned>(static_cast<unsigned char>(character)) - '0';
+}
+
+constexpr bool isDigit(char character) { return digitOf(character) <= 9; }
+
+// One or two digits. How many, changes from date to date: a sum that needs no branch is
+// sooner done than a branch that is often guessed wrong.
+struct ShortNumber {
+  explicit ShortNumber(const char* text)
+      : isNumber(isDigit(text[0])),
+        digits(isDigit(text[1]) ? 2U : 1U),
+        value(digitOf(text[0]) + (digits - 1) * (9 * digitOf(text[0]) + digitOf(text[1]))) {}
+
+  bool isNumber;
+  unsigned digits;
+  unsigned value;
+};
+
+int readYear(std::string_view text) {
+  if (!std::all_of(text.begin(), text.end(), isDigit)) failToReadDate();
+  unsigned year = 0;
+  for (const char character : text) year = year * 10 + digitOf(character);
+  if (text.size() == 4) return static_cast<int>(year);
+  if (text.size() != 2) failToReadDate();
+  return yearOfTwoDigits(static_cast<int>(year));
+}
+
+int daysInMonth(int year, int month) {
+  constexpr std::array<int, 13> kDays{0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  const bool isLeapYear = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+  return month == 2 && isLeapYear ? 29 : kDays[static_cast<std::size_t>(month)];
+}
+
+bool isInCalendar(const CalendarDate& date) {
+  return date.year >= 1 && date.month >= 1 && date.month <= 12 && date.day >= 1 &&
+         (date.day <= 28 || date.day <= daysInMonth(date.year, date.month));
+}
+
+}  // namespace
+
+std::string accessStampText(const LocalDateTime& moment) {
+  const int hour = moment.hour % 12 == 0 ? 12 : moment.hour % 12;
+  std::array<char, 80> text;
+  std::snprintf(text.data(), text.size(), "%d/%d/%02d %d:%02d:%02d %s", moment.month, moment.day,
+                moment.year % 100, hour, moment.minute, moment.second,
+                moment.hour < 12 ? "AM" : "PM");
+  return text.data();
+}
+
+CalendarDate readCalendarDate(std::string_view text) {
+  if (text.size() < kShortestDate || text.size() > kLongestDate) failToReadDate();
+  // Of the longest month and day, the second "/" is still within the shortest date.
+  const char* rest = text.data();
+  const ShortNumber month(rest);
+  rest += month.digits;
+  const bool isFirstSlash = *rest++ == '/';
+  const ShortNumber day(rest);
+  rest += day.digits;
+  const bool isSecondSlash = *rest++ == '/';
+  if (!month.isNumber || !isFirstSlash || !day.isNumber || !isSecondSlash) failToReadDate();
+  const CalendarDate date{
+      .year = readYear(text.substr(static_cast<std::size_t>(rest - text.data()))),
+      .month = static_cast<int>(month.value),
+      .day = static_cast<int>(day.value)};
+  if (!isInCalendar(date)) failToReadDate();
+  return date;
+}
+
+CalendarDate stampDate(std::string_view stamp) {
+  const auto blank = stamp.find(' ');
+  if (blank == std::string_view::npos) failToReadDate();
+  return readCalendarDate(stamp.substr(0, blank));
+}
+
+}  // namespace quorrix

@@ -1,0 +1,23 @@
+#include "datafiles/empty_files.h"
+
+#include "platform/failure.h"
+
+namespace quorrix {
+
+void emptyFiles(FileSystem& files, std::span<const Path> paths) {
+  for (const Path& path : paths) files.deleteFile(path);
+  // The sync is for the new file's name.
+  for (const Path& path : paths) files.openRandomAccess(path)->sync();
+}
+
+void createMissingFiles(FileSystem& files, std::span<const Path> paths) {
+  for (const Path& path : paths) {
+    try {
+      if (!files.fileExists(path)) files.openRandomAccess(path)->sync();
+    } catch (const Failure&) {
+      continue;
+    }
+  }
+}
+
+}  // namespace quorrix

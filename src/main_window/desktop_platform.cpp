@@ -1,0 +1,22 @@
+#include "main_window/desktop_platform.h"
+
+#include <utility>
+
+namespace quorrix {
+
+std::string preferredPlatform(const DesktopEnvironment& environment) {
+  const bool mayChoose = !environment.hasChosenPlatform && environment.hasWaylandDisplay;
+  return mayChoose && environment.hasX11Display ? "xcb;wayland" : "";
+}
+
+// Behind the program's name and before the user's own: of two platforms Qt takes the last.
+DesktopArguments::DesktopArguments(int count, char** values, std::string platform)
+    : platform_(std::move(platform)), values_(values, values + count) {
+  if (!platform_.empty() && count > 0) {
+    values_.insert(values_.begin() + 1, {option_.data(), platform_.data()});
+  }
+  count_ = static_cast<int>(values_.size());
+  values_.push_back(nullptr);
+}
+
+}  // namespace quorrix

@@ -1,0 +1,472 @@
+#include "main_window/main_form.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStringBuilder>
+#include <array>
+
+#include "datafiles/empty_files.h"
+#include "main_window/browser_launch.h"
+#include "main_window/help_window.h"
+#include "main_window/load_wait_dialog.h"
+#include "main_window/main_menu.h"
+#include "main_window/splash_screen.h"
+#include "main_window/unreadable_browser_notice.h"
+#include "records/new_purchase_dialog.h"
+#include "records/notes_dialog.h"
+#include "records/purchases_dialog.h"
+#include "records/user_id_password_dialog.h"
+#include "search/site_search.h"
+#include "shell/guarded.h"
+#include "shell/plain_text.h"
+#include "shell/pointer.h"
+#include "shell/resources.h"
+#include "shell/twips.h"
+#include "shell/window_frame.h"
+#include "sitetree/site_deletion.h"
+
+namespace quorrix {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr seconds kSplashTime{2};
+constexpr std::chrono::milliseconds kStartUpPause{100};  // between two looks at the clock
+constexpr seconds kWaitDialogTime{1};
+
+constexpr QSize kFirstSize{720, 540};  // pixels
+
+// What the window's borders, title, menu bar and status bar take, in twips.
+constexpr int kWidthBesideTree = 100;
+constexpr int kHeightBesideTree = 1100;
+
+constexpr double kFirstPanelShare = 0.65;
+constexpr double kSecondPanelShare = 0.35;
+
+constexpr MenuItem entry(const char* name, const char* caption, void (MainForm::*handler)(),
+                         QKeyCombination keys = {}) {
+  return {MenuItemKind::Entry, name, caption, handler, MenuItemNeeds::Nothing, keys};
+}
+
+constexpr MenuItem dataEntry(const char* name, const char* caption, void (MainForm::*handler)(),
+                             QKeyCombination keys = {}) {
+  return {MenuItemKind::Entry, name, caption, handler, MenuItemNeeds::Data, keys};
+}
+
+constexpr MenuItem separator(const char* name) {
+  return {MenuItemKind::Separator, name, "", nullptr};
+}
+
+constexpr MenuItem kMenus[] = {
+    {MenuItemKind::Menu, "FileMenu", "&File", nullptr},
+    dataEntry("FileStartTrack", "Start &Tracking", &MainForm::FileStartTrack_Click),
+    dataEntry("FileStopTrack", "&Stop Tracking", &MainForm::FileStopTrack_Click),
+    separator("FileSep2"),
+    dataEntry("FileSearch", "Search Dis&play...", &MainForm::FileSearch_Click,
+              Qt::CTRL | Qt::Key_F),
+    separator("FileSep3"),
+    dataEntry("FileDelete", "&Delete Selected Sites", &MainForm::FileDelete_Click, Qt::Key_Delete),
+    dataEntry("FileClear", "&Clear Display", &MainForm::FileClear_Click),
+    separator("FileSep4"),
+    {MenuItemKind::Submenu, "FileArchiveTop", "A&rchive", nullptr},
+    dataEntry("FileArchive", "&Archive Sites...", &MainForm::FileArchive_Click),
+    dataEntry("FileLoadArchive", "&Load Sites Archive...", &MainForm::FileLoadArchive_Click),
+    dataEntry("FileDeleteArchive", "&Delete Sites Archive...", &MainForm::FileDeleteArchive_Click),
+    {MenuItemKind::SubmenuEnd, "", "", nullptr},
+    separator("FileSep5"),
+    entry("FileExit", "&Exit", &MainForm::FileExit_Click, Qt::CTRL | Qt::Key_Q),
+    {MenuItemKind::Menu, "HelpMenu", "&Help", nullptr},
+    entry("HelpHelp", "&Help", &MainForm::HelpHelp_Click, Qt::Key_F1),
+    entry("HelpAbout", "&About Quorrix", &MainForm::HelpAbout_Click),
+};
+
+constexpr std::string_view kDeleteAnyway =
+    "You are about to delete the selected site and all its sub sites. Deleting will remove the "
+    "selected items from the current view and permanently destroy all information associated "
+    "with them. Delete anyway?";
+
+std::string_view withoutOuterBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace
+
+MainForm::MainForm(const Parts& parts)
+    : parts_(parts),
+      siteFile_(parts.files, parts.clock, workingPaths_),
+      tracking_({.windows = parts.windows,
+                 .tree = tree_,
+                 .siteFile = siteFile_,
+                 .events = parts.events,
+                 .messageBox = parts.messageBox,
+                 .display = *this}),
+      searchWindows_(searchParts()) {
+  setObjectName(QStringLiteral("MainForm"));
+  setWindowTitle(QStringLiteral("Quorrix"));
+  fillMenuBar(*menuBar(), *this, kMenus);
+  enableDataEntries(*menuBar(), kMenus, false);
+
+  // The tree is placed by hand, see layOut. Its room also changes with the heights of
+  // menu bar and status bar, as with another font or style.
+  setCentralWidget(new QWidget(this));
+  treeView_ = new SiteTreeView(tree_, centralWidget());
+  treeView_->describeBy([this](NodeId node) { return describe(node); });
+  unreadableBrowserNotice_ = new UnreadableBrowserNotice(
+      centralWidget(), [this](const std::function<void()>& work) { runCommand(work); });
+  connect(unreadableBrowserNotice_, &UnreadableBrowserNotice::changed, this, &MainForm::layOut);
+  statusBar_ = new TwoPanelStatusBar(this);
+  setStatusBar(statusBar_);
+  centralWidget()->installEventFilter(this);
+
+  SitePopupMenu::Handlers handlers;
+  handlers.PopUpShowAll_Click = onPopupSite(&MainForm::PopUpShowAll_Click);
+  handlers.PopUpHideAll_Click = onPopupSite(&MainForm::PopUpHideAll_Click);
+  handlers.PopUpLaunch_Click = onPopupSite(&MainForm::PopUpLaunch_Click);
+  handlers.PopUpNotes_Click = onPopupSite(&MainForm::PopUpNotes_Click);
+  handlers.PopUpPasswords_Click = onPopupSite(&MainForm::PopUpPasswords_Click);
+  handlers.PopUpNewPurchase_Click = onPopupSite(&MainForm::PopUpNewPurchase_Click);
+  handlers.PopUpPurchases_Click = onPopupSite(&MainForm::PopUpPurchases_Click);
+  popupMenu_ = new SitePopupMenu(handlers, this);
+  connect(treeView_, &SiteTreeView::mouseUp, this, [this](int button, int shift, int x, int y) {
+    runCommand([=, this] { TreeView_MouseUp(button, shift, x, y); });
+  });
+  connect(treeView_, &SiteTreeView::nodeChosen, this,
+          [this] { runCommand([this] { setCaption(); }); });
+  connect(treeView_, &SiteTreeView::enterPressed, this, [this] {
+    runCommand([this] {
+      if (tree_.selected() != tree_.root()) PopUpLaunch_Click();
+    });
+  });
+
+  resize(kFirstSize.boundedTo(roomInsideAFrame(*screen())));
+  // Not left to the window manager, which places windows only once they show:
+  // the wait dialog centres itself over this one before that.
+  move(screen()->availableGeometry().center() - rect().center());
+  treeView_->setFocus();
+}
+
+// Child widgets outlive the members, and the view lets go of the tree only at its own end.
+MainForm::~MainForm() {
+  delete treeView_;
+  delete helpWindow_.data();
+}
+
+bool MainForm::Form_Load() {
+  const bool isLoaded = guarded(*this, parts_.messageBox, FailureFamily::StartUp, [this] {
+    showSplashScreen();
+    if (!isUnloaded_) showWindowAndLoad();  // the user may have closed the splash screen
+  });
+  if (!isLoaded) FileExit_Click();
+  return isLoaded;
+}
+
+void MainForm::showSplashScreen() {
+  SplashScreen splash;
+  splash.show();
+  waitYielding(kSplashTime);
+}
+
+void MainForm::showWindowAndLoad() {
+  const Hourglass hourglass(*this);
+  show();
+  LoadWaitDialog waitDialog(*this);
+  waitDialog.show();
+  waitYielding(kWaitDialogTime);
+  if (isUnloaded_) return;  // closed while it was waiting
+  loadData();
+  enableDataEntries(*menuBar(), kMenus, true);
+  waitDialog.hide();
+}
+
+void MainForm::loadData() {
+  const Path archives = parts_.paths.appPath("Archives");
+  if (!parts_.files.folderExists(archives)) parts_.files.makeFolder(archives);
+  workingPaths_.setFolder(parts_.paths.appPath("Data"));
+  siteFile_.loadNodes(tree_);
+  createMissingFiles(parts_.files, std::array{workingPaths_.currentURLNotesFile,
+                                              workingPaths_.currentUserIDPasswordFile,
+                                              workingPaths_.currentPurchasesFile});
+  treeView_->expandDNSNodes();
+  const std::string lastArchive =
+      parts_.files.readFirstLine(parts_.paths.appPath("Data") / "load.txt");
+  showLastArchive(fromPlatformText(withoutOuterBlanks(lastArchive)));
+  statusBar_->setPanelText(2, QStringLiteral("Right click site address for site menu."));
+}
+
+void MainForm::waitYielding(std::chrono::milliseconds time) {
+  const auto start = parts_.clock.elapsed();
+  while (!isUnloaded_ && parts_.clock.elapsed() - start < time) parts_.events.pause(kStartUpPause);
+}
+
+void MainForm::runCommand(const std::function<void()>& command) {
+  guarded(*this, parts_.messageBox, FailureFamily::OtherCommand, command);
+}
+
+// The loop begins from the event queue: a press over the accessibility bus is answered
+// only when this handler returns.
+void MainForm::FileStartTrack_Click() {
+  setWindowTitle(QStringLiteral("Quorrix"));
+  ++startsToCome_;
+  QMetaObject::invokeMethod(
+      this, [this] { runCommand([this] { beginTracking(); }); }, Qt::QueuedConnection);
+}
+
+void MainForm::beginTracking() {
+  if (startsToCome_ == 0) return;  // stopped before it began
+  --startsToCome_;
+  const bool isEnded = guarded(*this, parts_.messageBox, FailureFamily::Tracking,
+                               [this] { tracking_.startTracking(); });
+  if (!isEnded) tracking_.stopAfterFailure();
+}
+
+void MainForm::FileStopTrack_Click() {
+  startsToCome_ = 0;
+  tracking_.stopTracking();
+}
+
+bool MainForm::refusesWhileTracking() {
+  if (!isTracking()) return false;
+  parts_.messageBox.show("You must stop tracking websites before using this feature.",
+                         MessageBoxStyle::Information);
+  return true;
+}
+
+// What is refused while tracking runs or the display is empty, with the reason told.
+bool MainForm::refuses(std::string_view whenThereAreNoSites) {
+  if (refusesWhileTracking()) return true;
+  if (tree_.size() > 1) return false;
+  parts_.messageBox.show(whenThereAreNoSites, MessageBoxStyle::Information);
+  return true;
+}
+
+void MainForm::FileSearch_Click() {
+  if (refuses("No website addresses to search in current display.")) return;
+  searchWindows_.openSearch();
+}
+
+SearchWindows::Parts MainForm::searchParts() {
+  return {.tree = tree_,
+          .clock = parts_.clock,
+          .messageBox = parts_.messageBox,
+          .mainWindow = *this,
+          .search =
+              [this](const SearchCriteria& criteria) {
+                return searchSiteFile(parts_.files, workingPaths_, criteria);
+              },
+          .locate = [this](NodeId node) { locate(node); },
+          .describe = [this](const std::string& address) { return describe(address); }};
+}
+
+void MainForm::FileDelete_Click() {
+  guarded(*this, parts_.messageBox, FailureFamily::DeleteSites, [this] {
+    if (refuses("No website addresses to delete in current display.")) return;
+    const auto answer = parts_.messageBox.show(kDeleteAnyway, MessageBoxStyle::ConfirmWarning);
+    if (answer != MessageBoxButton::Ok) return;
+    const Hourglass hourglass(*this);
+    deleteSelectedSites();
+    setCaption();
+  });
+}
+
+// The tree last: after a failure in the files it still shows what is left in them.
+void MainForm::deleteSelectedSites() {
+  const NodeId selected = tree_.selected();
+  if (selected == tree_.root()) {
+    deleteAllRecords(parts_.files, workingPaths_);
+    clearTree();
+  } else {
+    deleteSiteRecords(parts_.files, workingPaths_, tree_.collectSubtreeKeys(selected));
+    popupSite_ = kNoNode;
+    tree_.remove(selected);
+  }
+}
+
+void MainForm::FileClear_Click() {
+  if (refuses("No website addresses to clear in current display.")) return;
+  const Hourglass hourglass(*this);
+  clearTree();
+  setCaption();
+}
+
+void MainForm::clearTree() {
+  popupSite_ = kNoNode;
+  tree_.clear();
+}
+
+void MainForm::FileExit_Click() {
+  hide();
+  Form_Unload();
+}
+
+void MainForm::PopUpShowAll_Click() {
+  treeView_->expandAll(tree_.selected(), tracking_.addressFound());
+}
+
+void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree_.selected()); }
+
+// While the menu is open tracking goes on and may select the site just visited;
+// an entry acts on the one that the user opened the menu for.
+std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
+  return [this, handler] {
+    runCommand([this, handler] {
+      if (popupSite_ != kNoNode) tree_.select(popupSite_);
+      (this->*handler)();
+    });
+  };
+}
+
+RecordDialogParts MainForm::recordDialogParts() {
+  return {.files = parts_.files,
+          .clock = parts_.clock,
+          .messageBox = parts_.messageBox,
+          .paths = workingPaths_,
+          .tree = tree_,
+          .mainWindow = *this};
+}
+
+template <typename Dialog>
+void MainForm::showRecordDialog(FailureFamily family) {
+  guarded(*this, parts_.messageBox, family, [this] {
+    const Hourglass hourglass(*this);
+    Dialog dialog(recordDialogParts());
+    dialog.Form_Load();
+    dialog.exec();
+  });
+}
+
+void MainForm::PopUpLaunch_Click() {
+  guarded(*this, parts_.messageBox, FailureFamily::LinkInBrowser, [this] {
+    const NodeId site = tree_.selected();
+    launchSiteInBrowser(parts_.commandShell, tree_.tag(site), tree_.key(site));
+  });
+}
+
+void MainForm::PopUpNotes_Click() { showRecordDialog<NotesDialog>(FailureFamily::OpenNotes); }
+
+void MainForm::PopUpPasswords_Click() {
+  showRecordDialog<UIDDialog>(FailureFamily::OpenUserIDPassword);
+}
+
+void MainForm::PopUpNewPurchase_Click() {
+  showRecordDialog<NewPurchaseDialog>(FailureFamily::OpenNewPurchase);
+}
+
+void MainForm::PopUpPurchases_Click() {
+  guarded(*this, parts_.messageBox, FailureFamily::OpenPurchases, [this] {
+    const Hourglass hourglass(*this);
+    PurchasesDialog dialog(recordDialogParts());
+    dialog.Form_Load(somePurchasesToLoad_);
+    if (somePurchasesToLoad_) dialog.exec();
+  });
+}
+
+void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {
+  setCaption();
+  if (button != mouse_button::kRight) return;
+  popupSite_ = tree_.selected();
+  popupMenu_->setSiteSelected(popupSite_ != tree_.root());
+  popupMenu_->popup(treeView_->viewport()->mapToGlobal(QPoint(x, y)));
+}
+
+void MainForm::setCaption() {
+  const NodeId selected = tree_.selected();
+  const bool isRoot = selected == tree_.root();
+  setWindowTitle(isRoot ? QStringLiteral("Quorrix")
+                        : QStringLiteral("Quorrix - ") %
+                              asWindowTitle(toQString(tree_.key(selected))));
+}
+
+void MainForm::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  layOut();
+}
+
+// The window manager's frame counts as part of the window and is known only
+// some time after the window shows: when it moves into its frame.
+void MainForm::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  layOut();
+}
+
+void MainForm::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  layOut();
+}
+
+bool MainForm::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == centralWidget() && event->type() == QEvent::Resize) layOut();
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void MainForm::layOut() {
+  const int width = twipsFromPixels(frameGeometry().width());
+  const int height = twipsFromPixels(frameGeometry().height());
+  // A large font can make menu and status bar higher than what is left for
+  // them; then the tree ends where they begin.
+  QSize free = centralWidget()->size();
+  free.rheight() -= unreadableBrowserNotice_->placeAtBottomOf(free);
+  const QSize wanted(pixelsFromTwips(width - kWidthBesideTree),
+                     pixelsFromTwips(height - kHeightBesideTree));
+  treeView_->resize(wanted.boundedTo(free));
+  statusBar_->setPanelWidths(pixelsFromTwips(width * kFirstPanelShare),
+                             pixelsFromTwips(width * kSecondPanelShare));
+}
+
+void MainForm::closeEvent(QCloseEvent* event) {
+  Form_Unload();
+  event->accept();
+}
+
+void MainForm::Form_Unload() {
+  if (isUnloaded_) return;
+  isUnloaded_ = true;
+  setCursor(Qt::WaitCursor);  // to the end
+  startsToCome_ = 0;
+  tracking_.abandon();
+  searchWindows_.unloadAll();
+  QApplication::closeAllWindows();
+  emit unloaded();
+}
+
+void MainForm::showTrackingStatus(std::string_view text) {
+  statusBar_->setPanelText(2, toQString(text));
+  // Task bars show it when the window is hidden.
+  setWindowIcon(tracking_.isTracking() ? trackingIcon() : QApplication::windowIcon());
+}
+
+void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
+
+QString MainForm::describe(const std::string& address) {
+  const NodeId node = tree_.find(address);
+  return node == kNoNode ? toQString(address) : describe(node);
+}
+
+// Of a folder that was never visited itself there is no record.
+QString MainForm::describe(NodeId node) {
+  if (node == tree_.root()) return {};
+  const auto address = tree_.key(node);
+  QString text = toQString(schemePrefix(tree_.tag(node))) % toQString(address);
+  try {
+    const std::string stamp = siteFile_.accessStamp(address, tree_.recordNumber(node));
+    if (!stamp.empty()) text += QStringLiteral("\nLatest visit: ") % toQString(stamp);
+  } catch (...) {
+    // The file cannot be read now; nobody has asked for more than a tool tip.
+  }
+  return text;
+}
+
+void MainForm::locate(NodeId node) {
+  treeView_->makeVisible(node, SiteTreeView::PositionAtCenter);
+  tree_.select(node);
+  setCaption();
+}
+
+void MainForm::showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) {
+  unreadableBrowserNotice_->showBrowsers(browsers);
+}
+
+}  // namespace quorrix

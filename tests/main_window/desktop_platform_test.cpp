@@ -1,0 +1,61 @@
+#include "main_window/desktop_platform.h"
+
+#include <gtest/gtest.h>
+
+namespace quorrix {
+namespace {
+
+std::string preferred(bool hasChosenPlatform, bool hasWaylandDisplay, bool hasX11Display) {
+  return preferredPlatform({.hasChosenPlatform = hasChosenPlatform,
+                            .hasWaylandDisplay = hasWaylandDisplay,
+                            .hasX11Display = hasX11Display});
+}
+
+TEST(PreferredPlatform, IsXWaylandOnAWaylandDesktopThatHasIt) {
+  EXPECT_EQ(preferred(false, true, true), "xcb;wayland");
+}
+
+TEST(PreferredPlatform, IsQtsOwnChoiceOnAnyOtherDesktop) {
+  EXPECT_EQ(preferred(false, true, false), "");
+  EXPECT_EQ(preferred(false, false, true), "");
+  EXPECT_EQ(preferred(false, false, false), "");
+}
+
+TEST(PreferredPlatform, LeavesTheUsersChoiceAlone) {
+  EXPECT_EQ(preferred(true, true, true), "");
+  EXPECT_EQ(preferred(true, true, false), "");
+  EXPECT_EQ(preferred(true, false, true), "");
+  EXPECT_EQ(preferred(true, false, false), "");
+}
+
+std::vector<std::string> argumentsWith(const std::string& platform,
+                                       std::vector<std::string> given) {
+  std::vector<char*> values;
+  for (std::string& value : given) values.push_back(value.data());
+  values.push_back(nullptr);
+  DesktopArguments arguments(static_cast<int>(given.size()), values.data(), platform);
+  EXPECT_EQ(arguments.values()[arguments.count()], nullptr);
+  return {arguments.values(), arguments.values() + arguments.count()};
+}
+
+using Words = std::vector<std::string>;
+
+TEST(DesktopArguments, HoldThePlatformBehindTheProgramsName) {
+  EXPECT_EQ(argumentsWith("xcb;wayland", {"Quorrix"}),
+            (Words{"Quorrix", "-platform", "xcb;wayland"}));
+}
+
+// Of two platforms the last one counts.
+TEST(DesktopArguments, LeaveTheLastWordToTheUser) {
+  EXPECT_EQ(argumentsWith("xcb;wayland", {"Quorrix", "-platform", "wayland"}),
+            (Words{"Quorrix", "-platform", "xcb;wayland", "-platform", "wayland"}));
+}
+
+TEST(DesktopArguments, AreTheProgramsOwnWithoutAPlatform) {
+  EXPECT_EQ(argumentsWith("", {"Quorrix", "-style", "fusion"}),
+            (Words{"Quorrix", "-style", "fusion"}));
+  EXPECT_EQ(argumentsWith("xcb", {}), Words{});
+}
+
+}  // namespace
+}  // namespace quorrix
