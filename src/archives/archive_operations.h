@@ -1,5 +1,4 @@
-// What archiving, loading and deleting do to files; the archive dialogs ask the
-// questions and, in between, do what the display needs. Failures reach the caller
+// What archiving, loading and deleting do to files. Failures reach the caller
 // as Failure and stop an operation where it is. Nothing is rolled back: what is
 // copied, deleted or emptied by then stays so.
 #pragma once
@@ -21,18 +20,13 @@ enum class EarlierArchive { None, Delete };
 // Copies the data files to the folder, then empties those in loadPath. First deletes all
 // four files of an earlier archive; fails with kFileNotFound when one is missing. Files of
 // the folder that are the current data files themselves, by whatever path, are not deleted
-// as an earlier archive. The caller then empties the tree and calls rememberNoArchive().
+// as an earlier archive.
 void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& folder,
                      EarlierArchive earlier);
 
-// Loading is four steps, of which the caller does the second:
-//   paths.setFilesFolder(folder);                  the archive's files are the current ones
-//   the tree is built from them
-//   takeOverArchive(files, appPaths, paths, folder);
-//   rememberArchive(files, appPaths, folder);      after the display tells of it
 // Copies the archive over the working data, then points the paths back into
-// loadPath. When a copy fails, for example with 53 for a file that the archive
-// lacks, the paths stay in the archive, whose sites the tree then shows.
+// loadPath. If a copy fails, for example with kFileNotFound for a file that the
+// archive lacks, the paths stay in the archive.
 void takeOverArchive(FileSystem& files, const AppPaths& appPaths, WorkingPaths& paths,
                      const Path& folder);
 

@@ -5,9 +5,8 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStringBuilder>
-#include <array>
 
-#include "datafiles/empty_files.h"
+#include "archives/shown_path.h"
 #include "main_window/browser_launch.h"
 #include "main_window/help_window.h"
 #include "main_window/load_wait_dialog.h"
@@ -25,7 +24,6 @@
 #include "shell/resources.h"
 #include "shell/twips.h"
 #include "shell/window_frame.h"
-#include "sitetree/site_deletion.h"
 
 namespace quorrix {
 namespace {
@@ -41,6 +39,8 @@ constexpr QSize kFirstSize{720, 540};  // pixels
 // What the window's borders, title, menu bar and status bar take, in twips.
 constexpr int kWidthBesideTree = 100;
 constexpr int kHeightBesideTree = 1100;
+
+constexpr QLatin1StringView kLastArchiveLoaded("Last archive loaded: ");
 
 constexpr double kFirstPanelShare = 0.65;
 constexpr double kSecondPanelShare = 0.35;
@@ -87,24 +87,19 @@ constexpr std::string_view kDeleteAnyway =
     "selected items from the current view and permanently destroy all information associated "
     "with them. Delete anyway?";
 
-std::string_view withoutOuterBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 }  // namespace
 
 MainForm::MainForm(const Parts& parts)
     : parts_(parts),
-      siteFile_(parts.files, parts.clock, workingPaths_),
+      sites_(parts.files, parts.clock, parts.paths, *this),
       tracking_({.windows = parts.windows,
-                 .tree = tree_,
-                 .siteFile = siteFile_,
+                 .tree = sites_.tree(),
+                 .siteFile = sites_.siteFile(),
                  .events = parts.events,
                  .messageBox = parts.messageBox,
                  .display = *this}),
-      searchWindows_(searchParts()) {
+      searchWindows_(searchParts()),
+      archiveWindows_(archiveParts()) {
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(QStringLiteral("Quorrix"));
   fillMenuBar(*menuBar(), *this, kMenus);
@@ -113,7 +108,7 @@ MainForm::MainForm(const Parts& parts)
   // The tree is placed by hand, see layOut. Its room also changes with the heights of
   // menu bar and status bar, as with another font or style.
   setCentralWidget(new QWidget(this));
-  treeView_ = new SiteTreeView(tree_, centralWidget());
+  treeView_ = new SiteTreeView(tree(), centralWidget());
   treeView_->describeBy([this](NodeId node) { return describe(node); });
   unreadableBrowserNotice_ = new UnreadableBrowserNotice(
       centralWidget(), [this](const std::function<void()>& work) { runCommand(work); });
@@ -134,11 +129,14 @@ MainForm::MainForm(const Parts& parts)
   connect(treeView_, &SiteTreeView::mouseUp, this, [this](int button, int shift, int x, int y) {
     runCommand([=, this] { TreeView_MouseUp(button, shift, x, y); });
   });
+  const auto forgetPopupSite = [this] { popupSite_ = kNoNode; };
+  connect(treeView_->model(), &QAbstractItemModel::modelReset, this, forgetPopupSite);
+  connect(treeView_->model(), &QAbstractItemModel::rowsRemoved, this, forgetPopupSite);
   connect(treeView_, &SiteTreeView::nodeChosen, this,
           [this] { runCommand([this] { setCaption(); }); });
   connect(treeView_, &SiteTreeView::enterPressed, this, [this] {
     runCommand([this] {
-      if (tree_.selected() != tree_.root()) PopUpLaunch_Click();
+      if (tree().selected() != tree().root()) PopUpLaunch_Click();
     });
   });
 
@@ -177,24 +175,10 @@ void MainForm::showWindowAndLoad() {
   waitDialog.show();
   waitYielding(kWaitDialogTime);
   if (isUnloaded_) return;  // closed while it was waiting
-  loadData();
+  sites_.load();
+  statusBar_->setPanelText(2, QStringLiteral("Right click site address for site menu."));
   enableDataEntries(*menuBar(), kMenus, true);
   waitDialog.hide();
-}
-
-void MainForm::loadData() {
-  const Path archives = parts_.paths.appPath("Archives");
-  if (!parts_.files.folderExists(archives)) parts_.files.makeFolder(archives);
-  workingPaths_.setFolder(parts_.paths.appPath("Data"));
-  siteFile_.loadNodes(tree_);
-  createMissingFiles(parts_.files, std::array{workingPaths_.currentURLNotesFile,
-                                              workingPaths_.currentUserIDPasswordFile,
-                                              workingPaths_.currentPurchasesFile});
-  treeView_->expandDNSNodes();
-  const std::string lastArchive =
-      parts_.files.readFirstLine(parts_.paths.appPath("Data") / "load.txt");
-  showLastArchive(fromPlatformText(withoutOuterBlanks(lastArchive)));
-  statusBar_->setPanelText(2, QStringLiteral("Right click site address for site menu."));
 }
 
 void MainForm::waitYielding(std::chrono::milliseconds time) {
@@ -238,7 +222,7 @@ bool MainForm::refusesWhileTracking() {
 // What is refused while tracking runs or the display is empty, with the reason told.
 bool MainForm::refuses(std::string_view whenThereAreNoSites) {
   if (refusesWhileTracking()) return true;
-  if (tree_.size() > 1) return false;
+  if (!sites_.isDisplayEmpty()) return false;
   parts_.messageBox.show(whenThereAreNoSites, MessageBoxStyle::Information);
   return true;
 }
@@ -249,13 +233,13 @@ void MainForm::FileSearch_Click() {
 }
 
 SearchWindows::Parts MainForm::searchParts() {
-  return {.tree = tree_,
+  return {.tree = tree(),
           .clock = parts_.clock,
           .messageBox = parts_.messageBox,
           .mainWindow = *this,
           .search =
               [this](const SearchCriteria& criteria) {
-                return searchSiteFile(parts_.files, workingPaths_, criteria);
+                return searchSiteFile(parts_.files, sites_.paths(), criteria);
               },
           .locate = [this](NodeId node) { locate(node); },
           .describe = [this](const std::string& address) { return describe(address); }};
@@ -267,34 +251,47 @@ void MainForm::FileDelete_Click() {
     const auto answer = parts_.messageBox.show(kDeleteAnyway, MessageBoxStyle::ConfirmWarning);
     if (answer != MessageBoxButton::Ok) return;
     const Hourglass hourglass(*this);
-    deleteSelectedSites();
+    sites_.deleteSelected();
     setCaption();
   });
-}
-
-// The tree last: after a failure in the files it still shows what is left in them.
-void MainForm::deleteSelectedSites() {
-  const NodeId selected = tree_.selected();
-  if (selected == tree_.root()) {
-    deleteAllRecords(parts_.files, workingPaths_);
-    clearTree();
-  } else {
-    deleteSiteRecords(parts_.files, workingPaths_, tree_.collectSubtreeKeys(selected));
-    popupSite_ = kNoNode;
-    tree_.remove(selected);
-  }
 }
 
 void MainForm::FileClear_Click() {
   if (refuses("No website addresses to clear in current display.")) return;
   const Hourglass hourglass(*this);
-  clearTree();
+  sites_.clear();
   setCaption();
 }
 
-void MainForm::clearTree() {
-  popupSite_ = kNoNode;
-  tree_.clear();
+ArchiveWindows::Parts MainForm::archiveParts() {
+  return {.dialogs = {.files = parts_.files,
+                      .messageBox = parts_.messageBox,
+                      .mainWindow = *this,
+                      .archives = parts_.paths.appPath("Archives")},
+          .hasSitesToArchive = [this] { return hasSitesToArchive(parts_.files, sites_.paths()); },
+          .displayHoldsSites = [this] { return !sites_.isDisplayEmpty(); },
+          .archiveTo =
+              [this](const Path& folder, EarlierArchive earlier) {
+                sites_.archiveTo(folder, earlier);
+                setWindowTitle(QStringLiteral("Quorrix"));
+              },
+          .loadArchive =
+              [this](const Path& folder) {
+                sites_.loadArchive(folder);
+                setWindowTitle(QStringLiteral("Quorrix"));
+              }};
+}
+
+void MainForm::FileArchive_Click() {
+  if (!refusesWhileTracking()) archiveWindows_.openArchiveSites();
+}
+
+void MainForm::FileLoadArchive_Click() {
+  if (!refusesWhileTracking()) archiveWindows_.openLoadArchive();
+}
+
+void MainForm::FileDeleteArchive_Click() {
+  if (!refusesWhileTracking()) archiveWindows_.openDeleteArchive();
 }
 
 void MainForm::FileExit_Click() {
@@ -303,17 +300,17 @@ void MainForm::FileExit_Click() {
 }
 
 void MainForm::PopUpShowAll_Click() {
-  treeView_->expandAll(tree_.selected(), tracking_.addressFound());
+  treeView_->expandAll(tree().selected(), tracking_.addressFound());
 }
 
-void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree_.selected()); }
+void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree().selected()); }
 
 // While the menu is open tracking goes on and may select the site just visited;
 // an entry acts on the one that the user opened the menu for.
 std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
   return [this, handler] {
     runCommand([this, handler] {
-      if (popupSite_ != kNoNode) tree_.select(popupSite_);
+      if (popupSite_ != kNoNode) tree().select(popupSite_);
       (this->*handler)();
     });
   };
@@ -323,8 +320,8 @@ RecordDialogParts MainForm::recordDialogParts() {
   return {.files = parts_.files,
           .clock = parts_.clock,
           .messageBox = parts_.messageBox,
-          .paths = workingPaths_,
-          .tree = tree_,
+          .paths = sites_.paths(),
+          .tree = tree(),
           .mainWindow = *this};
 }
 
@@ -340,8 +337,8 @@ void MainForm::showRecordDialog(FailureFamily family) {
 
 void MainForm::PopUpLaunch_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::LinkInBrowser, [this] {
-    const NodeId site = tree_.selected();
-    launchSiteInBrowser(parts_.commandShell, tree_.tag(site), tree_.key(site));
+    const NodeId site = tree().selected();
+    launchSiteInBrowser(parts_.commandShell, tree().tag(site), tree().key(site));
   });
 }
 
@@ -367,17 +364,17 @@ void MainForm::PopUpPurchases_Click() {
 void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {
   setCaption();
   if (button != mouse_button::kRight) return;
-  popupSite_ = tree_.selected();
-  popupMenu_->setSiteSelected(popupSite_ != tree_.root());
+  popupSite_ = tree().selected();
+  popupMenu_->setSiteSelected(popupSite_ != tree().root());
   popupMenu_->popup(treeView_->viewport()->mapToGlobal(QPoint(x, y)));
 }
 
 void MainForm::setCaption() {
-  const NodeId selected = tree_.selected();
-  const bool isRoot = selected == tree_.root();
+  const NodeId selected = tree().selected();
+  const bool isRoot = selected == tree().root();
   setWindowTitle(isRoot ? QStringLiteral("Quorrix")
                         : QStringLiteral("Quorrix - ") %
-                              asWindowTitle(toQString(tree_.key(selected))));
+                              asWindowTitle(toQString(tree().key(selected))));
 }
 
 void MainForm::resizeEvent(QResizeEvent* event) {
@@ -441,17 +438,17 @@ void MainForm::showTrackingStatus(std::string_view text) {
 void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
 
 QString MainForm::describe(const std::string& address) {
-  const NodeId node = tree_.find(address);
+  const NodeId node = tree().find(address);
   return node == kNoNode ? toQString(address) : describe(node);
 }
 
 // Of a folder that was never visited itself there is no record.
 QString MainForm::describe(NodeId node) {
-  if (node == tree_.root()) return {};
-  const auto address = tree_.key(node);
-  QString text = toQString(schemePrefix(tree_.tag(node))) % toQString(address);
+  if (node == tree().root()) return {};
+  const auto address = tree().key(node);
+  QString text = toQString(schemePrefix(tree().tag(node))) % toQString(address);
   try {
-    const std::string stamp = siteFile_.accessStamp(address, tree_.recordNumber(node));
+    const std::string stamp = sites_.siteFile().accessStamp(address, tree().recordNumber(node));
     if (!stamp.empty()) text += QStringLiteral("\nLatest visit: ") % toQString(stamp);
   } catch (...) {
     // The file cannot be read now; nobody has asked for more than a tool tip.
@@ -461,8 +458,18 @@ QString MainForm::describe(NodeId node) {
 
 void MainForm::locate(NodeId node) {
   treeView_->makeVisible(node, SiteTreeView::PositionAtCenter);
-  tree_.select(node);
+  tree().select(node);
   setCaption();
+}
+
+void MainForm::showHosts() { treeView_->expandDNSNodes(); }
+
+void MainForm::showLastArchive(std::string_view name) {
+  statusBar_->setPanelText(1, kLastArchiveLoaded % fromPlatformText(name));
+}
+
+void MainForm::showLastArchiveFolder(const Path& folder) {
+  statusBar_->setPanelText(1, kLastArchiveLoaded % textOfPath(folder));
 }
 
 void MainForm::showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) {

@@ -1,5 +1,5 @@
-// The main window: menus, the site tree, the status bar. It owns the tree, the
-// working paths and the tracking loop, runs the start-up, and opens every dialog.
+// The main window: menus, the site tree, the status bar. It owns the collection of
+// sites and the tracking loop, runs the start-up, and opens every dialog.
 #pragma once
 
 #include <QMainWindow>
@@ -7,9 +7,8 @@
 #include <chrono>
 #include <functional>
 
-#include "archives/archive_folder_dialog.h"
-#include "archives/archive_operations.h"
-#include "datafiles/working_folder.h"
+#include "archives/archive_windows.h"
+#include "main_window/site_collection.h"
 #include "main_window/two_panel_status_bar.h"
 #include "platform/clock.h"
 #include "platform/command_shell.h"
@@ -21,9 +20,7 @@
 #include "search/search_windows.h"
 #include "shell/app_paths.h"
 #include "shell/failure_messages.h"
-#include "sitetree/site_file.h"
 #include "sitetree/site_popup_menu.h"
-#include "sitetree/site_tree.h"
 #include "sitetree/site_tree_view.h"
 #include "tracking/tracking_loop.h"
 
@@ -34,7 +31,7 @@ namespace quorrix {
 class HelpWindow;
 class UnreadableBrowserNotice;
 
-class MainForm final : public QMainWindow, private TrackingDisplay {
+class MainForm final : public QMainWindow, private TrackingDisplay, private SiteDisplay {
   Q_OBJECT
 
  public:
@@ -80,8 +77,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void PopUpPurchases_Click();
   void TreeView_MouseUp(int button, int shift, int x, int y);
 
-  [[nodiscard]] SiteTree& tree() { return tree_; }
-  [[nodiscard]] const WorkingPaths& workingPaths() const { return workingPaths_; }
+  [[nodiscard]] SiteTree& tree() { return sites_.tree(); }
+  [[nodiscard]] const WorkingPaths& workingPaths() const { return sites_.paths(); }
   // From the moment that the user starts it.
   [[nodiscard]] bool isTracking() const { return startsToCome_ > 0 || tracking_.isTracking(); }
 
@@ -99,7 +96,6 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
  private:
   void showSplashScreen();
   void showWindowAndLoad();
-  void loadData();
   void waitYielding(std::chrono::milliseconds time);
   void layOut();
   void Form_Unload();
@@ -110,14 +106,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void beginTracking();
   [[nodiscard]] bool refusesWhileTracking();
   [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);
-  void deleteSelectedSites();
-  void clearTree();
-  [[nodiscard]] ArchiveDialogParts archiveDialogParts();
-  template <typename Dialog>
-  void showArchiveDialog(FailureFamily family, const typename Dialog::Work& work);
-  void showLastArchive(const QString& archive);
-  void archiveTo(const Path& folder, EarlierArchive earlier);
-  void loadFrom(const Path& folder);
+  [[nodiscard]] ArchiveWindows::Parts archiveParts();
   [[nodiscard]] std::function<void()> onPopupSite(void (MainForm::*handler)());
   [[nodiscard]] RecordDialogParts recordDialogParts();
   [[nodiscard]] SearchWindows::Parts searchParts();
@@ -129,19 +118,21 @@ class MainForm final : public QMainWindow, private TrackingDisplay {
   void showTrackingStatus(std::string_view text) override;
   void makeVisible(NodeId node) override;
   void showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) override;
+  void showHosts() override;
+  void showLastArchive(std::string_view name) override;
+  void showLastArchiveFolder(const Path& folder) override;
 
   Parts parts_;
-  WorkingPaths workingPaths_;
-  SiteTree tree_;
-  SiteFile siteFile_;
+  SiteCollection sites_;
   TrackingLoop tracking_;
   SiteTreeView* treeView_;
   TwoPanelStatusBar* statusBar_;
   UnreadableBrowserNotice* unreadableBrowserNotice_;
   SitePopupMenu* popupMenu_;
   SearchWindows searchWindows_;
+  ArchiveWindows archiveWindows_;
   QPointer<HelpWindow> helpWindow_;
-  NodeId popupSite_ = kNoNode;        // selected when the popup menu was opened
+  NodeId popupSite_ = kNoNode;  // selected when the popup menu was opened; kNoNode once it is gone
   bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
   int startsToCome_ = 0;              // queued starts of tracking that have not begun
   bool isUnloaded_ = false;
