@@ -29,6 +29,7 @@
 #include "platform/linux/accessible_window_system.h"
 #include "platform/linux/posix_file_system.h"
 #include "platform/linux/session_bus.h"
+#include "platform/linux/x11_activation.h"
 #include "platform/linux/x11_window_stack.h"
 #include "shell/qt_command_shell.h"
 #endif
@@ -44,6 +45,8 @@ quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/) { return {};
 std::unique_ptr<QWinEventNotifier> notifierOf(const quorrix::FolderClaim& claim) {
   return std::make_unique<QWinEventNotifier>(reinterpret_cast<Qt::HANDLE>(claim.signal()));
 }
+
+void activate(const QWidget& /*window*/) {}  // the later start has passed the foreground on
 #else
 using RealFileSystem = quorrix::PosixFileSystem;
 using RealCommandShell = quorrix::QtCommandShell;
@@ -65,6 +68,12 @@ quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock) {
 
 std::unique_ptr<QSocketNotifier> notifierOf(const quorrix::FolderClaim& claim) {
   return std::make_unique<QSocketNotifier>(claim.signal(), QSocketNotifier::Read);
+}
+
+void activate(const QWidget& window) {
+  if (xcb_connection_t* const connection = x11Connection()) {
+    quorrix::activateX11Window(connection, static_cast<xcb_window_t>(window.winId()));
+  }
 }
 #endif
 
@@ -129,8 +138,13 @@ int main(int argc, char* argv[]) {
   if (notifier) {
     using Notifier = std::remove_reference_t<decltype(*notifier)>;
     QObject::connect(notifier.get(), &Notifier::activated, &form, [&] {
-      if (const auto token = claim.takeRequest()) quorrix::bringUpProgram(form, *token);
+      const auto token = claim.takeRequest();
+      const QWidget* const window = token ? quorrix::bringUpProgram(form, *token) : nullptr;
+      if (window != nullptr) activate(*window);
     });
+    // A later start then waits for the end of this program and takes its place.
+    QObject::connect(&form, &quorrix::MainForm::unloaded, notifier.get(),
+                     [&notifier] { notifier->setEnabled(false); });
   }
   // Whatever handlers are still running when the window goes return first.
   QObject::connect(&form, &quorrix::MainForm::unloaded, &application,

@@ -12,13 +12,17 @@ void bringUp(QWidget& window) {
   window.activateWindow();
 }
 
-void bringUpProgram(QWidget& window, const std::string& activationToken) {
-  if (!window.isVisible()) return;
+QWidget* bringUpProgram(QWidget& window, const std::string& activationToken) {
+  if (!window.isVisible()) return nullptr;
   constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";  // where Qt looks for it
+  QWidget* const dialog = QApplication::activeModalWidget();
+  if (dialog != nullptr) bringUp(window);
+  QWidget& uppermost = dialog != nullptr ? *dialog : window;
+  // A token is good for one window.
   if (!activationToken.empty()) qputenv(kToken, QByteArray::fromStdString(activationToken));
-  bringUp(window);
-  if (QWidget* dialog = QApplication::activeModalWidget()) bringUp(*dialog);
+  bringUp(uppermost);
   qunsetenv(kToken);
+  return &uppermost;
 }
 
 }  // namespace quorrix

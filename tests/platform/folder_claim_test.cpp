@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <future>
 
 #include "support/eventually.h"
@@ -85,6 +86,38 @@ TEST(FolderClaim, EndsWithTheProgramThatHasIt) {
   }
   FolderClaim second;
   EXPECT_EQ(second.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+}
+
+TEST(FolderClaim, IsTakenOverFromAProgramThatEndsInsteadOfAnswering) {
+  const TemporaryFolder folder;
+  auto first = std::make_unique<FolderClaim>();
+  ASSERT_EQ(first->claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  FolderClaim second;
+  auto result =
+      std::async(std::launch::async, [&] { return second.claim(folder.path(), "", seconds(2)); });
+  first.reset();
+  EXPECT_EQ(result.get(), ClaimResult::Claimed);
+}
+
+// However their beginnings meet.
+TEST(FolderClaim, IsGrantedToOneOfSeveralProgramsThatStartTogether) {
+  const TemporaryFolder folder;
+  for (int round = 0; round < 20; ++round) {
+    std::array<FolderClaim, 4> programs;
+    std::array<std::future<ClaimResult>, 4> results;
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+      results[i] = std::async(std::launch::async, [&folder, &program = programs[i]] {
+        return program.claim(folder.path(), "", milliseconds(100));
+      });
+    }
+    int claimed = 0;
+    for (auto& result : results) {
+      const ClaimResult got = result.get();
+      if (got == ClaimResult::Claimed) ++claimed;
+      EXPECT_NE(got, ClaimResult::Unavailable);
+    }
+    EXPECT_EQ(claimed, 1);
+  }
 }
 
 TEST(FolderClaim, HoldsForItsFolderOnly) {

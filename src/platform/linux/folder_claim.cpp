@@ -1,5 +1,6 @@
 #include "platform/folder_claim.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -9,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <thread>
 
 #include "platform/linux/file_descriptor.h"
 
@@ -16,7 +18,7 @@ namespace quorrix {
 namespace {
 
 constexpr int kBacklog = 8;
-constexpr unsigned kTries = 5;
+constexpr std::chrono::milliseconds kPauseBetweenTries{10};
 constexpr std::chrono::milliseconds kRequestPatience{200};
 constexpr char kAnswer = '\n';
 
@@ -31,9 +33,9 @@ struct SocketName {
 
 // In the abstract namespace, which is no folder: a name there is free again when its
 // socket is closed.
-std::optional<SocketName> socketNameOf(const Path& folder) {
+std::optional<SocketName> socketNameOf(const FileDescriptor& folder) {
   struct stat status {};
-  if (::stat(folder.c_str(), &status) != 0) return std::nullopt;
+  if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0) return std::nullopt;
   const std::string text = "quorrix-" + std::to_string(::getuid()) + '-' +
                            std::to_string(status.st_dev) + '-' + std::to_string(status.st_ino);
   SocketName name;
@@ -66,23 +68,26 @@ bool isReadableWithin(const FileDescriptor& socket, std::chrono::milliseconds pa
   }
 }
 
-ClaimResult ask(const FileDescriptor& socket, std::string_view token,
-                std::chrono::milliseconds patience) {
+// nullopt when the other program ended instead of answering.
+std::optional<ClaimResult> ask(const FileDescriptor& socket, std::string_view token,
+                               std::chrono::milliseconds patience) {
   if (token.size() > FolderClaim::kLongestToken) token = {};
   // An empty packet could not be told from the end of the connection.
   const std::string request = std::string(token) + kAnswer;
   if (::send(socket.number(), request.data(), request.size(), MSG_NOSIGNAL) < 0) {
-    return ClaimResult::Unanswered;
+    return std::nullopt;
   }
+  if (!isReadableWithin(socket, patience)) return ClaimResult::Unanswered;
   char answer = 0;
-  const bool isAnswered = isReadableWithin(socket, patience) &&
-                          ::recv(socket.number(), &answer, 1, 0) == 1 && answer == kAnswer;
-  return isAnswered ? ClaimResult::Answered : ClaimResult::Unanswered;
+  if (::recv(socket.number(), &answer, 1, 0) != 1) return std::nullopt;
+  return ClaimResult::Answered;
 }
 
 }  // namespace
 
 struct FolderClaim::Handles {
+  // Held open: some file systems give the identity of a folder that nobody uses to another.
+  FileDescriptor folder;
   FileDescriptor socket;
 };
 
@@ -91,10 +96,12 @@ FolderClaim::~FolderClaim() = default;
 
 ClaimResult FolderClaim::claim(const Path& folder, std::string_view activationToken,
                                std::chrono::milliseconds patience) {
-  const auto name = socketNameOf(folder);
+  handles_->folder = FileDescriptor(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  const auto name = socketNameOf(handles_->folder);
   if (!name) return ClaimResult::Unavailable;
-  // The program that has the folder may end between the two questions.
-  for (unsigned tries = 0; tries < kTries; ++tries) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  // The program that has the folder may end meanwhile, or not listen yet.
+  for (;;) {
     FileDescriptor socket = newSocket();
     if (!socket.isOpen()) return ClaimResult::Unavailable;
     if (::bind(socket.number(), name->get(), name->length) == 0) {
@@ -103,13 +110,15 @@ ClaimResult FolderClaim::claim(const Path& folder, std::string_view activationTo
       return ClaimResult::Claimed;
     }
     if (errno != EADDRINUSE) return ClaimResult::Unavailable;
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return ClaimResult::Unanswered;
     if (::connect(socket.number(), name->get(), name->length) == 0) {
       if (!isOfThisUser(socket)) return ClaimResult::Unavailable;
-      return ask(socket, activationToken, patience);
+      if (const auto result = ask(socket, activationToken, left)) return *result;
     }
-    if (errno == EAGAIN) return ClaimResult::Unanswered;  // others wait for it already
+    std::this_thread::sleep_for(std::min(kPauseBetweenTries, left));
   }
-  return ClaimResult::Unavailable;
 }
 
 std::intptr_t FolderClaim::signal() const { return handles_->socket.number(); }

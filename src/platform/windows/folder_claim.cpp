@@ -34,6 +34,26 @@ UniqueHandle openEvent(const std::wstring& folder, const wchar_t* purpose) {
 struct FolderClaim::Handles {
   UniqueHandle request;
   UniqueHandle answer;
+
+  [[nodiscard]] ClaimResult open(const std::wstring& folder, std::chrono::milliseconds patience) {
+    request = openEvent(folder, kRequest);
+    const bool isOther = ::GetLastError() == ERROR_ALREADY_EXISTS;
+    answer = openEvent(folder, kAnswer);
+    if (!request.isOpen() || !answer.isOpen()) return ClaimResult::Unavailable;
+    return isOther ? ask(patience) : ClaimResult::Claimed;
+  }
+
+  [[nodiscard]] ClaimResult ask(std::chrono::milliseconds patience) {
+    // Only the process that the user has started may pass the foreground on.
+    ::AllowSetForegroundWindow(ASFW_ANY);
+    ::ResetEvent(answer.get());  // may be set for a start that no longer waits
+    ::SetEvent(request.get());
+    const auto wait = static_cast<DWORD>(patience.count());
+    const bool isAnswered = ::WaitForSingleObject(answer.get(), wait) == WAIT_OBJECT_0;
+    request = UniqueHandle();
+    answer = UniqueHandle();
+    return isAnswered ? ClaimResult::Answered : ClaimResult::Unanswered;
+  }
 };
 
 FolderClaim::FolderClaim() : handles_(std::make_unique<Handles>()) {}
@@ -43,22 +63,10 @@ ClaimResult FolderClaim::claim(const Path& folder, std::string_view /*activation
                                std::chrono::milliseconds patience) {
   const std::wstring identity = identityOf(folder);
   if (identity.empty()) return ClaimResult::Unavailable;
-  UniqueHandle request = openEvent(identity, kRequest);
-  const bool isOther = ::GetLastError() == ERROR_ALREADY_EXISTS;
-  UniqueHandle answer = openEvent(identity, kAnswer);
-  if (!request.isOpen() || !answer.isOpen()) return ClaimResult::Unavailable;
-  if (isOther) {
-    // The user has started this process, which alone may pass the foreground on.
-    ::AllowSetForegroundWindow(ASFW_ANY);
-    ::ResetEvent(answer.get());  // perhaps that of a start that no longer waited for it
-    ::SetEvent(request.get());
-    const auto wait = static_cast<DWORD>(patience.count());
-    const bool isAnswered = ::WaitForSingleObject(answer.get(), wait) == WAIT_OBJECT_0;
-    return isAnswered ? ClaimResult::Answered : ClaimResult::Unanswered;
-  }
-  handles_->request = std::move(request);
-  handles_->answer = std::move(answer);
-  return ClaimResult::Claimed;
+  const ClaimResult result = handles_->open(identity, patience);
+  if (result != ClaimResult::Unanswered) return result;
+  // The other program may have ended instead of answering.
+  return handles_->open(identity, std::chrono::milliseconds(0));
 }
 
 std::intptr_t FolderClaim::signal() const {
