@@ -187,10 +187,9 @@ void ExistingArchiveDialog::Text1_LostFocus() {
   guarded(*this, parts().messageBox, FailureFamily::OtherCommand, [this] { openTypedPath(); });
 }
 
-// Shorter texts are for OK to refuse.
+// An empty box is for OK to refuse.
 bool ExistingArchiveDialog::isPathTyped() const {
-  return Text1().text() != textOfPath(Dir1().path()) &&
-         Text1().text().size() >= kShortestFolderPath;
+  return Text1().text() != textOfPath(Dir1().path()) && !Text1().text().trimmed().isEmpty();
 }
 
 bool ExistingArchiveDialog::openTypedPath() {

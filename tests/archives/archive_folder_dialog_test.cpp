@@ -384,6 +384,13 @@ TEST_P(ExistingArchiveDialogTest, BeginsATypedNameAtTheOpenFolder) {
   EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
 }
 
+TEST_P(ExistingArchiveDialogTest, OpensATypedNameOfThreeLetters) {
+  open();
+  type("May");
+  pressEnterInTheBox();
+  EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
+}
+
 TEST_P(ExistingArchiveDialogTest, OpensATypedPathBeforeItAsks) {
   open();
   // As assistive technology does it, without a key.
