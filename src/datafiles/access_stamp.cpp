@@ -84,6 +84,24 @@ CalendarDate readCalendarDate(std::string_view text) {
   return date;
 }
 
+StampTime readAccessStamp(std::string_view stamp) {
+  StampTime time{.date = stampDate(stamp)};
+  const std::string clock(stamp.substr(stamp.find(' ')));
+  std::array<char, 3> half{};
+  int end = 0;
+  const int fields = std::sscanf(clock.c_str(), " %2d:%2d:%2d %2s%n", &time.hour, &time.minute,
+                                 &time.second, half.data(), &end);
+  const bool isAfternoon = half.data() == std::string_view("PM");
+  const bool isHalfKnown = isAfternoon || half.data() == std::string_view("AM");
+  const bool isInRange = time.hour >= 1 && time.hour <= 12 && time.minute >= 0 &&
+                         time.minute < 60 && time.second >= 0 && time.second < 60;
+  if (fields != 4 || static_cast<std::size_t>(end) != clock.size() || !isHalfKnown || !isInRange) {
+    failToReadDate();
+  }
+  time.hour = time.hour % 12 + (isAfternoon ? 12 : 0);
+  return time;
+}
+
 CalendarDate stampDate(std::string_view stamp) {
   const auto blank = stamp.find(' ');
   if (blank == std::string_view::npos) failToReadDate();

@@ -36,6 +36,19 @@ struct CalendarDate {
 // Throws Failure 13 for anything else and for a day that is in no calendar.
 [[nodiscard]] CalendarDate readCalendarDate(std::string_view text);
 
+// The second of a stamp; the earlier of two stamps is the smaller one.
+struct StampTime {
+  CalendarDate date;
+  int hour = 0;  // 0 to 23
+  int minute = 0;
+  int second = 0;
+
+  auto operator<=>(const StampTime&) const = default;
+};
+
+// Reads what accessStampText() writes. Throws Failure 13 for anything else.
+[[nodiscard]] StampTime readAccessStamp(std::string_view stamp);
+
 // The day of a stamp: what stands before its first blank. Throws Failure 13 for a
 // stamp without a blank and for one that begins with no date.
 [[nodiscard]] CalendarDate stampDate(std::string_view stamp);

@@ -233,21 +233,25 @@ void MainForm::FileSearch_Click() {
 }
 
 SearchWindows::Parts MainForm::searchParts() {
-  return {.tree = tree(),
-          .clock = parts_.clock,
-          .messageBox = parts_.messageBox,
-          .mainWindow = *this,
-          .search =
-              [this](const SearchCriteria& criteria) {
-                return searchSiteFile(parts_.files, sites_.paths(), criteria);
-              },
-          .locate = [this](NodeId node) { locate(node); },
-          .describe = [this](const std::string& address) { return describe(address); }};
+  return {
+      .tree = tree(),
+      .clock = parts_.clock,
+      .messageBox = parts_.messageBox,
+      .mainWindow = *this,
+      .search =
+          [this](const SearchCriteria& criteria) {
+            return searchSiteFile(parts_.files, sites_.paths(), criteria);
+          },
+      .locate = [this](NodeId node) { locate(node); },
+      .describe = [this](const std::string& address) { return describe(address); },
+      .withScheme =
+          [this](const std::string& address) { return withScheme(address, latestVisit(address)); }};
 }
 
 void MainForm::FileDelete_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::DeleteSites, [this] {
     if (refuses("No website addresses to delete in current display.")) return;
+    setCaption();  // tracking may have selected another site; the question is about this one
     const auto answer = parts_.messageBox.show(kDeleteAnyway, MessageBoxStyle::ConfirmWarning);
     if (answer != MessageBoxButton::Ok) return;
     const Hourglass hourglass(*this);
@@ -437,23 +441,33 @@ void MainForm::showTrackingStatus(std::string_view text) {
 
 void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
 
+// Of a folder that was never visited itself there is no record, and of a site that was
+// deleted since a search found it there is neither record nor node.
 QString MainForm::describe(const std::string& address) {
-  const NodeId node = tree().find(address);
-  return node == kNoNode ? toQString(address) : describe(node);
+  const auto visit = latestVisit(address);
+  const QString text = withScheme(address, visit);
+  return visit ? text % QStringLiteral("\nLatest visit: ") % toQString(visit->stamp) : text;
 }
 
-// Of a folder that was never visited itself there is no record.
 QString MainForm::describe(NodeId node) {
-  if (node == tree().root()) return {};
-  const auto address = tree().key(node);
-  QString text = toQString(schemePrefix(tree().tag(node))) % toQString(address);
+  return node == tree().root() ? QString() : describe(std::string(tree().key(node)));
+}
+
+QString MainForm::withScheme(const std::string& address,
+                             const std::optional<SiteFile::LatestVisit>& visit) {
+  const NodeId node = tree().find(address);
+  if (node == kNoNode && !visit) return toQString(address);
+  const char flag = node != kNoNode ? tree().tag(node) : visit->protocolFlag;
+  return toQString(schemePrefix(flag)) % toQString(address);
+}
+
+// A file that cannot be read now has none: nobody has asked for more than a tool tip.
+std::optional<SiteFile::LatestVisit> MainForm::latestVisit(const std::string& address) {
   try {
-    const std::string stamp = sites_.siteFile().accessStamp(address, tree().recordNumber(node));
-    if (!stamp.empty()) text += QStringLiteral("\nLatest visit: ") % toQString(stamp);
+    return sites_.siteFile().latestVisit(address);
   } catch (...) {
-    // The file cannot be read now; nobody has asked for more than a tool tip.
+    return std::nullopt;
   }
-  return text;
 }
 
 void MainForm::locate(NodeId node) {

@@ -103,6 +103,9 @@ class MainForm final : public QMainWindow, private TrackingDisplay, private Site
   void locate(NodeId node);
   [[nodiscard]] QString describe(const std::string& address);
   [[nodiscard]] QString describe(NodeId node);
+  [[nodiscard]] QString withScheme(const std::string& address,
+                                   const std::optional<SiteFile::LatestVisit>& visit);
+  [[nodiscard]] std::optional<SiteFile::LatestVisit> latestVisit(const std::string& address);
   void beginTracking();
   [[nodiscard]] bool refusesWhileTracking();
   [[nodiscard]] bool refuses(std::string_view whenThereAreNoSites);

@@ -1,9 +1,13 @@
 #include "search/result_list.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "platform/case_folding.h"
+#include "platform/text_encoding.h"
 #include "shell/plain_text.h"
 #include "shell/select_first.h"
 
@@ -45,10 +49,11 @@ QModelIndexList ResultListModel::match(const QModelIndex& start, int role, const
   if (role != Qt::DisplayRole || hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap)) {
     return QAbstractListModel::match(start, role, value, hits, flags);
   }
-  const std::string text = fromQString(value.toString());
+  const auto text = exactWindows1252FromUtf8(value.toString().toStdString());
+  if (!text) return {};
   const auto first = addresses_.begin() + start.row();
   const auto isMatch = [&text](const std::string& address) {
-    return beginsWithIgnoringCase(address, text);
+    return beginsWithIgnoringCase(address, *text);
   };
   auto found = std::find_if(first, addresses_.end(), isMatch);
   if (found == addresses_.end()) {
@@ -72,7 +77,14 @@ int ResultList::selectedRow() const {
   return selected.isEmpty() ? -1 : selected.first().row();
 }
 
+// Qt would copy the current row, selected or not.
+void ResultList::copyAddress() const {
+  const int row = selectedRow();
+  if (row >= 0) QApplication::clipboard()->setText(copied_(address(row)));
+}
+
 void ResultList::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return copyAddress();
   if (!selectByFirstMove(*this, *event)) QListView::keyPressEvent(event);
 }
 

@@ -52,6 +52,9 @@ class ResultList final : public QListView {
     model_.describeBy(std::move(describe));
   }
 
+  // What is copied of an address; must not throw.
+  void copyBy(std::function<QString(const std::string&)> copied) { copied_ = std::move(copied); }
+
   void showAddresses(std::vector<std::string> addresses) {
     model_.setAddresses(std::move(addresses));
   }
@@ -64,7 +67,10 @@ class ResultList final : public QListView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void copyAddress() const;
+
   ResultListModel model_;
+  std::function<QString(const std::string&)> copied_;
 };
 
 }  // namespace quorrix

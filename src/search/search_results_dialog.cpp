@@ -44,6 +44,7 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   List1_ = new ResultList(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->describeBy(parts_.describe);
+  List1_->copyBy(parts_.withScheme);
   List1_->setAccessibleName(QStringLiteral("Search Results"));
   count_ = makeLabel("Count", QString(), this);
   QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("Locate in Display"), this);

@@ -30,6 +30,8 @@ class SearchResultsDialog final : public QDialog {
     std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
     // What the tool tip of an address says; must not throw.
     std::function<QString(const std::string&)> describe;
+    // What is copied of an address; must not throw.
+    std::function<QString(const std::string&)> withScheme;
     std::function<void()> newSearch;  // this dialog is to give way to a new search
   };
 

@@ -65,6 +65,7 @@ void SearchWindows::loadResults(const SearchCriteria& criteria,
                                  .mainWindow = parts_.mainWindow,
                                  .locate = parts_.locate,
                                  .describe = parts_.describe,
+                                 .withScheme = parts_.withScheme,
                                  .newSearch = [this] { newSearch(); }});
   dialog->Form_Load(criteria, addresses);
   QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(results_); });

@@ -27,6 +27,8 @@ class SearchWindows {
     std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
     // What the tool tip of an address says; must not throw.
     std::function<QString(const std::string&)> describe;
+    // What is copied of an address; must not throw.
+    std::function<QString(const std::string&)> withScheme;
   };
 
   explicit SearchWindows(Parts parts) : parts_(std::move(parts)) {}

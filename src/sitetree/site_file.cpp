@@ -43,6 +43,15 @@ std::uint64_t findRecord(FixedRecordFile& file, std::string_view siteAddress,
   return found;
 }
 
+// Less than every time for a stamp that cannot be read.
+std::optional<StampTime> timeOf(std::string_view stamp) {
+  try {
+    return readAccessStamp(stamp);
+  } catch (const Failure&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 SiteFile::SiteFile(FileSystem& files, Clock& clock, const WorkingPaths& paths)
@@ -79,12 +88,22 @@ std::uint64_t SiteFile::updateSiteRecord(std::string_view siteAddress, char prot
   return found;
 }
 
-std::string SiteFile::accessStamp(std::string_view siteAddress, std::uint64_t likelyNumber) {
+std::optional<SiteFile::LatestVisit> SiteFile::latestVisit(std::string_view siteAddress) {
   FixedRecordFile file(files_, paths_.currentNodesFile, site_record::kLength, FileAccess::Read);
-  SiteRecord record;
-  if (findRecord(file, siteAddress, likelyNumber, record) == 0) return {};
-  const auto field = fieldOf(record, site_record::kAccessStamp);
-  return std::string(field.substr(0, field.find(kStampEnd)));
+  std::optional<LatestVisit> latest;
+  std::optional<StampTime> latestTime;
+  file.scan(file.recordsBegun(), FixedRecordFile::ReadFailures::SkipRecord,
+            [&](std::uint64_t, std::span<const char> record) {
+              if (!holdsAddress(record, siteAddress)) return true;
+              const auto field = fieldOf(record, site_record::kAccessStamp);
+              const auto stamp = field.substr(0, field.find(kStampEnd));
+              const auto time = timeOf(stamp);
+              if (latest && time <= latestTime) return true;
+              latest = {fieldOf(record, site_record::kProtocolFlag).front(), std::string(stamp)};
+              latestTime = time;
+              return true;
+            });
+  return latest;
 }
 
 void SiteFile::appendSiteRecord(std::string_view siteAddress, char protocolFlag) {

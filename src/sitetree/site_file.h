@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,10 +39,15 @@ class SiteFile {
   std::uint64_t updateSiteRecord(std::string_view siteAddress, char protocolFlag,
                                  std::uint64_t likelyNumber = 0);
 
-  // The text of the first record's access stamp, without its end mark; empty where no record
-  // has this address. `likelyNumber` as above. Writes nothing.
-  [[nodiscard]] std::string accessStamp(std::string_view siteAddress,
-                                        std::uint64_t likelyNumber = 0);
+  struct LatestVisit {
+    char protocolFlag;
+    std::string stamp;  // without its end mark
+  };
+
+  // The latest of the records with this address; nullopt without any. After a site was
+  // cleared from the display and visited again it has two. Reads the whole file and writes
+  // nothing.
+  [[nodiscard]] std::optional<LatestVisit> latestVisit(std::string_view siteAddress);
 
   // Appends a record after the last one.
   void appendSiteRecord(std::string_view siteAddress, char protocolFlag);

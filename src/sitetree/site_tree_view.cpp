@@ -11,6 +11,7 @@
 
 #include "datafiles/site_address.h"
 #include "platform/case_folding.h"
+#include "platform/text_encoding.h"
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -54,6 +55,8 @@ SiteTreeView::SiteTreeView(SiteTree& tree, QWidget* parent)
   connect(&model_, &SiteTreeModel::treeSelectionChanged, this, &SiteTreeView::showSelection);
   connect(&model_, &SiteTreeModel::modelReset, this, [this] { widestRow_ = 0; });
   connect(&model_, &SiteTreeModel::modelReset, this, &SiteTreeView::showSelection);
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &SiteTreeView::followSelection);
   showSelection();
 }
 
@@ -84,8 +87,10 @@ void SiteTreeView::keyboardSearch(const QString& search) {
       sinceTyping_.isValid() && !sinceTyping_.hasExpired(QApplication::keyboardInputInterval());
   sinceTyping_.start();
   if (!isGoingOn || search.isEmpty()) typed_.clear();
-  if (search.isEmpty()) return;
-  typed_ += fromQString(search);
+  const auto typed = exactWindows1252FromUtf8(search.toStdString());
+  // No address has a character outside the code page, and an empty tree has no rows.
+  if (search.isEmpty() || !typed || tree_.root() == kNoNode) return;
+  typed_ += *typed;
   const bool isRepeated = typed_.find_first_not_of(typed_.front()) == std::string::npos;
   const std::string_view sought = isRepeated ? std::string_view(typed_).substr(0, 1) : typed_;
   const NodeId first = visibleFrom(tree_.selected());
@@ -206,6 +211,16 @@ void SiteTreeView::currentChanged(const QModelIndex& current, const QModelIndex&
   if (node == tree_.selected()) return;
   tree_.select(node);
   emit nodeChosen();
+}
+
+// Assistive technology changes the selection without changing the current row.
+void SiteTreeView::followSelection() {
+  const QModelIndexList selected = selectionModel()->selectedIndexes();
+  if (selected.isEmpty()) {
+    selectionModel()->select(currentIndex(), QItemSelectionModel::Select);
+  } else if (selected.first() != currentIndex()) {
+    setCurrentIndex(selected.first());
+  }
 }
 
 // The tree always has a selected node, so its row stays highlighted: clicks into

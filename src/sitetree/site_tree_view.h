@@ -72,6 +72,7 @@ class SiteTreeView final : public QTreeView {
 
  private:
   void showSelection();
+  void followSelection();
   void copyAddress() const;
   [[nodiscard]] NodeId below(NodeId node) const;
   [[nodiscard]] NodeId after(NodeId node) const;

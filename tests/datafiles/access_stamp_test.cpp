@@ -186,5 +186,28 @@ TEST(StampDate, ReadsWhatTheStampsWriterWrote) {
 
 TEST(StampEnd, IsATilde) { EXPECT_EQ(kStampEnd, '~'); }
 
+// "2026-7-9 15:24:35", so that a failing test shows the second.
+std::string secondIn(std::string_view stamp) {
+  const StampTime time = readAccessStamp(stamp);
+  return shown(time.date) + " " + std::to_string(time.hour) + ":" + std::to_string(time.minute) +
+         ":" + std::to_string(time.second);
+}
+
+TEST(ReadAccessStamp, ReadsTheSecond) {
+  EXPECT_EQ(secondIn("7/9/26 3:24:35 PM"), "2026-7-9 15:24:35");
+  EXPECT_EQ(secondIn("11/16/99 2:12:06 AM"), "1999-11-16 2:12:6");
+  EXPECT_EQ(secondIn("7/9/26 12:00:00 AM"), "2026-7-9 0:0:0");
+  EXPECT_EQ(secondIn("7/9/26 12:59:59 PM"), "2026-7-9 12:59:59");
+}
+
+TEST(ReadAccessStamp, FailsForWhatIsNoStamp) {
+  for (const char* const text :
+       {"", "7/9/26", "7/9/26 ", "7/9/26 3:24:35", "7/9/26 3:24:35 XM", "7/9/26 13:24:35 PM",
+        "7/9/26 0:24:35 AM", "7/9/26 3:60:35 PM", "7/9/26 3:24:60 PM", "7/9/26 3:24:35 PM ",
+        "7/9/26 3:-4:35 PM", "2/30/26 3:24:35 PM", "7/9/26 3:24:35 PMs"}) {
+    EXPECT_EQ(failureNumberOf([text] { return readAccessStamp(text); }), 13) << text;
+  }
+}
+
 }  // namespace
 }  // namespace quorrix

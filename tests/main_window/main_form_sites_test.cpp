@@ -45,6 +45,17 @@ class MainFormSitesTest : public testing::Test {
     stage_.form.TreeView_MouseUp(mouse_button::kLeft, 0, 0, 0);
   }
 
+  // Searches for the text; the list of what was found.
+  QListView& resultsOf(const char* text) {
+    stage_.choose("FileSearch");
+    QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
+    search->findChild<QLineEdit*>(QStringLiteral("Text3"))->setText(QString::fromLatin1(text));
+    search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+    QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
+    if (results == nullptr) throw std::logic_error("no results");
+    return *results->findChild<QListView*>(QStringLiteral("List1"));
+  }
+
   const std::string& file(const char* name) {
     return stage_.memory.bytesOf(Path("/Quorrix/Data") / name);
   }
@@ -255,6 +266,16 @@ TEST_F(MainFormDelete, DestroysTheSiteThatTheCaptionNamesAfterTheKeyboardSelecte
   EXPECT_EQ(stage_.form.tree().size(), 2U);
 }
 
+TEST_F(MainFormDelete, NamesTheSiteThatTrackingSelectedBeforeItAsks) {
+  select("four.five.six");
+  stage_.form.tree().select(stage_.node("one.two.three/c"));  // as a visit does
+  EXPECT_EQ(stage_.caption(), "Quorrix - four.five.six");
+  stage_.messageBox.expect(kDeleteAnyway, MessageBoxStyle::ConfirmWarning, MessageBoxButton::Cancel,
+                           [this] { EXPECT_EQ(stage_.caption(), "Quorrix - one.two.three/c"); });
+  stage_.choose("FileDelete");
+  EXPECT_TRUE(stage_.messageBox.isThrough());
+}
+
 class MainFormToolTipTest : public MainFormSitesTest {
  protected:
   // In the tree.
@@ -281,6 +302,16 @@ TEST_F(MainFormToolTip, TellsTheAddressAloneWhenTheFileCannotBeRead) {
   stage_.files.failAlways(57);
   EXPECT_EQ(toolTipOf("four.five.six"),
             "<p style='white-space:pre-wrap'>https://four.five.six</p>");
+}
+
+// A site that was cleared from the display and visited again has two records.
+TEST_F(MainFormToolTip, TellsTheLatestOfTwoRecords) {
+  stage_.memory.givenAFile("/Quorrix/Data/nodes.dat",
+                           siteRecord("four.five.six", 'S', "7/1/26 8:00:00 AM~") +
+                               siteRecord("four.five.six", 'S', "7/2/26 7:00:00 AM~"));
+  EXPECT_EQ(toolTipOf("four.five.six"),
+            "<p style='white-space:pre-wrap'>https://four.five.six\n"
+            "Latest visit: 7/2/26 7:00:00 AM</p>");
 }
 
 class MainFormKeysTest : public MainFormSitesTest {
@@ -342,37 +373,59 @@ TEST_F(MainFormSearch, IsRefusedWhenNothingIsThere) {
 }
 
 TEST_F(MainFormSearch, FindsInTheSiteFileAndLocatesInTheTree) {
-  stage_.choose("FileSearch");
-  QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
-  ASSERT_NE(search, nullptr);
-  search->findChild<QLineEdit*>(QStringLiteral("Text3"))->setText(QStringLiteral("THREE/A"));
-  search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
-  QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
-  ASSERT_NE(results, nullptr);
-  auto* const list = results->findChild<QListView*>(QStringLiteral("List1"));
-  ASSERT_EQ(list->model()->rowCount(), 1);
-  list->setCurrentIndex(list->model()->index(0, 0));
-  results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  QListView& list = resultsOf("THREE/A");
+  ASSERT_EQ(list.model()->rowCount(), 1);
+  list.setCurrentIndex(list.model()->index(0, 0));
+  list.window()->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
   EXPECT_EQ(stage_.form.tree().selected(), stage_.node("one.two.three/a/b"));
   EXPECT_TRUE(stage_.isOnScreen("one.two.three/a/b"));
   EXPECT_EQ(stage_.caption(), "Quorrix - one.two.three/a/b");
 }
 
+TEST_F(MainFormSearch, TellsAndCopiesTheAddressesOfTheResultsWithTheirScheme) {
+  QListView& list = resultsOf("e");
+  ASSERT_EQ(list.model()->rowCount(), 3);
+  stage_.form.FileClear_Click();  // one.two.three/a/b is no longer in the tree
+  stage_.form.tree().addMissingLevels(addressLevels("four.five.six"), 'N');
+  list.setCurrentIndex(list.model()->index(1, 0));
+  EXPECT_EQ(list.currentIndex().data(Qt::ToolTipRole).toString(),
+            QStringLiteral("<p style='white-space:pre-wrap'>http://four.five.six\n"
+                           "Latest visit: 7/1/26 8:00:00 AM</p>"));
+  QTest::keySequence(&list, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("http://four.five.six"));
+  list.setCurrentIndex(list.model()->index(0, 0));
+  QTest::keySequence(&list, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("http://one.two.three/a/b"));
+  list.clearSelection();
+  QApplication::clipboard()->setText(QStringLiteral("tulip"));
+  QTest::keySequence(&list, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("tulip"));
+}
+
+TEST_F(MainFormSearch, ShowsALocatedSiteInTheMiddleOfTheTree) {
+  for (int i = 0; i < 300; ++i) {
+    stage_.form.tree().addMissingLevels(addressLevels("host" + std::to_string(i) + ".two.three"),
+                                        'N');
+  }
+  stage_.memory.givenAFile("/Quorrix/Data/nodes.dat", siteRecord("host200.two.three", 'N'));
+  QListView& list = resultsOf("host200");
+  ASSERT_EQ(list.model()->rowCount(), 1);
+  list.setCurrentIndex(list.model()->index(0, 0));
+  list.window()->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  const QWidget& viewport = *stage_.treeView().viewport();
+  const QRect row = stage_.treeView().visualRect(stage_.indexOf("host200.two.three"));
+  EXPECT_LE(std::abs(row.center().y() - viewport.rect().center().y()), 2 * row.height());
+}
+
 TEST_F(MainFormSearch, LeavesResultsThatOutliveTheirSites) {
-  stage_.choose("FileSearch");
-  QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
-  search->findChild<QLineEdit*>(QStringLiteral("Text3"))->setText(QStringLiteral("four"));
-  search->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  QListView& list = resultsOf("four");
   select("four.five.six");
   whenAskedAnswer(MessageBoxButton::Ok);
   stage_.choose("FileDelete");
-  QWidget* const results = test::openWindow(QStringLiteral("SearchResultsDialog"));
-  ASSERT_NE(results, nullptr);
-  auto* const list = results->findChild<QListView*>(QStringLiteral("List1"));
-  list->setCurrentIndex(list->model()->index(0, 0));
+  list.setCurrentIndex(list.model()->index(0, 0));
   stage_.messageBox.expect("Unable to find site in display.", MessageBoxStyle::Critical);
-  results->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
-  EXPECT_TRUE(results->isVisible());
+  list.window()->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+  EXPECT_TRUE(list.window()->isVisible());
 }
 
 TEST_F(MainFormSearch, FindsNothingByAnEmptyAddress) {

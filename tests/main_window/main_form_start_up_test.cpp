@@ -394,5 +394,15 @@ TEST(MainFormStartUp, TakesAClickIntoTheEmptyTree) {
   EXPECT_EQ(stage.form.tree().size(), 2U);
 }
 
+TEST(MainFormStartUp, TakesAKeyIntoTheEmptyTree) {
+  MainFormStage stage;
+  stage.givenAnInstalledProgram(siteRecord("one.two.three", 'N'));
+  stage.events.atEachPause([&stage](int pause) {
+    if (pause == 25) QTest::keyClicks(&stage.treeView(), QStringLiteral("a"));
+  });
+  EXPECT_TRUE(stage.form.Form_Load());
+  EXPECT_EQ(stage.form.tree().selected(), stage.form.tree().root());
+}
+
 }  // namespace
 }  // namespace quorrix

@@ -56,6 +56,15 @@ TEST_F(ResultListTest, FindsAnAddressByItsBeginningWhateverTheCase) {
   EXPECT_EQ(list_.selectedRow(), 2);
 }
 
+TEST_F(ResultListTest, FindsNothingByACharacterThatNoAddressHas) {
+  list_.showAddresses({"one.two.three", "?.five.six"});
+  list_.keyboardSearch(QStringLiteral("\u0436"));
+  EXPECT_EQ(list_.selectedRow(), -1);
+  list_.keyboardSearch({});  // what is typed next begins a text of its own
+  list_.keyboardSearch(QStringLiteral("?"));
+  EXPECT_EQ(list_.selectedRow(), 1);
+}
+
 TEST_F(ResultListTest, GoesOnFromTheTopWhenItFindsNothingBelow) {
   list_.showAddresses({"one.two.three", "four.five.six"});
   list_.setCurrentIndex(list_.model()->index(1, 0));

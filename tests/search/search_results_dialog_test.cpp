@@ -28,6 +28,7 @@ class SearchResultsDialogTest : public test::SearchStage {
                 [](const std::string& address) {
                   return QStringLiteral("about ") + toQString(address);
                 },
+            .withScheme = toQString,
             .newSearch = [this] { ++newSearches_; }};
   }
 

@@ -28,7 +28,8 @@ class SearchWindowsTest : public test::SearchStage {
             .mainWindow = mainWindow_,
             .search = search(),
             .locate = [this](NodeId node) { located_.emplace_back(tree_.key(node)); },
-            .describe = {}};
+            .describe = {},
+            .withScheme = {}};
   }
 
   // The dialogs on screen of this name; those that were unloaded are gone for good.
@@ -236,7 +237,8 @@ TEST_F(SearchWindowsTest, MayOutliveTheMainWindow) {
                          .mainWindow = *mainWindow,
                          .search = search(),
                          .locate = [](NodeId) {},
-                         .describe = {}});
+                         .describe = {},
+                         .withScheme = {}});
   windows.openSearch();
   EXPECT_EQ(searchesOpen(), 1U);
   mainWindow.reset();

@@ -73,17 +73,42 @@ class SiteFileTest : public testing::Test {
   }
 };
 
-TEST_F(SiteFileTest, TellsTheStampOfTheFirstRecordOfAnAddress) {
+class SiteFileLatestVisitTest : public SiteFileTest {
+ protected:
+  // The scheme letter and the stamp; "none" without a record.
+  std::string latestVisit(std::string_view address) {
+    const auto visit = siteFile_.latestVisit(address);
+    return visit ? visit->protocolFlag + (" " + visit->stamp) : "none";
+  }
+};
+
+using SiteFileLatestVisit = SiteFileLatestVisitTest;
+
+TEST_F(SiteFileLatestVisit, IsInTheOnlyRecordOfAnAddress) {
   const std::string bytes = record("one.two.three", 'N', "1/2/26 3:04:05 PM~") +
-                            record("four.five.six", 'S', "11/16/99 2:12:26 AM~") +
-                            record("four.five.six", 'S', "7/7/26 7:07:07 AM~");
+                            record("four.five.six", 'S', "11/16/99 2:12:26 AM~");
   givenTheFile(bytes);
-  EXPECT_EQ(siteFile_.accessStamp("four.five.six"), "11/16/99 2:12:26 AM");
-  EXPECT_EQ(siteFile_.accessStamp("four.five.six", 2), "11/16/99 2:12:26 AM");
-  EXPECT_EQ(siteFile_.accessStamp("four.five.six", 1), "11/16/99 2:12:26 AM");
-  EXPECT_EQ(siteFile_.accessStamp("four.five.six", 99), "11/16/99 2:12:26 AM");
-  EXPECT_EQ(siteFile_.accessStamp("elsewhere.five.six"), "");
+  EXPECT_EQ(latestVisit("four.five.six"), "S 11/16/99 2:12:26 AM");
+  EXPECT_EQ(latestVisit("four.five"), "none");
   EXPECT_EQ(file(), bytes);
+}
+
+TEST_F(SiteFileLatestVisit, IsTheLatestWhicheverRecordHasIt) {
+  for (const auto& [first, second] : {std::pair{"7/7/26 12:59:59 AM~", "7/7/26 1:00:00 AM~"},
+                                      {"12/31/99 1:00:00 AM~", "1/1/00 1:00:00 AM~"},
+                                      {"7/7/26 11:59:59 AM~", "7/7/26 12:00:00 PM~"},
+                                      {"nonsense~", "7/7/26 1:00:00 AM~"}}) {
+    givenTheFile(record("four.five.six", 'S', first) + record("four.five.six", 'N', second));
+    const std::string later(second, std::string_view(second).size() - 1);
+    EXPECT_EQ(latestVisit("four.five.six"), "N " + later);
+    givenTheFile(record("four.five.six", 'N', second) + record("four.five.six", 'S', first));
+    EXPECT_EQ(latestVisit("four.five.six"), "N " + later);
+  }
+}
+
+TEST_F(SiteFileLatestVisit, IsThatOfTheFirstRecordWhenNoStampCanBeRead) {
+  givenTheFile(record("four.five.six", 'S', "soon~") + record("four.five.six", 'N', "later~"));
+  EXPECT_EQ(latestVisit("four.five.six"), "S soon");
 }
 
 TEST_F(SiteFileTest, CreatesAMissingFileAndLoadsTheRootAlone) {

@@ -213,6 +213,31 @@ TEST_F(SiteTreeViewTypeAhead, FindsNoRowThatIsClosed) {
   EXPECT_EQ(tree_.selected(), node("one.two.three/a/b"));
 }
 
+TEST_F(SiteTreeViewTypeAhead, PassesOverABranchThatIsClosed) {
+  add("one.two.three/zebra");
+  add("four.five.six");
+  add("zoo.two.three");
+  view_.expandDNSNodes();
+  QTest::keyClicks(&view_, QStringLiteral("z"));
+  EXPECT_EQ(tree_.selected(), node("zoo.two.three"));
+}
+
+TEST_F(SiteTreeViewTypeAhead, FindsNothingByACharacterThatNoAddressHas) {
+  add("?.two.three");
+  view_.expandDNSNodes();
+  view_.keyboardSearch(QStringLiteral("\u0436"));
+  EXPECT_EQ(tree_.selected(), tree_.root());
+  QTest::keyClicks(&view_, QStringLiteral("?"));
+  EXPECT_EQ(tree_.selected(), node("?.two.three"));
+}
+
+TEST(SiteTreeViewWithoutARoot, TakesAKey) {
+  SiteTree tree;
+  SiteTreeView view(tree);
+  QTest::keyClicks(&view, QStringLiteral("a"));
+  EXPECT_FALSE(view.currentIndex().isValid());
+}
+
 TEST_F(SiteTreeViewTypeAhead, StaysWhereItIsWhenNothingMatches) {
   givenTwoHostsWithSubSites();
   tree_.select(node("four.five.six"));
@@ -328,6 +353,24 @@ TEST_F(SiteTreeViewFollows, TheTreesSelection) {
   givenTwoHostsWithSubSites();
   tree_.select(node("four.five.six"));
   EXPECT_EQ(view_.currentIndex(), indexOf("four.five.six"));
+  EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+}
+
+// Assistive technology changes the selection and leaves the current row.
+TEST_F(SiteTreeViewFollows, ASelectionWithoutACurrentRow) {
+  givenTwoHostsWithSubSites();
+  QSignalSpy chosen(&view_, &SiteTreeView::nodeChosen);
+  view_.selectionModel()->select(indexOf("four.five.six"), QItemSelectionModel::ClearAndSelect);
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+  EXPECT_EQ(view_.currentIndex(), indexOf("four.five.six"));
+  EXPECT_EQ(chosen.size(), 1);
+}
+
+TEST_F(SiteTreeViewFollows, NothingWhenTheSelectionIsTakenAway) {
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  view_.selectionModel()->select(indexOf("four.five.six"), QItemSelectionModel::Deselect);
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
   EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
 }
 
