@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include "archives/shown_path.h"
@@ -125,6 +126,8 @@ ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, co
   setTabOrder(&Dir1(), File1_);
   Dir1().onChange([this] { Dir1_Change(); });
   Text1().installEventFilter(this);
+  // What was chosen last counts: typing the open folder's own path opens nothing.
+  connect(&Text1(), &QLineEdit::textEdited, &Dir1(), &FolderList::highlightOpenFolder);
 }
 
 void ExistingArchiveDialog::load(FailureFamily family) {
@@ -192,7 +195,11 @@ bool ExistingArchiveDialog::isPathTyped() const {
   return Text1().text() != textOfPath(Dir1().path()) && !Text1().text().trimmed().isEmpty();
 }
 
+// While the message about a path is open, the release of the mouse button that took the
+// keyboard from the box can still press OK.
 bool ExistingArchiveDialog::openTypedPath() {
+  if (isOpeningTypedPath_) return false;
+  const QScopedValueRollback opening(isOpeningTypedPath_, true);
   const bool isOpen = guarded(*this, parts().messageBox, FailureFamily::OpenFolder, [this] {
     Dir1().setPathOrStay(typedPath(Dir1().path(), Text1().text()));
   });

@@ -115,6 +115,7 @@ class ExistingArchiveDialog : public ArchiveFolderDialog {
   bool openTypedPath();
 
   FileList* File1_;
+  bool isOpeningTypedPath_ = false;
 };
 
 }  // namespace quorrix

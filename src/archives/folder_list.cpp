@@ -148,6 +148,12 @@ void FolderList::showWhereNamesBegin(int row) {
   horizontalScrollBar()->setValue(start > half ? start - half / 2 : 0);
 }
 
+// Before the dialog shows, the list has not its width yet.
+void FolderList::resizeEvent(QResizeEvent* event) {
+  QListWidget::resizeEvent(event);
+  showWhereNamesBegin(currentRow());
+}
+
 bool FolderList::openRow(int row) {
   int number = 0;
   try {
@@ -167,6 +173,12 @@ bool FolderList::openHighlighted() {
   const int highlighted = row(items.first());
   const bool isOpen = rows_[static_cast<std::size_t>(highlighted)].path == path_;
   return isOpen || openRow(highlighted);
+}
+
+void FolderList::highlightOpenFolder() {
+  const auto isOpen = [this](const Row& row) { return row.path == path_; };
+  const auto found = std::ranges::find_if(rows_, isOpen);
+  if (found != rows_.end()) setCurrentRow(static_cast<int>(found - rows_.begin()));
 }
 
 // Enter would otherwise press the dialog's button, too.

@@ -33,6 +33,8 @@ class FolderList final : public QListWidget {
   // be opened, which openFailed() has told then.
   [[nodiscard]] bool openHighlighted();
 
+  void highlightOpenFolder();
+
   // Called when another folder has been opened, by the user or by setPath(). No
   // signal, for it may throw.
   void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
@@ -43,6 +45,7 @@ class FolderList final : public QListWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   struct Row {

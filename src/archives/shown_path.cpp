@@ -1,5 +1,6 @@
 #include "archives/shown_path.h"
 
+#include <QDir>
 #include <string>
 
 #include "shell/plain_text.h"
@@ -43,8 +44,12 @@ Path joinedPath(const Path& folder, const QString& name) {
 }
 
 Path typedPath(const Path& folder, const QString& text) {
+  QString trimmed = text.trimmed();
+  if (trimmed == QLatin1String("~") || trimmed.startsWith(QLatin1String("~/"))) {
+    trimmed.replace(0, 1, QDir::homePath());
+  }
   Path::string_type typed;
-  append(text.trimmed(), typed);
+  append(trimmed, typed);
   return (folder / Path(typed)).lexically_normal();
 }
 

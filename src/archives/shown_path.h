@@ -23,7 +23,7 @@ namespace quorrix {
 [[nodiscard]] Path joinedPath(const Path& folder, const QString& name);
 
 // The path that the user typed; one that does not begin at a root begins at `folder`.
-// Blanks around it do not count.
+// Blanks around it do not count, and "~" at its beginning is the user's home folder.
 [[nodiscard]] Path typedPath(const Path& folder, const QString& text);
 
 }  // namespace quorrix

@@ -384,6 +384,27 @@ TEST_P(ExistingArchiveDialogTest, BeginsATypedNameAtTheOpenFolder) {
   EXPECT_EQ(shownInBox(dialog()), "/opt/quorrix/Archives/May");
 }
 
+TEST_P(ExistingArchiveDialogTest, TellsOnceOfATypedPathThatCannotBeOpened) {
+  open();
+  type("/opt/quorrix/Archives/T1");
+  // The button of the mouse that took the keyboard from the box is let go over OK.
+  messageBox_.expect("Path not found.", MessageBoxStyle::Critical, MessageBoxButton::Ok,
+                     [this] { press(dialog(), "OKButton"); });
+  control<FolderList>(dialog(), "Dir1").setFocus();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(messageBox_.isThrough());
+  expectTheFolderOfArchives();
+}
+
+TEST_P(ExistingArchiveDialogTest, TakesWhatWasTypedAfterAFolderWasHighlighted) {
+  open();
+  clickOn(control<FolderList>(dialog(), "Dir1"), "May");
+  type("/opt/quorrix/Archives");
+  expectQuestionAbout("/opt/quorrix/Archives");
+  press(dialog(), "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+}
+
 TEST_P(ExistingArchiveDialogTest, OpensATypedNameOfThreeLetters) {
   open();
   type("May");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+
 #include "support/qt_printers.h"
 #include "support/slashes.h"
 
@@ -53,6 +55,13 @@ TEST(TypedPath, BeginsAtTheFolderUnlessItBeginsAtARoot) {
   EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("../b/./c"))), "/opt/b/c");
   EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("/media/stick"))), "/media/stick");
   EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("  caf\u00e9 "))), "/opt/a/caf\xC3\xA9");
+}
+
+TEST(TypedPath, BeginsAtTheUsersHomeAfterATilde) {
+  const std::string home = QDir::homePath().toStdString();
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("~"))), home);
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("~/May"))), written(Path(home) / "May"));
+  EXPECT_EQ(written(typedPath("/opt/a", QStringLiteral("~May"))), "/opt/a/~May");
 }
 
 #ifdef _WIN32
