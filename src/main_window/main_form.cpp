@@ -256,6 +256,7 @@ void MainForm::FileDelete_Click() {
     if (answer != MessageBoxButton::Ok) return;
     const Hourglass hourglass(*this);
     sites_.deleteSelected();
+    treeView_->makeVisible(tree().selected());
     setCaption();
   });
 }

@@ -5,7 +5,8 @@
 #include <QStyle>
 #include <QStyleOption>
 #include <QStylePainter>
-#include <QTextDocument>
+
+#include "shell/plain_text.h"
 
 namespace quorrix {
 namespace {
@@ -46,8 +47,7 @@ TwoPanelStatusBar::TwoPanelStatusBar(QWidget* parent) : QStatusBar(parent) {
 void TwoPanelStatusBar::setPanelText(int panel, const QString& text) {
   QLabel* const label = panels_[static_cast<std::size_t>(panel - 1)];
   label->setText(text);
-  // As markup throughout: Qt guesses, and would show the escapes of a text that it takes for plain.
-  label->setToolTip(text.isEmpty() ? QString() : Qt::convertFromPlainText(text));
+  label->setToolTip(text.isEmpty() ? QString() : asToolTip(text));
 }
 
 QString TwoPanelStatusBar::panelText(int panel) const {

@@ -22,6 +22,11 @@ constexpr UpDown::Range kYears{1999, 2098};  // those that two digits can tell
 
 constexpr int kGap = 8;  // pixels, between what does not belong together
 
+void focusAndSelect(QLineEdit& box) {
+  box.setFocus();
+  box.selectAll();
+}
+
 }  // namespace
 
 SearchDialog::SearchDialog(Parts parts) : QDialog(&parts.mainWindow), parts_(std::move(parts)) {
@@ -144,6 +149,7 @@ void SearchDialog::OKButton_Click() {
     if (criteria.userSearchType != UserSearchType::Url) focusWrongDatePart(criteria.searchDate);
     const std::vector<std::string> found = matchesOf(criteria);
     if (found.empty()) {
+      if (Text3_->isEnabled()) focusAndSelect(*Text3_);  // for another try
       parts_.messageBox.show("No matches found.", MessageBoxStyle::Information);
       return;
     }
@@ -163,8 +169,7 @@ void SearchDialog::focusWrongDatePart(const std::string& date) {
     QLineEdit* const wrong = month < kMonths.lowest || month > kMonths.highest ? Text2_
                              : hasYear                                         ? Text1_
                                                                                : Text4_;
-    wrong->setFocus();
-    wrong->selectAll();
+    focusAndSelect(*wrong);
   }
 }
 

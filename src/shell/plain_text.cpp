@@ -1,6 +1,8 @@
 #include "shell/plain_text.h"
 
+#include <QRegularExpression>
 #include <QStringDecoder>
+#include <QStringList>
 
 #include "platform/text_encoding.h"
 
@@ -15,6 +17,23 @@ QString fromSystemText(std::string_view text) {
 #else
   return toQString(text);
 #endif
+}
+
+constexpr qsizetype kToolTipColumns = 80;
+
+// After a blank or "/" in the second half of a line, else where the line ends.
+QStringList broken(QString line) {
+  static const QRegularExpression kBreak(QStringLiteral("[ /]"));
+  QStringList lines;
+  while (line.size() > kToolTipColumns) {
+    qsizetype end = line.lastIndexOf(kBreak, kToolTipColumns - 1) + 1;
+    if (end <= kToolTipColumns / 2) end = kToolTipColumns;
+    if (line[end - 1].isHighSurrogate()) --end;
+    lines.append(line.left(end));
+    line.remove(0, end);
+  }
+  lines.append(line);
+  return lines;
 }
 
 }  // namespace
@@ -37,7 +56,10 @@ QString fromPlatformText(std::string_view text) {
 }
 
 QString asToolTip(const QString& text) {
-  return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(text.toHtmlEscaped());
+  QStringList lines;
+  for (const QString& line : text.split(QLatin1Char('\n'))) lines += broken(line);
+  return QStringLiteral("<p style='white-space:pre'>%1</p>")
+      .arg(lines.join(QLatin1Char('\n')).toHtmlEscaped());
 }
 
 QString asWindowTitle(const QString& text) {

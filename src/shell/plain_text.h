@@ -18,7 +18,8 @@ namespace quorrix {
 // UTF-8, single-byte text, on Windows that of the system's own character set.
 [[nodiscard]] QString fromPlatformText(std::string_view text);
 
-// For setToolTip, which takes text that looks like markup for markup. Lines stay lines.
+// For setToolTip, which takes text that looks like markup for markup, and would break short
+// lines but not a long address. Lines stay lines; one of more than 80 characters is broken.
 [[nodiscard]] QString asToolTip(const QString& text);
 
 // For setWindowTitle, which gives "[*]" a meaning of its own.

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStringBuilder>
+#include <QToolTip>
 #include <algorithm>
 
 #include "datafiles/site_address.h"
@@ -77,7 +78,15 @@ void SiteTreeView::makeVisible(NodeId node, ScrollHint where) {
   for (NodeId above = tree_.parent(node); above != kNoNode; above = tree_.parent(above)) {
     expand(model_.indexOf(above));
   }
+  if (where == PositionAtCenter) return showInTheMiddle(model_.indexOf(node));
   scrollTo(model_.indexOf(node), where);
+}
+
+// Qt would also scroll to the middle of a row that is wider than the view, and its text
+// is at its beginning.
+void SiteTreeView::showInTheMiddle(const QModelIndex& index) {
+  scrollTo(index, PositionAtCenter);
+  scrollTo(index, EnsureVisible);
 }
 
 // The base class makes a string of each row, which takes 0.2 s for each key when 200,000 are
@@ -107,7 +116,7 @@ void SiteTreeView::keyboardSearch(const QString& search) {
     if (visible == node) {
       const QModelIndex found = model_.indexOf(node);
       setCurrentIndex(found);
-      return scrollTo(found, PositionAtCenter);
+      return showInTheMiddle(found);
     }
     node = after(visible);
   } while (node != first);
@@ -180,6 +189,7 @@ void SiteTreeView::releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifier
 
 void SiteTreeView::scrollContentsBy(int dx, int dy) {
   QTreeView::scrollContentsBy(dx, dy);
+  QToolTip::hideText();  // another row is under the pointer now
   if (dy != 0) widenToVisibleRows();
 }
 

@@ -74,6 +74,7 @@ class SiteTreeView final : public QTreeView {
   void showSelection();
   void followSelection();
   void copyAddress() const;
+  void showInTheMiddle(const QModelIndex& index);
   [[nodiscard]] NodeId below(NodeId node) const;
   [[nodiscard]] NodeId after(NodeId node) const;
   [[nodiscard]] NodeId visibleFrom(NodeId node) const;

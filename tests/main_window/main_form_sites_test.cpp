@@ -266,6 +266,23 @@ TEST_F(MainFormDelete, DestroysTheSiteThatTheCaptionNamesAfterTheKeyboardSelecte
   EXPECT_EQ(stage_.form.tree().size(), 2U);
 }
 
+TEST_F(MainFormDelete, ShowsTheSiteThatIsSelectedNext) {
+  SiteTree& tree = stage_.form.tree();
+  for (int page = 0; page < 100; ++page) {
+    for (const char* const host : {"a.two.three/", "b.two.three/"}) {
+      tree.addMissingLevels(addressLevels(host + std::to_string(page)), 'N');
+    }
+  }
+  stage_.treeView().expandAll(tree.root(), false);
+  stage_.treeView().makeVisible(stage_.node("a.two.three"), SiteTreeView::PositionAtCenter);
+  select("a.two.three");
+  whenAskedAnswer(MessageBoxButton::Ok);
+  stage_.choose("FileDelete");
+  EXPECT_EQ(stage_.caption(), "Quorrix - b.two.three");
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(stage_.isOnScreen("b.two.three"));
+}
+
 TEST_F(MainFormDelete, NamesTheSiteThatTrackingSelectedBeforeItAsks) {
   select("four.five.six");
   stage_.form.tree().select(stage_.node("one.two.three/c"));  // as a visit does
@@ -288,20 +305,18 @@ using MainFormToolTip = MainFormToolTipTest;
 
 TEST_F(MainFormToolTip, TellsAddressSchemeAndLatestVisit) {
   EXPECT_EQ(toolTipOf("four.five.six"),
-            "<p style='white-space:pre-wrap'>https://four.five.six\n"
+            "<p style='white-space:pre'>https://four.five.six\n"
             "Latest visit: 7/1/26 8:00:00 AM</p>");
 }
 
 TEST_F(MainFormToolTip, TellsNoVisitOfAFolderThatWasNeverVisited) {
-  EXPECT_EQ(toolTipOf("one.two.three/a"),
-            "<p style='white-space:pre-wrap'>http://one.two.three/a</p>");
+  EXPECT_EQ(toolTipOf("one.two.three/a"), "<p style='white-space:pre'>http://one.two.three/a</p>");
   EXPECT_EQ(toolTipOf("ROOT"), "");
 }
 
 TEST_F(MainFormToolTip, TellsTheAddressAloneWhenTheFileCannotBeRead) {
   stage_.files.failAlways(57);
-  EXPECT_EQ(toolTipOf("four.five.six"),
-            "<p style='white-space:pre-wrap'>https://four.five.six</p>");
+  EXPECT_EQ(toolTipOf("four.five.six"), "<p style='white-space:pre'>https://four.five.six</p>");
 }
 
 // A site that was cleared from the display and visited again has two records.
@@ -310,7 +325,7 @@ TEST_F(MainFormToolTip, TellsTheLatestOfTwoRecords) {
                            siteRecord("four.five.six", 'S', "7/1/26 8:00:00 AM~") +
                                siteRecord("four.five.six", 'S', "7/2/26 7:00:00 AM~"));
   EXPECT_EQ(toolTipOf("four.five.six"),
-            "<p style='white-space:pre-wrap'>https://four.five.six\n"
+            "<p style='white-space:pre'>https://four.five.six\n"
             "Latest visit: 7/2/26 7:00:00 AM</p>");
 }
 
@@ -389,7 +404,7 @@ TEST_F(MainFormSearch, TellsAndCopiesTheAddressesOfTheResultsWithTheirScheme) {
   stage_.form.tree().addMissingLevels(addressLevels("four.five.six"), 'N');
   list.setCurrentIndex(list.model()->index(1, 0));
   EXPECT_EQ(list.currentIndex().data(Qt::ToolTipRole).toString(),
-            QStringLiteral("<p style='white-space:pre-wrap'>http://four.five.six\n"
+            QStringLiteral("<p style='white-space:pre'>http://four.five.six\n"
                            "Latest visit: 7/1/26 8:00:00 AM</p>"));
   QTest::keySequence(&list, QKeySequence::Copy);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("http://four.five.six"));

@@ -101,7 +101,7 @@ TEST_F(PurchaseDialogsTest, LetAPurchaseThatIsTooLongForItsBoxesBeRead) {
   dialog.getExistingRecord("1/2/26 3:04:05 PM");
   EXPECT_EQ(control<QLineEdit>(dialog, "Text2").cursorPosition(), 0);
   EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text5").toolTip(),
-            QStringLiteral("<p style='white-space:pre-wrap'>&lt;b&gt;1&lt;/b&gt;"
+            QStringLiteral("<p style='white-space:pre'>&lt;b&gt;1&lt;/b&gt;"
                            "\n2\n3\n4\n5\n6\n7</p>"));
 }
 

@@ -53,7 +53,7 @@ TEST_F(LiteralLabelTest, KeepsTheWholeTextForToolTipAndScreenReader) {
   EXPECT_EQ(label_.objectName(), QStringLiteral("Label4"));
   EXPECT_EQ(label_.text(), QStringLiteral("<b>a</b>&c"));
   EXPECT_EQ(label_.toolTip(),
-            QStringLiteral("<p style='white-space:pre-wrap'>&lt;b&gt;a&lt;/b&gt;&amp;c</p>"));
+            QStringLiteral("<p style='white-space:pre'>&lt;b&gt;a&lt;/b&gt;&amp;c</p>"));
 }
 
 TEST_F(LiteralLabelTest, HasNoToolTipWithoutAText) {

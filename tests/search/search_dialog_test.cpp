@@ -186,6 +186,16 @@ TEST_F(SearchDialogTest, ShowsWhatWasFoundOnceTheOldResultsAreGone) {
   EXPECT_EQ(steps_, (Texts{"unload results", "show 2 for url <e> 7/9/26"}));
 }
 
+TEST_F(SearchDialogTest, GivesTheKeyboardToTheTextWhenNothingMatches) {
+  dialog_.show();
+  enter(dialog_, "Text3", "tulip");
+  control<QPushButton>(dialog_, "OKButton").setFocus();
+  messageBox_.expect("No matches found.", MessageBoxStyle::Information);
+  press(dialog_, "OKButton");
+  EXPECT_EQ(dialog_.focusWidget(), &control<QLineEdit>(dialog_, "Text3"));
+  EXPECT_EQ(control<QLineEdit>(dialog_, "Text3").selectedText(), QStringLiteral("tulip"));
+}
+
 TEST_F(SearchDialogTest, StaysOpenForAnotherTryWhenNothingMatches) {
   dialog_.show();
   enter(dialog_, "Text3", "tulip");

@@ -48,6 +48,24 @@ TEST(FromPlatformText, LosesNoSingleByteAtTheEnd) {
 
 TEST(FromPlatformText, KeepsAnEmptyTextEmpty) { EXPECT_EQ(fromPlatformText(""), QString()); }
 
+TEST(AsToolTip, KeepsLinesOfEightyCharactersWhole) {
+  const QString line(80, QLatin1Char('m'));
+  EXPECT_EQ(
+      asToolTip(line + QStringLiteral("\n<b>")),
+      QStringLiteral("<p style='white-space:pre'>") + line + QStringLiteral("\n&lt;b&gt;</p>"));
+}
+
+TEST(AsToolTip, BreaksALongerLineWhereItLosesNothing) {
+  const QString letters(81, QLatin1Char('m'));
+  EXPECT_EQ(asToolTip(letters), QStringLiteral("<p style='white-space:pre'>") +
+                                    QString(80, QLatin1Char('m')) + QStringLiteral("\nm</p>"));
+  const QString path =
+      QString(50, QLatin1Char('a')) + QLatin1Char('/') + QString(40, QLatin1Char('b'));
+  EXPECT_EQ(asToolTip(path), QStringLiteral("<p style='white-space:pre'>") +
+                                 QString(50, QLatin1Char('a')) + QStringLiteral("/\n") +
+                                 QString(40, QLatin1Char('b')) + QStringLiteral("</p>"));
+}
+
 // What the desktop is told is all that counts: the marker is Qt's own business.
 QString titleOnTheDesktop(const QString& text) {
   QWidget window;

@@ -222,6 +222,20 @@ TEST_F(SiteTreeViewTypeAhead, PassesOverABranchThatIsClosed) {
   EXPECT_EQ(tree_.selected(), node("zoo.two.three"));
 }
 
+// A row is as wide as the widest, and its text is at its beginning.
+TEST_F(SiteTreeViewTypeAhead, ShowsTheBeginningOfTheRowWhenAnotherIsWide) {
+  add("one.two.three/" + std::string(250, 'm'));
+  add("four.five.six");
+  view_.resize(200, 200);
+  view_.show();
+  view_.expandAll(tree_.root(), false);
+  QCoreApplication::processEvents();
+  QTest::keyClicks(&view_, QStringLiteral("four"));
+  EXPECT_EQ(tree_.selected(), node("four.five.six"));
+  EXPECT_GT(view_.horizontalScrollBar()->maximum(), 0);
+  EXPECT_EQ(view_.horizontalScrollBar()->value(), 0);
+}
+
 TEST_F(SiteTreeViewTypeAhead, FindsNothingByACharacterThatNoAddressHas) {
   add("?.two.three");
   view_.expandDNSNodes();
