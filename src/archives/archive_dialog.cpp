@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "archives/new_archive_dialog.h"
+#include "shell/controls.h"
 #include "shell/guarded.h"
 #include "shell/pointer.h"
 
@@ -23,7 +24,7 @@ ArchiveDialog::ArchiveDialog(const ArchiveDialogParts& parts, Work work)
                   .prompt = QStringLiteral("Open the folder to archive the current display and its "
                                            "data to, or make a new one, and then click OK.")}),
       work_(std::move(work)) {
-  QPushButton* const NewButton = makeButton("NewButton", QStringLiteral("New"));
+  QPushButton* const NewButton = makeButton("NewButton", QStringLiteral("New"), this);
   connect(NewButton, &QPushButton::clicked, this, &ArchiveDialog::NewButton_Click);
   connect(&Dir1(), &QListWidget::itemClicked, this, &ArchiveDialog::Dir1_Click);
   layOut(&File1(), QStringLiteral("Archive folder"), NewButton);

@@ -11,6 +11,7 @@
 
 #include "archives/shown_path.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/guarded.h"
 #include "shell/keep_in_front.h"
 #include "shell/pointer.h"
@@ -21,18 +22,10 @@ namespace {
 constexpr int kShortestFolderPath = 4;  // a drive's root has three characters
 constexpr QSize kSize{520, 400};        // pixels
 
-QLabel* makeLabel(const QString& text, QWidget* buddy, QWidget* parent) {
-  auto* const label = new QLabel(text, parent);
-  label->setTextFormat(Qt::PlainText);
+QLabel* makeCaption(const QString& text, QWidget* buddy, QWidget* parent) {
+  QLabel* const label = makeLabel("", text, parent);
   label->setBuddy(buddy);
   return label;
-}
-
-template <typename Control>
-Control* named(Control* control, const char* name, const QString& accessibleName) {
-  control->setObjectName(QString::fromLatin1(name));
-  control->setAccessibleName(accessibleName);
-  return control;
 }
 
 }  // namespace
@@ -42,13 +35,13 @@ ArchiveFolderDialog::ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidge
     : QDialog(&owner),
       parts_(parts),
       // In the order of reading, which is the order of Tab.
-      prompt_(makeLabel(texts.prompt, nullptr, this)),
+      prompt_(makeLabel("", texts.prompt, this)),
       Drive1_(named(new DriveList(parts.files, this), "Drive1", QStringLiteral("Drive"))),
       Dir1_(named(new FolderList(parts.files, parts.archives, this), "Dir1",
                   QStringLiteral("Folder"))),
       Text1_(new QLineEdit(this)),
-      OKButton_(makeButton("OKButton", QStringLiteral("OK"))),
-      CancelButton_(makeButton("CancelButton", QStringLiteral("Cancel"))) {
+      OKButton_(makeButton("OKButton", QStringLiteral("OK"), this)),
+      CancelButton_(makeButton("CancelButton", QStringLiteral("Cancel"), this)) {
   setObjectName(QString::fromLatin1(texts.name));
   setWindowTitle(texts.caption);
   keepInFront(*this);
@@ -83,20 +76,16 @@ bool ArchiveFolderDialog::isConfirmed(std::string_view question, MessageBoxStyle
 
 void ArchiveFolderDialog::CancelButton_Click() { reject(); }
 
-QPushButton* ArchiveFolderDialog::makeButton(const char* name, const QString& caption) {
-  return named(new QPushButton(caption, this), name, caption);
-}
-
 void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
                                  QPushButton* furtherButton) {
   auto* const lists = new QGridLayout;
-  lists->addWidget(makeLabel(QStringLiteral("Drive"), Drive1_, this), 0, 0);
+  lists->addWidget(makeCaption(QStringLiteral("Drive"), Drive1_, this), 0, 0);
   lists->addWidget(Drive1_, 1, 0);
-  lists->addWidget(makeLabel(QStringLiteral("Folder"), Dir1_, this), 2, 0);
+  lists->addWidget(makeCaption(QStringLiteral("Folder"), Dir1_, this), 2, 0);
   lists->addWidget(Dir1_, 3, 0);
   lists->setColumnStretch(0, 1);
   if (beside != nullptr) {
-    lists->addWidget(makeLabel(beside->accessibleName(), beside, this), 0, 1);
+    lists->addWidget(makeCaption(beside->accessibleName(), beside, this), 0, 1);
     lists->addWidget(beside, 1, 1, 3, 1);
     lists->setColumnStretch(1, 1);
   }
@@ -112,7 +101,7 @@ void ArchiveFolderDialog::layOut(QWidget* beside, const QString& boxLabel,
   layout->addWidget(prompt_);
   layout->addSpacing(layout->spacing());
   layout->addLayout(lists);
-  layout->addWidget(makeLabel(boxLabel, Text1_, this));
+  layout->addWidget(makeCaption(boxLabel, Text1_, this));
   layout->addWidget(Text1_);
   layout->addSpacing(layout->spacing());
   layout->addLayout(row);

@@ -57,8 +57,6 @@ class ArchiveFolderDialog : public QDialog {
 
   virtual void OKButton_Click() = 0;
 
-  [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption);
-
   // Lays out the controls that every dialog has, with `beside`, if any, next to the
   // folders, the box under `boxLabel`, and `furtherButton`, if any, after Cancel.
   void layOut(QWidget* beside, const QString& boxLabel, QPushButton* furtherButton = nullptr);

@@ -7,6 +7,7 @@
 
 #include "platform/failure.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/keep_in_front.h"
 #include "shell/resources.h"
 
@@ -16,13 +17,6 @@ namespace {
 constexpr QSize kIconSize{64, 64};  // pixels
 constexpr int kMargin = 20;
 constexpr double kTitleScale = 1.6;  // of the size of the other texts
-
-QLabel* makeLabel(const char* name, QWidget* parent) {
-  auto* const label = new QLabel(parent);
-  label->setObjectName(QString::fromLatin1(name));
-  label->setTextFormat(Qt::PlainText);
-  return label;
-}
 
 QFont enlarged(QFont font) {
   font.setPointSizeF(font.pointSizeF() * kTitleScale);
@@ -49,16 +43,15 @@ QString librariesText(const QString& qtVersion) {
 AboutBox::AboutBox(QWidget& mainWindow)
     : QDialog(&mainWindow),
       mainWindow_(mainWindow),
-      picIcon_(makeLabel("picIcon", this)),
-      lblTitle_(makeLabel("lblTitle", this)),
-      lblVersion_(makeLabel("lblVersion", this)),
-      lblLibraries_(makeLabel("lblLibraries", this)) {
+      picIcon_(makeLabel("picIcon", {}, this)),
+      lblTitle_(makeLabel("lblTitle", {}, this)),
+      lblVersion_(makeLabel("lblVersion", {}, this)),
+      lblLibraries_(makeLabel("lblLibraries", {}, this)) {
   setObjectName(QStringLiteral("AboutBox"));
   keepInFront(*this);
   picIcon_->setAccessibleName(QStringLiteral("Icon of Quorrix"));
   lblTitle_->setFont(enlarged(lblTitle_->font()));
-  auto* const cmdOK = new QPushButton(QStringLiteral("OK"), this);
-  cmdOK->setObjectName(QStringLiteral("cmdOK"));
+  QPushButton* const cmdOK = makeButton("cmdOK", QStringLiteral("OK"), this);
   cmdOK->setDefault(true);
   connect(cmdOK, &QPushButton::clicked, this, &AboutBox::cmdOK_Click);
 

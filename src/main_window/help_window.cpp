@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "main_window/help_browser.h"
+#include "shell/controls.h"
 #include "shell/window_frame.h"
 
 namespace quorrix {
@@ -27,17 +28,9 @@ constexpr int kAnchorRole = Qt::UserRole;
 constexpr QTextDocument::FindFlags kForward{};
 constexpr QTextDocument::FindFlags kBackward = QTextDocument::FindBackward;
 
-template <typename Widget>
-Widget* named(Widget* widget, const char* name, const QString& accessibleName) {
-  widget->setObjectName(QString::fromLatin1(name));
-  widget->setAccessibleName(accessibleName);
-  return widget;
-}
-
-QPushButton* makeButton(const char* name, const QString& caption, const QString& hint,
-                        QWidget* parent) {
-  auto* const button = new QPushButton(caption, parent);
-  button->setObjectName(QString::fromLatin1(name));
+QPushButton* makeButtonWithHint(const char* name, const QString& caption, const QString& hint,
+                                QWidget* parent) {
+  QPushButton* const button = makeButton(name, caption, parent);
   button->setToolTip(hint);
   return button;
 }
@@ -68,8 +61,7 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner 
   parts->setStretchFactor(1, 1);
   layout->addWidget(parts, 1);
 
-  findResult_ = named(new QLabel(this), "FindResult", {});
-  findResult_->setTextFormat(Qt::PlainText);
+  findResult_ = makeLabel("FindResult", {}, this);
   findResult_->setWordWrap(true);
   // A long text that was sought is cut, rather than the window widened for it.
   findResult_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -83,10 +75,11 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner 
 }
 
 QLayout* HelpWindow::rowOfControls() {
-  auto* const back = makeButton("BackButton", QStringLiteral("&Back"),
-                                QStringLiteral("Where you were before (Alt+Left)"), this);
-  auto* const forward = makeButton("ForwardButton", QStringLiteral("For&ward"),
-                                   QStringLiteral("Where you went back from (Alt+Right)"), this);
+  auto* const back = makeButtonWithHint("BackButton", QStringLiteral("&Back"),
+                                        QStringLiteral("Where you were before (Alt+Left)"), this);
+  auto* const forward =
+      makeButtonWithHint("ForwardButton", QStringLiteral("For&ward"),
+                         QStringLiteral("Where you went back from (Alt+Right)"), this);
   back->setEnabled(false);
   forward->setEnabled(false);
   connect(back, &QPushButton::clicked, browser_, &QTextBrowser::backward);
@@ -99,10 +92,11 @@ QLayout* HelpWindow::rowOfControls() {
   findBox_->setClearButtonEnabled(true);
   auto* const label = new QLabel(QStringLiteral("&Find"), this);
   label->setBuddy(findBox_);
-  auto* const next = makeButton("FindNextButton", QStringLiteral("&Next"),
-                                QStringLiteral("Find the next place (F3)"), this);
-  auto* const previous = makeButton("FindPreviousButton", QStringLiteral("&Previous"),
-                                    QStringLiteral("Find the place before (Shift+F3)"), this);
+  auto* const next = makeButtonWithHint("FindNextButton", QStringLiteral("&Next"),
+                                        QStringLiteral("Find the next place (F3)"), this);
+  auto* const previous =
+      makeButtonWithHint("FindPreviousButton", QStringLiteral("&Previous"),
+                         QStringLiteral("Find the place before (Shift+F3)"), this);
   const auto onSignal = [this](auto* sender, auto signal, auto work) {
     connect(sender, signal, this, [this, work] { run_(work); });
   };

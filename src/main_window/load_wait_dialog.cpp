@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 
 namespace quorrix {
 
@@ -12,9 +13,7 @@ LoadWaitDialog::LoadWaitDialog(QWidget& owner)
     : QWidget(&owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
   setObjectName(QStringLiteral("LoadWaitDialog"));
   setWindowTitle(QStringLiteral("Quorrix"));
-  auto* const label = new QLabel(tr("Loading data. Please wait..."), this);
-  label->setObjectName(QStringLiteral("Label1"));
-  label->setTextFormat(Qt::PlainText);
+  QLabel* const label = makeLabel("Label1", QStringLiteral("Loading data. Please wait..."), this);
   label->setAlignment(Qt::AlignCenter);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(40, 24, 40, 24);

@@ -12,7 +12,7 @@ SplashScreen::SplashScreen() : QWidget(nullptr, Qt::SplashScreen) {
   setWindowTitle(QStringLiteral("Quorrix"));
   auto* const image = new QLabel(this);
   image->setObjectName(QStringLiteral("Image1"));
-  image->setAccessibleName(tr("Quorrix"));
+  image->setAccessibleName(QStringLiteral("Quorrix"));
   image->setPixmap(QPixmap(QStringLiteral(":/splash.gif")));
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "main_window/unreadable_browser_text.h"
+#include "shell/controls.h"
 
 namespace quorrix {
 namespace {
@@ -35,11 +36,9 @@ UnreadableBrowserNotice::UnreadableBrowserNotice(QWidget* parent, SlotRunner run
   QAccessible::installFactory(accessibleNotice);  // once, however often it is called
   setObjectName(QStringLiteral("UnreadableBrowserNotice"));
   setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
-  text_ = new QLabel(this);
-  text_->setTextFormat(Qt::PlainText);
+  text_ = makeLabel("", {}, this);
   text_->setWordWrap(true);
-  auto* const button = new QPushButton(QStringLiteral("Dismiss"), this);
-  button->setObjectName(QStringLiteral("DismissButton"));
+  QPushButton* const button = makeButton("DismissButton", QStringLiteral("Dismiss"), this);
   button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keyboard where it is
   button->setAutoDefault(true);          // the Enter key presses it, too
   connect(button, &QPushButton::clicked, this, [this] { run_([this] { dismiss(); }); });

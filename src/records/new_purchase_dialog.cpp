@@ -10,6 +10,7 @@
 #include "datafiles/record_layouts.h"
 #include "records/multi_line_box.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 
@@ -64,9 +65,9 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
   addBox(3, 0, "Description", Text5_, kWholeRow);
   addBox(4, 0, "Date", Text6_, kWholeRow);
 
-  OKButton_ = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
-  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  OKButton_ = makeButton("OKButton", QStringLiteral("OK"), this);
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
+  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"), this);
   DeleteButton_->setEnabled(false);  // until getExistingRecord(), even when the load fails
   OKButton_->setDefault(true);
   connect(OKButton_, &QPushButton::clicked, this, &NewPurchaseDialog::OKButton_Click);

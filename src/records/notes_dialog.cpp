@@ -7,6 +7,7 @@
 #include "datafiles/record_layouts.h"
 #include "records/multi_line_box.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/pointer.h"
 
 namespace quorrix {
@@ -26,9 +27,9 @@ NotesDialog::NotesDialog(const RecordDialogParts& parts)
   Text1_->setObjectName(QStringLiteral("Text1"));
   Text1_->setAccessibleName(QStringLiteral("Notes"));
   prompt->setBuddy(Text1_);
-  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
-  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"), this);
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
+  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"), this);
   OKButton->setDefault(true);
   connect(OKButton, &QPushButton::clicked, this, &NotesDialog::OKButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &NotesDialog::CancelButton_Click);

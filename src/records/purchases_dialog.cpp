@@ -6,6 +6,7 @@
 
 #include "records/new_purchase_dialog.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/entry_list.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
@@ -18,8 +19,8 @@ PurchasesDialog::PurchasesDialog(const RecordDialogParts& parts)
   List1_ = new EntryList(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setAccessibleName(QStringLiteral("Purchases"));
-  Command1_ = makeButton("Command1", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
+  Command1_ = makeButton("Command1", QStringLiteral("OK"), this);
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
   Command1_->setDefault(true);
   connect(Command1_, &QPushButton::clicked, this, &PurchasesDialog::Command1_Click);
   connect(List1_, &QListWidget::itemDoubleClicked, this, &PurchasesDialog::Command1_Click);

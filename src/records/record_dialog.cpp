@@ -8,6 +8,7 @@
 
 #include "datafiles/record_layouts.h"
 #include "records/line_box.h"
+#include "shell/controls.h"
 #include "shell/guarded.h"
 #include "shell/keep_in_front.h"
 #include "shell/plain_text.h"
@@ -42,16 +43,9 @@ bool RecordDialog::isConfirmed(std::string_view question) {
 }
 
 QLabel* RecordDialog::makePrompt(const QString& text) {
-  auto* const prompt = new QLabel(text, this);
-  prompt->setTextFormat(Qt::PlainText);
+  QLabel* const prompt = makeLabel("", text, this);
   prompt->setWordWrap(true);
   return prompt;
-}
-
-QPushButton* RecordDialog::makeButton(const char* name, const QString& caption) {
-  auto* const button = new QPushButton(caption, this);
-  button->setObjectName(QString::fromLatin1(name));
-  return button;
 }
 
 QLayout* RecordDialog::rowOfButtons(std::initializer_list<QPushButton*> buttons) {
@@ -65,10 +59,7 @@ void RecordDialog::resizeToWidth(int width) { resize(width, layout()->totalHeigh
 
 QLineEdit* RecordDialog::makeLineBox(const char* name, const QString& label,
                                      std::size_t fieldWidth) {
-  auto* const box = new LineBox(fieldWidth - kFieldMargin, this);
-  box->setObjectName(QString::fromLatin1(name));
-  box->setAccessibleName(label);
-  return box;
+  return named(new LineBox(fieldWidth - kFieldMargin, this), name, label);
 }
 
 }  // namespace quorrix

@@ -55,7 +55,6 @@ class RecordDialog : public QDialog {
   [[nodiscard]] bool isConfirmed(std::string_view question);
 
   [[nodiscard]] QLabel* makePrompt(const QString& text);
-  [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption);
   [[nodiscard]] static QLayout* rowOfButtons(std::initializer_list<QPushButton*> buttons);
 
   // Makes the dialog so many pixels wide, and as high as its contents then need.

@@ -8,6 +8,7 @@
 
 #include "datafiles/record_layouts.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"
 
@@ -31,9 +32,9 @@ UIDDialog::UIDDialog(const RecordDialogParts& parts)
   boxes->addRow(QStringLiteral("User ID"), Text1_);
   boxes->addRow(QStringLiteral("Password"), Text2_);
 
-  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"));
-  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"));
-  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"));
+  QPushButton* const OKButton = makeButton("OKButton", QStringLiteral("OK"), this);
+  QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
+  DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"), this);
   OKButton->setDefault(true);
   connect(OKButton, &QPushButton::clicked, this, &UIDDialog::OKButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &UIDDialog::CancelButton_Click);

@@ -7,9 +7,9 @@
 
 #include "datafiles/access_stamp.h"
 #include "platform/failure.h"
-#include "search/search_controls.h"
 #include "search/up_down.h"
 #include "shell/centre_over.h"
+#include "shell/controls.h"
 #include "shell/guarded.h"
 #include "shell/pointer.h"
 

@@ -54,14 +54,14 @@ class SearchDialog final : public QDialog {
   [[nodiscard]] std::string searchDate() const;
 
   Parts parts_;
-  QRadioButton* Option1_;
-  QRadioButton* Option2_;
-  QRadioButton* Option3_;
-  QLineEdit* Text3_;
-  QLineEdit* Text2_;
-  QLineEdit* Text1_;
-  QLineEdit* Text4_;
-  QWidget* date_;  // the boxes of the date with what belongs to them
+  QRadioButton* Option1_;  // by address
+  QRadioButton* Option2_;  // by date
+  QRadioButton* Option3_;  // by both
+  QLineEdit* Text3_;       // part of the address
+  QLineEdit* Text2_;       // month
+  QLineEdit* Text1_;       // day
+  QLineEdit* Text4_;       // year
+  QWidget* date_;          // the boxes of the date with what belongs to them
 };
 
 }  // namespace quorrix

@@ -8,7 +8,7 @@
 
 #include "search/literal_label.h"
 #include "search/result_list.h"
-#include "search/search_controls.h"
+#include "shell/controls.h"
 #include "shell/guarded.h"
 #include "shell/plain_text.h"
 #include "shell/pointer.h"

@@ -16,7 +16,7 @@ namespace quorrix {
 // created, one that may only be read will do. By Url, an empty text is in no address;
 // by Both it is in every one.
 //
-// Throws the Failure of the file, whose records then count for nothing, or Failure 13
+// Throws the Failure of the file, whose records then count for nothing, or kTypeMismatch
 // for a date that cannot be read: that of any record with an address, also by Url,
 // and, unless it is by Url, the date sought, as soon as there is a record to compare
 // it with.

@@ -1,0 +1,32 @@
+// The plain controls of every form, under the names by which tests and assistive
+// technology find them.
+#pragma once
+
+#include <QLabel>
+#include <QPushButton>
+
+namespace quorrix {
+
+// The accessible name is for controls that show no caption of their own.
+template <typename Control>
+Control* named(Control* control, const char* name, const QString& accessibleName) {
+  control->setObjectName(QString::fromLatin1(name));
+  control->setAccessibleName(accessibleName);
+  return control;
+}
+
+// `text` is never read as markup.
+[[nodiscard]] inline QLabel* makeLabel(const char* name, const QString& text, QWidget* parent) {
+  auto* const label = new QLabel(text, parent);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+[[nodiscard]] inline QPushButton* makeButton(const char* name, const QString& caption,
+                                             QWidget* parent) {
+  // Without the mark of the letter to press.
+  return named(new QPushButton(caption, parent), name, QString(caption).remove(QLatin1Char('&')));
+}
+
+}  // namespace quorrix
