@@ -75,6 +75,13 @@ std::optional<std::string> exactWindows1252FromUtf8(std::string_view utf8) {
   return text;
 }
 
+bool isUtf8(std::string_view bytes) {
+  while (!bytes.empty()) {
+    if (takeCharacter(bytes) == kMalformed) return false;
+  }
+  return true;
+}
+
 std::string utf8FromWindows1252(std::string_view text) {
   std::string utf8;
   utf8.reserve(text.size());

@@ -15,6 +15,10 @@ namespace quorrix {
 // nullopt when any character would become "?".
 [[nodiscard]] std::optional<std::string> exactWindows1252FromUtf8(std::string_view utf8);
 
+// Whether the bytes are well-formed UTF-8: no stray or missing continuation byte, no
+// longer form than needed, no surrogate, no number beyond the last character.
+[[nodiscard]] bool isUtf8(std::string_view bytes);
+
 // Every byte has a character: the five unassigned ones are the control
 // characters of the same number.
 [[nodiscard]] std::string utf8FromWindows1252(std::string_view text);

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/prefetch.h"
+
 namespace quorrix {
 
 class KeyIndex {
@@ -29,7 +31,7 @@ class KeyIndex {
 
   // Has the memory fetched that a search for this hash begins in.
   void expect(std::uint32_t hash) const {
-    if (!slots_.empty()) __builtin_prefetch(&slots_[hash & mask()]);
+    if (!slots_.empty()) prefetch(&slots_[hash & mask()]);
   }
 
   // The number with this hash for which `isSought` is true, or kNone.

@@ -33,56 +33,25 @@ static_assert(site_record::kSiteAddress.width == kSiteKey.width);
 using Keys = std::span<const std::string_view>;
 using RecordNumbers = std::vector<std::uint64_t>;
 
-// The sites to delete and, once the file's records are taken, which of them those have.
-class SoughtSites {
- public:
-  explicit SoughtSites(Keys keys) {
-    sites_.reserve(keys.size());
-    for (const std::string_view key : keys) {
-      if (!key.empty()) ++sites_[key].timesListed;
-    }
-  }
-
-  // To be called for the records in the file's order: of a site's records as many
-  // of the first are kept in mind as the site is listed.
-  void take(std::string_view address, std::uint64_t number) {
-    const auto site = sites_.find(address);
-    if (site == sites_.end()) return;
-    auto& [timesListed, records, timesAsked] = site->second;
-    if (records.size() < timesListed) records.push_back(number);
-  }
-
-  // The site's first record, when asked again its second; 0 when there is none.
-  [[nodiscard]] std::uint64_t nextRecordOf(std::string_view key) {
-    const auto site = sites_.find(key);
-    if (site == sites_.end()) return 0;
-    auto& [timesListed, records, timesAsked] = site->second;
-    return timesAsked < records.size() ? records[timesAsked++] : 0;
-  }
-
- private:
-  struct Site {
-    std::size_t timesListed = 0;
-    RecordNumbers records;
-    std::size_t timesAsked = 0;
-  };
-
-  std::unordered_map<std::string_view, Site> sites_;
-};
-
-// In the order of `keys`, so that a failure half-way leaves what the later keys have.
+// The first record of each site, in the order of `keys`, so that a failure half-way
+// leaves what the later keys have.
 RecordNumbers recordsToBlank(FixedRecordFile& file, Keys keys) {
-  SoughtSites sought(keys);
+  constexpr std::uint64_t kNone = 0;
+  std::unordered_map<std::string_view, std::uint64_t> firstRecords;
+  firstRecords.reserve(keys.size());
+  for (const std::string_view key : keys) {
+    if (!key.empty()) firstRecords.emplace(key, kNone);
+  }
   file.scan(file.recordCount(), FixedRecordFile::ReadFailures::Throw,
-            [&sought](std::uint64_t number, std::span<const char> record) {
-              sought.take(fieldText(fieldOf(record, kSiteKey)), number);
+            [&firstRecords](std::uint64_t number, std::span<const char> record) {
+              const auto site = firstRecords.find(fieldText(fieldOf(record, kSiteKey)));
+              if (site != firstRecords.end() && site->second == kNone) site->second = number;
               return true;
             });
   RecordNumbers numbers;
   for (const std::string_view key : keys) {
-    if (const std::uint64_t number = sought.nextRecordOf(key); number > 0) {
-      numbers.push_back(number);
-    }
+    const auto site = firstRecords.find(key);
+    if (site != firstRecords.end() && site->second != kNone) numbers.push_back(site->second);
   }
   return numbers;
 }

@@ -2,6 +2,7 @@
 #include <span>
 
 #include "platform/failure.h"
+#include "platform/prefetch.h"
 #include "sitetree/site_tree.h"
 
 namespace quorrix {
@@ -43,14 +44,14 @@ void SiteTree::Batch::expectNode(Entry& entry) const {
   for (std::size_t k = entry.levels.count(); k > 0 && entry.likely == kNoNode; --k) {
     entry.likely = tree_.index_.find(entry.hashes[k - 1], [](NodeId) { return true; });
   }
-  if (entry.likely != kNoNode) __builtin_prefetch(&tree_.nodes_[entry.likely]);
+  if (entry.likely != kNoNode) prefetch(&tree_.nodes_[entry.likely]);
 }
 
 void SiteTree::Batch::expectComparison(const Entry& entry) const {
   if (entry.likely == kNoNode) return;
   const Node& node = tree_.nodes_[entry.likely];
-  __builtin_prefetch(node.key);
-  if (!node.children.empty()) __builtin_prefetch(&node.children.back());
+  prefetch(node.key);
+  if (!node.children.empty()) prefetch(&node.children.back());
 }
 
 }  // namespace quorrix

@@ -79,8 +79,9 @@ void TrackingLoop::recordVisit() {
   reading_.webAddress = storedAddress(reading_.webAddress);
   // A copy: a second loop inside a message box's events would scan into webAddress.
   const std::string address = reading_.webAddress;
-  if (!addAddressToTree(address)) return;
-  visits_.push_back({address, check.protocolFlag, isExistingAddress_});
+  const auto filed = addAddressToTree(address);
+  if (!filed) return;
+  visits_.push_back({address, check.protocolFlag, *filed});
   if (visits_.size() == 1) writeVisits();
 }
 
@@ -130,10 +131,12 @@ void TrackingLoop::writeLastVisits() {
   if (!isAbandoned_) throw Failure::ofFileInUse();
 }
 
+// A node for which there was no memory is missing; its record is written all the same.
 void TrackingLoop::write(const Visit& visit) {
   SiteTree& tree = parts_.tree;
-  const std::uint64_t record = writeRecord(visit);
-  const NodeId node = tree.at(visit.address);
+  const NodeId node = tree.find(visit.address);
+  const std::uint64_t record = writeRecord(visit, node);
+  if (node == kNoNode) throw Failure(failure::kElementNotFound);
   tree.setRecordNumber(node, record);
   parts_.display.makeVisible(node);
   tree.select(node);
@@ -144,43 +147,34 @@ void TrackingLoop::write(const Visit& visit) {
 // Returns the number of the record that an update of this address would find, 0
 // when that is not known: a record added may have an older one before it, of a site
 // that was cleared from the display.
-std::uint64_t TrackingLoop::writeRecord(const Visit& visit) {
-  if (!visit.isExisting) {
+std::uint64_t TrackingLoop::writeRecord(const Visit& visit, NodeId node) {
+  if (visit.filed == Filed::New) {
     parts_.siteFile.appendSiteRecord(visit.address, visit.protocolFlag);
     return 0;
   }
-  const NodeId node = parts_.tree.at(visit.address);
-  return parts_.siteFile.updateSiteRecord(visit.address, visit.protocolFlag,
-                                          parts_.tree.recordNumber(node));
+  const std::uint64_t likely = node == kNoNode ? 0 : parts_.tree.recordNumber(node);
+  return parts_.siteFile.updateSiteRecord(visit.address, visit.protocolFlag, likely);
 }
 
-// False only after the message that the tree is too large to be searched; then
-// no level was added.
-bool TrackingLoop::addAddressToTree(std::string_view storedAddress) {
-  isExistingAddress_ = true;
+// nullopt only after the message that the tree is too large to be searched; then no
+// level was added. A level's node can only be below its parent level's, so the one search
+// for the whole address answers for all levels.
+std::optional<TrackingLoop::Filed> TrackingLoop::addAddressToTree(std::string_view storedAddress) {
   const AddressLevels levels = addressLevels(storedAddress);
-  try {
-    findNodeByKey(storedAddress);
-  } catch (const Failure&) {
-    parts_.messageBox.show(kTooMuchData, MessageBoxStyle::Critical);
-    return false;
-  }
-  if (addressFound_) return true;
-  isExistingAddress_ = false;
-  try {
-    parts_.tree.addMissingLevels(levels, kNoTag);
-  } catch (...) {
-    // Passed over; that the node is missing shows when its tag is to be set.
-  }
-  return true;
-}
-
-// A level's node can only be below its parent level's, so the one search for
-// the whole address answers for all levels.
-void TrackingLoop::findNodeByKey(std::string_view key) {
+  SiteTree& tree = parts_.tree;
   addressFound_ = false;
-  if (parts_.tree.size() > maxSearchedNodes_) throw Failure(failure::kOutOfStackSpace);
-  addressFound_ = parts_.tree.find(key) != kNoNode;
+  if (tree.size() > maxSearchedNodes_) {
+    parts_.messageBox.show(kTooMuchData, MessageBoxStyle::Critical);
+    return std::nullopt;
+  }
+  addressFound_ = tree.find(storedAddress) != kNoNode;
+  if (addressFound_) return Filed::Existing;
+  try {
+    tree.addMissingLevels(levels, kNoTag);
+  } catch (...) {
+    // write() sees that the node is missing.
+  }
+  return Filed::New;
 }
 
 void TrackingLoop::tagAncestors(NodeId node, char flag) {

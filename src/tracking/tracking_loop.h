@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,10 +78,11 @@ class TrackingLoop {
  private:
   void trackWebsites();
   void scanUntilStopped();
+  enum class Filed { New, Existing };  // whether the address was in the tree already
   struct Visit {
     std::string address;
     char protocolFlag;
-    bool isExisting;  // the address was in the tree before this visit
+    Filed filed;
   };
 
   void recordVisit();
@@ -90,9 +92,8 @@ class TrackingLoop {
   void writeLastVisits();
   void write(const Visit& visit);
   void showUnreadable(std::vector<UnreadableBrowser> browsers);
-  [[nodiscard]] bool addAddressToTree(std::string_view storedAddress);
-  std::uint64_t writeRecord(const Visit& visit);
-  void findNodeByKey(std::string_view key);
+  [[nodiscard]] std::optional<Filed> addAddressToTree(std::string_view storedAddress);
+  [[nodiscard]] std::uint64_t writeRecord(const Visit& visit, NodeId node);
   void tagAncestors(NodeId node, char flag);
 
   Parts parts_;
@@ -103,7 +104,6 @@ class TrackingLoop {
   unsigned passesUntilWriting_ = 0;
   bool isAbandoned_ = false;
   bool isTracking_ = false;
-  bool isExistingAddress_ = false;
   bool addressFound_ = false;
 };
 

@@ -59,16 +59,6 @@ std::optional<bool> flagIn(const Message& answer) {
   return flag != FALSE;
 }
 
-Message takeAnswer(PendingCall& call) {
-  Message answer(dbus_pending_call_steal_reply(call.get()));
-  call.reset();
-  return answer;
-}
-
-bool isError(const Message& answer) {
-  return !answer || dbus_message_get_type(answer.get()) != DBUS_MESSAGE_TYPE_METHOD_RETURN;
-}
-
 }  // namespace
 
 void AccessibilityService::advance(const Deadline& deadline) {
@@ -116,7 +106,7 @@ void AccessibilityService::readAnswers() {
   if (addressCall_ && isCompleted(addressCall_)) readAddress(takeAnswer(addressCall_));
   if (readSwitchCall_ && isCompleted(readSwitchCall_)) readSwitch(takeAnswer(readSwitchCall_));
   if (setSwitchCall_ && isCompleted(setSwitchCall_)) {
-    const bool refused = isError(takeAnswer(setSwitchCall_));
+    const bool refused = takeAnswer(setSwitchCall_) == nullptr;
     switchIsOff_ = false;
     if (refused) return fail();
     switchedOn_ = true;
@@ -126,8 +116,8 @@ void AccessibilityService::readAnswers() {
 
 void AccessibilityService::readAddress(const Message& answer) {
   const char* address = nullptr;
-  if (isError(answer) || !dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &address,
-                                                DBUS_TYPE_INVALID)) {
+  if (!answer || !dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &address,
+                                        DBUS_TYPE_INVALID)) {
     return fail();
   }
   address_ = address;
@@ -135,7 +125,7 @@ void AccessibilityService::readAddress(const Message& answer) {
 }
 
 void AccessibilityService::readSwitch(const Message& answer) {
-  const std::optional<bool> on = isError(answer) ? std::nullopt : flagIn(answer);
+  const std::optional<bool> on = answer ? flagIn(answer) : std::nullopt;
   if (!on) return fail();
   switchIsOff_ = !*on;
   switchedOn_ = *on;

@@ -5,6 +5,7 @@
 #include <dbus/dbus.h>
 
 #include <memory>
+#include <utility>
 
 namespace quorrix {
 
@@ -26,6 +27,17 @@ using PendingCall = std::unique_ptr<DBusPendingCall, PendingCallRelease>;
 // counts as completed.
 [[nodiscard]] inline bool isCompleted(const PendingCall& call) {
   return !call || dbus_pending_call_get_completed(call.get()) != 0;
+}
+
+// The answer of a completed call, which is over then; null for an error and for a call
+// that could not be sent.
+[[nodiscard]] inline Message takeAnswer(PendingCall& call) {
+  if (!call) return nullptr;
+  Message answer(dbus_pending_call_steal_reply(call.get()));
+  call.reset();
+  const bool isReturn =
+      answer && dbus_message_get_type(answer.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
+  return isReturn ? std::move(answer) : nullptr;
 }
 
 class ErrorHolder {

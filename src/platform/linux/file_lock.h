@@ -25,7 +25,7 @@ enum class FileLock { Shared, Exclusive };
 // reason.
 [[nodiscard]] bool tryToLock(const FileDescriptor& file, FileLock lock, const Path& path);
 
-// Throws Failure: 75 for what is no regular file.
+// Throws kPathFileAccess for what is no regular file.
 [[nodiscard]] struct stat statusOf(const FileDescriptor& file, const Path& path);
 
 [[nodiscard]] bool isSameFile(const struct stat& one, const struct stat& other) noexcept;

@@ -1,4 +1,4 @@
-#include "platform/linux/folder_listing.h"
+#include "platform/folder_listing.h"
 
 #include <dirent.h>
 #include <sys/stat.h>

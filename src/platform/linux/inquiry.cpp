@@ -1,16 +1,6 @@
 #include "platform/linux/inquiry.h"
 
 namespace quorrix {
-namespace {
-
-Message takeAnswer(const PendingCall& call) {
-  if (!call) return nullptr;
-  Message answer(dbus_pending_call_steal_reply(call.get()));
-  if (dbus_message_get_type(answer.get()) != DBUS_MESSAGE_TYPE_METHOD_RETURN) return nullptr;
-  return answer;
-}
-
-}  // namespace
 
 bool Inquiry::has(std::span<const Question> questions) {
   bool isComplete = true;

@@ -23,7 +23,7 @@ class PosixFileSystem final : public FileSystem {
   // Mode 0700. Returns once the new folder's name has reached the disk.
   Path makeFolder(const Path& path) override;
 
-  // New files get mode 0600. Whatever is no regular file is refused with 75,
+  // New files get mode 0600. Whatever is no regular file is refused with kPathFileAccess,
   // without waiting for the other end of a pipe.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;

@@ -16,7 +16,7 @@ class PosixReplacement final {
  public:
   // Creates an empty file, private to the user, under `name`. Whatever has that name
   // is removed first and never written to: a crash may have left it, but another user
-  // may also have put it there. Throws Failure 75 when it cannot be removed, and when
+  // may also have put it there. Throws kPathFileAccess when it cannot be removed, and when
   // another program goes on writing this replacement for longer than `patience`.
   PosixReplacement(const Path& name, std::chrono::milliseconds patience);
 
@@ -27,8 +27,8 @@ class PosixReplacement final {
 
   [[nodiscard]] RandomAccessFile& file() { return file_; }
 
-  // Returns once the disk has the file under its new name. 75 when something else
-  // has taken the replacement's own name.
+  // Returns once the disk has the file under its new name. Throws kPathFileAccess
+  // if something else has taken the replacement's own name.
   void takePlaceOf(const Path& target);
 
  private:

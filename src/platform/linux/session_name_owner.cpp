@@ -25,18 +25,12 @@ void SessionNameOwner::advance() {
     nextAsk_ = clock_.elapsed();
   }
   connection_->exchange(std::chrono::milliseconds::zero());
-  if (call_ && isCompleted(call_)) takeAnswer();
+  if (call_ && isCompleted(call_)) processId_ = numberIn(takeAnswer(call_)).value_or(0);
   if (call_ || !connection_->isReady() || clock_.elapsed() < nextAsk_) return;
   const Question owner{Question::Topic::ProcessId, {name_, {}}};
   call_ = connection_->send(messageFor(owner));
   nextAsk_ = clock_.elapsed() + kInterval;
   connection_->exchange(std::chrono::milliseconds::zero());
-}
-
-void SessionNameOwner::takeAnswer() {
-  const Message answer(dbus_pending_call_steal_reply(call_.get()));
-  call_.reset();
-  processId_ = numberIn(answer).value_or(0);
 }
 
 }  // namespace quorrix

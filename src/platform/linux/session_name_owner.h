@@ -25,8 +25,6 @@ class SessionNameOwner {
   [[nodiscard]] std::optional<std::uint32_t> processId() const { return processId_; }
 
  private:
-  void takeAnswer();
-
   Clock& clock_;
   std::string name_;
   std::unique_ptr<BusConnection> connection_;

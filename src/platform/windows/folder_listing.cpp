@@ -1,4 +1,4 @@
-#include "platform/windows/folder_listing.h"
+#include "platform/folder_listing.h"
 
 #include <algorithm>
 #include <string>

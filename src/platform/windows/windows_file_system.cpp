@@ -5,8 +5,8 @@
 #include "platform/failure.h"
 #include "platform/file_replacement.h"
 #include "platform/first_line.h"
+#include "platform/folder_listing.h"
 #include "platform/system_errors.h"
-#include "platform/windows/folder_listing.h"
 #include "platform/windows/unique_handle.h"
 #include "platform/windows/windows_random_access_file.h"
 

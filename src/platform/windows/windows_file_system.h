@@ -25,7 +25,7 @@ class WindowsFileSystem final : public FileSystem {
   // Who may enter follows from the folder above, as everywhere in a user's profile.
   Path makeFolder(const Path& path) override;
 
-  // Whatever is no file on a disk ("CON", a pipe) is refused with 75. A file that was
+  // Whatever is no file on a disk ("CON", a pipe) is refused with kPathFileAccess. A file that was
   // deleted while another program had it open is waited for as one that is locked.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
