@@ -166,7 +166,7 @@ void locate(benchmark::State& state, BenchData& data) {
   SiteTree tree;
   tree.addRoot();
   std::size_t count = 0;
-  while (tree.size() < kNodes) addRecordToTree(tree, addresses[count++], 'N');
+  while (tree.size() < kNodes) tree.addMissingLevels(addressLevels(addresses[count++]), 'N');
   std::mt19937_64 random(1);
   for ([[maybe_unused]] auto _ : state) {
     const NodeId node = tree.find(addresses[static_cast<std::size_t>(random() % count)]);

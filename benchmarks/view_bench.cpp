@@ -38,13 +38,14 @@ class OffscreenApplication {
 // Addresses of all depths, until the tree is as large as it should be.
 void fillWithPages(SiteTree& tree, BenchData& data) {
   const AddressList& addresses = data.addresses(kNodes);
-  for (std::size_t i = 0; tree.size() < kNodes; ++i) addRecordToTree(tree, addresses[i], 'N');
+  for (std::size_t i = 0; tree.size() < kNodes; ++i)
+    tree.addMissingLevels(addressLevels(addresses[i]), 'N');
 }
 
 // All nodes below the root: the most rows that one expanding can bring.
 void fillWithHosts(SiteTree& tree, BenchData&) {
   for (std::size_t i = 1; tree.size() < kNodes; ++i) {
-    addRecordToTree(tree, "www.host-" + std::to_string(i) + ".com", 'N');
+    tree.addMissingLevels(addressLevels("www.host-" + std::to_string(i) + ".com"), 'N');
   }
 }
 
@@ -118,7 +119,8 @@ class ExpandedTree {
   explicit ExpandedTree(BenchData& data) {
     tree_.addRoot();
     const AddressList& addresses = data.addresses(kSites);
-    for (std::size_t i = 0; tree_.size() < kSites; ++i) addRecordToTree(tree_, addresses[i], 'N');
+    for (std::size_t i = 0; tree_.size() < kSites; ++i)
+      tree_.addMissingLevels(addressLevels(addresses[i]), 'N');
     view_ = std::make_unique<SiteTreeView>(tree_);
     view_->resize(800, 600);
     view_->show();

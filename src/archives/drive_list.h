@@ -18,8 +18,8 @@ class DriveList final : public QComboBox {
   // The root of the volume chosen, readable or not; empty for none.
   [[nodiscard]] const Path& drive() const { return drive_; }
 
-  // Chooses a volume; no signal tells of it. Throws Failure, 68 for one that is not
-  // there, and leaves what was chosen.
+  // Chooses a volume; no signal tells of it. Throws kDeviceUnavailable for one that is
+  // not there, and leaves what was chosen.
   void setDrive(const Path& drive);
 
   // The same for the volume on which `path` lies, if any does.

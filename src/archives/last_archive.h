@@ -1,6 +1,6 @@
 // load.txt in the data folder: one line that names the archive loaded last, shown at
 // the next start. Each function replaces the file, which must be there already:
-// without it they fail with 53.
+// without it they fail with kFileNotFound.
 #pragma once
 
 #include "platform/file_system.h"

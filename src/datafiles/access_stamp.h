@@ -33,7 +33,7 @@ struct CalendarDate {
 
 // Reads "M/d/yy", whose year means what it means in a stamp, or "M/d/yyyy"; month
 // and day may have a leading zero, and nothing may stand around or between them.
-// Throws Failure 13 for anything else and for a day that is in no calendar.
+// Throws kTypeMismatch for anything else and for a day that is in no calendar.
 [[nodiscard]] CalendarDate readCalendarDate(std::string_view text);
 
 // The second of a stamp; the earlier of two stamps is the smaller one.
@@ -46,10 +46,10 @@ struct StampTime {
   auto operator<=>(const StampTime&) const = default;
 };
 
-// Reads what accessStampText() writes. Throws Failure 13 for anything else.
+// Reads what accessStampText() writes. Throws kTypeMismatch for anything else.
 [[nodiscard]] StampTime readAccessStamp(std::string_view stamp);
 
-// The day of a stamp: what stands before its first blank. Throws Failure 13 for a
+// The day of a stamp: what stands before its first blank. Throws kTypeMismatch for a
 // stamp without a blank and for one that begins with no date.
 [[nodiscard]] CalendarDate stampDate(std::string_view stamp);
 

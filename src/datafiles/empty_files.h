@@ -8,7 +8,7 @@
 namespace quorrix {
 
 // Deletes all of them in the order given, then creates each again in the same
-// order. A file that is missing fails with 53. A failure stops it where it is.
+// order. A file that is missing fails with kFileNotFound. A failure stops it where it is.
 void emptyFiles(FileSystem& files, std::span<const Path> paths);
 
 // Creates the missing ones, empty. They are missing after a program has died inside

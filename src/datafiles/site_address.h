@@ -58,7 +58,7 @@ class AddressLevels {
   std::array<std::uint16_t, kMaxLevels> ends_{};  // where each segment ends in address_
 };
 
-// Keeps empty segments as empty levels. Throws Failure 9 at a 51st segment, and for an
+// Keeps empty segments as empty levels. Throws kIndexOutOfRange at a 51st segment, and for an
 // address of more than 65,535 characters.
 [[nodiscard]] AddressLevels addressLevels(std::string_view storedAddress);
 

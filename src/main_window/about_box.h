@@ -22,7 +22,7 @@ class AboutBox final : public QDialog {
  public:
   explicit AboutBox(QWidget& mainWindow);
 
-  // Before the box is shown. Throws Failure 53 when the icon is missing.
+  // Before the box is shown. Throws kFileNotFound when the icon is missing.
   void Form_Load();
 
  private:

@@ -12,8 +12,8 @@ namespace quorrix {
 // out would keep the user waiting.
 inline constexpr std::uint64_t kMaxHelpFileBytes = std::uint64_t{4} * 1024 * 1024;
 
-// The page. Throws the Failure of the file system, and 321 for what cannot be the
-// manual: an empty file, one larger than kMaxHelpFileBytes, one that is not UTF-8
+// The page. Throws the Failure of the file system, and kInvalidFileFormat for what cannot
+// be the manual: an empty file, one larger than kMaxHelpFileBytes, one that is not UTF-8
 // text, and one that another program cuts while it is being read.
 [[nodiscard]] std::string readHelpFile(FileSystem& files, const Path& path);
 

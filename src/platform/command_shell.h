@@ -17,7 +17,7 @@ class CommandShell {
   // program that opens it as one argument, whatever characters it has; no shell reads
   // it. Where the system makes a command line of it, as Windows does, the characters
   // that could end the argument are percent-encoded. Returns at once and does not learn
-  // what became of it. Throws Failure 53 when there is nothing that could open it.
+  // what became of it. Throws kFileNotFound when there is nothing that could open it.
   virtual void run(std::string_view line) = 0;
 };
 

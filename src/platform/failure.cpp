@@ -1,9 +1,14 @@
 #include "platform/failure.h"
 
+#include <cstdio>
 #include <new>
 #include <stdexcept>
 
 namespace quorrix {
+
+Failure::Failure(int number) noexcept : number_(number) {
+  std::snprintf(text_.data(), text_.size(), "Failure %d", number);
+}
 
 int currentFailureNumber() noexcept {
   try {

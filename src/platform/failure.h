@@ -1,8 +1,10 @@
 // How a failure travels: the platform throws a Failure with one of the numbers
 // below, nothing else carries a failure upward, and the guard around a user's
-// operation turns the number into a sentence (shell/failure_messages.h).
+// operation turns the number into a sentence (shell/failure_messages.h). Contracts name
+// the number: "throws kFileNotFound" means a Failure with that number.
 #pragma once
 
+#include <array>
 #include <exception>
 
 namespace quorrix {
@@ -30,7 +32,7 @@ inline constexpr int kUnknown = 51;             // whatever has no number of its
 
 class Failure final : public std::exception {
  public:
-  explicit Failure(int number) noexcept : number_(number) {}
+  explicit Failure(int number) noexcept;
 
   // kPathFileAccess for a file that another program has locked for longer than an
   // operation waits. Trying again later may succeed.
@@ -42,16 +44,18 @@ class Failure final : public std::exception {
 
   [[nodiscard]] int number() const noexcept { return number_; }
   [[nodiscard]] bool isFileInUse() const noexcept { return isFileInUse_; }
-  [[nodiscard]] const char* what() const noexcept override { return "Quorrix failure"; }
+  // Such as "Failure 53".
+  [[nodiscard]] const char* what() const noexcept override { return text_.data(); }
 
  private:
   int number_;
+  std::array<char, 20> text_{};
   bool isFileInUse_ = false;
 };
 
-// The number of the exception now being handled: a Failure's own, 7 for
-// std::bad_alloc, 9 for std::out_of_range, 6 for std::overflow_error, else 51.
-// Call it only inside a catch block.
+// The number of the exception now being handled: a Failure's own, kOutOfMemory for
+// std::bad_alloc, kIndexOutOfRange for std::out_of_range, kOverflow for
+// std::overflow_error, else kUnknown. Call it only inside a catch block.
 [[nodiscard]] int currentFailureNumber() noexcept;
 
 }  // namespace quorrix

@@ -49,29 +49,29 @@ class FileSystem {
   // False when there is nothing at `path`, and for a folder.
   [[nodiscard]] virtual bool fileExists(const Path& path) = 0;
 
-  // One level; private to the user. 75 when there is something at `path` already, and
-  // for a name that the system keeps for a device. Returns the folder's path, which on
-  // Windows is not always the one asked for: dots and blanks at its end are lost there.
+  // Makes one level, private to the user. Throws kPathFileAccess if `path` exists already,
+  // and for a name that the system keeps for a device. Returns the folder's path, which on
+  // Windows is not always `path`: the system removes dots and blanks at its end.
   virtual Path makeFolder(const Path& path) = 0;
 
-  // Opens for reading and writing and creates a missing file, private to the
-  // user. 75 for a folder, a read-only file (also for root), and a file that
-  // another program keeps locked for longer than kLockPatience; only that last Failure
-  // isFileInUse().
+  // Opens for reading and writing, and creates a missing file, private to the user. Throws
+  // kPathFileAccess for a folder, for a read-only file (also if the user is root), and for a
+  // file that another program keeps locked for longer than kLockPatience. Only the Failure
+  // of a locked file isFileInUse().
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) = 0;
 
-  // Opens a file that is there for reading; a write through it fails with 75. 53
-  // or 76 when it is missing, else as openRandomAccess(). Where the file system has no
-  // locks for readers, the file is read without one.
+  // Opens an existing file for reading; a write through it fails with kPathFileAccess.
+  // Throws kFileNotFound or kPathNotFound if it is missing, else as openRandomAccess(). If
+  // the file system has no locks for readers, the file is read without one.
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openForReading(const Path& path) = 0;
 
   // Works like openForReading() for a file that the user may not write to, such as a
   // read-only one, and like openRandomAccess() for any other.
   [[nodiscard]] virtual std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) = 0;
 
-  // Deletes a file; a link is deleted itself, not what it leads to. 53 when the file is
-  // missing, 76 when the folder above is missing too, 75 for a folder and for a file that
-  // openRandomAccess() would refuse, such as a read-only one.
+  // Deletes a file; of a link the link itself, not what it leads to. Throws kFileNotFound if
+  // the file is missing, kPathNotFound if its folder is missing too, and kPathFileAccess for
+  // a folder and for a file that openRandomAccess() would refuse, such as a read-only one.
   virtual void deleteFile(const Path& path) = 0;
 
   // Whether deleting `one` would delete the file that `other` leads to: the two may
@@ -82,22 +82,23 @@ class FileSystem {
   // Makes `to` the same as `from`, byte for byte, and private to the user. Returns
   // once that has reached the disk; after a failure, and after a crash, `to` is the
   // old file or the new one, whole. No file that was there already is written to.
-  // A file that is copied onto itself, by whatever name, stays as it is. 53 or 76 when `from` is
-  // missing, 76 when the folder of `to` is; 75 for a folder, and for a `to` that openRandomAccess()
-  // would refuse.
+  // A file that is copied onto itself, by whatever name, stays as it is. Throws
+  // kFileNotFound or kPathNotFound if `from` is missing, kPathNotFound if the folder of `to`
+  // is, and kPathFileAccess for a folder and for a `to` that openRandomAccess() would refuse.
   virtual void copyFile(const Path& from, const Path& to) = 0;
 
   // Makes `line`, ended by CR LF, all that the file holds: on the disk, and after a
-  // failure whole, as copyFile() does. 53 or 76 when the file is missing, 75 as there.
+  // failure whole, as copyFile() does. Throws kFileNotFound or kPathNotFound if the file is
+  // missing, and kPathFileAccess as copyFile() does.
   virtual void replaceByLine(const Path& path, std::string_view line) = 0;
 
   // The bytes before the first line end (LF, CR or both); empty for an empty file.
   [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;
 
   // The names of all that the folder holds, without the folder's own path, in the
-  // order of their bytes: what is no folder, and the folders. A link to a folder is
-  // one. 76 for a missing folder, 75 for a path that is not a folder and for a folder that
-  // may not be read.
+  // order of their bytes: what is no folder, and the folders. A link to a folder counts as
+  // one. Throws kPathNotFound for a missing folder, and kPathFileAccess for a path that is
+  // not a folder and for a folder that may not be read.
   [[nodiscard]] virtual std::vector<Path> fileNames(const Path& folder) = 0;
   [[nodiscard]] virtual std::vector<Path> folderNames(const Path& folder) = 0;
 

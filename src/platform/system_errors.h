@@ -7,8 +7,8 @@
 
 namespace quorrix {
 
-// `code` is an errno value. "No such file" is 53 here; when the path at hand is
-// known, failureNumberForPath() tells 53 and 76 apart.
+// `code` is an errno value. "No such file" is kFileNotFound here. When the path is known,
+// failureNumberForPath() tells kFileNotFound and kPathNotFound apart.
 [[nodiscard]] int failureNumberOfErrno(int code) noexcept;
 
 // `code` is a GetLastError() value.
@@ -19,7 +19,8 @@ namespace quorrix {
 // refuses everything, as a missing permission does; `isBeingDeleted` tells them apart.
 [[nodiscard]] bool mayEndSoon(std::uint32_t code, bool isBeingDeleted) noexcept;
 
-// `number`, or 76 in place of 53 when the folder that should hold `path` is missing too.
+// `number`, or kPathNotFound in place of kFileNotFound if the folder that should hold `path`
+// is missing too.
 [[nodiscard]] int failureNumberForPath(int number, const std::filesystem::path& path) noexcept;
 
 }  // namespace quorrix

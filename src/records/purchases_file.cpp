@@ -38,7 +38,7 @@ RecordNumber findPurchaseRecord(RecordFile& file, std::string_view siteKey,
 
 // A purchase is told from the site's others by its date alone. Where one of those has a
 // date that cannot be read back, no purchase is appended: it could be neither
-// viewed nor deleted. Fails with 5 there.
+// viewed nor deleted. Fails with kInvalidCall there.
 void requireReadableDates(RecordFile& file, std::string_view siteKey) {
   static_cast<void>(file.find(siteKey, [](RecordFile::Record record) {
     static_cast<void>(cutAtTilde(fieldOf(record, kDateStamp)));

@@ -1,5 +1,5 @@
 // purchases.dat: any number of purchases per site, in order of saving. Every
-// method opens, works and closes. A date stamp without a "~" fails with 5, because it is
+// method opens, works and closes. A date stamp without a "~" fails with kInvalidCall, because it is
 // what a purchase is found by. Any other text without one is the whole field without its
 // padding.
 #pragma once

@@ -1,6 +1,6 @@
 // One of the three record files, open for one operation: finding, adding,
 // replacing and blanking records that belong to a site. Record numbers are
-// 16-bit; one past 32,767 fails with 6.
+// 16-bit; one past 32,767 fails with kOverflow.
 #pragma once
 
 #include <cstddef>
@@ -37,7 +37,7 @@ class RecordFile {
              LikelyRecord& likely);
 
   // The file's length in records, rounded to the nearest whole number, a half
-  // to the even one. Throws Failure 6 past 32,767.
+  // to the even one. Throws kOverflow past 32,767.
   [[nodiscard]] RecordNumber recordCount();
 
   // The first live record of the site for which `isSought` is true, or kNoRecord.
@@ -52,7 +52,7 @@ class RecordFile {
   void get(RecordNumber number, std::span<char> record);
 
   // Puts the record in the place of `number` or, for kNoRecord, after the last
-  // one. Throws Failure 6 when 32,767 are there.
+  // one. Throws kOverflow when 32,767 are there.
   void putOrAppend(RecordNumber number, Record record);
 
   // Overwrites every byte with blanks; the file keeps its length. Nothing for kNoRecord.
@@ -71,10 +71,10 @@ class RecordFile {
   LikelyRecord& likely_;
 };
 
-// The text before the first "~". Throws Failure 5 for a field without one.
+// The text before the first "~". Throws kInvalidCall for a field without one.
 [[nodiscard]] std::string_view cutAtTilde(std::string_view field);
 
-// The text before the first blank. Throws Failure 5 for a field without one.
+// The text before the first blank. Throws kInvalidCall for a field without one.
 [[nodiscard]] std::string_view cutAtBlank(std::string_view field);
 
 }  // namespace quorrix

@@ -18,7 +18,7 @@ struct UserIDPassword {
 };
 
 // The fields of a record as they stand. Each text is its field cut at the first
-// blank; throws Failure 5 for a field without one.
+// blank; throws kInvalidCall for a field without one.
 struct StoredUserIDPassword {
   std::string userIDField;
   std::string passwordField;

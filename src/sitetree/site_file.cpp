@@ -133,8 +133,4 @@ std::size_t nodesToReserve(std::uint64_t records) {
   return static_cast<std::size_t>(std::min(records, kMost / kNodesPerRecord) * kNodesPerRecord);
 }
 
-NodeId addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag) {
-  return tree.addMissingLevels(addressLevels(siteAddress), protocolFlag);
-}
-
 }  // namespace quorrix

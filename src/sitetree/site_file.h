@@ -62,11 +62,6 @@ class SiteFile {
   const WorkingPaths& paths_;
 };
 
-// Adds the levels of a stored address that the tree lacks, tagged with the
-// flag. Returns the address's node. Throws Failure 9 at a 51st level, before a
-// node is touched.
-NodeId addRecordToTree(SiteTree& tree, std::string_view siteAddress, char protocolFlag);
-
 // The room to make in a tree for so many records.
 [[nodiscard]] std::size_t nodesToReserve(std::uint64_t records);
 

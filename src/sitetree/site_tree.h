@@ -78,7 +78,7 @@ class SiteTree {
   // kNoNode when no node has the key.
   [[nodiscard]] NodeId find(std::string_view key) const;
 
-  // Throws Failure 35601 when no node has the key.
+  // Throws kElementNotFound when no node has the key.
   [[nodiscard]] NodeId at(std::string_view key) const;
 
   // Views that live as long as the node. The text is the key's last segment,
@@ -166,7 +166,7 @@ class SiteTree::Batch {
   explicit Batch(SiteTree& tree) : tree_(tree) {}
 
   // Takes a copy of an address of at most kMaxAddressLength characters, and the
-  // number of its record: the first one given for a node stays. Throws Failure 9
+  // number of its record: the first one given for a node stays. Throws kIndexOutOfRange
   // at a 51st level and for a longer address, and then has not taken the address.
   void add(std::string_view siteAddress, char tag, std::uint64_t recordNumber);
 

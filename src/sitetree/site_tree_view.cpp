@@ -44,7 +44,7 @@ int shiftCodeOf(Qt::KeyboardModifiers modifiers) {
 SiteTreeView::SiteTreeView(SiteTree& tree, QWidget* parent)
     : QTreeView(parent), tree_(tree), model_(tree) {
   setObjectName(QStringLiteral("TreeView"));
-  setAccessibleName(tr("Recorded sites"));
+  setAccessibleName(QStringLiteral("Recorded sites"));
   setModel(&model_);
   setHeaderHidden(true);
   setUniformRowHeights(true);

@@ -17,7 +17,10 @@ int numberAfterThrowing(const Exception& exception) {
   }
 }
 
-TEST(Failure, CarriesItsNumber) { EXPECT_EQ(Failure(31001).number(), 31001); }
+TEST(Failure, CarriesItsNumber) {
+  EXPECT_EQ(Failure(31001).number(), 31001);
+  EXPECT_STREQ(Failure(31001).what(), "Failure 31001");
+}
 
 TEST(CurrentFailureNumber, IsTheFailuresOwn) {
   EXPECT_EQ(numberAfterThrowing(Failure(53)), 53);

@@ -20,7 +20,7 @@ class RecordDialogStage : public RecordFileStage {
  protected:
   RecordDialogStage() {
     tree_.addRoot();
-    tree_.select(addRecordToTree(tree_, "one.two.three/a", 'N'));
+    tree_.select(tree_.addMissingLevels(addressLevels("one.two.three/a"), 'N'));
     clock_.set({.year = 2026, .month = 1, .day = 2, .hour = 15, .minute = 4, .second = 5});
   }
 

@@ -229,7 +229,7 @@ TEST_F(SiteFileTest, AddsToTheTreeThatIsThere) {
   givenTheFile(record("one.two.three"));
   SiteTree tree;
   tree.addRoot();
-  addRecordToTree(tree, "four.five.six", 'N');
+  tree.addMissingLevels(addressLevels("four.five.six"), 'N');
   siteFile_.readSiteFile(tree);
   EXPECT_EQ(tree.size(), 3U);
 }
@@ -541,7 +541,9 @@ TEST_F(SiteFileTest, FailsToUpdateBehindAnUnreadableRecord) {
 TEST(AddRecordToTree, FailsAtThe51stLevelBeforeANodeIsTouched) {
   SiteTree tree;
   tree.addRoot();
-  EXPECT_EQ(failureNumberOf([&tree] { addRecordToTree(tree, addressOfLevels(51), 'N'); }), 9);
+  EXPECT_EQ(
+      failureNumberOf([&tree] { tree.addMissingLevels(addressLevels(addressOfLevels(51)), 'N'); }),
+      9);
   EXPECT_EQ(tree.size(), 1U);
 }
 

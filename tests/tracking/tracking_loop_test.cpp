@@ -757,7 +757,7 @@ TEST_F(CrowdedTrackingLoopTest, HasFoundNothingWhenTheTreeCannotBeSearched) {
   visit("http://one.two.three/a");
   visit("http://one.two.three/a");
   EXPECT_TRUE(loop_.addressFound());
-  addRecordToTree(tree_, "four.five.six", 'N');
+  tree_.addMissingLevels(addressLevels("four.five.six"), 'N');
   messageBox_.expect(kTooMuchData, MessageBoxStyle::Critical);
   visit("http://one.two.three/a");
   EXPECT_FALSE(loop_.addressFound());
