@@ -95,11 +95,13 @@ class DebianPackage(PackageTest):
         running.wait_for_main_window()
 
         self.system.run_as_root("dpkg", "-i", self.given_a_newer_package())
-        self.assert_starts_and_ends(user, "quorrix")
+        again = self.start(user, "quorrix")  # shows the window of the one that runs
+        self.assertEqual(0, again.exit_status(), again.output())
         self.assertEqual(bytes_of(self.system.path("usr/lib/quorrix"), "Quorrix"),
                          bytes_of(folder, "Quorrix"))
         running.close()
         self.assertEqual(0, running.exit_status())
+        self.assert_starts_and_ends(user, "quorrix")
         self.assertEqual(sites, everything_in(folder, "Data", "Archives"))
         self.assertEqual(["Archives", "Data", "Quorrix", "Quorrix.hlp"],
                          sorted(os.listdir(folder)))
