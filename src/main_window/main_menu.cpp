@@ -37,13 +37,10 @@ void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items)
       case MenuItemKind::Entry: {
         QAction* const action = inside->addAction(caption);
         action->setObjectName(QString::fromLatin1(item.name));
-        action->setEnabled(item.handler != nullptr);
         if (item.keys != QKeyCombination()) action->setShortcut(item.keys);
-        if (item.handler != nullptr) {
-          QObject::connect(action, &QAction::triggered, &form, [&form, handler = item.handler] {
-            form.runCommand([&form, handler] { (form.*handler)(); });
-          });
-        }
+        QObject::connect(action, &QAction::triggered, &form, [&form, handler = item.handler] {
+          form.runCommand([&form, handler] { (form.*handler)(); });
+        });
         break;
       }
     }

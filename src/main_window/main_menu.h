@@ -18,23 +18,23 @@ enum class MenuItemKind {
   Separator,
 };
 
-// What a command works with.
+// What a command needs.
 enum class MenuItemNeeds {
   Nothing,
-  Data,  // the recorded sites or their files, which are there once the start-up is over
+  Data,  // the recorded sites or their files, which are available after the start-up
 };
 
 struct MenuItem {
   MenuItemKind kind;
   const char* name;
   const char* caption;
-  void (MainForm::*handler)();  // null: not there yet, shown disabled
+  void (MainForm::*handler)();  // null unless this is an entry
   MenuItemNeeds needs = MenuItemNeeds::Nothing;
-  QKeyCombination keys = {};  // that choose it too while the window is in use; Key_unknown: none
+  QKeyCombination keys = {};  // shortcut while the window is active; Key_unknown: none
 };
 
-// Every action is named after its item, and an entry runs its handler as a command of
-// the form. The first item is a menu.
+// Every action is named after its item. An entry runs its handler with
+// MainForm::runCommand(). The first item must be a menu.
 void fillMenuBar(QMenuBar& bar, MainForm& form, std::span<const MenuItem> items);
 
 // Enables or disables the entries that need the data.
