@@ -11,8 +11,8 @@ constexpr std::size_t kMostLevels = 6;
 constexpr std::size_t kShortest = 20;
 constexpr std::size_t kLongest = 120;
 
-// Twelve folders a level: pages of a site share folders near its top, as they
-// do on real sites, and have them to themselves further down.
+// Twelve folder names per level. As on real sites, the pages of a site share folders near
+// its top and have their own further down.
 constexpr std::array<std::string_view, 12> kFolders{"news",    "articles", "products", "en",
                                                     "archive", "2024",     "gallery",  "support",
                                                     "user",    "forum",    "docs",     "category"};
@@ -40,7 +40,8 @@ void AddressList::growTo(std::size_t count) {
   for (std::size_t number = starts_.size() - 1; number < count; ++number) add(number);
 }
 
-// The last level's name tells the number, which makes the address the only one of its kind.
+// The name of the last level contains the number, which makes the address unique. Each
+// host is used only once without further levels.
 void AddressList::add(std::size_t number) {
   std::size_t levels = 1 + below(kMostLevels);
   if (levels == 1 && bareHosts_ == kHosts) levels = 2 + below(kMostLevels - 1);

@@ -1,5 +1,5 @@
-// Addresses as years of browsing leave them behind, the same ones in every run:
-// all different, of 20,000 hosts, 1 to 6 levels and 20 to 120 characters.
+// Addresses like those recorded in years of browsing, the same ones in every run. All are
+// different; they have 20,000 hosts, 1 to 6 levels and 22 to 120 characters.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +13,8 @@ namespace quorrix::bench {
 
 class AddressList {
  public:
-  // Afterwards there are at least `count` addresses; those that were there stay
-  // the same, but views of them end.
+  // Grows the list to at least `count` addresses. Existing addresses do not change, but
+  // views of them become invalid.
   void growTo(std::size_t count);
 
   [[nodiscard]] std::string_view operator[](std::size_t index) const {
@@ -22,7 +22,7 @@ class AddressList {
         .substr(starts_[index], starts_[index + 1] - starts_[index]);
   }
 
-  // The length of the first `count` addresses together.
+  // The total length of the first `count` addresses.
   [[nodiscard]] std::size_t bytesOf(std::size_t count) const { return starts_[count]; }
 
  private:
@@ -32,7 +32,7 @@ class AddressList {
   std::string characters_;
   std::vector<std::size_t> starts_{0};
   std::mt19937_64 random_;
-  std::size_t bareHosts_ = 0;  // how many hosts have stood alone as an address
+  std::size_t bareHosts_ = 0;  // how many addresses are a host alone
 };
 
 }  // namespace quorrix::bench

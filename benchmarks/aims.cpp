@@ -8,8 +8,8 @@
 namespace quorrix::bench {
 namespace {
 
-// Either below the time of a peer, or so many times that time, or below a fixed number, of
-// milliseconds or of the named counter.
+// The measured value must be below either the time of a peer, multiplied by `timesPeer`,
+// or the fixed `bound`. It is in milliseconds, or the value of the named counter.
 struct Aim {
   std::string_view what;
   std::string_view measured;

@@ -1,4 +1,4 @@
-// What the benchmarks are held against, and how a visit's time grows with the file.
+// The aims of the benchmarks, and how the time of a visit grows with the file.
 #pragma once
 
 #include <ostream>
@@ -7,7 +7,7 @@
 
 namespace quorrix::bench {
 
-// Prints a line per aim whose benchmarks were run.
+// Prints a line for each aim whose benchmarks were run.
 void printAims(std::ostream& out, const Medians& medians);
 
 // Prints how many times longer a visit takes in a file ten times as large.

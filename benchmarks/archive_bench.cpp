@@ -34,7 +34,7 @@ void copyBytes(const Path& from, const Path& to) {
   std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing);
 }
 
-// A program's folder with full data files, and an archive of the same size.
+// The program's folder with full data files, and an archive of the same size.
 class FullFolders {
  public:
   explicit FullFolders(BenchData& data)
@@ -70,7 +70,7 @@ class FullFolders {
     requireCopiesIn(archive_);
   }
 
-  // With the tree, without its view.
+  // Builds the tree, but not its view.
   void load(FileSystem& system) {
     SystemClock clock;
     SiteTree tree;
@@ -82,7 +82,8 @@ class FullFolders {
     if (tree.size() < kSites) throw std::runtime_error("the tree was not built");
   }
 
-  // The files' bytes and nothing else, each on the disk before the next.
+  // Copies the files' bytes and nothing else. Each file reaches the disk before the next
+  // one is copied.
   void copyAndSync() {
     for (const Path& original : originals_) {
       const Path target = archive_ / original.filename();

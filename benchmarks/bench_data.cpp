@@ -45,7 +45,7 @@ void writeRecordTable(const Path& path, const RecordKind& kind, const AddressLis
   table.finish();
 }
 
-// Else the disk would still be busy with a file while something else is measured.
+// Otherwise the disk would still be busy with a file while something else is measured.
 void sync(const Path& path) { PosixFileSystem().openRandomAccess(path)->sync(); }
 
 }  // namespace

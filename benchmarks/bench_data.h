@@ -1,6 +1,6 @@
-// The data that all benchmarks share: addresses, site files, record files and SQLite
-// tables of the same addresses in the same order. Each is made when first asked for, once
-// a run.
+// The data that all benchmarks share: addresses, and site files, record files and SQLite
+// tables of the same addresses in the same order. Each is created once per run, when it
+// is first requested.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ class BenchData {
  public:
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_.path(); }
 
-  // At least `count` addresses: what the files of that size hold.
+  // At least `count` addresses. The first `count` are those in the files of that size.
   [[nodiscard]] const AddressList& addresses(std::size_t count);
 
   // A working folder with a site file of `count` records.
@@ -26,10 +26,10 @@ class BenchData {
   // A database in WAL mode with a SqliteSiteTable of `count` rows.
   [[nodiscard]] std::filesystem::path database(std::size_t count);
 
-  // A working folder with a file of `count` records of this kind, one a site.
+  // A working folder with a file of `count` records of this kind, one per site.
   [[nodiscard]] WorkingPaths recordFile(const RecordKind& kind, std::size_t count);
 
-  // A database in WAL mode with a SqliteRecordTable of the same.
+  // A database in WAL mode with a SqliteRecordTable of the same records.
   [[nodiscard]] std::filesystem::path recordDatabase(const RecordKind& kind, std::size_t count);
 
  private:

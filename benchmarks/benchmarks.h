@@ -1,5 +1,5 @@
-// What main() registers: one function per family of benchmarks. Names read
-// "family/who/size", and all of one family and size do the same work.
+// The functions that register the benchmarks, called by main(). A name has the form
+// "family/who/size"; all benchmarks of one family and size do the same work.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -12,27 +12,28 @@
 
 namespace quorrix::bench {
 
-inline constexpr int kRepetitions = timed(5);  // the median of which is reported
+inline constexpr int kRepetitions = timed(5);  // their median is reported
 
-// A site file into the tree.
+// Loading a site file into the tree.
 void registerLoadBenchmarks(BenchData& data);
 
-// One visit to a known address into the site file.
+// Recording one visit to a known address in the site file.
 void registerVisitBenchmarks(BenchData& data);
 
-// Finding, saving and removing the last of as many records as a record file can number.
+// Finding, saving and removing the last record of a record file of the maximum size.
 void registerRecordBenchmarks(BenchData& data);
 
-// A host with a fifth of all sites out of four files.
+// Deleting a fifth of all sites from four files.
 void registerDeletionBenchmarks(BenchData& data);
 
-// Four files of the usual sizes into an archive and back.
+// Moving four files of the usual sizes into an archive, and loading it.
 void registerArchiveBenchmarks(BenchData& data);
 
-// A text, a day or both in the site file, and an address in the tree.
+// Searching the site file for a text, a day or both, and finding an address in the tree.
 void registerSearchBenchmarks(BenchData& data);
 
-// Expanding the tree's view; nothing in a build without the forms.
+// Using the tree's view and the list of results. Registers nothing in a build without the
+// forms.
 void registerViewBenchmarks(BenchData& data);
 
 [[nodiscard]] inline std::string nameOf(const std::string& familyAndWho, std::size_t size) {

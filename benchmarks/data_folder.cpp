@@ -17,7 +17,7 @@ struct Mount {
   std::string source;
 };
 
-// From the table of mounts: "id parent major:minor root point options... - type source ..."
+// Parses lines like "id parent major:minor root point options... - type source ..."
 Mount mountOf(const std::string& device) {
   std::ifstream table("/proc/self/mountinfo");
   for (std::string line; std::getline(table, line);) {
@@ -36,7 +36,7 @@ Mount mountOf(const std::string& device) {
   return {"an unknown file system", "an unknown disk"};
 }
 
-// A partition has no queue of its own, the disk one level up has.
+// A partition has no queue of its own; the disk, one level up, has one.
 std::string kindOfDisk(const std::string& device) {
   const std::filesystem::path disk = std::filesystem::path("/sys/dev/block") / device;
   for (const auto& queue : {disk / "queue", disk / ".." / "queue"}) {

@@ -1,5 +1,5 @@
-// The folder that the benchmarks keep their data in: made for one run, on a disk,
-// removed at its end.
+// The folder for the benchmarks' data, which should be on a disk. It is created for one
+// run and removed at its end.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@ namespace quorrix::bench {
 
 class DataFolder {
  public:
-  // In $QUORRIX_BENCH_DIR, else in the build folder.
+  // Creates the folder in $QUORRIX_BENCH_DIR or, if that is not set, in the build folder.
   DataFolder();
   ~DataFolder();
   DataFolder(const DataFolder&) = delete;
@@ -21,8 +21,9 @@ class DataFolder {
   std::filesystem::path path_;
 };
 
-// The file system and the disk that hold `folder`, in words: "ext4 on /dev/sda1, a
-// disk without moving parts". Says so when it is memory, where a sync costs nothing.
+// A description of the file system and the disk that hold `folder`, such as "ext4 on
+// /dev/sda1, reported as not rotating". It says if they are memory, where a sync costs
+// nothing.
 [[nodiscard]] std::string storageUnder(const std::filesystem::path& folder);
 
 }  // namespace quorrix::bench

@@ -24,11 +24,11 @@
 namespace quorrix::bench {
 namespace {
 
-constexpr std::size_t kRecords = sized(100'000);  // of each file, one a site
+constexpr std::size_t kRecords = sized(100'000);  // of each file, one per site
 constexpr std::size_t kDeleted = sized(20'000);
 
-// The sites to delete were visited in between others, which is the harder case: nearly
-// every page of the files changes.
+// The sites to delete were visited in between others. This is the harder case, because
+// nearly every page of the files changes.
 constexpr std::size_t kStride = kRecords / kDeleted;
 
 enum class Sync { Yes, No };
@@ -120,8 +120,8 @@ Turn programTurn(FourFiles& files, Sync sync) {
           .prepare = [&files] { files.restore(); }};
 }
 
-// The files' bytes read, the records overwritten one by one, and the files synced:
-// nothing is sought.
+// Reads the file's bytes, overwrites the records one by one, and syncs the file. Searches
+// for nothing.
 void readWriteAndSync(const FourFiles::File& file, std::vector<char>& block) {
   const FileDescriptor open(::open(file.path.c_str(), O_RDWR | O_CLOEXEC));
   while (::read(open.number(), block.data(), block.size()) > 0) {

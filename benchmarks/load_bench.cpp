@@ -19,18 +19,19 @@ namespace {
 constexpr std::size_t kCounts[] = {sized(100'000), sized(1'000'000)};  // of records
 constexpr std::size_t kLimitBlock = std::size_t{1024} * 1024;
 
-// Bytes that the program holds from malloc, its bookkeeping included.
+// Bytes that the program has allocated with malloc, including malloc's bookkeeping.
 std::size_t allocatedBytes() {
   const auto info = mallinfo2();
   return info.uordblks + info.hblkhd;
 }
 
-// Fills a new tree by `load` and measures that alone, not the tree's end. Like a
-// program that starts, every tree begins with memory fresh from the system.
+// Measures `load` filling a new tree, without the tree's destruction. As in a program
+// that starts, every tree begins with memory fresh from the system.
 //
-// bytes_per_node is what malloc has handed out for the tree, spare room in its
-// tables and malloc's own bookkeeping included, without the characters of the
-// addresses (all different, each counted once), divided by the number of nodes.
+// bytes_per_node is the memory that malloc has allocated for the tree, divided by the
+// number of nodes. It includes the spare room in the tree's tables and malloc's own
+// bookkeeping. It excludes the characters of the addresses, which are all different and
+// counted once each.
 template <typename Load>
 void measureLoading(benchmark::State& state, std::size_t addressBytes, Load load) {
   std::size_t nodes = 0;

@@ -1,5 +1,5 @@
-// Runs the benchmarks and prints medians, the aims, and how visits grow. Takes
-// Google Benchmark's options, such as --benchmark_filter=visit.
+// Runs the benchmarks. Prints the medians, the aims, and how the time of a visit grows.
+// Accepts Google Benchmark's options, such as --benchmark_filter=visit.
 #include <benchmark/benchmark.h>
 
 #include <exception>
@@ -39,8 +39,8 @@ void run() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // The contestants take turns, repetition by repetition, so that a machine that is
-  // busy for a while is busy for all of them. An argument of the caller's wins.
+  // The contestants take turns, repetition by repetition, so that a machine that is busy
+  // for a while slows all of them. The caller's own arguments take precedence.
   std::string turns = "--benchmark_enable_random_interleaving=true";
   std::vector<char*> arguments(argv, argv + argc);
   arguments.insert(arguments.begin() + 1, turns.data());

@@ -1,6 +1,6 @@
-// Shows the median of each benchmark's repetitions and nothing else, at the end and
-// in the order of registration, since contestants that take turns end in any order.
-// Keeps the medians for the table of aims.
+// Shows only the median of each benchmark's repetitions, and errors. Shows them at the
+// end in the order of registration, because contestants that take turns finish in any
+// order. Keeps the medians for the table of aims.
 #pragma once
 
 #include <benchmark/benchmark.h>

@@ -22,7 +22,7 @@ namespace {
 constexpr std::size_t kRecords = sized(kLastRecordNumber);
 constexpr int kTurns = timed(51);
 
-// As for the visits: a log that still grows costs more to sync.
+// As for visits: a log that still grows costs more to sync.
 constexpr std::size_t kChangesUntilLogIsReused = sized(2'000);
 
 using Synchronous = SqliteRecordTable::Synchronous;
@@ -41,14 +41,14 @@ class LastRecord {
         before_(kind.rowOf(data.addresses(kRecords)[kRecords - 1], 0)),
         after_(kind.rowOf(data.addresses(kRecords)[kRecords - 1], 1)) {}
 
-  // In the file: the record as it was, or for one that is to be appended none.
+  // Restores the record in the file, or removes it if it is to be appended.
   void prepareFile() {
     if (operation_ == Operation::Append) return std::filesystem::resize_file(path(), offset());
     files_.openRandomAccess(path())->writeAt(offset(), kind_.recordOf(before_));
   }
 
-  // A dialog has found its record before it changes it; the first search is measured
-  // as finding.
+  // A dialog finds its record before it changes it. That search is measured by
+  // Operation::Find.
   std::unique_ptr<RecordEditor> openEditor(FileSystem& files) {
     auto editor = kind_.edit(files, paths_);
     if (operation_ == Operation::Replace || operation_ == Operation::Remove) editor->find(before_);
@@ -139,7 +139,7 @@ Turn sqliteTurn(const Last& last, Synchronous synchronous) {
           .prepare = [last, table] { last->prepareTable(*table); }};
 }
 
-// The record written in its place and synced, and nothing else.
+// Writes the record in place and syncs the file, and nothing else.
 Turn writeLimitTurn(const Last& last) {
   return {.run =
               [last, bytes = last->bytesAfter()] {
@@ -153,7 +153,7 @@ Turn writeLimitTurn(const Last& last) {
           .prepare = [last] { last->prepareFile(); }};
 }
 
-// The file's bytes read, and nothing else.
+// Reads the file's bytes, and nothing else.
 Turn readLimitTurn(const Last& last) {
   return {.run =
               [last, block = std::vector<char>(std::size_t{256} * 1024)]() mutable {
@@ -208,7 +208,7 @@ void registerRecordBenchmarks(BenchData& data) {
     registerWriting({data, *kind, "replace", Operation::Replace});
     registerWriting({data, *kind, "remove", Operation::Remove});
   }
-  // A purchase saved never replaces one that is there.
+  // Saving a purchase never replaces an existing one.
   registerReading({data, purchaseKind(), "find", Operation::Find});
   registerWriting({data, purchaseKind(), "append", Operation::Append});
   registerWriting({data, purchaseKind(), "remove", Operation::Remove});

@@ -15,7 +15,7 @@ void mustBeFound(const Found& found) {
   if (!found) throw std::runtime_error("the record sought is not found");
 }
 
-// An editor of one of the program's file classes.
+// A RecordEditor that uses one of the program's file classes.
 template <typename File>
 class EditorOf final : public RecordEditor {
  public:

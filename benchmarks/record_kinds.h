@@ -1,5 +1,5 @@
-// The three record files as the benchmarks see them: a row of texts is a record of the
-// file and a row of the peer's table alike.
+// The three record files for the benchmarks. A row of texts represents both a record of
+// the file and a row of the peer's table.
 #pragma once
 
 #include <cstddef>
@@ -17,11 +17,11 @@ namespace quorrix::bench {
 
 using Row = SqliteRecordTable::Row;
 
-// The program's own file class, for as long as a dialog has it.
+// One of the program's own file classes, with the lifetime that it has in a dialog.
 class RecordEditor {
  public:
   virtual ~RecordEditor() = default;
-  virtual void find(const Row& row) = 0;  // throws when there is no such record
+  virtual void find(const Row& row) = 0;  // throws if there is no such record
   virtual void save(const Row& row) = 0;
   virtual void remove(const Row& row) = 0;
 };
@@ -32,10 +32,10 @@ struct RecordKind {
   std::size_t recordLength;
   RecordColumns columns;
   std::vector<FieldLayout> fields;  // of the columns
-  std::string_view terminator;      // of every field behind the site's key
+  std::string_view terminator;      // of every field after the site key
 
-  // A record of this site as a user would have entered it. `version` tells one entry
-  // from the next, so that no saving finds what it would write.
+  // Makes a record of this site like one that a user enters. `version` makes entries
+  // differ, so that the record to save is never in the file already.
   Row (*rowOf)(std::string_view siteKey, std::size_t version);
 
   std::unique_ptr<RecordEditor> (*edit)(FileSystem& files, const WorkingPaths& paths);

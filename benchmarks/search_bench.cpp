@@ -26,18 +26,21 @@ constexpr std::size_t kRecords = sized(1'000'000);
 constexpr std::size_t kNodes = sized(1'000'000);
 constexpr std::size_t kLimitBlock = std::size_t{1024} * 1024;
 
-// In capitals, where the addresses have small letters: the hosts 770 to 779 of 20,000.
+// In capitals, while the addresses have small letters. Matches the hosts 770 to 779 of
+// 20,000.
 constexpr const char* kText = "SITE-NO-0077";
 constexpr const char* kPattern = "%SITE-NO-0077%";
 
-// The addresses were visited in the ten years from 2016, the last tenth of which counts.
+// The addresses were visited in the ten years from 2016. The date matches the visits of
+// the last year, about a tenth.
 constexpr int kFirstYear = 2016;
 constexpr const char* kDate = "1/1/25";
 constexpr int kDay = 20250101;
 
 using Found = std::vector<std::string>;
 
-// Any order but that of the addresses, the same in every run.
+// A random time, the same in every run, so that the visits are not in the order of the
+// addresses.
 LocalDateTime visitOf(std::size_t number) {
   std::mt19937_64 random(number);
   const auto below = [&random](unsigned bound) { return static_cast<int>(random() % bound); };
@@ -101,7 +104,7 @@ class VisitedSites {
   std::optional<SqliteSearchTable> table_;
 };
 
-// Made by the first benchmark that needs it.
+// Created by the first benchmark that needs it.
 class SharedSites {
  public:
   explicit SharedSites(BenchData& data) : data_(data) {}
@@ -134,7 +137,7 @@ Found readBytes(VisitedSites& sites) {
   return {};
 }
 
-// What all contestants of one family have to find.
+// What all contestants of one family must find.
 using Answer = std::shared_ptr<std::optional<Found>>;
 
 void requireSame(const Answer& answer, Found found) {
@@ -160,7 +163,7 @@ void registerOne(const char* name, const std::shared_ptr<SharedSites>& sites, co
       ->ReportAggregatesOnly(true);
 }
 
-// Looks up addresses of all depths in a tree of all the levels that they have.
+// Looks up addresses of all depths in a tree that has all their levels.
 void locate(benchmark::State& state, BenchData& data) {
   const AddressList& addresses = data.addresses(kNodes);
   SiteTree tree;

@@ -1,6 +1,6 @@
-// How much data the benchmarks work on, and how often. The build for the tests takes a
-// hundredth of both: there it counts that every benchmark runs, not what it measures.
-// There is no median of fewer than two repetitions.
+// The amount of data and the number of repetitions. The build for the tests uses a
+// hundredth of both, because there it only matters that every benchmark runs, not what it
+// measures. A median needs at least two repetitions.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// An SQLite database in WAL mode: what the peers' tables have in common. Whatever fails
+// An SQLite database in WAL mode: what the peers' tables have in common. Every failure
 // throws std::runtime_error.
 #pragma once
 
@@ -26,14 +26,14 @@ class SqliteDatabase {
   void execute(const std::string& sql);
   [[nodiscard]] Statement prepare(const std::string& sql);
 
-  // `text` has to live until the statement has run. The first place is 1.
+  // `text` must stay valid until the statement has run. Places count from 1.
   void bind(sqlite3_stmt* statement, int place, std::string_view text) const;
   void bind(sqlite3_stmt* statement, int place, int value) const;
 
-  // Takes a statement to its next row; false at the end.
+  // Advances a statement to its next row. Returns false at the end.
   [[nodiscard]] bool step(sqlite3_stmt* statement) const;
 
-  // Runs a statement that has no rows, and makes it ready for the next time.
+  // Runs a statement to its end, ignores the rows left, and resets it for the next use.
   void run(sqlite3_stmt* statement) const;
 
  private:
@@ -42,7 +42,7 @@ class SqliteDatabase {
   std::unique_ptr<sqlite3, Close> database_;
 };
 
-// Of the row that the statement stands at; the first column is 0.
+// The text of a column in the statement's current row. Columns count from 0.
 [[nodiscard]] std::string_view textOf(sqlite3_stmt* statement, int column);
 
 }  // namespace quorrix::bench

@@ -5,7 +5,8 @@
 namespace quorrix::bench {
 namespace {
 
-// What `itemOf` makes of every name, with `separator` in between.
+// Joins the results of `itemOf` for every name and its place, counted from 1, with
+// `separator`.
 template <typename ItemOf>
 std::string joined(std::span<const std::string> names, const char* separator, ItemOf itemOf) {
   std::string text;

@@ -1,6 +1,6 @@
-// The peer of a record file: its records as a table of an SQLite database, the columns
-// that a record is found by indexed together. The connection and its prepared
-// statements stay open for the life of the object.
+// The peer of a record file: its records as a table of an SQLite database, with one index
+// over the columns that identify a record. The connection and its prepared statements
+// stay open for the life of the object.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace quorrix::bench {
 
 struct RecordColumns {
   std::vector<std::string> names;
-  std::size_t keys;  // so many of the first ones are what a record is found by
+  std::size_t keys;  // this many of the first columns identify a record
 };
 
 class SqliteRecordTable {
@@ -26,14 +26,14 @@ class SqliteRecordTable {
   SqliteRecordTable(const std::filesystem::path& path, RecordColumns columns,
                     Synchronous synchronous);
 
-  // Filling an empty database: create(), upsert() for each row, finish().
+  // To fill an empty database, call create(), upsert() for each row, and finish().
   void create();
   void finish();
 
-  // The row of `keys`, empty where there is none.
+  // Returns the row with these keys, or an empty row if no row has them.
   [[nodiscard]] Row find(std::span<const std::string> keys);
 
-  // Inserts the row, or sets the other columns of the one with its keys.
+  // Inserts the row, or updates the other columns of the row with the same keys.
   void upsert(const Row& row);
 
   void remove(std::span<const std::string> keys);

@@ -1,6 +1,7 @@
-// The peer of the search: the site records as a table of an SQLite database, nothing
-// indexed, the day of each visit as a number that grows with the calendar (20251121).
-// Connection and statements stay open for the life of the object.
+// The peer of the search: the site records as a table of an SQLite database, without an
+// index. The day of each visit is a number that grows with the date (20251121). The
+// connection stays open for the life of the object; each search prepares its own
+// statement.
 #pragma once
 
 #include <filesystem>
@@ -16,13 +17,13 @@ class SqliteSearchTable {
  public:
   explicit SqliteSearchTable(const std::filesystem::path& path);
 
-  // Filling an empty database: create(), append() for each row, finish().
+  // To fill an empty database, call create(), append() for each row, and finish().
   void create();
   void append(std::string_view address, std::string_view accessStamp, int day);
   void finish();
 
-  // The addresses of all matching rows in the order in which they were appended. A
-  // pattern is one of LIKE, which ignores the case of unaccented letters.
+  // Return the addresses of all matching rows in the order in which they were appended. A
+  // pattern is a LIKE pattern, which ignores the case of unaccented letters.
   [[nodiscard]] std::vector<std::string> likeText(std::string_view pattern);
   [[nodiscard]] std::vector<std::string> sinceDay(int day);
   [[nodiscard]] std::vector<std::string> likeTextSinceDay(std::string_view pattern, int day);

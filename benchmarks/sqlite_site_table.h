@@ -1,5 +1,6 @@
-// The peer: the site records as a table of an SQLite database, addresses indexed.
-// The connection and its prepared statements stay open for the life of the object.
+// The peer of the site file: its records as a table of an SQLite database, with an index
+// over the addresses. The connection and the statements that write stay open for the life
+// of the object.
 #pragma once
 
 #include <cstdint>
@@ -18,19 +19,20 @@ class SqliteSiteTable {
   SqliteSiteTable(const std::filesystem::path& path, Synchronous synchronous)
       : database_(path, synchronous) {}
 
-  // Filling an empty database: create(), append() for each row, finish().
+  // To fill an empty database, call create(), append() for each row, and finish().
   void create();
   void append(std::string_view address, char protocolFlag, std::string_view accessStamp);
   void finish();
 
-  // The number of rows, for a table that nothing was ever deleted from.
+  // The number of rows, provided that no row was ever deleted.
   [[nodiscard]] std::uint64_t rowCount();
 
-  // All rows in the order in which they were appended.
+  // Visits all rows in the order in which they were appended.
   using Visit = std::function<void(std::string_view address, char protocolFlag)>;
   void scan(const Visit& visit);
 
-  // Inserts the row, or sets flag and stamp of the one with this address; one transaction.
+  // Inserts the row, or updates the flag and the stamp of the row with this address, in
+  // one transaction.
   void upsert(std::string_view address, char protocolFlag, std::string_view accessStamp);
 
  private:

@@ -10,8 +10,8 @@
 namespace quorrix::bench {
 namespace {
 
-// Operations come one by one. In a burst, a write can find the file's times set by the
-// one just before it, and its sync has less to do than that of a lone one.
+// In real use operations come one by one. In a burst, the previous write may already have
+// set the file's times, so that the sync has less to do than after a single write.
 constexpr std::chrono::milliseconds kPause{5};
 
 }  // namespace
@@ -23,7 +23,7 @@ void registerTurns(const std::string& name, int repetitions, const std::function
         if (!turn) turn = make();
         for ([[maybe_unused]] auto _ : state) {
           turn->prepare();
-          ::sync();  // what others have left unwritten is not for this one's sync to write
+          ::sync();  // so that this turn's sync does not write what others left
           std::this_thread::sleep_for(kPause);
           const auto start = std::chrono::steady_clock::now();
           turn->run();

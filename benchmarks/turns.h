@@ -1,6 +1,6 @@
-// Benchmarks of single operations whose contestants take turns. A disk is quick at
-// one moment and slow at the next: every repetition is one operation, the contestants'
-// repetitions are mixed, and the median is one of many.
+// Benchmarks of single operations whose contestants take turns. The speed of a disk
+// varies from moment to moment. So every repetition is one operation, the contestants'
+// repetitions are interleaved, and the median is taken over many of them.
 #pragma once
 
 #include <functional>
@@ -10,11 +10,11 @@ namespace quorrix::bench {
 
 struct Turn {
   std::function<void()> run;              // what is measured
-  std::function<void()> prepare = [] {};  // what has to be done first, unmeasured
+  std::function<void()> prepare = [] {};  // what has to be done first, not measured
 };
 
-// `make` is called when the contestant's first turn comes. What the turn keeps open,
-// it keeps for the whole run, as a program does that runs all day.
+// `make` is called at the contestant's first turn. What the turn holds open stays open
+// for the whole run, as in a program that runs all day.
 void registerTurns(const std::string& name, int repetitions, const std::function<Turn()>& make);
 
 }  // namespace quorrix::bench

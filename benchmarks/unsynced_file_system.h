@@ -1,5 +1,5 @@
-// The real file system, but for sync(), which does nothing: what is left of an
-// operation's time is its own work.
+// The real file system, except that sync() does nothing. Only an operation's own work is
+// then measured.
 #pragma once
 
 #include "platform/file_system.h"

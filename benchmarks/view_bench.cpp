@@ -20,7 +20,7 @@ constexpr std::size_t kNodes = sized(100'000);
 constexpr std::size_t kSites = sized(200'000);
 constexpr std::size_t kResults = sized(1'000'000);
 
-// Qt without a display; made by the first benchmark that needs it.
+// Qt without a display, created by the first benchmark that needs it.
 class OffscreenApplication {
  public:
   OffscreenApplication() {
@@ -35,21 +35,21 @@ class OffscreenApplication {
   std::unique_ptr<QApplication> application_;
 };
 
-// Addresses of all depths, until the tree is as large as it should be.
+// Adds addresses of all depths until the tree has at least kNodes nodes.
 void fillWithPages(SiteTree& tree, BenchData& data) {
   const AddressList& addresses = data.addresses(kNodes);
   for (std::size_t i = 0; tree.size() < kNodes; ++i)
     tree.addMissingLevels(addressLevels(addresses[i]), 'N');
 }
 
-// All nodes below the root: the most rows that one expanding can bring.
+// Adds all nodes directly below the root: the most rows that expanding one node can show.
 void fillWithHosts(SiteTree& tree, BenchData&) {
   for (std::size_t i = 1; tree.size() < kNodes; ++i) {
     tree.addMissingLevels(addressLevels("www.host-" + std::to_string(i) + ".com"), 'N');
   }
 }
 
-// Expands by `expand` what is collapsed in a new view, until it is painted.
+// Measures the time until a new, collapsed view is expanded by `expand` and painted.
 void measureExpanding(benchmark::State& state, SiteTree& tree,
                       const std::function<void(SiteTreeView&)>& expand) {
   for ([[maybe_unused]] auto _ : state) {
@@ -89,7 +89,7 @@ void registerOne(const std::string& name, BenchData& data, Fill fill, Expand exp
       ->ReportAggregatesOnly(true);
 }
 
-// What the user waits for: `act` and the picture after it. `view` is already painted.
+// The seconds that the user waits: for `act`, and until `painted` is painted after it.
 double timeUntilPainted(QWidget& painted, const std::function<void()>& act) {
   const auto start = std::chrono::steady_clock::now();
   act();
@@ -113,7 +113,7 @@ void registerRun(const std::string& name, Run run, int repetitions) {
       ->ReportAggregatesOnly(true);
 }
 
-// A tree of which every row is expanded, in a view that is painted.
+// A tree in a view, with every row expanded.
 class ExpandedTree {
  public:
   explicit ExpandedTree(BenchData& data) {
@@ -168,7 +168,7 @@ void registerViewBenchmarks(BenchData& data) {
         prepare();
         ExpandedTree expanded(data);
         for ([[maybe_unused]] auto _ : state) {
-          // Begins no address, so that every row is looked at.
+          // No address begins with it, so every row is checked.
           state.SetIterationTime(timeUntilPainted(*expanded.view().viewport(), [&] {
             pressKey(expanded.view(), Qt::Key_Bar, QStringLiteral("|"));
           }));

@@ -24,8 +24,8 @@ constexpr std::size_t kCounts[] = {sized(10'000), sized(100'000), sized(1'000'00
 constexpr int kVisits = timed(301);
 constexpr int kSearches = timed(101);
 
-// A write-ahead log that still grows costs more to sync than one that is written over
-// from the start, which it is as soon as its 1,000 pages have been carried over.
+// A write-ahead log that still grows costs more to sync than one that is overwritten from
+// its start. SQLite overwrites the log after a checkpoint, which comes at 1,000 pages.
 constexpr std::size_t kVisitsUntilLogIsReused = sized(2'000);
 
 // Records a visit to the address with this number, counted from 0.
@@ -41,8 +41,8 @@ class SiteFileVisitor {
     siteFile_.loadNodes(tree_);
   }
 
-  // As tracking does it: the address is looked up in the tree, whose node knows
-  // where the record was.
+  // As in tracking: the address is looked up in the tree, whose node has the number of
+  // the record.
   void visit(std::size_t number) {
     const std::string_view address = addresses_[number];
     siteFile_.updateSiteRecord(address, 'S', tree_.recordNumber(tree_.at(address)));
@@ -63,7 +63,7 @@ Visit siteFileVisit(BenchData& data, std::size_t count, Sync sync) {
   return [visitor](std::size_t number) { visitor->visit(number); };
 }
 
-// With nothing known about where the record is, the file is searched.
+// The file is searched, because the number of the record is not given.
 Visit searchedSiteFileVisit(BenchData& data, std::size_t count) {
   return [paths = data.siteFile(count), &addresses = data.addresses(count)](std::size_t number) {
     PosixFileSystem files;
@@ -75,8 +75,8 @@ Visit searchedSiteFileVisit(BenchData& data, std::size_t count) {
 Visit sqliteVisit(BenchData& data, std::size_t count, SqliteSiteTable::Synchronous synchronous) {
   const AddressList& addresses = data.addresses(count);
   const auto table = std::make_shared<SqliteSiteTable>(data.database(count), synchronous);
-  // The two contestants share a table. An upsert of what is there already writes nothing,
-  // so each has a flag of its own.
+  // The two contestants share a table. An upsert that changes nothing writes nothing, so
+  // each has its own flag.
   const char flag = synchronous == SqliteSiteTable::Synchronous::Full ? 'S' : 'N';
   const Visit visit = [table, &addresses, flag](std::size_t number) {
     SystemClock clock;
@@ -86,7 +86,7 @@ Visit sqliteVisit(BenchData& data, std::size_t count, SqliteSiteTable::Synchrono
   return visit;
 }
 
-// The record written in its place and synced, and nothing else.
+// Reads the record, writes it in place and syncs the file, and nothing else.
 Visit limitVisit(BenchData& data, std::size_t count) {
   const Path path = data.siteFile(count).currentNodesFile;
   const auto file =

@@ -51,7 +51,7 @@ void activate(const QWidget& /*window*/) {}  // the later start has passed the f
 using RealFileSystem = quorrix::PosixFileSystem;
 using RealCommandShell = quorrix::QtCommandShell;
 
-// The connection that Qt has already; none on Wayland.
+// Qt's own connection; null on Wayland.
 xcb_connection_t* x11Connection() {
   const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
   return x11 ? x11->connection() : nullptr;
@@ -146,7 +146,7 @@ int main(int argc, char* argv[]) {
     QObject::connect(&form, &quorrix::MainForm::unloaded, notifier.get(),
                      [&notifier] { notifier->setEnabled(false); });
   }
-  // Whatever handlers are still running when the window goes return first.
+  // Handlers that are still running when the window closes return first.
   QObject::connect(&form, &quorrix::MainForm::unloaded, &application,
                    [] { QApplication::exit(0); });
   QMetaObject::invokeMethod(

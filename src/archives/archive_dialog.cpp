@@ -65,8 +65,9 @@ void ArchiveDialog::NewButton_Click() {
     NewArchiveDialog dialog(parts(), *this);
     dialog.Form_Load();
     const bool isMade = newArchiveLoadedOK && dialog.exec() == QDialog::Accepted;
-    if (isMade) OKButton().setFocus();  // what is left to do
-    // A question and the dialog that asked go together, and the keyboard with them.
+    if (isMade) OKButton().setFocus();  // the next step
+    // The question and the New Archive dialog close together, and the keyboard focus goes
+    // elsewhere.
     activateWindow();
   });
 }

@@ -1,5 +1,5 @@
-// Archive Sites: moves the display and its data into a folder that the user chooses
-// or, by New Archive, makes.
+// Archive Sites: moves the display and its data into a folder that the user chooses or
+// creates with New Archive.
 #pragma once
 
 #include <functional>
@@ -16,22 +16,23 @@ class ArchiveDialog final : public ExistingArchiveDialog {
   struct Work {
     // Whether the folder holds files that archiving would overwrite; throws Failure.
     std::function<bool(const Path& folder)> holdsArchiveFiles;
-    // Everything between the dialog's giving way and the news of success, in the
-    // main window, too; throws Failure.
+    // Does everything between hiding the dialog and the success message, including the
+    // changes in the main window; throws Failure.
     std::function<void(const Path& folder, EarlierArchive earlier)> archive;
   };
 
   ArchiveDialog(const ArchiveDialogParts& parts, Work work);
 
-  // Before the dialog is shown; it is shown even when this fails.
+  // Call before the dialog is shown. The dialog is shown even if this fails.
   void Form_Load() { load(FailureFamily::OpenArchiveDialog); }
 
-  // For New Archive, which begins where this dialog is and sends it to the new folder.
+  // For New Archive, which opens at this dialog's folder and drive and then points this
+  // dialog at the new folder.
   [[nodiscard]] const Path& folder() const { return Dir1().path(); }
   [[nodiscard]] const Path& drive() const { return Drive1().drive(); }
   void pointAt(const Path& folder, const Path& drive);  // throws Failure
 
-  // Whether New Archive opened without failure.
+  // Whether New Archive opened without a failure.
   bool newArchiveLoadedOK = false;
 
  private:

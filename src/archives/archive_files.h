@@ -1,28 +1,29 @@
-// What an archive folder holds: copies of the four data files, under the same names.
-// Archiving, loading and deleting each have a rule of their own for what they take
-// for an archive. The rules look like one rule written three times and are not.
+// An archive folder holds copies of the four data files, under the same names. Archiving,
+// loading and deleting each have their own rule for what counts as an archive. The three
+// rules look alike but are different.
 #pragma once
 
 #include "platform/file_system.h"
 
 namespace quorrix {
 
-// Archiving: whether the folder holds what an archive would replace, which the user
-// is then asked about. Of five names one is enough. Two of them keep this apart from
-// the other rules: "titles.txt" counts although nothing reads or writes it, and
-// "purchases.dat" follows the folder's path without a separator, so that for
-// "Archives/May" it is "Maypurchases.dat" in "Archives" that counts. Put right, it
-// would raise the question for other folders than users of archives know.
+// Archiving: whether the folder holds files that an archive would replace, in which case
+// the user is asked. Any one of five names is enough. Two of them differ from the other
+// rules: "titles.txt" counts although nothing reads or writes it, and "purchases.dat" is
+// appended to the folder's path without a separator, so for "Archives/May" the file that
+// counts is "Archives/Maypurchases.dat". Correcting this would change which folders raise
+// the question.
 [[nodiscard]] bool holdsArchiveFiles(FileSystem& files, const Path& folder);
 
-// Loading: nodes.dat alone decides. The other three are found missing only when they
-// are copied; asked for here, they would keep a user from the sites of an archive
-// that lacks one of them, which now show in the tree all the same.
+// Loading: only nodes.dat is required. If one of the other three is missing, the load
+// fails when it copies that file. Requiring them here would hide the sites of an
+// incomplete archive, which the tree shows before the copies begin.
 [[nodiscard]] bool canBeLoaded(FileSystem& files, const Path& folder);
 
-// Deleting: whether a file of this name goes with the archive. Eight names, letter
-// case included on every system, the four without an extension among them;
-// "titles.txt" stays. A wider rule would delete files that are not the archive's.
+// Deleting: whether a file of this name is deleted with the archive. There are eight
+// names, four of them without an extension, compared case-sensitively on every system;
+// "titles.txt" is kept. A wider rule would delete files that do not belong to the
+// archive.
 [[nodiscard]] bool isDeletedWithAnArchive(const Path& name);
 
 }  // namespace quorrix

@@ -34,7 +34,7 @@ ArchiveFolderDialog::ArchiveFolderDialog(const ArchiveDialogParts& parts, QWidge
                                          const Texts& texts)
     : QDialog(&owner),
       parts_(parts),
-      // In the order of reading, which is the order of Tab.
+      // In reading order, which is also the tab order.
       prompt_(makeLabel("", texts.prompt, this)),
       Drive1_(named(new DriveList(parts.files, this), "Drive1", QStringLiteral("Drive"))),
       Dir1_(named(new FolderList(parts.files, parts.archives, this), "Dir1",
@@ -115,7 +115,9 @@ ExistingArchiveDialog::ExistingArchiveDialog(const ArchiveDialogParts& parts, co
   setTabOrder(&Dir1(), File1_);
   Dir1().onChange([this] { Dir1_Change(); });
   Text1().installEventFilter(this);
-  // What was chosen last counts: typing the open folder's own path opens nothing.
+  // The user's last choice counts. Typing moves the highlight back to the open folder, so
+  // that a folder highlighted earlier is not opened when the open folder's own path is
+  // typed.
   connect(&Text1(), &QLineEdit::textEdited, &Dir1(), &FolderList::highlightOpenFolder);
 }
 
@@ -153,7 +155,7 @@ bool ExistingArchiveDialog::chooseFolder() {
   return isOpen && isFolderChosen();
 }
 
-// Enter in the box opens what was typed; pressed again, it presses the button.
+// Enter in the box opens the typed path. Pressed again, it presses the default button.
 bool ExistingArchiveDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched != &Text1()) return ArchiveFolderDialog::eventFilter(watched, event);
   if (event->type() == QEvent::FocusOut) {
@@ -173,19 +175,19 @@ bool ExistingArchiveDialog::eventFilter(QObject* watched, QEvent* event) {
   return ArchiveFolderDialog::eventFilter(watched, event);
 }
 
-// A user who is about to cancel is not told that there is no such folder.
+// A user who is about to cancel gets no message about a missing folder.
 void ExistingArchiveDialog::Text1_LostFocus() {
   if (!isVisible() || !isPathTyped() || CancelButton().hasFocus()) return;
   guarded(*this, parts().messageBox, FailureFamily::OtherCommand, [this] { openTypedPath(); });
 }
 
-// An empty box is for OK to refuse.
+// An empty box is not a typed path; OK refuses it.
 bool ExistingArchiveDialog::isPathTyped() const {
   return Text1().text() != textOfPath(Dir1().path()) && !Text1().text().trimmed().isEmpty();
 }
 
-// While the message about a path is open, the release of the mouse button that took the
-// keyboard from the box can still press OK.
+// This can be called again while the message about a path is open: the mouse press on OK
+// that moved the focus away from the box still clicks OK when the button is released.
 bool ExistingArchiveDialog::openTypedPath() {
   if (isOpeningTypedPath_) return false;
   const QScopedValueRollback opening(isOpeningTypedPath_, true);
@@ -197,7 +199,8 @@ bool ExistingArchiveDialog::openTypedPath() {
   return isOpen;
 }
 
-// Whether the box names a folder other than a root. Tells the user when it does not.
+// Whether the path in the box has at least four characters, as that of a folder other
+// than a root does. If not, tells the user.
 bool ExistingArchiveDialog::isFolderChosen() const {
   if (Text1().text().size() >= kShortestFolderPath) return true;
   parts().messageBox.show("You must select a valid directory.", MessageBoxStyle::Exclamation);

@@ -1,6 +1,7 @@
-// What the dialogs of the archives share: the choice of a folder by a drive list and a
-// folder list, a box below them, and the buttons OK and Cancel. For the three on a
-// folder that is there already, also a list of its files; their box shows the path.
+// The base classes of the archive dialogs. Every dialog has a drive list and a folder
+// list to choose a folder, a box below them, and the buttons OK and Cancel. The three
+// dialogs that work on an existing folder also list its files, and their box shows its
+// path.
 #pragma once
 
 #include <QDialog>
@@ -26,7 +27,7 @@ struct ArchiveDialogParts {
   FileSystem& files;
   MessageBox& messageBox;
   QWidget& mainWindow;
-  Path archives;  // the folder "Archives" beside the program, on which the dialogs open
+  Path archives;  // the folder "Archives" next to the program, where the dialogs open
 };
 
 class ArchiveFolderDialog : public QDialog {
@@ -48,17 +49,17 @@ class ArchiveFolderDialog : public QDialog {
   [[nodiscard]] QPushButton& OKButton() const { return *OKButton_; }
   [[nodiscard]] QPushButton& CancelButton() const { return *CancelButton_; }
 
-  // The operation's folder, in a message with `before` and `after` it.
+  // A message with the path of the open folder between `before` and `after`.
   [[nodiscard]] std::string aboutFolder(std::string_view before, std::string_view after) const;
 
-  // Asks with OK and Cancel, Cancel being the default.
+  // Asks with OK and Cancel; Cancel is the default.
   [[nodiscard]] bool isConfirmed(std::string_view question,
                                  MessageBoxStyle style = MessageBoxStyle::ConfirmQuestion) const;
 
   virtual void OKButton_Click() = 0;
 
-  // Lays out the controls that every dialog has, with `beside`, if any, next to the
-  // folders, the box under `boxLabel`, and `furtherButton`, if any, after Cancel.
+  // Lays out the controls that every dialog has. `beside` goes next to the folders and
+  // `furtherButton` after Cancel; either may be null. The box gets the label `boxLabel`.
   void layOut(QWidget* beside, const QString& boxLabel, QPushButton* furtherButton = nullptr);
 
  private:
@@ -74,7 +75,7 @@ class ArchiveFolderDialog : public QDialog {
   QPushButton* CancelButton_;
 };
 
-// The three that work on a folder that is there, and list its files.
+// The base of the three dialogs that work on an existing folder and list its files.
 class ExistingArchiveDialog : public ArchiveFolderDialog {
   Q_OBJECT
 
@@ -83,24 +84,25 @@ class ExistingArchiveDialog : public ArchiveFolderDialog {
 
   [[nodiscard]] FileList& File1() const { return *File1_; }
 
-  // Places the dialog and opens the folder of archives, while the main window has the
-  // hourglass. After a failure the user is told, and the dialog is shown with what was set
-  // before the failure.
+  // Centres the dialog and opens the folder of archives, while the main window shows the
+  // hourglass. A failure is reported to the user; the dialog is then shown with whatever
+  // was set before it.
   void load(FailureFamily family);
 
-  // Hides the dialog, repaints the main window where it was, and does the work, all
-  // under the dialog's hourglass.
+  // Hides the dialog, repaints the main window, and does the work, all under the dialog's
+  // hourglass.
   void giveWayTo(const std::function<void()>& work);
 
-  // When the operation fails, hides the dialog and unloads it once that was told.
+  // Runs the operation. If it fails, reports the failure and then closes the dialog.
   void runOrUnload(FailureFamily family, const std::function<void()>& operation);
 
   // Shows `folder` in the box.
   void showInBox(const Path& folder);
 
-  // Opens the folder whose path was typed into the box, or else the highlighted one, so
-  // that the operation works on what the dialog shows. False, and told, when it cannot be
-  // opened or is a root.
+  // Opens the folder whose path was typed into the box, or otherwise the highlighted one,
+  // so that the operation works on what the dialog shows. Returns false, and tells the
+  // user, if the folder cannot be opened or its path is shorter than four characters, as
+  // that of a root is.
   [[nodiscard]] bool chooseFolder();
 
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -16,7 +16,8 @@ struct DataFile {
   Path WorkingPaths::*current;
 };
 
-// The order tells what a failure half-way leaves behind; loading's is another.
+// The order determines what a failure halfway leaves behind. Loading has a different
+// order.
 constexpr DataFile kArchivingOrder[] = {
     {data_file::kNodes, &WorkingPaths::currentNodesFile},
     {data_file::kURLNotes, &WorkingPaths::currentURLNotesFile},

@@ -17,7 +17,7 @@ void ArchiveWindows::show(FailureFamily family, const typename Dialog::Work& wor
     Dialog dialog(parts_.dialogs, work);
     dialog.Form_Load();
     dialog.exec();
-    // The dialog hides before its work, and the keyboard may have gone elsewhere.
+    // The dialog hides before its work, so the keyboard focus may have gone elsewhere.
     mainWindow.activateWindow();
   });
 }

@@ -21,7 +21,7 @@ class ArchiveWindows {
 
   explicit ArchiveWindows(Parts parts) : parts_(std::move(parts)) {}
 
-  // Each returns when its dialog has closed. Failures are told.
+  // Each returns when its dialog has closed. Failures are reported to the user.
   void openArchiveSites();
   void openLoadArchive();
   void openDeleteArchive();

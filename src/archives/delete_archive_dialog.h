@@ -12,13 +12,14 @@ class DeleteArchiveDialog final : public ExistingArchiveDialog {
   Q_OBJECT
 
  public:
-  // Deletes from the folder those of its files, given by name in the order of the
-  // file list, that belong to an archive. Whether there was any; throws Failure.
+  // Deletes from the folder the files that belong to an archive. `fileNames` has the
+  // names of all its files, in the order of the file list. Returns whether there was any
+  // to delete; throws Failure.
   using Work = std::function<bool(const Path& folder, const std::vector<Path>& fileNames)>;
 
   DeleteArchiveDialog(const ArchiveDialogParts& parts, Work deleteArchiveFiles);
 
-  // Before the dialog is shown; it is shown even when this fails.
+  // Call before the dialog is shown. The dialog is shown even if this fails.
   void Form_Load() { load(FailureFamily::OpenDeleteArchiveDialog); }
 
  private:

@@ -66,7 +66,8 @@ void DriveList::show(const std::vector<Path>& volumes) {
   setCurrentIndex(row);
 }
 
-// Called by the user's click, where nobody could be told: what was there stays.
+// Called from the constructor and when the user opens the list. A failure cannot be
+// reported there; the list then stays unchanged.
 void DriveList::showAnew() {
   try {
     show(files_.volumes());

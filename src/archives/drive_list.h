@@ -1,4 +1,4 @@
-// A box to choose a volume from: a drive, or where a disk or a share is mounted.
+// A box to choose a volume from: a drive, or the mount point of a disk or share.
 #pragma once
 
 #include <QComboBox>
@@ -12,20 +12,22 @@ class DriveList final : public QComboBox {
   Q_OBJECT
 
  public:
-  // `files` must outlive the list, which is empty when the volumes cannot be told.
+  // `files` must outlive the list, which is empty if the volumes cannot be determined.
   DriveList(FileSystem& files, QWidget* parent);
 
-  // The root of the volume chosen, readable or not; empty for none.
+  // The root of the chosen volume, which need not be readable. Empty if none is chosen.
   [[nodiscard]] const Path& drive() const { return drive_; }
 
-  // Chooses a volume; no signal tells of it. Throws kDeviceUnavailable for one that is
-  // not there, and leaves what was chosen.
+  // Chooses a volume without emitting changed(). If there is no such volume, throws
+  // kDeviceUnavailable and keeps the current choice.
   void setDrive(const Path& drive);
 
-  // The same for the volume on which `path` lies, if any does.
+  // Chooses the listed volume that contains `path`, without emitting changed(). Does
+  // nothing if no volume does.
   void setDriveOf(const Path& path);
 
-  // Reads the volumes again, because one may have come or gone. The chosen one stays chosen.
+  // Reads the volumes again, because one may have been added or removed. The chosen
+  // volume stays chosen.
   void showPopup() override;
 
  signals:

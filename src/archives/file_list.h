@@ -1,5 +1,5 @@
-// A list of the files of a folder, all of them, in the order of their names. To be
-// looked at: choosing one does nothing.
+// A list of all files of a folder, in the order of their names. It is for viewing only:
+// choosing a file does nothing.
 #pragma once
 
 #include <QListWidget>
@@ -13,14 +13,14 @@ class FileList final : public QListWidget {
   Q_OBJECT
 
  public:
-  // Shows the files of `start`, and none when that cannot be read. `files` must
-  // outlive the list.
+  // Shows the files of `start`, or none if it cannot be read. `files` must outlive the
+  // list.
   FileList(FileSystem& files, const Path& start, QWidget* parent);
 
-  // Shows a folder's files as they are now. Throws Failure; the list then stays.
+  // Shows a folder's files as they are now. Throws Failure; the list is then unchanged.
   void setPath(const Path& path);
 
-  // What the list shows, in its order and byte for byte.
+  // The names that the list shows, in the same order and byte for byte.
   [[nodiscard]] const std::vector<Path>& names() const { return names_; }
 
  private:

@@ -17,8 +17,8 @@ constexpr int kIndent = 10;  // pixels for each folder above
 constexpr int kIconGap = 3;  // pixels between an icon and its name
 constexpr int kFewestRows = 7;
 
-// Only the name is highlighted: on the highlight of most palettes a folder's icon cannot
-// be made out.
+// Only the name is highlighted, because in most palettes a folder icon is hard to see on
+// the highlight colour.
 class FolderDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -43,7 +43,7 @@ class FolderDelegate final : public QStyledItemDelegate {
   }
 
  protected:
-  // Without the icon, which was painted beside it.
+  // Without the icon, which paint() draws itself.
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
     option->features &=
@@ -52,7 +52,7 @@ class FolderDelegate final : public QStyledItemDelegate {
   }
 
  private:
-  // Styles leave more room for an icon than theirs need.
+  // The icon's own size, because styles leave more room for icons than theirs need.
   static QSize iconSize(const QStyleOptionViewItem& option, const QModelIndex& index) {
     return index.data(Qt::DecorationRole).value<QIcon>().actualSize(option.decorationSize);
   }
@@ -60,7 +60,7 @@ class FolderDelegate final : public QStyledItemDelegate {
   static int indentOf(const QModelIndex& index) { return kIndent * index.data(kDepthRole).toInt(); }
 };
 
-// One path for a folder, with or without a separator at its end.
+// Gives a folder the same path with and without a separator at its end.
 Path withoutLastSeparator(const Path& path) {
   return path.has_filename() || path == path.root_path() ? path : path.parent_path();
 }
@@ -124,7 +124,7 @@ void FolderList::open(const Path& path, std::vector<Row> rows) {
 void FolderList::showRows() {
   const QIcon closedFolder = style()->standardIcon(QStyle::SP_DirClosedIcon);
   const QIcon openFolder = style()->standardIcon(QStyle::SP_DirOpenIcon);
-  keyboardSearch({});  // what was typed was meant for the folder before
+  keyboardSearch({});  // forgets what was typed in the previous folder
   clear();
   int opened = 0;
   for (const Row& row : rows_) {
@@ -138,8 +138,8 @@ void FolderList::showRows() {
   setCurrentRow(opened);
 }
 
-// A list scrolls to its current row up and down only, and a deep folder stands far to
-// the right.
+// A list scrolls to its current row only vertically, but the name of a deep folder begins
+// far to the right.
 void FolderList::showWhereNamesBegin(int row) {
   if (row < 0) return;
   const int start = kIndent * item(row)->data(kDepthRole).toInt();
@@ -148,7 +148,7 @@ void FolderList::showWhereNamesBegin(int row) {
   horizontalScrollBar()->setValue(start > half ? start - half / 2 : 0);
 }
 
-// Before the dialog shows, the list has not its width yet.
+// The list gets its width only when the dialog is shown.
 void FolderList::resizeEvent(QResizeEvent* event) {
   QListWidget::resizeEvent(event);
   showWhereNamesBegin(currentRow());
@@ -181,7 +181,7 @@ void FolderList::highlightOpenFolder() {
   if (found != rows_.end()) setCurrentRow(static_cast<int>(found - rows_.begin()));
 }
 
-// Enter would otherwise press the dialog's button, too.
+// Otherwise Enter would also press the dialog's default button.
 void FolderList::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (!isEnter) return QListWidget::keyPressEvent(event);

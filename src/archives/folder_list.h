@@ -1,6 +1,7 @@
-// A list of folders: the open one with all above it, from the root down, and what
-// folders it holds. A single click selects; a double click, or Enter, opens. Arrow keys
-// select too, so that the user can pass folders without opening them.
+// A list of folders: the ancestors of the open folder from the root down, the open
+// folder, and its subfolders. A single click selects; a double click, or Enter, opens.
+// The arrow keys also select, so that the user can move past folders without opening
+// them.
 #pragma once
 
 #include <QListWidget>
@@ -15,32 +16,33 @@ class FolderList final : public QListWidget {
   Q_OBJECT
 
  public:
-  // Opens the root on which `start` lies; when that cannot be read it shows empty.
-  // `files` must outlive the list.
+  // Opens the root of `start`. The list is empty if that cannot be read. `files` must
+  // outlive the list.
   FolderList(FileSystem& files, const Path& start, QWidget* parent);
 
   // The folder that is open, whatever is selected.
   [[nodiscard]] const Path& path() const { return path_; }
 
-  // Opens a folder and reads it again. Throws Failure when it cannot be read; the folder
-  // that was open then stays open. Also throws what `onChange` throws, after opening.
+  // Opens a folder and reads it, even if it is open already. Throws Failure if it cannot
+  // be read; the previous folder then stays open. Also throws what the callback of
+  // onChange() throws; the new folder is then open.
   void setPath(const Path& path);
 
-  // The same, but the folder that was open stays open after every failure.
+  // The same, but the previous folder stays open after any failure.
   void setPathOrStay(const Path& path);
 
-  // Opens the folder that is highlighted, if it is not open already. False when it cannot
-  // be opened, which openFailed() has told then.
+  // Opens the highlighted folder unless it is already open. Returns false if it cannot be
+  // opened; openFailed() has then been emitted.
   [[nodiscard]] bool openHighlighted();
 
   void highlightOpenFolder();
 
-  // Called when another folder has been opened, by the user or by setPath(). No
-  // signal, for it may throw.
+  // `changed` is called when another folder has been opened, by the user or by setPath().
+  // It is not a signal because it may throw.
   void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
 
  signals:
-  // The user could not open a folder, for the reason with this number.
+  // The user could not open a folder; `number` is the failure number.
   void openFailed(int number);
 
  protected:

@@ -1,6 +1,6 @@
-// load.txt in the data folder: one line that names the archive loaded last, shown at
-// the next start. Each function replaces the file, which must be there already:
-// without it they fail with kFileNotFound.
+// load.txt in the data folder: one line that names the archive loaded last, shown at the
+// next start. Each function replaces the file, and fails with kFileNotFound if it is
+// missing.
 #pragma once
 
 #include "platform/file_system.h"
@@ -8,10 +8,10 @@
 
 namespace quorrix {
 
-// After archiving: the display holds only what was gathered since.
+// Call after archiving: from then on the display holds only sites recorded since.
 void rememberNoArchive(FileSystem& files, const AppPaths& paths);
 
-// After loading. `folder` is the archive's whole path.
+// Call after loading. `folder` is the archive's full path.
 void rememberArchive(FileSystem& files, const AppPaths& paths, const Path& folder);
 
 }  // namespace quorrix

@@ -1,4 +1,4 @@
-// Load Sites Archive: replaces the display and its data by an archive.
+// Load Sites Archive: replaces the display and its data with an archive.
 #pragma once
 
 #include <functional>
@@ -12,17 +12,18 @@ class LoadArchiveDialog final : public ExistingArchiveDialog {
 
  public:
   struct Work {
-    // Whether the folder holds what no archive can do without; throws Failure.
+    // Whether the folder holds the file that every archive must have; throws Failure.
     std::function<bool(const Path& folder)> holdsArchive;
-    // Whether there is more in the tree than its root.
+    // Whether the tree has more nodes than its root.
     std::function<bool()> displayHoldsSites;
-    // Everything after the dialog's giving way, in the main window, too; throws Failure.
+    // Does everything after the dialog is hidden, including the changes in the main
+    // window; throws Failure.
     std::function<void(const Path& folder)> load;
   };
 
   LoadArchiveDialog(const ArchiveDialogParts& parts, Work work);
 
-  // Before the dialog is shown; it is shown even when this fails.
+  // Call before the dialog is shown. The dialog is shown even if this fails.
   void Form_Load() { load(FailureFamily::OpenLoadArchiveDialog); }
 
  private:

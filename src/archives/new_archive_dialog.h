@@ -1,5 +1,5 @@
-// New Archive: makes a folder in the one that is open here, and sends the archive
-// dialog there.
+// New Archive: makes a folder in the folder that is open here, and points the archive
+// dialog at it.
 #pragma once
 
 #include "archives/archive_folder_dialog.h"
@@ -15,8 +15,8 @@ class NewArchiveDialog final : public ArchiveFolderDialog {
   // `archiveDialog` must outlive the dialog.
   NewArchiveDialog(const ArchiveDialogParts& parts, ArchiveDialog& archiveDialog);
 
-  // Before the dialog is shown. When it fails, that is told, and the archive dialog's
-  // newArchiveLoadedOK is false: the dialog is then not to be shown.
+  // Call before the dialog is shown. If it fails, the user is told, and the archive
+  // dialog's newArchiveLoadedOK is false; the dialog must then not be shown.
   void Form_Load();
 
  private:

@@ -11,12 +11,12 @@ namespace {
 constexpr char16_t kSignOfNul = 0x2400;  // those of the other control characters follow
 constexpr char16_t kFirstPrintable = 0x20;
 
-// The one or the other is what a path is made of: wide characters on Windows, not all of
-// them such as UTF-8 can say, and bytes on Linux, whatever they are.
+// A path consists of wide characters on Windows, some of which have no UTF-8 form, and of
+// arbitrary bytes on Linux. Each system uses one of the two overloads.
 [[maybe_unused]] QString textOf(const std::wstring& path) { return QString::fromStdWString(path); }
 [[maybe_unused]] QString textOf(const std::string& path) { return fromPlatformText(path); }
 
-// A name as a piece of a path.
+// Appends a name to a path, in the path's own kind of characters.
 [[maybe_unused]] void append(const QString& name, std::wstring& path) {
   path += name.toStdWString();
 }
@@ -36,7 +36,7 @@ QString rowTextOfPath(const Path& path) {
 
 std::string messageTextOfPath(const Path& path) { return textOfPath(path).toStdString(); }
 
-// Joined as text: a path's own += can lose a component of a name with separators.
+// Joined as text, because Path's own += can lose a component of a name with separators.
 Path joinedPath(const Path& folder, const QString& name) {
   Path::string_type joined = (folder / "").native();
   append(name, joined);

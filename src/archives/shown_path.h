@@ -1,6 +1,6 @@
-// The border between paths, whose bytes are the file system's own, and what the
-// user reads and enters. A path that was shown is never made from its text again, only one that was
-// typed.
+// Converts between paths, whose bytes are the file system's own, and the text that the
+// user reads and types. Only typed text becomes a path; a path that was shown is never
+// rebuilt from its text.
 #pragma once
 
 #include <QString>
@@ -12,18 +12,19 @@ namespace quorrix {
 
 [[nodiscard]] QString textOfPath(const Path& path);
 
-// On one line: a control character shows as the sign for it.
+// On one line: each control character is shown as its symbol.
 [[nodiscard]] QString rowTextOfPath(const Path& path);
 
-// For a message box, whole, in UTF-8.
+// The whole path for a message box, in UTF-8.
 [[nodiscard]] std::string messageTextOfPath(const Path& path);
 
-// `name` behind the folder's path and one separator, which a root ends in already.
-// A name that begins with a separator leads nowhere else.
+// `name` appended to the folder's path with one separator; a root already ends in one. A
+// name that begins with a separator is still appended to the folder.
 [[nodiscard]] Path joinedPath(const Path& folder, const QString& name);
 
-// The path that the user typed; one that does not begin at a root begins at `folder`.
-// Blanks around it do not count, and "~" at its beginning is the user's home folder.
+// The path that the user typed; a path that does not begin at a root begins at `folder`.
+// Leading and trailing blanks are ignored. A "~", alone or before a "/" at the beginning,
+// is the user's home folder.
 [[nodiscard]] Path typedPath(const Path& folder, const QString& text);
 
 }  // namespace quorrix

@@ -14,15 +14,15 @@ namespace {
 constexpr std::size_t kShortestDate = 6;  // "1/2/03"
 constexpr std::size_t kLongestDate = 10;  // "10/20/2030"
 
-// The number that a character shows; above 9 for one that is no digit.
+// The value of a digit; above 9 for any other character.
 constexpr unsigned digitOf(char character) {
   return static_cast<unsigned>(static_cast<unsigned char>(character)) - '0';
 }
 
 constexpr bool isDigit(char character) { return digitOf(character) <= 9; }
 
-// One or two digits. How many, changes from date to date: a sum that needs no branch is
-// sooner done than a branch that is often guessed wrong.
+// A number of one or two digits. Their count varies from date to date, so a branch on it
+// would often be mispredicted. The sum below is faster because it needs no branch.
 struct ShortNumber {
   explicit ShortNumber(const char* text)
       : isNumber(isDigit(text[0])),
@@ -67,7 +67,8 @@ std::string accessStampText(const LocalDateTime& moment) {
 
 CalendarDate readCalendarDate(std::string_view text) {
   if (text.size() < kShortestDate || text.size() > kLongestDate) failToReadDate();
-  // Of the longest month and day, the second "/" is still within the shortest date.
+  // Even after two digits each for month and day, the second "/" is within the shortest
+  // date.
   const char* rest = text.data();
   const ShortNumber month(rest);
   rest += month.digits;

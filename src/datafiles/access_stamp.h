@@ -1,5 +1,5 @@
-// Dates and times as the data files hold them: one format everywhere, whatever
-// the locale, so that what one machine wrote another one reads.
+// Dates and times in the format of the data files. The format does not depend on the
+// locale, so that files written on one machine can be read on another.
 #pragma once
 
 #include <compare>
@@ -10,11 +10,11 @@
 
 namespace quorrix {
 
-// Stands behind every stamp in a record and marks its end.
+// Follows every stamp in a record and marks its end.
 inline constexpr char kStampEnd = '~';
 
-// A day of the calendar: month and day count from 1, the year has all its
-// digits. The earlier of two days is the smaller one.
+// A calendar day. Month and day count from 1, and the year has all its digits. An earlier
+// day compares less than a later one.
 struct CalendarDate {
   int year = 0;
   int month = 0;
@@ -23,20 +23,21 @@ struct CalendarDate {
   auto operator<=>(const CalendarDate&) const = default;
 };
 
-// The one rule for years of two digits: 99 means 1999, every other value 20yy.
+// The only rule for two-digit years: 99 means 1999, every other value 20yy.
 [[nodiscard]] constexpr int yearOfTwoDigits(int digits) {
   return digits + (digits == 99 ? 1900 : 2000);
 }
 
-// "M/d/yy h:mm:ss AM" or "PM", at most 20 characters; the year as two digits.
+// "M/d/yy h:mm:ss AM" or "PM", at most 20 characters. The year has two digits.
 [[nodiscard]] std::string accessStampText(const LocalDateTime& moment);
 
-// Reads "M/d/yy", whose year means what it means in a stamp, or "M/d/yyyy"; month
-// and day may have a leading zero, and nothing may stand around or between them.
-// Throws kTypeMismatch for anything else and for a day that is in no calendar.
+// Reads "M/d/yy", whose year has the same meaning as in a stamp, or "M/d/yyyy". Month and
+// day may have a leading zero. No other character may be around or between the parts.
+// Throws kTypeMismatch for anything else and for a day that does not exist.
 [[nodiscard]] CalendarDate readCalendarDate(std::string_view text);
 
-// The second of a stamp; the earlier of two stamps is the smaller one.
+// The date and time of a stamp, to the second. An earlier time compares less than a later
+// one.
 struct StampTime {
   CalendarDate date;
   int hour = 0;  // 0 to 23
@@ -46,11 +47,12 @@ struct StampTime {
   auto operator<=>(const StampTime&) const = default;
 };
 
-// Reads what accessStampText() writes. Throws kTypeMismatch for anything else.
+// Reads a stamp that accessStampText() wrote. Tolerates small deviations, such as extra
+// blanks in the time and a year of four digits. Throws kTypeMismatch for anything else.
 [[nodiscard]] StampTime readAccessStamp(std::string_view stamp);
 
-// The day of a stamp: what stands before its first blank. Throws kTypeMismatch for a
-// stamp without a blank and for one that begins with no date.
+// The date of a stamp: the text before its first blank. Throws kTypeMismatch if the stamp
+// has no blank or if that text is not a date.
 [[nodiscard]] CalendarDate stampDate(std::string_view stamp);
 
 }  // namespace quorrix

@@ -6,7 +6,7 @@ namespace quorrix {
 
 void emptyFiles(FileSystem& files, std::span<const Path> paths) {
   for (const Path& path : paths) files.deleteFile(path);
-  // The sync is for the new file's name.
+  // The sync writes the new file's name to the disk.
   for (const Path& path : paths) files.openRandomAccess(path)->sync();
 }
 

@@ -7,11 +7,11 @@
 
 namespace quorrix {
 
-// Deletes all of them in the order given, then creates each again in the same
-// order. A file that is missing fails with kFileNotFound. A failure stops it where it is.
+// Deletes all of them in the order given, then creates each again in the same order.
+// Throws kFileNotFound if a file is missing. The first failure stops the operation.
 void emptyFiles(FileSystem& files, std::span<const Path> paths);
 
-// Creates the missing ones, empty. They are missing after a program has died inside
+// Creates the missing ones, empty. Files are missing if a program died inside
 // emptyFiles(), and archiving does not work without them. Failures are ignored here; the
 // operation that needs the file reports them.
 void createMissingFiles(FileSystem& files, std::span<const Path> paths);

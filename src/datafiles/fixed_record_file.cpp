@@ -8,7 +8,7 @@
 namespace quorrix {
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // of a scan, in bytes: stays in cache
+constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // of a scan, in bytes: fits the cache
 
 std::unique_ptr<RandomAccessFile> openForReading(FileSystem& files, const Path& path) {
   try {

@@ -1,6 +1,6 @@
-// A data file: records of one length, no header, no separators; record n,
-// counted from 1, starts at byte (n - 1) * length. Open for the life of the
-// object, which is one operation.
+// A data file of records of one length, without a header or separators. Record n, counted
+// from 1, starts at byte (n - 1) * length. The file is open for the life of the object,
+// which is one operation.
 #pragma once
 
 #include <cstddef>
@@ -13,14 +13,14 @@
 
 namespace quorrix {
 
-// The number of records that a file of `fileLength` bytes counts: rounded to the
-// nearest whole number, a half to the even one.
+// The number of records in a file of `fileLength` bytes, rounded to the nearest whole
+// number. A half is rounded to the even number.
 [[nodiscard]] std::uint64_t recordCountOf(std::uint64_t fileLength, std::size_t recordLength);
 
 enum class FileAccess {
-  Read,         // beside other readers
-  ReadWrite,    // alone
-  AsPermitted,  // ReadWrite; Read where the user may not write to the file
+  Read,         // shared with other readers
+  ReadWrite,    // exclusive
+  AsPermitted,  // ReadWrite, or Read if the user may not write to the file
 };
 
 class FixedRecordFile {
@@ -30,24 +30,24 @@ class FixedRecordFile {
 
   [[nodiscard]] std::uint64_t recordCount();
 
-  // The records that begin inside the file, a trailing part record of any length among them.
+  // The number of records that begin inside the file, including a trailing partial record
+  // of any length.
   [[nodiscard]] std::uint64_t recordsBegun();
 
-  // Bytes that the file does not have read as NUL. `record` has the record's length.
+  // Bytes after the end of the file read as NUL. `record` must have the size of a record.
   void get(std::uint64_t number, std::span<char> record);
 
-  // One positioned write of the whole record.
+  // Writes the whole record in one positioned write.
   void put(std::uint64_t number, std::span<const char> record);
 
-  // Returns once what was put has reached the disk.
+  // Returns once everything put has reached the disk.
   void sync();
 
   enum class ReadFailures { Throw, SkipRecord };
 
-  // Gets records 1 to `last` in order, many to one read, until `visit` returns
-  // false. The record's bytes are valid during the call only. Where many cannot be
-  // read at once, each is read by itself: every record before an unreadable one is
-  // visited.
+  // Gets records 1 to `last` in order, many in one read, until `visit` returns false. The
+  // record's bytes are valid only during the call. If reading many at once fails, each is
+  // read on its own, so that every record before an unreadable one is visited.
   using Visit = std::function<bool(std::uint64_t number, std::span<const char> record)>;
   void scan(std::uint64_t last, ReadFailures onFailure, const Visit& visit);
 

@@ -9,8 +9,8 @@
 
 namespace quorrix {
 
-// Room that every entry box leaves in its field, for the terminator or at least
-// one blank: that is what makes the fields readable again.
+// The room that every entry box leaves in its field for the terminator or at least one
+// blank. Without it the fields could not be read back.
 inline constexpr std::size_t kFieldMargin = 1;
 
 inline constexpr FieldLayout kSiteKey{0, kMaxAddressLength};
@@ -23,7 +23,7 @@ static_assert(kNotesText.offset == kSiteKey.end());
 static_assert(kLength == kNotesText.end());
 }  // namespace notes_record
 
-// Both in clear text, as typed. The password stands first.
+// Both are in clear text, as typed. The password comes first.
 namespace user_id_password_record {
 inline constexpr FieldLayout kPassword{300, 30};
 inline constexpr FieldLayout kUserID{330, 30};
@@ -34,7 +34,7 @@ static_assert(kUserID.offset == kPassword.end());
 static_assert(kLength == kUserID.end());
 }  // namespace user_id_password_record
 
-// Every field holds the entered text and one "~".
+// Every field after the site key holds the entered text and one "~".
 namespace purchase_record {
 inline constexpr FieldLayout kDateStamp{300, 25};
 inline constexpr FieldLayout kPrice{325, 12};

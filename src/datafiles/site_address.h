@@ -1,6 +1,6 @@
-// Site addresses: how one read from a browser is checked and cut to the form
-// that the tree and the data files keep, and how that form is split into the
-// levels of the tree. All comparisons are exact; letter case counts.
+// Site addresses: checks an address read from a browser, reduces it to the form that the
+// tree and the data files store, and splits that form into the levels of the tree. All
+// comparisons are exact and case-sensitive.
 #pragma once
 
 #include <array>
@@ -22,8 +22,8 @@ inline constexpr char kFtp = 'F';
 inline constexpr char kNone = 'U';
 }  // namespace protocol_flag
 
-// What stands before the stored address in a web address: "http://", "https://" or "ftp://";
-// "http://" for an unknown scheme.
+// The prefix that makes a stored address a web address: "http://", "https://" or
+// "ftp://". It is "http://" for an unknown scheme.
 [[nodiscard]] std::string_view schemePrefix(char protocolFlag);
 
 struct AddressCheck {
@@ -31,14 +31,15 @@ struct AddressCheck {
   char protocolFlag;
 };
 
-// Valid is a host with at least two dots, of which neither the first nor the
-// second is the last character. "ftp://" is told apart but never valid: ftp
-// sites are not recorded.
+// An address is valid if its host has at least two dots and the second dot is not its
+// last character. "ftp://" is recognized but never valid, because ftp sites are not
+// recorded.
 [[nodiscard]] AddressCheck validateAddress(std::string_view address);
 
-// Cuts an address to its stored form: without one trailing "/" and without the
-// scheme. The scheme is looked for anywhere in the address, not only in front,
-// and seven characters go for "http://", then eight for "https://".
+// Reduces an address to its stored form, without one trailing "/" and without the scheme.
+// The scheme is searched for anywhere in the address, not only at its beginning. If
+// "http://" is found, the first seven characters are removed. Then, if "https://" is
+// found, the first eight of the rest are removed.
 [[nodiscard]] std::string storedAddress(std::string_view address);
 
 // A stored address split at every "/"; level 1 is the host. Refers to the
@@ -58,8 +59,8 @@ class AddressLevels {
   std::array<std::uint16_t, kMaxLevels> ends_{};  // where each segment ends in address_
 };
 
-// Keeps empty segments as empty levels. Throws kIndexOutOfRange at a 51st segment, and for an
-// address of more than 65,535 characters.
+// Empty segments become empty levels. Throws kIndexOutOfRange for more than 50 segments
+// and for more than 65,535 characters.
 [[nodiscard]] AddressLevels addressLevels(std::string_view storedAddress);
 
 // The key of level k, counted from 1: the address up to and including its k-th segment.

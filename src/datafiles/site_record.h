@@ -1,5 +1,5 @@
-// The record of the site file, nodes.dat: which address was visited, over which
-// scheme, and when last.
+// The record of the site file, nodes.dat: the address, its scheme, and the time of the
+// last visit.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 namespace quorrix {
 
 namespace site_record {
-inline constexpr FieldLayout kSiteAddress{0, 300};  // stored form; empty: no site
+inline constexpr FieldLayout kSiteAddress{0, 300};  // stored form; empty if there is no site
 inline constexpr FieldLayout kProtocolFlag{300, 1};
 inline constexpr FieldLayout kAccessStamp{301, 21};  // the stamp's text and its "~"
 inline constexpr std::size_t kLength = 322;

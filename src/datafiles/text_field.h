@@ -8,7 +8,7 @@
 
 namespace quorrix {
 
-// Where a field stands in its record, in bytes.
+// The position of a field in its record, in bytes.
 struct FieldLayout {
   std::size_t offset;
   std::size_t width;
@@ -19,18 +19,19 @@ struct FieldLayout {
 // The bytes of a field, padding included.
 [[nodiscard]] std::string_view fieldOf(std::span<const char> record, FieldLayout layout);
 
-// The text of a field: empty if it begins with a blank, else cut before the
-// first NUL or, where the field has no NUL at all, before the first blank.
-// A field with neither is text from end to end.
+// The text of a field: empty if the field begins with a blank. Otherwise it ends before
+// the first NUL or, if the field has no NUL, before the first blank. A field with neither
+// is all text.
 [[nodiscard]] std::string_view fieldText(std::string_view field);
 
-// Whether fieldText(field) is not empty, which its first byte decides.
+// Whether fieldText(field) is not empty. Looks only at the first byte.
 [[nodiscard]] bool fieldHoldsText(std::string_view field);
 
-// Whether fieldText(field) is `text`; decides most fields by their first bytes.
+// Whether fieldText(field) equals `text`. The first bytes rule out most fields.
 [[nodiscard]] bool fieldHolds(std::string_view field, std::string_view text);
 
-// Writes `text` into the field of `record`, cut at the width, padded with blanks.
+// Writes `text` into the field of `record`, truncated to the width and padded with
+// blanks.
 void fillField(std::span<char> record, FieldLayout layout, std::string_view text);
 
 }  // namespace quorrix

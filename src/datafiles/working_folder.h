@@ -5,7 +5,7 @@
 
 namespace quorrix {
 
-// The four data files, in the working folder and in an archive alike.
+// The four data files. Their names are the same in the working folder and in an archive.
 namespace data_file {
 inline constexpr const char* kNodes = "nodes.dat";
 inline constexpr const char* kPurchases = "purchases.dat";
@@ -13,8 +13,8 @@ inline constexpr const char* kUserIDPassword = "info.dat";
 inline constexpr const char* kURLNotes = "notes.dat";
 }  // namespace data_file
 
-// The paths in use; set at start-up and by loading an archive, read at the
-// moment of each operation.
+// The paths in use. They are set at start-up and when an archive is loaded. Each
+// operation reads them when it runs.
 struct WorkingPaths {
   Path loadPath;
   Path currentNodesFile;
@@ -22,10 +22,10 @@ struct WorkingPaths {
   Path currentUserIDPasswordFile;
   Path currentURLNotesFile;
 
-  // Points all of them into one folder.
+  // Sets loadPath to `folder` and the four files to those in it.
   void setFolder(const Path& folder);
 
-  // Points the four files into a folder; loadPath stays.
+  // Sets the four files to those in `folder`. loadPath does not change.
   void setFilesFolder(const Path& folder);
 };
 

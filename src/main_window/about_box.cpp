@@ -16,7 +16,7 @@ namespace {
 
 constexpr QSize kIconSize{64, 64};  // pixels
 constexpr int kMargin = 20;
-constexpr double kTitleScale = 1.6;  // of the size of the other texts
+constexpr double kTitleScale = 1.6;  // relative to the size of the other texts
 
 QFont enlarged(QFont font) {
   font.setPointSizeF(font.pointSizeF() * kTitleScale);

@@ -1,5 +1,5 @@
-// About Quorrix: the program's icon, its name and its version, and the library that it
-// is made with.
+// About Quorrix: the program's icon, name and version, and the library that it is made
+// with.
 #pragma once
 
 #include <QDialog>
@@ -22,7 +22,7 @@ class AboutBox final : public QDialog {
  public:
   explicit AboutBox(QWidget& mainWindow);
 
-  // Before the box is shown. Throws kFileNotFound when the icon is missing.
+  // Call before the box is shown. Throws kFileNotFound if the icon is missing.
   void Form_Load();
 
  private:

@@ -7,11 +7,11 @@
 
 namespace quorrix {
 
-// `tag` is the scheme letter of the site's node, `key` its address without a scheme;
-// a letter that is no scheme's counts as http.
+// `tag` is the scheme letter of the site's node, `key` its address without a scheme; any
+// unknown letter counts as http.
 void launchSiteInBrowser(CommandShell& shell, char tag, std::string_view key);
 
-// For an address without a scheme, of which nothing more is known.
+// For an address without a scheme, about which nothing else is known.
 void launchURLInBrowser(CommandShell& shell, std::string_view url);
 
 }  // namespace quorrix

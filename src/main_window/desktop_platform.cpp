@@ -9,7 +9,8 @@ std::string preferredPlatform(const DesktopEnvironment& environment) {
   return mayChoose && environment.hasX11Display ? "xcb;wayland" : "";
 }
 
-// Behind the program's name and before the user's own: of two platforms Qt takes the last.
+// The platform goes after the program's name and before the user's own arguments, because
+// Qt uses the last platform given.
 DesktopArguments::DesktopArguments(int count, char** values, std::string platform)
     : platform_(std::move(platform)), values_(values, values + count) {
   if (!platform_.empty() && count > 0) {

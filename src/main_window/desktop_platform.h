@@ -12,13 +12,13 @@ struct DesktopEnvironment {
   bool hasX11Display;
 };
 
-// Qt's name of the platform to run on, or empty for Qt's own choice. On Wayland a
-// program cannot place its own windows, so XWayland comes first where it is there.
+// Qt's name of the platform to run on, or empty for Qt's own choice. On Wayland a program
+// cannot place its own windows, so XWayland comes first if it is available.
 [[nodiscard]] std::string preferredPlatform(const DesktopEnvironment& environment);
 
-// The program's arguments for Qt, with the platform among them. Every program that this one
-// starts, such as the browser, would inherit an environment variable. A platform that the
-// user gave as an argument takes precedence.
+// The program's arguments for Qt, including the platform. The platform is not set as an
+// environment variable, because every program that this one starts, such as the browser,
+// would inherit it. A platform that the user gave as an argument takes precedence.
 class DesktopArguments {
  public:
   // `platform` may be empty. `values` has `count` arguments and must outlive this object.
@@ -26,14 +26,14 @@ class DesktopArguments {
   DesktopArguments(const DesktopArguments&) = delete;
   DesktopArguments& operator=(const DesktopArguments&) = delete;
 
-  // Qt takes its own arguments out of both, and needs them until it ends.
+  // Qt removes its own arguments from both, and needs them until it shuts down.
   [[nodiscard]] int& count() { return count_; }
   [[nodiscard]] char** values() { return values_.data(); }
 
  private:
   std::string option_ = "-platform";
   std::string platform_;
-  std::vector<char*> values_;  // ended by a null
+  std::vector<char*> values_;  // terminated by a null
   int count_;
 };
 

@@ -8,13 +8,13 @@
 namespace quorrix {
 namespace {
 
-// No file has this address; it is there for the page's own links to begin with.
+// Not the address of a file; it is the base of the page's own links.
 QUrl pageAddress() { return QUrl(QStringLiteral("quorrix:/manual")); }
 
 constexpr int kMargin = 12;  // pixels
 
-// For a picture that is not to be had: without any, the name would be tried as that of
-// a file.
+// For a picture that is not part of the page. Without a replacement, Qt would try its
+// name as a file name.
 QImage emptyPicture() {
   QImage picture(1, 1, QImage::Format_ARGB32);
   picture.fill(Qt::transparent);
@@ -80,7 +80,7 @@ void HelpBrowser::follow(const QUrl& link) {
 QVariant HelpBrowser::loadResource(int type, const QUrl& name) {
   if (name.matches(pageAddress(), QUrl::RemoveFragment)) return QString::fromUtf8(page_);
   if (type != QTextDocument::ImageResource) return QByteArray("");
-  // Null leaves a picture to the document, which reads data: addresses.
+  // A null result leaves the picture to the document, which reads data: addresses.
   if (name.scheme() == QStringLiteral("data")) return {};
   return emptyPicture();
 }
@@ -90,7 +90,7 @@ void HelpBrowser::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) showInNewColours();
 }
 
-// Links got their colour when the page was read.
+// Links get their colour when the page is read, so the page is read again.
 void HelpBrowser::showInNewColours() {
   if (source().isEmpty()) return;
   const int place = verticalScrollBar()->value();

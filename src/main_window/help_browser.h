@@ -1,5 +1,5 @@
-// Shows the manual, and loads nothing but it: no file and no address that the page
-// names is ever opened, pictures are part of the page.
+// Shows the manual and loads nothing else: no file and no address that the page names is
+// ever loaded, and pictures are part of the page.
 #pragma once
 
 #include <QTextBrowser>
@@ -19,14 +19,15 @@ class HelpBrowser final : public QTextBrowser {
     QString anchor;
   };
 
-  // `openAddress` gets the http or https address of a link that the user follows.
+  // `openAddress` is called with the http or https address of a link that the user
+  // follows.
   HelpBrowser(std::function<void(const QUrl&)> openAddress, QWidget* parent);
 
-  // Shows the page, HTML in UTF-8, from its beginning, and returns true. Returns false and
-  // changes nothing when this page is shown already.
+  // Shows the page, HTML in UTF-8, from its beginning, and returns true. Returns false
+  // and changes nothing if this page is already shown.
   bool showPage(const std::string& page);
 
-  // Those of the page that have an anchor, in their order.
+  // The headings of the page that have an anchor, in page order.
   [[nodiscard]] std::vector<Heading> headings() const;
 
   void goTo(const QString& anchor);

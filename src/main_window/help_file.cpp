@@ -9,7 +9,7 @@
 namespace quorrix {
 namespace {
 
-// No text has a NUL.
+// Text contains no NULs.
 bool isText(std::string_view bytes) {
   return isUtf8(bytes) && bytes.find('\0') == std::string_view::npos;
 }

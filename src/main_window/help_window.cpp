@@ -63,7 +63,7 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner 
 
   findResult_ = makeLabel("FindResult", {}, this);
   findResult_->setWordWrap(true);
-  // A long text that was sought is cut, rather than the window widened for it.
+  // A long search text is cut off, so that it does not widen the window.
   findResult_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   layout->addWidget(findResult_);
 
@@ -134,7 +134,7 @@ void HelpWindow::showPage(const std::string& page) {
   if (browser_->showPage(page)) fillContents();
 }
 
-// A heading goes below the last one of a higher rank before it.
+// Each heading becomes a child of the last preceding heading of a higher rank.
 void HelpWindow::fillContents() {
   contents_->clear();
   std::vector<std::pair<int, QTreeWidgetItem*>> above;

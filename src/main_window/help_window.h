@@ -1,4 +1,4 @@
-// Quorrix Help: the manual with its contents beside it, a way back and forward, and
+// Quorrix Help: the manual with a table of contents, buttons to go back and forward, and
 // a search. Not modal; the main window has at most one.
 #pragma once
 
@@ -24,11 +24,11 @@ class HelpWindow final : public QWidget {
   Q_OBJECT
 
  public:
-  // `openAddress` gets the web address of a link that the user follows.
+  // `openAddress` is called with the web address of a link that the user follows.
   HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner run);
 
-  // A page that is shown already stays where the user is reading, and its contents stay
-  // as they are.
+  // If the page is already shown, the reading position and the table of contents stay as
+  // they are.
   void showPage(const std::string& page);
 
  private:

@@ -8,7 +8,7 @@
 
 namespace quorrix {
 
-// Without a close button: it goes by itself.
+// Without a close button, because the dialog closes by itself.
 LoadWaitDialog::LoadWaitDialog(QWidget& owner)
     : QWidget(&owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
   setObjectName(QStringLiteral("LoadWaitDialog"));

@@ -9,7 +9,7 @@ class LoadWaitDialog final : public QWidget {
   Q_OBJECT
 
  public:
-  // Stands in front of `owner` and centres itself over it.
+  // Stays in front of `owner`, centred over it.
   explicit LoadWaitDialog(QWidget& owner);
 };
 

@@ -31,12 +31,12 @@ namespace {
 using std::chrono::seconds;
 
 constexpr seconds kSplashTime{2};
-constexpr std::chrono::milliseconds kStartUpPause{100};  // between two looks at the clock
+constexpr std::chrono::milliseconds kStartUpPause{100};  // between two checks of the clock
 constexpr seconds kWaitDialogTime{1};
 
 constexpr QSize kFirstSize{720, 540};  // pixels
 
-// What the window's borders, title, menu bar and status bar take, in twips.
+// The space that the window's borders, title, menu bar and status bar take up, in twips.
 constexpr int kWidthBesideTree = 100;
 constexpr int kHeightBesideTree = 1100;
 
@@ -105,8 +105,8 @@ MainForm::MainForm(const Parts& parts)
   fillMenuBar(*menuBar(), *this, kMenus);
   enableDataEntries(*menuBar(), kMenus, false);
 
-  // The tree is placed by hand, see layOut. Its room also changes with the heights of
-  // menu bar and status bar, as with another font or style.
+  // The tree is positioned by layOut(). Its space also changes with the heights of the
+  // menu bar and the status bar, for example after a change of font or style.
   setCentralWidget(new QWidget(this));
   treeView_ = new SiteTreeView(tree(), centralWidget());
   treeView_->describeBy([this](NodeId node) { return describe(node); });
@@ -141,13 +141,13 @@ MainForm::MainForm(const Parts& parts)
   });
 
   resize(kFirstSize.boundedTo(roomInsideAFrame(*screen())));
-  // Not left to the window manager, which places windows only once they show:
-  // the wait dialog centres itself over this one before that.
+  // The position is not left to the window manager, which places a window only once it is
+  // shown. The wait dialog centres itself over this window before that.
   move(screen()->availableGeometry().center() - rect().center());
   treeView_->setFocus();
 }
 
-// Child widgets outlive the members, and the view lets go of the tree only at its own end.
+// Child widgets outlive the members, but the view uses the tree until its own destructor.
 MainForm::~MainForm() {
   delete treeView_;
   delete helpWindow_.data();
@@ -174,7 +174,7 @@ void MainForm::showWindowAndLoad() {
   LoadWaitDialog waitDialog(*this);
   waitDialog.show();
   waitYielding(kWaitDialogTime);
-  if (isUnloaded_) return;  // closed while it was waiting
+  if (isUnloaded_) return;  // closed during the wait
   sites_.load();
   statusBar_->setPanelText(2, QStringLiteral("Right click site address for site menu."));
   enableDataEntries(*menuBar(), kMenus, true);
@@ -190,8 +190,8 @@ void MainForm::runCommand(const std::function<void()>& command) {
   guarded(*this, parts_.messageBox, FailureFamily::OtherCommand, command);
 }
 
-// The loop begins from the event queue: a press over the accessibility bus is answered
-// only when this handler returns.
+// The loop is started from the event queue, because a click over the accessibility bus is
+// answered only when this handler returns.
 void MainForm::FileStartTrack_Click() {
   setWindowTitle(QStringLiteral("Quorrix"));
   ++startsToCome_;
@@ -219,7 +219,7 @@ bool MainForm::refusesWhileTracking() {
   return true;
 }
 
-// What is refused while tracking runs or the display is empty, with the reason told.
+// Returns true, and tells the user why, if tracking is on or the display is empty.
 bool MainForm::refuses(std::string_view whenThereAreNoSites) {
   if (refusesWhileTracking()) return true;
   if (!sites_.isDisplayEmpty()) return false;
@@ -251,7 +251,7 @@ SearchWindows::Parts MainForm::searchParts() {
 void MainForm::FileDelete_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::DeleteSites, [this] {
     if (refuses("No website addresses to delete in current display.")) return;
-    setCaption();  // tracking may have selected another site; the question is about this one
+    setCaption();  // tracking may have selected another site; show the one to delete
     const auto answer = parts_.messageBox.show(kDeleteAnyway, MessageBoxStyle::ConfirmWarning);
     if (answer != MessageBoxButton::Ok) return;
     const Hourglass hourglass(*this);
@@ -310,8 +310,8 @@ void MainForm::PopUpShowAll_Click() {
 
 void MainForm::PopUpHideAll_Click() { treeView_->collapseNode(tree().selected()); }
 
-// While the menu is open tracking goes on and may select the site just visited;
-// an entry acts on the one that the user opened the menu for.
+// While the menu is open, tracking goes on and may select the site just visited. An entry
+// acts on the site that the user opened the menu for.
 std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
   return [this, handler] {
     runCommand([this, handler] {
@@ -387,8 +387,8 @@ void MainForm::resizeEvent(QResizeEvent* event) {
   layOut();
 }
 
-// The window manager's frame counts as part of the window and is known only
-// some time after the window shows: when it moves into its frame.
+// The window manager's frame counts as part of the window. It is known only some time
+// after the window is shown, when the window moves into its frame.
 void MainForm::moveEvent(QMoveEvent* event) {
   QMainWindow::moveEvent(event);
   layOut();
@@ -407,8 +407,8 @@ bool MainForm::eventFilter(QObject* watched, QEvent* event) {
 void MainForm::layOut() {
   const int width = twipsFromPixels(frameGeometry().width());
   const int height = twipsFromPixels(frameGeometry().height());
-  // A large font can make menu and status bar higher than what is left for
-  // them; then the tree ends where they begin.
+  // A large font can make the menu bar and the status bar higher than the space left for
+  // them. The tree then ends where they begin.
   QSize free = centralWidget()->size();
   free.rheight() -= unreadableBrowserNotice_->placeAtBottomOf(free);
   const QSize wanted(pixelsFromTwips(width - kWidthBesideTree),
@@ -436,14 +436,14 @@ void MainForm::Form_Unload() {
 
 void MainForm::showTrackingStatus(std::string_view text) {
   statusBar_->setPanelText(2, toQString(text));
-  // Task bars show it when the window is hidden.
+  // Task bars show the icon when the window is hidden.
   setWindowIcon(tracking_.isTracking() ? trackingIcon() : QApplication::windowIcon());
 }
 
 void MainForm::makeVisible(NodeId node) { treeView_->makeVisible(node); }
 
-// Of a folder that was never visited itself there is no record, and of a site that was
-// deleted since a search found it there is neither record nor node.
+// A folder that was never visited itself has no record. A site that was deleted after a
+// search found it has neither a record nor a node.
 QString MainForm::describe(const std::string& address) {
   const auto visit = latestVisit(address);
   const QString text = withScheme(address, visit);
@@ -462,7 +462,7 @@ QString MainForm::withScheme(const std::string& address,
   return toQString(schemePrefix(flag)) % toQString(address);
 }
 
-// A file that cannot be read now has none: nobody has asked for more than a tool tip.
+// Read failures are ignored: the visit is needed only for a tool tip or a copied address.
 std::optional<SiteFile::LatestVisit> MainForm::latestVisit(const std::string& address) {
   try {
     return sites_.siteFile().latestVisit(address);

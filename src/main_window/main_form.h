@@ -49,8 +49,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay, private Site
   explicit MainForm(const Parts& parts);
   ~MainForm() override;
 
-  // The start-up: splash screen, window, wait dialog, data. False when it
-  // failed; then the message was shown and the window is gone.
+  // Runs the start-up: splash screen, window, wait dialog, data. Returns false if it
+  // failed; the message was then shown and the window is closed.
   bool Form_Load();
 
   // Runs a slot so that no exception leaves it. A failure that the command's own guard did
@@ -79,11 +79,11 @@ class MainForm final : public QMainWindow, private TrackingDisplay, private Site
 
   [[nodiscard]] SiteTree& tree() { return sites_.tree(); }
   [[nodiscard]] const WorkingPaths& workingPaths() const { return sites_.paths(); }
-  // From the moment that the user starts it.
+  // True from the moment that the user starts tracking.
   [[nodiscard]] bool isTracking() const { return startsToCome_ > 0 || tracking_.isTracking(); }
 
  signals:
-  // The window has been unloaded, and with it the program ends.
+  // The window has been unloaded; the program then ends.
   void unloaded();
 
  protected:
@@ -135,8 +135,8 @@ class MainForm final : public QMainWindow, private TrackingDisplay, private Site
   SearchWindows searchWindows_;
   ArchiveWindows archiveWindows_;
   QPointer<HelpWindow> helpWindow_;
-  NodeId popupSite_ = kNoNode;  // selected when the popup menu was opened; kNoNode once it is gone
-  bool somePurchasesToLoad_ = false;  // as the list of purchases found at its last load
+  NodeId popupSite_ = kNoNode;        // selected when the popup menu was opened; kNoNode if removed
+  bool somePurchasesToLoad_ = false;  // as of the last load of the list of purchases
   int startsToCome_ = 0;              // queued starts of tracking that have not begun
   bool isUnloaded_ = false;
 };

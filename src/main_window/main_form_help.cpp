@@ -13,7 +13,7 @@
 
 namespace quorrix {
 
-// Reads the file each time, so that a user who has put it back need not restart the program.
+// Reads the file each time, so that a user who restores it need not restart the program.
 void MainForm::HelpHelp_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::Help, [this] {
     const Hourglass hourglass(*this);

@@ -1,6 +1,6 @@
-// The document of the main window: the tree of sites and the data files that it is
-// built from. Each operation on both has its order of steps here. Failures reach the
-// caller as Failure and stop an operation where it is; nothing is rolled back.
+// The document of the main window: the tree of sites and the data files that it is built
+// from. The order of steps of each operation on both is defined here. A failure stops the
+// operation and reaches the caller as Failure; nothing is rolled back.
 #pragma once
 
 #include <string_view>
@@ -15,19 +15,20 @@
 
 namespace quorrix {
 
-// The steps of the display that come between two steps on the files, so that it shows
-// how far an operation got.
+// Updates of the display that happen between two steps on the files, so that the display
+// shows how far an operation got.
 class SiteDisplay {
  public:
   virtual ~SiteDisplay() = default;
 
-  // The tree has been read from a file.
+  // Called after the tree has been read from a file.
   virtual void showHosts() = 0;
 
-  // The archive loaded last, as load.txt names it, in the platform's encoding.
+  // Shows the archive loaded last, as load.txt names it, in the platform's encoding.
   virtual void showLastArchive(std::string_view name) = 0;
 
-  // The same while its folder is known, whose name the platform's encoding may lack.
+  // The same if its folder is known. The folder's name may not exist in the platform's
+  // encoding.
   virtual void showLastArchiveFolder(const Path& folder) = 0;
 };
 
@@ -41,23 +42,24 @@ class SiteCollection {
   [[nodiscard]] const WorkingPaths& paths() const { return paths_; }
   [[nodiscard]] bool isDisplayEmpty() const { return tree_.size() <= 1; }
 
-  // At start-up: makes the folder "Archives" and missing data files, and fills the tree.
-  // Fails with kFileNotFound without load.txt, with kPathNotFound without "Data".
+  // At start-up: creates the folder "Archives" and missing data files, and fills the
+  // tree. Fails with kFileNotFound if load.txt is missing, and with kPathNotFound if
+  // "Data" is missing.
   void load();
 
-  // Empties the tree; the files keep everything.
+  // Empties the tree; the files do not change.
   void clear() { tree_.clear(); }
 
-  // Deletes the selected node, with all that is below it, from the files and then from
-  // the tree: after a failure the tree still shows what is left in the files. The root
-  // stands for everything.
+  // Deletes the selected node and everything below it, first from the files and then from
+  // the tree, so that after a failure the tree still shows what is left in the files. If
+  // the root is selected, deletes everything.
   void deleteSelected();
 
-  // Moves everything into the folder; the tree is empty then.
+  // Moves everything into the folder and empties the tree.
   void archiveTo(const Path& folder, EarlierArchive earlier);
 
-  // Replaces everything by the archive in the folder. If a file cannot be copied, the
-  // paths go on leading into the archive, whose sites the tree then shows.
+  // Replaces everything with the archive in the folder. If a file cannot be copied, the
+  // paths keep pointing into the archive, and the tree shows its sites.
   void loadArchive(const Path& folder);
 
  private:

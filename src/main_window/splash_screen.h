@@ -1,4 +1,4 @@
-// The picture that shows while the program starts.
+// The picture that is shown while the program starts.
 #pragma once
 
 #include <QWidget>

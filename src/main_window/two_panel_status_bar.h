@@ -14,8 +14,8 @@ class TwoPanelStatusBar final : public QStatusBar {
  public:
   explicit TwoPanelStatusBar(QWidget* parent = nullptr);
 
-  // Panels count from 1. A text too long for its panel is cut off with an
-  // ellipsis and shown whole as the panel's tool tip.
+  // Panels are numbered from 1. A text too long for its panel is cut off with an
+  // ellipsis. The panel's tool tip shows the whole text.
   void setPanelText(int panel, const QString& text);
   [[nodiscard]] QString panelText(int panel) const;
 

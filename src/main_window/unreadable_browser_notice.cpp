@@ -15,7 +15,7 @@
 namespace quorrix {
 namespace {
 
-// A notification is what screen readers read out without having been led to it.
+// Screen readers read out a notification without the user moving to it.
 QAccessibleInterface* accessibleNotice(const QString& /*className*/, QObject* object) {
   auto* const notice = qobject_cast<UnreadableBrowserNotice*>(object);
   return notice == nullptr ? nullptr : new QAccessibleWidget(notice, QAccessible::Notification);
@@ -33,13 +33,13 @@ QLabel* makeIcon(QWidget* parent) {
 
 UnreadableBrowserNotice::UnreadableBrowserNotice(QWidget* parent, SlotRunner run, Announce announce)
     : QFrame(parent), run_(std::move(run)), announce_(std::move(announce)) {
-  QAccessible::installFactory(accessibleNotice);  // once, however often it is called
+  QAccessible::installFactory(accessibleNotice);  // installed once, however often this is called
   setObjectName(QStringLiteral("UnreadableBrowserNotice"));
   setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
   text_ = makeLabel("", {}, this);
   text_->setWordWrap(true);
   QPushButton* const button = makeButton("DismissButton", QStringLiteral("Dismiss"), this);
-  button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keyboard where it is
+  button->setFocusPolicy(Qt::TabFocus);  // a click does not take the keyboard focus
   button->setAutoDefault(true);          // the Enter key presses it, too
   connect(button, &QPushButton::clicked, this, [this] { run_([this] { dismiss(); }); });
 
@@ -78,13 +78,14 @@ void UnreadableBrowserNotice::showText() {
   const bool wasVisible = isVisible();
   show();
   emit changed();
-  // Some screen readers read out what begins to show, others listen for alerts. Showing
-  // sends the first event, but not when only the text has changed.
+  // Some screen readers read out an object when it is shown, others listen for alerts.
+  // show() sends the first event only if the notice was hidden.
   if (wasVisible) announce(QAccessible::ObjectShow);
   announce(QAccessible::Alert);
 }
 
-// Hiding moves the keyboard only in the active window, but the user may be in the browser.
+// Hiding moves the keyboard focus only in the active window, but the user may be in the
+// browser.
 void UnreadableBrowserNotice::giveKeyboardBack() {
   if (isAncestorOf(window()->focusWidget())) focusNextChild();
 }

@@ -1,6 +1,6 @@
-// A strip in the main window, above the status bar, that names the browsers whose
-// pages cannot be read and says what to do. It is hidden while there is nothing to
-// say, and never takes the keyboard. Screen readers read it out.
+// A strip in the main window, above the status bar, that names the browsers whose pages
+// cannot be read and says what to do. It is hidden while there is nothing to say, and
+// never takes the keyboard focus by itself. Screen readers read it out.
 #pragma once
 
 #include <QAccessible>
@@ -19,7 +19,7 @@ class UnreadableBrowserNotice final : public QFrame {
   Q_OBJECT
 
  public:
-  // Tells the platform's screen readers of an event.
+  // Sends an event to the platform's screen readers.
   using Announce = std::function<void(QAccessibleEvent&)>;
 
   UnreadableBrowserNotice(
@@ -27,16 +27,16 @@ class UnreadableBrowserNotice final : public QFrame {
         QAccessible::updateAccessibility(&event);
       });
 
-  // Shows what is to say of these browsers in place of what was said before. A browser
-  // that was dismissed is left out for good, except for another reason than then.
+  // Shows the text about these browsers instead of the previous one. A dismissed browser
+  // is left out for good, unless its reason is now a different one.
   void showBrowsers(const std::vector<UnreadableBrowser>& browsers);
 
-  // Takes the place at the bottom of its parent, which is so large, in pixels. Returns
-  // the height of that place; 0 when hidden.
+  // Places the strip at the bottom of its parent, whose size in pixels is `room`. Returns
+  // the height of the strip; 0 if it is hidden.
   int placeAtBottomOf(const QSize& room);
 
  signals:
-  // It was shown or hidden, or another text needs another height.
+  // The strip was shown or hidden, or its text changed, which may change its height.
   void changed();
 
  private:

@@ -8,9 +8,9 @@
 
 namespace quorrix {
 
-// One line for each reason, which names the browsers it holds for in the order of the
-// list and each of them once; empty for an empty list. A name of more than 30
-// characters is cut and ends with an ellipsis.
+// One line for each reason that applies. A line names its browsers in the order of the
+// list, each of them once. Empty for an empty list. A name of more than 30 characters is
+// cut and ends with an ellipsis.
 [[nodiscard]] QString unreadableBrowserText(const std::vector<UnreadableBrowser>& browsers);
 
 }  // namespace quorrix

@@ -11,9 +11,9 @@ namespace quorrix {
 
 namespace case_folding {
 
-// Every byte's own value, but for a capital letter that of its small one. The
-// letters without a partner in the code page (such as the sharp s) stand for
-// themselves, and so do the two signs amid the letters, 0xD7 and 0xF7.
+// Maps each capital letter to its small letter, and every other byte to itself. Letters
+// without a partner in the code page (such as the sharp s) map to themselves, and so do
+// the two signs among the letters, 0xD7 and 0xF7.
 constexpr std::array<char, 256> makeTable() {
   constexpr unsigned kToSmallLetter = 0x20;
   std::array<unsigned char, 256> small{};
@@ -34,7 +34,7 @@ inline constexpr std::array<char, 256> kTable = makeTable();
 
 }  // namespace case_folding
 
-// Two characters differ in nothing but their case when this is the same for both.
+// Two characters are equal except for case if and only if this is the same for both.
 [[nodiscard]] constexpr char folded(char character) {
   return case_folding::kTable[static_cast<unsigned char>(character)];
 }

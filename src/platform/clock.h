@@ -1,12 +1,13 @@
-// The present, as the program sees it. Real: system_clock.h. Tests set their own.
+// The current time, as the program sees it. The real clock is in system_clock.h; tests
+// use their own.
 #pragma once
 
 #include <chrono>
 
 namespace quorrix {
 
-// A local wall-clock time, as a calendar shows it: month and day count from 1,
-// the hour from 0 to 23, the year has all its digits.
+// A local wall-clock time: month and day count from 1, hours run from 0 to 23, and the
+// year is given in full.
 struct LocalDateTime {
   int year = 0;
   int month = 0;

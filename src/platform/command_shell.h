@@ -1,5 +1,5 @@
-// Where "start" lines go: the operating system opens the address behind "start " in
-// the program that the user has chosen for it. Real: qt_command_shell.h,
+// Runs "start" lines: the operating system opens the address after "start " in the
+// program that the user has chosen for it. The real ones are qt_command_shell.h and
 // windows_command_shell.h.
 #pragma once
 
@@ -13,11 +13,11 @@ class CommandShell {
  public:
   virtual ~CommandShell() = default;
 
-  // `line` is single-byte text: kStartCommand and an address. The address reaches the
-  // program that opens it as one argument, whatever characters it has; no shell reads
-  // it. Where the system makes a command line of it, as Windows does, the characters
-  // that could end the argument are percent-encoded. Returns at once and does not learn
-  // what became of it. Throws kFileNotFound when there is nothing that could open it.
+  // `line` is single-byte text: kStartCommand followed by an address. The address reaches
+  // the program that opens it as one argument, whatever characters it contains; no shell
+  // parses it. If the system builds a command line from it, as Windows does, characters
+  // that could end the argument are percent-encoded. Returns at once and does not report
+  // what the opened program does. Throws kFileNotFound if nothing can open the address.
   virtual void run(std::string_view line) = 0;
 };
 

@@ -1,5 +1,5 @@
-// Lets the user interface breathe while a handler is still running: everything
-// is in one thread, so a loop that does not pump freezes the window.
+// Keeps the user interface responsive while a handler is still running. Everything runs
+// in one thread, so a loop that does not pump events freezes the window.
 #pragma once
 
 #include <chrono>
@@ -13,7 +13,7 @@ class EventPump {
   // Handles every window event that is pending, then returns.
   virtual void processPending() = 0;
 
-  // Goes on handling events for `time`; returns early when the program ends.
+  // Handles events for `time`; returns early when the program ends.
   virtual void pause(std::chrono::milliseconds time) = 0;
 };
 

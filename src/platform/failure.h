@@ -1,7 +1,7 @@
-// How a failure travels: the platform throws a Failure with one of the numbers
-// below, nothing else carries a failure upward, and the guard around a user's
-// operation turns the number into a sentence (shell/failure_messages.h). Contracts name
-// the number: "throws kFileNotFound" means a Failure with that number.
+// How failures propagate: the platform throws a Failure with one of the numbers below,
+// and the guard around a user's operation turns the number into a sentence
+// (shell/failure_messages.h). Failures propagate in no other way. In contracts, "throws
+// kFileNotFound" means a Failure with that number.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 namespace quorrix {
 
 namespace failure {
-inline constexpr int kInvalidCall = 5;  // such as cutting a text at a mark that it lacks
+inline constexpr int kInvalidCall = 5;  // such as splitting a text at a mark that it lacks
 inline constexpr int kOverflow = 6;     // a number does not fit in 16 bits
 inline constexpr int kOutOfMemory = 7;
 inline constexpr int kIndexOutOfRange = 9;
@@ -23,19 +23,19 @@ inline constexpr int kTooManyFiles = 67;
 inline constexpr int kDeviceUnavailable = 68;
 inline constexpr int kDiskNotReady = 71;    // a drive without a medium
 inline constexpr int kPathFileAccess = 75;  // refused, read-only, exists already, is a folder
-inline constexpr int kPathNotFound = 76;    // the folder above is missing too
+inline constexpr int kPathNotFound = 76;    // the parent folder is missing too
 inline constexpr int kInvalidFileFormat = 321;
 inline constexpr int kOutOfControlMemory = 31001;
 inline constexpr int kElementNotFound = 35601;  // no node of the tree has the key
-inline constexpr int kUnknown = 51;             // whatever has no number of its own
+inline constexpr int kUnknown = 51;             // anything without a number of its own
 }  // namespace failure
 
 class Failure final : public std::exception {
  public:
   explicit Failure(int number) noexcept;
 
-  // kPathFileAccess for a file that another program has locked for longer than an
-  // operation waits. Trying again later may succeed.
+  // kPathFileAccess for a file that another program keeps locked for longer than an
+  // operation waits. A later attempt may succeed.
   [[nodiscard]] static Failure ofFileInUse() noexcept {
     Failure failure(failure::kPathFileAccess);
     failure.isFileInUse_ = true;

@@ -1,6 +1,6 @@
-// How a file is replaced whole, for the file systems of every platform: the new
-// content is written under another name beside the file, and renamed over it once
-// it has reached the disk.
+// How the file systems of all platforms replace a whole file: they write the new content
+// to a file with another name in the same folder. Once that has reached the disk, they
+// rename it over the old file.
 #pragma once
 
 #include <string_view>
@@ -9,13 +9,13 @@
 
 namespace quorrix {
 
-// The name to write under. Always the same for a file: what a crash left behind is
-// found and removed the next time.
+// The name to write under. It is always the same for a given file, so the next
+// replacement finds and removes what a crash left.
 [[nodiscard]] Path replacementNameOf(const Path& path);
 
 void writeCopy(RandomAccessFile& from, RandomAccessFile& into);
 
-// The line and CR LF.
+// Writes the line and CR LF at the beginning of `into`.
 void writeLine(std::string_view line, RandomAccessFile& into);
 
 }  // namespace quorrix

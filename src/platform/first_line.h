@@ -8,7 +8,7 @@
 namespace quorrix {
 
 // The bytes before the first LF or CR, or before the end of the file. A line of
-// more than 64 KiB is cut off soon behind that.
+// more than 64 KiB is cut off there.
 [[nodiscard]] std::string firstLineOf(RandomAccessFile& file);
 
 }  // namespace quorrix

@@ -1,10 +1,10 @@
-// At most one program runs on a folder, so that no two overwrite each other's data. The
-// first one claims it; a later start asks that one to show its window.
+// Ensures that at most one program uses a folder, so that no two overwrite each other's
+// data. The first one claims the folder; a later start asks it to show its window.
 //
-// A claim belongs to a process and leaves nothing on the disk: it ends when the process
-// does, also after a crash, and another machine that uses the same file system knows
-// nothing of it. It holds among the programs of one user on this machine, on Windows
-// among those of one log-on session. One source per platform.
+// A claim belongs to a process and leaves nothing on the disk. It ends with the process,
+// also after a crash, and other machines that use the same file system do not see it. It
+// applies among the programs of one user on this machine, and on Windows among those of
+// one log-on session. There is one source file per platform.
 #pragma once
 
 #include <chrono>
@@ -35,19 +35,21 @@ class FolderClaim {
   // In bytes; a longer token is not passed on.
   static constexpr std::size_t kLongestToken = 4096;
 
-  // The folder's identity counts and not its path, so a link does not hide that two
-  // programs use one folder. `activationToken` is what the desktop gave this start so that
-  // its window may take the keyboard, empty for none; only Linux passes it on. `patience`
-  // is how long to wait for the other program's answer. To be called once.
+  // Folders are compared by identity and not by path, so two programs that reach one
+  // folder through a link are detected. `activationToken` is what the desktop gave this
+  // start so that its window may take the keyboard focus, or empty; only Linux passes it
+  // on. `patience` is how long to wait for the other program's answer.
+  // Call it once.
   [[nodiscard]] ClaimResult claim(const Path& folder, std::string_view activationToken,
                                   std::chrono::milliseconds patience);
 
-  // Once the folder has been claimed: a socket on Linux and the handle of an event on
-  // Windows, readable or signalled when a later start asks for the window.
+  // Valid once the folder has been claimed. On Linux, a socket that becomes readable when
+  // a later start asks for the window; on Windows, the handle of an event that is then
+  // signalled.
   [[nodiscard]] std::intptr_t signal() const;
 
-  // Answers one later start and returns its activation token; nullopt when there is none
-  // to be answered. Waits a fifth of a second at most.
+  // Answers one later start and returns its activation token; nullopt if no start is
+  // waiting. Waits at most 200 ms.
   [[nodiscard]] std::optional<std::string> takeRequest();
 
  private:

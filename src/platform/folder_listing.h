@@ -1,4 +1,4 @@
-// What lies in a folder, by name.
+// Lists the contents of a folder by name.
 #pragma once
 
 #include <vector>
@@ -7,9 +7,9 @@
 
 namespace quorrix {
 
-enum class ListedKind { File, Folder };  // whatever is no folder is a file
+enum class ListedKind { File, Folder };  // anything that is not a folder is a File
 
-// As FileSystem::fileNames() and folderNames() promise.
+// See FileSystem::fileNames() and folderNames().
 [[nodiscard]] std::vector<Path> namesIn(const Path& folder, ListedKind kind);
 
 }  // namespace quorrix

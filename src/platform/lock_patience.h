@@ -1,7 +1,6 @@
-// How long opening a file waits for another program to unlock it. A record file
-// is locked for the few milliseconds of one operation, so a lock that outlasts
-// this is not going to end soon, and the window must not freeze for longer. Both file systems use
-// it.
+// How long opening a file waits for another program to unlock it. A record file is locked
+// for the few milliseconds of one operation, so a lock that lasts longer than this will
+// not end soon, and the window must not freeze for longer. Both file systems use it.
 #pragma once
 
 #include <chrono>
@@ -12,9 +11,9 @@ namespace quorrix {
 inline constexpr std::chrono::milliseconds kLockPatience{400};
 inline constexpr std::chrono::milliseconds kLockRetryPause{10};
 
-// Calls `attempt` until it returns true, at least once and with a brief pause
-// between calls; false when `patience` has run out. Neither flock nor LockFileEx
-// can wait for a limited time, which is why this asks again and again.
+// Calls `attempt` until it returns true, at least once and with a brief pause between
+// calls. Returns false once `patience` has run out. It polls, because neither flock nor
+// LockFileEx can wait for a limited time.
 template <typename Attempt>
 [[nodiscard]] bool succeedsWithin(std::chrono::milliseconds patience, Attempt attempt) {
   const auto deadline = std::chrono::steady_clock::now() + patience;

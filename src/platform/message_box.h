@@ -21,8 +21,8 @@ class MessageBox {
  public:
   virtual ~MessageBox() = default;
 
-  // `text` is UTF-8 and never read as markup. Returns when the user
-  // has answered; closing the box is Cancel where there is such a button, else OK.
+  // `text` is UTF-8 and never interpreted as markup. Returns when the user has answered.
+  // Closing the box counts as Cancel if it has that button, otherwise as OK.
   virtual MessageBoxButton show(std::string_view text, MessageBoxStyle style) = 0;
 };
 

@@ -1,5 +1,5 @@
-// A path as the text of a file that other programs of the system can read.
-// One source per platform, linux/path_text.cpp and windows/path_text.cpp.
+// A path as text in a file that other programs on the system can read. There is one
+// source file per platform, linux/path_text.cpp and windows/path_text.cpp.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace quorrix {
 
-// The path's own bytes on Linux, in whatever encoding they are; on Windows the
-// system's single-byte character set, with "?" for what has no place in it.
+// On Linux the path's own bytes, in whatever encoding; on Windows the path in the
+// system's ANSI code page, with "?" for characters that it lacks.
 [[nodiscard]] std::string pathText(const Path& path);
 
 }  // namespace quorrix

@@ -1,4 +1,4 @@
-// Has the processor fetch memory that will be read soon.
+// Tells the processor to fetch memory that will be read soon.
 #pragma once
 
 #ifdef _MSC_VER

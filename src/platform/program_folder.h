@@ -1,13 +1,14 @@
-// Where the program is installed: its data and its help file lie beside it.
-// One source per platform, linux/program_folder.cpp and windows/program_folder.cpp.
+// Where the program is installed. Its data and its help file are in the same folder.
+// There is one source file per platform, linux/program_folder.cpp and
+// windows/program_folder.cpp.
 #pragma once
 
 #include "platform/file_system.h"
 
 namespace quorrix {
 
-// The folder of the running executable, symbolic links resolved on Linux.
-// Throws Failure when the system does not tell.
+// The folder of the running executable, on Linux with symbolic links resolved. Throws
+// Failure if the system does not report it.
 [[nodiscard]] Path programFolder();
 
 }  // namespace quorrix

@@ -7,8 +7,8 @@
 namespace quorrix {
 namespace {
 
-// The C library may look up the time zone only once; asking it again lets the
-// stamps follow a user who travels while the program runs.
+// The C library may look up the time zone only once. Making it look again keeps the
+// timestamps right for a user who travels while the program runs.
 bool toLocalTime(std::time_t moment, std::tm& local) {
 #ifdef _WIN32
   ::_tzset();

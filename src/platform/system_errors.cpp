@@ -57,8 +57,8 @@ struct WindowsRow {
   int number;
 };
 
-// The codes' names stand beside them: <windows.h> is not there on every system
-// that compiles and tests this table.
+// The names of the codes are given in comments because <windows.h> is not available on
+// every system that compiles and tests this table.
 constexpr WindowsRow kWindowsTable[] = {
     {2, failure::kFileNotFound},          // ERROR_FILE_NOT_FOUND
     {3, failure::kPathNotFound},          // ERROR_PATH_NOT_FOUND
@@ -138,7 +138,7 @@ int failureNumberOfWindowsError(std::uint32_t code) noexcept {
 bool mayEndSoon(std::uint32_t code, bool isBeingDeleted) noexcept {
   constexpr std::uint32_t kAccessDenied = 5;
   constexpr std::uint32_t kSharingViolation = 32;
-  constexpr std::uint32_t kFileExists = 80;  // it was made just now, by a program that will use it
+  constexpr std::uint32_t kFileExists = 80;  // another program has just created it and will use it
   constexpr std::uint32_t kDeletePending = 303;
   if (code == kAccessDenied) return isBeingDeleted;
   return code == kSharingViolation || code == kFileExists || code == kDeletePending;

@@ -1,5 +1,5 @@
-// The one table from the operating systems' error codes to failure numbers.
-// Both columns are compiled everywhere, so that each is tested on either system.
+// Maps the operating systems' error codes to failure numbers. Both tables are compiled
+// everywhere, so that each is tested on both systems.
 #pragma once
 
 #include <cstdint>
@@ -14,9 +14,10 @@ namespace quorrix {
 // `code` is a GetLastError() value.
 [[nodiscard]] int failureNumberOfWindowsError(std::uint32_t code) noexcept;
 
-// Whether an operation on a file that failed with this GetLastError() value may succeed
-// soon, when another program closes the file. A file that was deleted while it was open
-// refuses everything, as a missing permission does; `isBeingDeleted` tells them apart.
+// Whether a file operation that failed with this GetLastError() value may succeed soon,
+// when another program closes the file. A file that was deleted while it was open refuses
+// every access with the same code as a missing permission; `isBeingDeleted` tells them
+// apart.
 [[nodiscard]] bool mayEndSoon(std::uint32_t code, bool isBeingDeleted) noexcept;
 
 // `number`, or kPathNotFound in place of kFileNotFound if the folder that should hold `path`

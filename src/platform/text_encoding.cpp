@@ -8,8 +8,8 @@
 namespace quorrix {
 namespace {
 
-// What the bytes 0x80 to 0x9F stand for; every other byte stands for the
-// character of its own number.
+// The characters of the bytes 0x80 to 0x9F. Every other byte stands for the character
+// with the same number.
 constexpr std::array<char16_t, 32> kUpperControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -34,8 +34,8 @@ unsigned sequenceLength(unsigned char lead) {
   return 0;
 }
 
-// Takes one character off the front of `utf8`; of a malformed sequence, only
-// the bytes up to the first one that cannot belong to it.
+// Removes one character from the front of `utf8`. If the sequence is malformed, removes
+// only the bytes before the first one that cannot belong to it.
 char32_t takeCharacter(std::string_view& utf8) {
   constexpr std::array<char32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
   const auto lead = static_cast<unsigned char>(utf8.front());

@@ -1,5 +1,5 @@
-// The border between the single-byte text that the program keeps (Windows-1252,
-// so that a field's width is its length in bytes) and the UTF-8 of the world.
+// Converts between the single-byte text that the program keeps (Windows-1252, so that a
+// field's width is its length in bytes) and UTF-8, which everything else uses.
 #pragma once
 
 #include <optional>
@@ -8,19 +8,19 @@
 
 namespace quorrix {
 
-// A character without a place in the code page, and every malformed sequence,
-// becomes "?".
+// Each character that is missing from the code page, and each malformed sequence, becomes
+// "?".
 [[nodiscard]] std::string windows1252FromUtf8(std::string_view utf8);
 
 // nullopt when any character would become "?".
 [[nodiscard]] std::optional<std::string> exactWindows1252FromUtf8(std::string_view utf8);
 
 // Whether the bytes are well-formed UTF-8: no stray or missing continuation byte, no
-// longer form than needed, no surrogate, no number beyond the last character.
+// overlong form, no surrogate, and nothing above U+10FFFF.
 [[nodiscard]] bool isUtf8(std::string_view bytes);
 
-// Every byte has a character: the five unassigned ones are the control
-// characters of the same number.
+// Every byte has a character: the five unassigned bytes become the control characters
+// with the same numbers.
 [[nodiscard]] std::string utf8FromWindows1252(std::string_view text);
 
 }  // namespace quorrix

@@ -1,8 +1,8 @@
-// The desktop's windows as the browser scan asks for them. Methods carry the
-// names of the user32 calls whose behaviour they promise, so that the scan reads
-// the same everywhere: windows/user32_window_system.h passes them on, while
-// linux/accessible_window_system.h plays a window system in front of the
-// accessibility bus. Texts are single-byte (Windows-1252).
+// The interface through which the browser scan sees the desktop's windows. Methods have
+// the names and the behaviour of user32 calls, so that the scan reads the same
+// everywhere: windows/user32_window_system.h forwards them to user32, and
+// linux/accessible_window_system.h emulates them on top of the accessibility bus. Texts
+// are single-byte (Windows-1252).
 #pragma once
 
 #include <chrono>
@@ -16,7 +16,7 @@
 
 namespace quorrix {
 
-// Identifies a window for the length of one enumeration; 0 is "no window".
+// Identifies a window until the next enumeration; 0 is "no window".
 using WindowHandle = std::uintptr_t;
 inline constexpr WindowHandle kNoWindow = 0;
 
@@ -26,15 +26,15 @@ enum class WindowRelation : unsigned {
 };
 
 enum class WindowMessage : unsigned {
-  GetText = 13,        // WM_GETTEXT: fills the buffer, answers the length copied
+  GetText = 13,        // WM_GETTEXT: fills the buffer, returns the length copied
   GetTextLength = 14,  // WM_GETTEXTLENGTH: the buffer is not used
 };
 
-// A browser with a window open whose pages cannot be read, and what keeps them from it.
+// A browser with an open window whose pages cannot be read, and the reason.
 struct UnreadableBrowser {
   enum class Reason {
-    StartedTooEarly,   // it looks at the accessibility switch only when it starts, and
-                       // started before that was on
+    StartedTooEarly,   // it checks the accessibility switch only at startup, and
+                       // started before the switch was on
     AccessibilityOff,  // an environment variable or a setting of the browser vetoes accessibility
     NoBus,             // there is no accessibility bus, or it does not answer
     UnknownKind,       // whether the window is private is still not known after 10 s
@@ -50,17 +50,18 @@ class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
 
-  // Called once whenever tracking starts: the place to switch on whatever makes
+  // Called once each time tracking starts. An implementation switches on whatever makes
   // browsers readable.
   virtual void prepareForTracking() {}
 
-  // How long to wait after a pass before the next one. The usual time lets an idle
-  // tracking loop cost next to nothing, and yet files a page well within a second.
+  // How long to wait after a pass before the next one. With the usual wait, an idle
+  // tracking loop costs almost nothing, and a page is still recorded well within a
+  // second.
   static constexpr std::chrono::milliseconds kUsualWait{100};
   [[nodiscard]] virtual std::chrono::milliseconds timeToNextPass() const { return kUsualWait; }
 
-  // Calls `callback` for each top-level window, the one used last first, until
-  // it returns false.
+  // Calls `callback` for each top-level window, most recently used first, until it
+  // returns false.
   virtual void EnumWindows(const std::function<bool(WindowHandle)>& callback) = 0;
 
   // Both copy at most buffer.size() - 1 characters and a NUL, and return the
@@ -72,12 +73,12 @@ class WindowSystem {
   [[nodiscard]] virtual WindowHandle GetParent(WindowHandle window) = 0;
   [[nodiscard]] virtual WindowHandle GetWindow(WindowHandle window, WindowRelation relation) = 0;
 
-  // Lengths count characters without the NUL; GetText copies like GetWindowTextA.
-  // A window that does not answer in time answers 0.
+  // Lengths count characters without the NUL; GetText copies like GetWindowTextA. The
+  // result is 0 for a window that does not answer in time.
   virtual std::size_t SendMessageA(WindowHandle window, WindowMessage message,
                                    std::span<char> buffer) = 0;
 
-  // As of the last enumeration, in the same order while nothing changes; empty where
+  // As of the last enumeration. The order stays the same while nothing changes. Empty if
   // the platform cannot tell.
   [[nodiscard]] virtual std::vector<UnreadableBrowser> unreadableBrowsers() const { return {}; }
 };

@@ -11,7 +11,8 @@ QString onOneLine(const QString& text) {
   return asReadBack(text).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
-// Refuses nothing; it is where a line edit lets its text be changed before it shows.
+// Accepts every text. A validator is where QLineEdit lets its text be changed before it
+// is shown.
 class Storing final : public QValidator {
  public:
   using QValidator::QValidator;

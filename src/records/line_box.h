@@ -1,6 +1,5 @@
-// A text box of one line that shows what will be stored of what is entered: a
-// character without a place in the code page turns into "?" at once, a pasted line
-// break into a blank.
+// A one-line text box that shows the entered text as it will be stored: a character that
+// is not in the code page becomes "?" at once, and a pasted line break becomes a blank.
 #pragma once
 
 #include <QLineEdit>

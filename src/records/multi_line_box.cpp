@@ -14,7 +14,7 @@ MultiLineBox::MultiLineBox(std::size_t limit, QWidget* parent)
     : QPlainTextEdit(parent), limit_(limit) {
   setTabChangesFocus(true);
   connect(document(), &QTextDocument::contentsChange, this, &MultiLineBox::noteChange);
-  // The document may be changed again only once it has told everybody of the change.
+  // The document may be changed again only after it has notified everyone of the change.
   connect(document(), &QTextDocument::contentsChanged, this, &MultiLineBox::holdToStore);
 }
 
@@ -57,7 +57,8 @@ void MultiLineBox::holdToStore() {
   if (storedText(text_).size() > limit_) longTexts_.insert(text_);
 }
 
-// Changes what was entered, a part of `text`, into what will be stored of it.
+// Replaces `part` of `text`, which was entered last, with the form in which it will be
+// stored.
 void MultiLineBox::admit(const QString& text, Range part) {
   const QString entered = text.mid(part.first, part.count);
   const std::size_t others = storedText(text).size() - storedText(entered).size();

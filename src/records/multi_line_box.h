@@ -1,8 +1,7 @@
-// A text box of several lines that shows what will be stored of what is entered: a
-// character without a place in the code page turns into "?" at once. Its limit counts
-// stored characters, of which a line break is two, CR LF. Both hold for every change of
-// the text, whether it is typed, pasted, dropped, or made by an input method or by
-// assistive technology.
+// A multi-line text box that shows the entered text as it will be stored: a character
+// that is not in the code page becomes "?" at once. The limit counts stored characters; a
+// line break counts as two (CR LF). Both rules apply to every change of the text, whether
+// it is typed, pasted, dropped, or made by an input method or assistive technology.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -16,17 +15,17 @@ class MultiLineBox final : public QPlainTextEdit {
   Q_OBJECT
 
  public:
-  // A change goes no further than `limit` stored characters; a longer text that was
-  // stored can only be made shorter. Tab leaves the box.
+  // A change cannot make the text longer than `limit` stored characters. A stored text
+  // that exceeds the limit can only be made shorter. Tab leaves the box.
   MultiLineBox(std::size_t limit, QWidget* parent);
 
-  // Shows what was stored, without the blanks behind it, so that the user who
-  // clicks there and types goes on where the text ends. May exceed the limit.
+  // Shows a stored text without its trailing blanks, so that a user who clicks after the
+  // text and types continues right where it ends. The text may exceed the limit.
   void showStored(std::string stored);
 
-  // What is to be stored. Left as it was shown, it is what was stored, byte for
-  // byte; changed, it is at most the limit, padded again to the same length, or
-  // empty when nothing is left of it.
+  // The text to store. An unchanged text is returned as it was stored, byte for byte. A
+  // changed text is cut to the limit and, if it is then shorter than the stored text was,
+  // padded with blanks to that length. If nothing is left of it, the result is empty.
   [[nodiscard]] std::string value() const;
 
  protected:
@@ -48,9 +47,9 @@ class MultiLineBox final : public QPlainTextEdit {
 
   std::size_t limit_;
   std::string stored_;
-  QString shown_;            // of what was stored
+  QString shown_;            // as showStored() showed it
   QString text_;             // as of the last change
-  Range lastChange_{0, 0};   // of the text that is there now
+  Range lastChange_{0, 0};   // in the current text
   QSet<QString> longTexts_;  // beyond the limit; undoing may bring them back
   bool isHolding_ = false;
 };

@@ -19,8 +19,8 @@ namespace {
 
 constexpr int kLinesOfDescription = 4;
 
-// A disabled box cannot be scrolled, so its text can also be read in the tool tip, and
-// it is not greyed, for there is nothing else to do here than to read it.
+// A disabled box cannot be scrolled, so the tool tip shows the text too. The text is not
+// greyed out, because it can only be read.
 void showForReading(QWidget& box, const QString& text) {
   QPalette palette = box.palette();
   palette.setColor(QPalette::Disabled, QPalette::Text,
@@ -37,7 +37,7 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
       purchases_(parts.files, parts.paths),
       onDeleted_(std::move(onDeleted)) {
   using namespace purchase_record;
-  // In the order of entry, which is the order of Tab.
+  // In the order of entry, which is also the tab order.
   Text1_ = makeLineBox("Text1", QStringLiteral("Item"), kItem.width);
   Text3_ = makeLineBox("Text3", QStringLiteral("Price"), kPrice.width);
   Text4_ = makeLineBox("Text4", QStringLiteral("Quantity"), kQuantity.width);
@@ -68,7 +68,7 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
   OKButton_ = makeButton("OKButton", QStringLiteral("OK"), this);
   QPushButton* const CancelButton = makeButton("CancelButton", QStringLiteral("Cancel"), this);
   DeleteButton_ = makeButton("DeleteButton", QStringLiteral("Delete"), this);
-  DeleteButton_->setEnabled(false);  // until getExistingRecord(), even when the load fails
+  DeleteButton_->setEnabled(false);  // until getExistingRecord(), even if the load fails
   OKButton_->setDefault(true);
   connect(OKButton_, &QPushButton::clicked, this, &NewPurchaseDialog::OKButton_Click);
   connect(CancelButton, &QPushButton::clicked, this, &NewPurchaseDialog::CancelButton_Click);

@@ -1,5 +1,6 @@
-// New Purchase: enters one purchase on the selected site or, opened from the
-// list of purchases, shows one and deletes it. Kept in purchases.dat.
+// New Purchase: enters one purchase for the selected site. Opened from the list of
+// purchases, it shows one purchase and can delete it. Purchases are kept in
+// purchases.dat.
 #pragma once
 
 #include <functional>
@@ -15,18 +16,18 @@ class NewPurchaseDialog final : public RecordDialog {
   Q_OBJECT
 
  public:
-  // `onDeleted` is told the date text of a purchase that was deleted, before the
-  // dialog closes; for the list that the purchase was chosen from.
+  // `onDeleted` is called with the date text of a deleted purchase before the dialog
+  // closes, so that the list it was chosen from can be updated.
   using OnDeleted = std::function<void(const std::string& dateText)>;
 
   explicit NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted onDeleted = {});
 
-  // Before the dialog is shown; it is shown even when this fails.
+  // Call before the dialog is shown. The dialog is shown even if this fails.
   void Form_Load();
 
-  // Fills the boxes with the site's purchase of this date stamp, which then can
-  // only be viewed or deleted. Without such a purchase the boxes stay as they
-  // are and open for entering. Throws Failure.
+  // Fills the boxes with the site's purchase that has this date stamp; the purchase can
+  // then only be viewed or deleted. If there is no such purchase, the boxes stay
+  // unchanged and editable. Throws Failure.
   void getExistingRecord(const std::string& dateStamp);
 
  private:

@@ -78,7 +78,8 @@ void NotesDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteNotes, [this] {
     if (!isConfirmed(kDelete)) return;
     const Hourglass hourglass(*this);
-    // What is about to be deleted is shown first.
+    // If the file could not be read before, show what is about to be deleted and ask
+    // again.
     if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
     notes_.remove(siteKey());
     Text1_->showStored({});

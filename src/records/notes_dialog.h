@@ -14,11 +14,11 @@ class NotesDialog final : public RecordDialog {
  public:
   explicit NotesDialog(const RecordDialogParts& parts);
 
-  // Before the dialog is shown; it is shown even when this fails.
+  // Call before the dialog is shown. The dialog is shown even if this fails.
   void Form_Load();
 
  private:
-  // Shows what is stored for the site, and tells whether anything is.
+  // Shows what is stored for the site. Returns false if nothing is stored.
   bool readStored();
   void OKButton_Click();
   void CancelButton_Click();
@@ -27,7 +27,7 @@ class NotesDialog final : public RecordDialog {
   NotesFile notes_;
   MultiLineBox* Text1_;
   QPushButton* DeleteButton_;
-  bool isRead_ = false;  // the file was read, so the boxes show what it has
+  bool isRead_ = false;  // the file was read, so the box shows its contents
 };
 
 }  // namespace quorrix

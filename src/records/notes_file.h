@@ -1,4 +1,4 @@
-// notes.dat: one free text per site. Every method opens, works and closes.
+// notes.dat: one free text per site. Every method opens the file, works and closes it.
 #pragma once
 
 #include <optional>
@@ -15,13 +15,14 @@ class NotesFile {
  public:
   NotesFile(FileSystem& files, const WorkingPaths& paths) : files_(files), paths_(paths) {}
 
-  // The whole field of 1,024 characters, padding included; nullopt without a record.
+  // The whole field of 1,024 characters, padding included; nullopt if the site has no
+  // record.
   [[nodiscard]] std::optional<std::string> read(std::string_view siteKey);
 
-  // Replaces the site's record, or adds one.
+  // Replaces the site's record, or appends one.
   void save(std::string_view siteKey, std::string_view notes);
 
-  // Blanks the site's record; without one nothing is written.
+  // Blanks the site's record. Writes nothing if it is missing.
   void remove(std::string_view siteKey);
 
  private:

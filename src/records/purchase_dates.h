@@ -16,10 +16,11 @@ class PurchaseDates {
   void set(std::size_t index, std::string dateStamp);
   [[nodiscard]] const std::string& at(std::size_t index) const;
 
-  // Drops every slot but the last that holds `target`, and closes the rest up;
-  // the last slot stays. When two purchases have the same date, both dates are dropped
-  // but the list loses one entry. The entries after it then have the date of another
-  // entry, and opening or deleting one of them acts on that other purchase.
+  // Removes every slot that holds `target`, except the last slot of the array, and moves
+  // the later slots up. The last slot keeps its value. If two purchases have the same
+  // date, both dates are removed but the list loses only one row. From then on rows and
+  // dates are misaligned, so opening or deleting a later row may affect the wrong
+  // purchase.
   void deleteDeletedRecordDateFromDatesArray(std::string_view target);
 
  private:

@@ -77,7 +77,7 @@ void PurchasesDialog::CancelButton_Click() { reject(); }
 
 void PurchasesDialog::viewPurchase(int entry) {
   NewPurchaseDialog dialog(parts(), [this](const std::string& dateText) { noteDeleted(dateText); });
-  dialog.setParent(this, dialog.windowFlags());  // so that it lies on the list, not beside it
+  dialog.setParent(this, dialog.windowFlags());  // so that it stays above the list
   dialog.Form_Load();
   dialog.getExistingRecord(dates_.at(static_cast<std::size_t>(entry)));
   dialog.exec();

@@ -16,8 +16,8 @@ class PurchasesDialog final : public RecordDialog {
  public:
   explicit PurchasesDialog(const RecordDialogParts& parts);
 
-  // Builds the list. `somePurchasesToLoad` is then whether there is anything to
-  // show; it is left alone when this fails.
+  // Builds the list and sets `somePurchasesToLoad` to whether there is anything to show.
+  // If this fails, `somePurchasesToLoad` is unchanged.
   void Form_Load(bool& somePurchasesToLoad);
 
  private:

@@ -11,14 +11,14 @@ using namespace purchase_record;
 using PurchaseRecord = std::array<char, kLength>;
 
 constexpr char kTerminator = '~';
-constexpr std::string_view kPadding(" \0", 2);  // the NULs are those of a part record
+constexpr std::string_view kPadding(" \0", 2);  // an incomplete record is read with NULs
 
 std::string textOf(RecordFile::Record record, FieldLayout layout) {
   return std::string(cutAtTilde(fieldOf(record, layout)));
 }
 
-// A text for viewing. Where the "~" was lost, which another writer's record may have,
-// the whole field is the text: a purchase that can be viewed can be deleted.
+// A text for viewing. A record from another writer may lack the "~". The text is then the
+// whole field without its padding, so that the purchase can still be viewed and deleted.
 std::string viewedTextOf(RecordFile::Record record, FieldLayout layout) {
   const std::string_view field = fieldOf(record, layout);
   if (field.find(kTerminator) != std::string_view::npos) return textOf(record, layout);
@@ -36,9 +36,9 @@ RecordNumber findPurchaseRecord(RecordFile& file, std::string_view siteKey,
   });
 }
 
-// A purchase is told from the site's others by its date alone. Where one of those has a
-// date that cannot be read back, no purchase is appended: it could be neither
-// viewed nor deleted. Fails with kInvalidCall there.
+// Fails with kInvalidCall if a purchase of the site has a date that cannot be read back.
+// The site's purchases are distinguished by date alone, so a purchase appended after such
+// a record could be neither viewed nor deleted.
 void requireReadableDates(RecordFile& file, std::string_view siteKey) {
   static_cast<void>(file.find(siteKey, [](RecordFile::Record record) {
     static_cast<void>(cutAtTilde(fieldOf(record, kDateStamp)));

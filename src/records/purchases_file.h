@@ -1,7 +1,7 @@
-// purchases.dat: any number of purchases per site, in order of saving. Every
-// method opens, works and closes. A date stamp without a "~" fails with kInvalidCall, because it is
-// what a purchase is found by. Any other text without one is the whole field without its
-// padding.
+// purchases.dat: any number of purchases per site, in the order in which they were saved.
+// Every method opens the file, works and closes it. A date stamp without a "~" fails with
+// kInvalidCall, because purchases are found by their date stamps. Any other text without
+// a "~" is the whole field without its padding.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ struct Purchase {
   std::string dateStamp;
 };
 
-// What the list of purchases shows of one.
+// What the list of purchases shows of a purchase.
 struct PurchaseSummary {
   std::string item;
   std::string price;
@@ -42,12 +42,12 @@ class PurchasesFile {
   // The first purchase of the site with this date stamp, each text cut at its first "~".
   [[nodiscard]] std::optional<Purchase> read(std::string_view siteKey, std::string_view dateStamp);
 
-  // Adds a record. One with the same date stamp is never overwritten. Fails, with
-  // nothing written, where a date stamp of the site's cannot be read.
+  // Appends a record. A record with the same date stamp is never overwritten. Fails, and
+  // writes nothing, if a date stamp of the site cannot be read.
   void save(std::string_view siteKey, const Purchase& purchase);
 
-  // Blanks the first record of the site with this date stamp; without one
-  // nothing is written.
+  // Blanks the first record of the site with this date stamp. Writes nothing if there is
+  // none.
   void remove(std::string_view siteKey, std::string_view dateStamp);
 
  private:

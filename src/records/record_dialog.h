@@ -1,5 +1,5 @@
-// What the dialogs of the record files share: they work on the site that is
-// selected in the tree at the moment of each operation.
+// The base of the record-file dialogs. Each operation works on the site that is selected
+// in the tree at that moment.
 #pragma once
 
 #include <QDialog>
@@ -42,25 +42,27 @@ class RecordDialog : public QDialog {
   [[nodiscard]] const RecordDialogParts& parts() const { return parts_; }
   [[nodiscard]] std::string siteKey() const;
 
-  // The plain caption, " - " and the site's key.
+  // Sets the window title to the plain caption, " - " and the site's key.
   void showSiteInCaption();
 
-  // Runs the operation; when it fails, shows the family's sentence.
+  // Runs the operation. If it fails, shows the family's sentence.
   void runGuarded(FailureFamily family, const std::function<void()>& operation);
 
-  // The same for a load, during which the window that opens the dialog has the hourglass.
+  // The same for a load, during which the window that opens the dialog shows the
+  // hourglass.
   void runLoadGuarded(FailureFamily family, const std::function<void()>& operation);
 
-  // Asks with OK and Cancel, Cancel being the default.
+  // Asks with OK and Cancel; Cancel is the default.
   [[nodiscard]] bool isConfirmed(std::string_view question);
 
   [[nodiscard]] QLabel* makePrompt(const QString& text);
   [[nodiscard]] static QLayout* rowOfButtons(std::initializer_list<QPushButton*> buttons);
 
-  // Makes the dialog so many pixels wide, and as high as its contents then need.
+  // Resizes the dialog to `width` pixels, and to the height that its contents need at
+  // that width.
   void resizeToWidth(int width);
 
-  // A box of one line for a field of `fieldWidth` characters.
+  // A one-line box for a field of `fieldWidth` characters.
   [[nodiscard]] QLineEdit* makeLineBox(const char* name, const QString& label,
                                        std::size_t fieldWidth);
 

@@ -1,6 +1,6 @@
-// One of the three record files, open for one operation: finding, adding,
-// replacing and blanking records that belong to a site. Record numbers are
-// 16-bit; one past 32,767 fails with kOverflow.
+// One of the three record files, open for one operation: finding, adding, replacing and
+// blanking records that belong to a site. Record numbers are 16-bit; a number above
+// 32,767 fails with kOverflow.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ inline constexpr RecordNumber kLastRecordNumber = 32'767;
 
 // Where the last search ended. A record that still matches there is the first match and
 // need not be searched for again, because records are only ever appended after the last
-// one. Keep it no longer than the dialog that searches: another file may take the
-// place of this one.
+// one. Do not keep it longer than the dialog that searches, because another file may
+// replace this one.
 struct LikelyRecord {
   Path path;
   RecordNumber number = kNoRecord;
@@ -36,8 +36,8 @@ class RecordFile {
   RecordFile(FileSystem& files, const Path& path, std::size_t recordLength, FileAccess access,
              LikelyRecord& likely);
 
-  // The file's length in records, rounded to the nearest whole number, a half
-  // to the even one. Throws kOverflow past 32,767.
+  // The file's length in records, rounded to the nearest whole number, half to even.
+  // Throws kOverflow above 32,767.
   [[nodiscard]] RecordNumber recordCount();
 
   // The first live record of the site for which `isSought` is true, or kNoRecord.
@@ -51,18 +51,19 @@ class RecordFile {
   // `record` has the file's record length.
   void get(RecordNumber number, std::span<char> record);
 
-  // Puts the record in the place of `number` or, for kNoRecord, after the last
-  // one. Throws kOverflow when 32,767 are there.
+  // Overwrites record `number`; for kNoRecord, appends the record after the last one.
+  // Throws kOverflow if the file already has 32,767 records.
   void putOrAppend(RecordNumber number, Record record);
 
-  // Overwrites every byte with blanks; the file keeps its length. Nothing for kNoRecord.
+  // Overwrites every byte with blanks; the file keeps its length. Does nothing for
+  // kNoRecord.
   void blank(RecordNumber number);
 
  private:
   [[nodiscard]] bool isAtLikelyPlace(RecordNumber count, std::string_view siteKey,
                                      const std::function<bool(Record)>& isSought);
 
-  // One write of the whole record; returns when it has reached the disk.
+  // Writes the whole record at once, and returns when it has reached the disk.
   void put(RecordNumber number, Record record);
 
   FixedRecordFile file_;

@@ -1,5 +1,6 @@
-// What the entry boxes know of the form in which their text is stored: one byte for
-// each character, "?" for one without a place in the code page, a line break as CR LF.
+// Converts the text of the entry boxes to and from its stored form: one byte per
+// character, "?" for a character that is not in the code page, and CR LF for a line
+// break.
 #pragma once
 
 #include <QString>
@@ -8,16 +9,17 @@
 
 namespace quorrix {
 
-// Of a text as Qt's documents keep it, in which separators break lines.
+// The stored form of a text as Qt's documents hold it, in which Unicode separators break
+// lines.
 [[nodiscard]] std::string storedText(const QString& text);
 
-// Of such a text, with "\n" for every kind of line break.
+// Such a text with "\n" for every kind of line break.
 [[nodiscard]] QString inLines(QString text);
 
-// The text as it will be read back from what is stored of it; lines end in "\n".
+// The text as it will be read back once stored; lines end in "\n".
 [[nodiscard]] QString asReadBack(const QString& text);
 
-// The beginning of such a text of which at most `room` characters are stored.
+// The longest beginning of such a text whose stored form has at most `room` characters.
 [[nodiscard]] QString cutToStore(const QString& text, std::size_t room);
 
 }  // namespace quorrix

@@ -87,7 +87,8 @@ void UIDDialog::DeleteButton_Click() {
   runGuarded(FailureFamily::DeleteUserIDPassword, [this] {
     if (!isConfirmed(kDelete)) return;
     const Hourglass hourglass(*this);
-    // What is about to be deleted is shown first.
+    // If the file could not be read before, show what is about to be deleted and ask
+    // again.
     if (!isRead_ && readStored() && !isConfirmed(kDelete)) return;
     records_.remove(siteKey());
     Text1_->clear();

@@ -15,11 +15,11 @@ class UIDDialog final : public RecordDialog {
  public:
   explicit UIDDialog(const RecordDialogParts& parts);
 
-  // Before the dialog is shown; it is shown even when this fails.
+  // Call before the dialog is shown. The dialog is shown even if this fails.
   void Form_Load();
 
  private:
-  // Shows what is stored for the site, and tells whether anything is.
+  // Shows what is stored for the site. Returns false if nothing is stored.
   bool readStored();
   void OKButton_Click();
   void CancelButton_Click();
@@ -29,7 +29,7 @@ class UIDDialog final : public RecordDialog {
   QLineEdit* Text1_;  // user ID
   QLineEdit* Text2_;  // password
   QPushButton* DeleteButton_;
-  bool isRead_ = false;  // the file was read, so the boxes show what it has
+  bool isRead_ = false;  // the file was read, so the boxes show its contents
 };
 
 }  // namespace quorrix

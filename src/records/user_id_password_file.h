@@ -1,5 +1,5 @@
-// info.dat: one user ID and one password per site, in clear text. Every method
-// opens, works and closes.
+// info.dat: one user ID and one password per site, in clear text. Every method opens the
+// file, works and closes it.
 #pragma once
 
 #include <optional>
@@ -17,8 +17,8 @@ struct UserIDPassword {
   std::string password;
 };
 
-// The fields of a record as they stand. Each text is its field cut at the first
-// blank; throws kInvalidCall for a field without one.
+// The fields of a record as they are stored. userID() and password() return the field up
+// to its first blank, and throw kInvalidCall if it has none.
 struct StoredUserIDPassword {
   std::string userIDField;
   std::string passwordField;
@@ -31,13 +31,13 @@ class UserIDPasswordFile {
  public:
   UserIDPasswordFile(FileSystem& files, const WorkingPaths& paths) : files_(files), paths_(paths) {}
 
-  // nullopt without a record.
+  // nullopt if the site has no record.
   [[nodiscard]] std::optional<StoredUserIDPassword> read(std::string_view siteKey);
 
-  // Replaces the site's record, or adds one.
+  // Replaces the site's record, or appends one.
   void save(std::string_view siteKey, const UserIDPassword& entered);
 
-  // Blanks the site's record; without one nothing is written.
+  // Blanks the site's record. Writes nothing if it is missing.
   void remove(std::string_view siteKey);
 
  private:

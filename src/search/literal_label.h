@@ -1,5 +1,6 @@
-// A label for a text of the user's: on one line, with dots where there is no room
-// for all of it, and whole in the tool tip. No character means anything but itself.
+// A label for a text that the user entered. It shows the text on one line, shortened with
+// dots if there is not enough room, and completely in the tool tip. No character has a
+// special meaning.
 #pragma once
 
 #include <QLabel>
@@ -14,7 +15,7 @@ class LiteralLabel final : public QLabel {
 
   void showText(const QString& text);
 
-  // As wide as there is room, however long the text is.
+  // A width of 0: the label takes the room that is available, however long the text is.
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 

@@ -14,7 +14,7 @@
 namespace quorrix {
 namespace {
 
-// Rows as wide as the list, whatever is in them.
+// Makes every row as wide as the list, whatever its text is.
 class NarrowDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

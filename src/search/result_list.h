@@ -1,6 +1,7 @@
 // The addresses that a search found, as a list from which the user chooses one. However
-// many there are, the first rows show and every key is answered at once: all rows are of
-// one size, and an address that is longer than its row is cut in the middle.
+// long the list is, its first rows appear at once and keys take effect at once: all rows
+// have the same size, and an address that is longer than its row is shortened in the
+// middle.
 #pragma once
 
 #include <QAbstractListModel>
@@ -19,7 +20,7 @@ class ResultListModel final : public QAbstractListModel {
 
   void setAddresses(std::vector<std::string> addresses);
 
-  // What the tool tip of an address says; must not throw.
+  // Sets the function that returns the tool tip of an address; it must not throw.
   void describeBy(std::function<QString(const std::string&)> describe) {
     describe_ = std::move(describe);
   }
@@ -31,8 +32,8 @@ class ResultListModel final : public QAbstractListModel {
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
-  // The base class makes a string of every address, again for each key that the user types
-  // to find one. This compares them as they are.
+  // The base class makes a string of every address for each key that the user types to
+  // find one. This compares the addresses as they are stored.
   [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value,
                                       int hits, Qt::MatchFlags flags) const override;
 
@@ -47,19 +48,19 @@ class ResultList final : public QListView {
  public:
   explicit ResultList(QWidget* parent);
 
-  // What the tool tip of an address says; must not throw.
+  // Sets the function that returns the tool tip of an address; it must not throw.
   void describeBy(std::function<QString(const std::string&)> describe) {
     model_.describeBy(std::move(describe));
   }
 
-  // What is copied of an address; must not throw.
+  // Sets the function that returns the text to copy for an address; it must not throw.
   void copyBy(std::function<QString(const std::string&)> copied) { copied_ = std::move(copied); }
 
   void showAddresses(std::vector<std::string> addresses) {
     model_.setAddresses(std::move(addresses));
   }
 
-  // -1 for none. Nothing is selected at first.
+  // -1 if nothing is selected. Nothing is selected at first.
   [[nodiscard]] int selectedRow() const;
   [[nodiscard]] const std::string& address(int row) const { return model_.address(row); }
 

@@ -10,7 +10,7 @@ enum class UserSearchType { Url, Date, Both };
 // Texts as the user entered them, in UTF-8.
 struct SearchCriteria {
   UserSearchType userSearchType = UserSearchType::Url;
-  std::string searchText;  // the address holds it, whatever the case of its letters
+  std::string searchText;  // the address contains it, ignoring letter case
   std::string searchDate;  // "M/d/yy" or "M/d/yyyy": the visit was on that day or later
 };
 

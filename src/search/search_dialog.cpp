@@ -18,9 +18,9 @@ namespace {
 
 constexpr UpDown::Range kMonths{1, 12};
 constexpr UpDown::Range kDays{1, 31};
-constexpr UpDown::Range kYears{1999, 2098};  // those that two digits can tell
+constexpr UpDown::Range kYears{1999, 2098};  // the years that two digits can express
 
-constexpr int kGap = 8;  // pixels, between what does not belong together
+constexpr int kGap = 8;  // pixels, between controls that do not belong together
 
 void focusAndSelect(QLineEdit& box) {
   box.setFocus();
@@ -33,7 +33,7 @@ SearchDialog::SearchDialog(Parts parts) : QDialog(&parts.mainWindow), parts_(std
   setObjectName(QStringLiteral("SearchDialog"));
   setWindowTitle(QStringLiteral("Search Display"));
 
-  // In the order of reading, which is the order of Tab.
+  // Created in reading order, which is also the Tab order.
   QLabel* const Label1 = makeLabel(
       "Label1", QStringLiteral("Enter search criteria as necessary and then click OK."), this);
   Option1_ = makeOption("Option1", QStringLiteral("Site address"));
@@ -96,7 +96,7 @@ QLineEdit* SearchDialog::makeDateBox(const char* name, const QString& label, int
   box->setObjectName(QString::fromLatin1(name));
   box->setAccessibleName(label);
   box->setToolTip(label);
-  // What is left of the smallest box is for its frame.
+  // The minimum width of a box is added for its frame.
   box->setFixedWidth(box->fontMetrics().horizontalAdvance(QString(digits, QLatin1Char('0'))) +
                      box->minimumSizeHint().width());
   return box;
@@ -139,8 +139,8 @@ void SearchDialog::Form_Load() {
   Text4_->setText(QString::number(yearOfTwoDigits(today.year % 100)));
 }
 
-// Nothing of the dialog is used after a message box: the program may end while
-// one is open, and the dialog with it.
+// The dialog is not used after a message box, because the program may end while one is
+// open and destroy the dialog.
 void SearchDialog::OKButton_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::ProcessSearch, [this] {
     const SearchCriteria criteria{.userSearchType = userSearchType(),
@@ -157,8 +157,8 @@ void SearchDialog::OKButton_Click() {
   });
 }
 
-// The message about a date that cannot be read names no box, so the keyboard goes to the one to
-// correct.
+// The message about a date that cannot be read names no box, so the box to correct gets
+// the focus.
 void SearchDialog::focusWrongDatePart(const std::string& date) {
   try {
     static_cast<void>(readCalendarDate(date));
@@ -187,7 +187,7 @@ UserSearchType SearchDialog::userSearchType() const {
   return Option3_->isChecked() ? UserSearchType::Both : UserSearchType::Url;
 }
 
-// Of a year of fewer than four characters there is less, or nothing, to take.
+// A year of fewer than four characters yields fewer than two digits, or none.
 std::string SearchDialog::searchDate() const {
   const QString twoDigits = Text4_->text().mid(2, 2);
   return (Text2_->text() + QLatin1Char('/') + Text1_->text() + QLatin1Char('/') + twoDigits)

@@ -1,4 +1,4 @@
-// Search Display: what the user searches the recorded sites for. Not modal.
+// Search Display: the dialog in which the user enters what to search for. Not modal.
 #pragma once
 
 #include <QDialog>
@@ -16,7 +16,7 @@ class QRadioButton;
 
 namespace quorrix {
 
-// The matching addresses in the order found; throws Failure.
+// Returns the matching addresses in the order found; throws Failure.
 using SiteSearch = std::function<std::vector<std::string>(const SearchCriteria&)>;
 
 class SearchDialog final : public QDialog {
@@ -29,16 +29,16 @@ class SearchDialog final : public QDialog {
     MessageBox& messageBox;
     QWidget& mainWindow;
     SiteSearch search;
-    // A search has run: its predecessor's results are to go.
+    // Called after each search, to close the results of the previous one.
     std::function<void()> unloadResults;
-    // Something was found: this dialog is to give way to the results. When this
-    // throws, it stays.
+    // Called if the search found something, to replace this dialog by the results. If it
+    // throws, this dialog stays.
     std::function<void(const SearchCriteria&, const std::vector<std::string>&)> showResults;
   };
 
   explicit SearchDialog(Parts parts);
 
-  // Before the dialog is shown; throws Failure.
+  // Must be called before the dialog is shown. Throws Failure.
   void Form_Load();
 
  private:
@@ -61,7 +61,7 @@ class SearchDialog final : public QDialog {
   QLineEdit* Text2_;       // month
   QLineEdit* Text1_;       // day
   QLineEdit* Text4_;       // year
-  QWidget* date_;          // the boxes of the date with what belongs to them
+  QWidget* date_;          // the boxes of the date with their labels and arrows
 };
 
 }  // namespace quorrix

@@ -17,7 +17,7 @@
 namespace quorrix {
 namespace {
 
-constexpr QSize kFirstSize{420, 235};  // pixels, with the frame
+constexpr QSize kFirstSize{420, 235};  // pixels, including the frame
 
 QString countText(std::size_t count) {
   return QLocale().toString(static_cast<qulonglong>(count)) % QStringLiteral(" found");
@@ -64,7 +64,7 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   criteria->addWidget(Label5, 1, 0);
   criteria->addWidget(Label6_, 1, 1);
 
-  // Beside the list and not below it, where they would leave it too few rows.
+  // Beside the list, because below it they would leave it too few rows.
   auto* const buttons = new QVBoxLayout;
   buttons->addWidget(OKButton);
   buttons->addWidget(NewSearchButton);
@@ -98,8 +98,8 @@ void SearchResultsDialog::placeInCorner(const QSize& size) {
   move(parts_.mainWindow.screen()->availableGeometry().topLeft());
 }
 
-// Nothing of the dialog is used after a message box: the program may end while
-// one is open, and the dialog with it.
+// The dialog is not used after a message box, because the program may end while one is
+// open and destroy the dialog.
 void SearchResultsDialog::OKButton_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::LocateInDisplay, [this] {
     const int selected = List1_->selectedRow();

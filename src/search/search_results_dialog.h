@@ -1,5 +1,5 @@
-// Search Results: the addresses that a search found, to be located in the tree
-// one after another. Not modal, and in front of the other windows.
+// Search Results: the addresses that a search found, which the user can locate in the
+// tree one after another. Not modal, and in front of the other windows.
 #pragma once
 
 #include <QDialog>
@@ -28,20 +28,20 @@ class SearchResultsDialog final : public QDialog {
     MessageBox& messageBox;
     QWidget& mainWindow;
     std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
-    // What the tool tip of an address says; must not throw.
+    // Returns the tool tip of an address; must not throw.
     std::function<QString(const std::string&)> describe;
-    // What is copied of an address; must not throw.
+    // Returns the text to copy for an address; must not throw.
     std::function<QString(const std::string&)> withScheme;
-    std::function<void()> newSearch;  // this dialog is to give way to a new search
+    std::function<void()> newSearch;  // replaces this dialog by a new search
   };
 
   explicit SearchResultsDialog(Parts parts);
 
-  // Before the dialog is shown.
+  // Must be called before the dialog is shown.
   void Form_Load(const SearchCriteria& criteria, const std::vector<std::string>& addresses);
 
-  // Puts the window into the top left corner of the screen; `size` in pixels,
-  // the frame included. A large font can make it larger.
+  // Moves the window to the top left corner of the screen. `size` is in pixels and
+  // includes the frame. A large font can make the window larger.
   void placeInCorner(const QSize& size);
 
  private:

@@ -9,9 +9,10 @@
 namespace quorrix {
 namespace {
 
-constexpr QSize kResultsSize{511, 220};  // pixels, with the frame
+constexpr QSize kResultsSize{511, 220};  // pixels, including the frame
 
-// Hidden now; gone later, for it may be a handler of its own that asks for this.
+// Hides the dialog now and deletes it later, because one of its own handlers may call
+// this.
 template <typename Dialog>
 void unload(QPointer<Dialog>& dialog) {
   if (dialog.isNull()) return;
@@ -52,7 +53,7 @@ void SearchWindows::loadSearch() {
           }});
   dialog->Form_Load();
   keepInFront(*dialog);
-  // However it is closed.
+  // The dialog is unloaded however it is closed.
   QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { unload(search_); });
   search_ = dialog.release();
 }

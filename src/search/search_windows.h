@@ -1,5 +1,5 @@
-// The search dialog and the results dialog, at most one of each: makes them,
-// lets each give way to the other, and unloads them. The main window owns this.
+// The search dialog and the results dialog, at most one of each. Creates them, replaces
+// one by the other, and closes them. The main window owns this.
 #pragma once
 
 #include <QPointer>
@@ -25,9 +25,9 @@ class SearchWindows {
     QWidget& mainWindow;
     SiteSearch search;
     std::function<void(NodeId)> locate;  // scrolls the tree to the node and selects it
-    // What the tool tip of an address says; must not throw.
+    // Returns the tool tip of an address; must not throw.
     std::function<QString(const std::string&)> describe;
-    // What is copied of an address; must not throw.
+    // Returns the text to copy for an address; must not throw.
     std::function<QString(const std::string&)> withScheme;
   };
 
@@ -36,11 +36,11 @@ class SearchWindows {
   SearchWindows(const SearchWindows&) = delete;
   SearchWindows& operator=(const SearchWindows&) = delete;
 
-  // Shows the search dialog; one that is open already comes to the front as it
-  // is. Failures are told.
+  // Shows the search dialog. If it is already open, it comes to the front unchanged.
+  // Failures are shown in a message box.
   void openSearch();
 
-  // Closes both dialogs, when the main window goes.
+  // Closes both dialogs when the main window closes.
   void unloadAll();
 
  private:

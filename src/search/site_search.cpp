@@ -18,8 +18,8 @@ class RecordMatcher {
   explicit RecordMatcher(const SearchCriteria& criteria)
       : criteria_(criteria), text_(soughtText(criteria)) {}
 
-  // `field` is the address with its padding, which is cheaper to search than to cut:
-  // what is not in the whole is not in the address.
+  // `field` is the address with its padding. Searching it is cheaper than cutting off the
+  // padding, and a text that is not in the field is not in the address.
   [[nodiscard]] bool matches(std::string_view field, const CalendarDate& visited) {
     switch (criteria_.userSearchType) {
       case UserSearchType::Url:
@@ -27,7 +27,8 @@ class RecordMatcher {
       case UserSearchType::Date:
         return isOnOrAfterSearchDate(visited);
       case UserSearchType::Both:
-        // The date first: one that cannot be read fails, whatever the addresses hold.
+        // The date comes first, so that a search date that cannot be read fails whatever
+        // the addresses contain.
         return isOnOrAfterSearchDate(visited) && holdsText(field);
     }
     return false;
@@ -43,18 +44,18 @@ class RecordMatcher {
     return text ? std::optional<TextSearch>(*text) : std::nullopt;
   }
 
-  // Where no record has an address, the search date is never read.
+  // If no record has an address, the search date is never read.
   bool isOnOrAfterSearchDate(const CalendarDate& visited) {
     if (!searchDate_) searchDate_ = readCalendarDate(criteria_.searchDate);
     return *searchDate_ <= visited;
   }
 
   const SearchCriteria& criteria_;
-  std::optional<TextSearch> text_;  // none for a text that no address can hold
+  std::optional<TextSearch> text_;  // nullopt if no address can contain the text
   std::optional<CalendarDate> searchDate_;
 };
 
-// The stamp and its end mark; empty in a field without the mark.
+// The stamp and its end mark; empty if the field has no end mark.
 std::string_view stampOf(std::span<const char> record) {
   const auto field = fieldOf(record, site_record::kAccessStamp);
   const auto end = field.find(kStampEnd);

@@ -1,5 +1,5 @@
-// The search over the site file: which recorded addresses hold a text, were last
-// visited on or after a day, or both.
+// Searches the site file for the addresses that contain a text, were last visited on or
+// after a day, or both.
 #pragma once
 
 #include <string>
@@ -11,15 +11,16 @@
 
 namespace quorrix {
 
-// The addresses of all matching records of paths.currentNodesFile, up to the end of
-// the file and in its order; an address recorded twice comes twice. A missing file is
-// created, one that may only be read will do. By Url, an empty text is in no address;
-// by Both it is in every one.
+// Returns the addresses of all matching records of paths.currentNodesFile in the order of
+// the file, including a partial record at its end. An address that was recorded twice is
+// returned twice. A missing file is created; an existing one need only be readable. With
+// UserSearchType::Url an empty text is in no address, and no record is read. With Both it
+// is in every address.
 //
-// Throws the Failure of the file, whose records then count for nothing, or kTypeMismatch
-// for a date that cannot be read: that of any record with an address, also by Url,
-// and, unless it is by Url, the date sought, as soon as there is a record to compare
-// it with.
+// Throws the Failure of the file; matches found before it are lost. Throws kTypeMismatch
+// if a date cannot be read. This applies to the date of any record with an address, also
+// with Url. It applies to the date searched for unless the type is Url, as soon as there
+// is a record to compare it with.
 [[nodiscard]] std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& paths,
                                                       const SearchCriteria& criteria);
 

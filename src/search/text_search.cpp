@@ -31,10 +31,10 @@ TextSearch::EitherCase TextSearch::bothCasesOf(char character) {
   return either;
 }
 
-// Whether anywhere the first and the last character stand as far apart as they do in
-// what is sought. Few texts have that without holding the rest, and a loop without a
-// branch, which looks at all places, is soonest done with the many that have it not:
-// the compiler takes sixteen places at a time.
+// Whether the first and the last character of the text sought appear anywhere in `text`
+// at the right distance from each other. Few texts pass this test without containing the
+// rest. Most texts fail it, and a loop without a branch rejects them fastest, although it
+// checks every position: the compiler handles sixteen positions at a time.
 bool TextSearch::endsAreIn(std::string_view text) const noexcept {
   const std::size_t places = text.size() - sought_.size() + 1;
   const char* const firsts = text.data();

@@ -1,6 +1,5 @@
-// A text that is sought in many others, whatever the case of their letters. What
-// can be prepared for all of them is prepared once, and the texts that are searched
-// are not copied.
+// Searches many texts for one text, ignoring letter case. The text sought is prepared
+// once, and the texts that are searched are not copied.
 #pragma once
 
 #include <string>
@@ -16,7 +15,7 @@ class TextSearch {
   [[nodiscard]] bool isIn(std::string_view text) const noexcept;
 
  private:
-  // A character as it may stand in a text.
+  // The two forms in which a character may appear in a text.
   struct EitherCase {
     char small = '\0';
     char capital = '\0';

@@ -33,7 +33,7 @@ QToolButton* UpDown::makeArrow(Direction direction, const QString& what) {
   arrow->setAccessibleName((isUp ? QStringLiteral("Next ") : QStringLiteral("Previous ")) % what);
   arrow->setArrowType(isUp ? Qt::UpArrow : Qt::DownArrow);
   arrow->setAutoRepeat(true);
-  arrow->setFocusPolicy(Qt::NoFocus);  // the keyboard has the box's own keys
+  arrow->setFocusPolicy(Qt::NoFocus);  // the box's own keys do the same
   arrow->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
   connect(arrow, &QToolButton::clicked, this, [this, direction] { step(direction); });
   return arrow;
@@ -52,13 +52,13 @@ bool UpDown::eventFilter(QObject* watched, QEvent* event) {
 
 void UpDown::step(Direction direction) { box_.setText(QString::number(next(direction))); }
 
-// From a text that is no number counting begins at the end that it starts from.
+// If the text is not a number, Up starts at the lowest value and Down at the highest.
 int UpDown::next(Direction direction) const {
   const bool isUp = direction == Direction::Up;
   bool isNumber = false;
   const int present = box_.text().toInt(&isNumber);
   if (!isNumber) return isUp ? range_.lowest : range_.highest;
-  // Into the range before the step too, which a number at the limits of int does not survive.
+  // Clamped before the step, too, because the step would overflow at the limits of int.
   const int inRange = std::clamp(present, range_.lowest - 1, range_.highest + 1);
   return std::clamp(inRange + (isUp ? 1 : -1), range_.lowest, range_.highest);
 }

@@ -1,6 +1,6 @@
-// Two arrows beside a text box, which count the number in it up and down. The
-// box itself stays typeable, also with what is no number, and its Up and Down
-// keys do the same as the arrows.
+// Two arrows beside a text box that count the number in it up and down. The user can
+// still type into the box, including text that is not a number. The Up and Down keys of
+// the box do the same as the arrows.
 #pragma once
 
 #include <QWidget>
@@ -19,7 +19,8 @@ class UpDown final : public QWidget {
     int highest;
   };
 
-  // `what` is counted, such as "month": the arrows are called by it.
+  // `what` is the thing counted, such as "month"; it is part of the arrows' accessible
+  // names.
   UpDown(const char* name, const QString& what, QLineEdit& box, Range range);
 
  protected:

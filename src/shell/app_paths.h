@@ -1,4 +1,5 @@
-// Every file and folder that the program names relative to itself goes through here.
+// All paths of files and folders that the program finds relative to itself come from
+// here.
 #pragma once
 
 #include <string_view>
@@ -12,8 +13,8 @@ class AppPaths {
  public:
   explicit AppPaths(Path programFolder) : programFolder_(std::move(programFolder)) {}
 
-  // The program's folder joined with `name`, by one separator also when the
-  // program sits in a root.
+  // The program's folder joined with `name` by one separator, even if the program is in a
+  // root.
   [[nodiscard]] Path appPath(std::string_view name) const { return programFolder_ / name; }
 
  private:

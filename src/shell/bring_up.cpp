@@ -14,11 +14,11 @@ void bringUp(QWidget& window) {
 
 QWidget* bringUpProgram(QWidget& window, const std::string& activationToken) {
   if (!window.isVisible()) return nullptr;
-  constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";  // where Qt looks for it
+  constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";  // where Qt reads it
   QWidget* const dialog = QApplication::activeModalWidget();
   if (dialog != nullptr) bringUp(window);
   QWidget& uppermost = dialog != nullptr ? *dialog : window;
-  // A token is good for one window.
+  // A token is valid for one window only.
   if (!activationToken.empty()) qputenv(kToken, QByteArray::fromStdString(activationToken));
   bringUp(uppermost);
   qunsetenv(kToken);

@@ -1,4 +1,4 @@
-// A window that the user asks for once more.
+// Brings up a window that the user asks for again.
 #pragma once
 
 #include <string>
@@ -7,13 +7,13 @@ class QWidget;
 
 namespace quorrix {
 
-// Shows it; one that was minimised or lies below others comes up.
+// Shows the window, restores it if it is minimised, and raises it above others.
 void bringUp(QWidget& window);
 
-// For a user who has started the program once more: also brings up the dialog that waits
-// for an answer, if there is one. Returns the one of the two that is to have the keyboard;
-// null for a window that is not shown yet, which stays hidden. Wayland gives the keyboard
-// to a window only for an activation token; it may be empty.
+// For a user who starts the program a second time: also brings up the dialog that waits
+// for an answer, if there is one. Returns whichever of the two should get the keyboard
+// focus. A window that is not shown yet stays hidden, and the result is null. Wayland
+// gives a window the keyboard focus only for an activation token; the token may be empty.
 QWidget* bringUpProgram(QWidget& window, const std::string& activationToken);
 
 }  // namespace quorrix

@@ -1,13 +1,13 @@
-// Dialogs centre themselves over the window that opens them when they load.
+// Centres a dialog, when it loads, over the window that opens it.
 #pragma once
 
 class QWidget;
 
 namespace quorrix {
 
-// Left and top are the owner's plus half of what the owner is wider and higher, the
-// half cut off to whole twips: one is a fifteenth of a pixel, so that rounding the
-// half would place no dialog elsewhere.
+// The dialog's left and top are the owner's plus half the difference of the widths and
+// heights. The half is truncated to whole twips. A twip is a fifteenth of a pixel, so
+// rounding instead would not move any dialog.
 void centreOver(QWidget& dialog, const QWidget& owner);
 
 }  // namespace quorrix

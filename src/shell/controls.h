@@ -1,4 +1,4 @@
-// The plain controls of every form, under the names by which tests and assistive
+// The plain controls that all forms use, with the names by which tests and assistive
 // technology find them.
 #pragma once
 
@@ -15,7 +15,7 @@ Control* named(Control* control, const char* name, const QString& accessibleName
   return control;
 }
 
-// `text` is never read as markup.
+// `text` is never interpreted as markup.
 [[nodiscard]] inline QLabel* makeLabel(const char* name, const QString& text, QWidget* parent) {
   auto* const label = new QLabel(text, parent);
   label->setObjectName(QString::fromLatin1(name));
@@ -25,7 +25,7 @@ Control* named(Control* control, const char* name, const QString& accessibleName
 
 [[nodiscard]] inline QPushButton* makeButton(const char* name, const QString& caption,
                                              QWidget* parent) {
-  // Without the mark of the letter to press.
+  // The accessible name has no "&", which marks the mnemonic in the caption.
   return named(new QPushButton(caption, parent), name, QString(caption).remove(QLatin1Char('&')));
 }
 

@@ -1,5 +1,5 @@
-// A list from which the user chooses one entry. Nothing is selected at first; the
-// first key that moves the cursor then selects the entry where it stands.
+// A list from which the user chooses one entry. Nothing is selected at first; the first
+// key that moves the cursor then selects the current entry instead.
 #pragma once
 
 #include <QListWidget>
@@ -12,7 +12,8 @@ class EntryList final : public QListWidget {
  public:
   using QListWidget::QListWidget;
 
-  // -1 for none. Not the current row: a list has one as soon as it has the focus.
+  // -1 if nothing is selected. This is not the current row, which a list has as soon as
+  // it has the focus.
   [[nodiscard]] int selectedRow() const;
 
  protected:

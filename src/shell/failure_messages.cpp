@@ -9,7 +9,7 @@
 namespace quorrix {
 namespace {
 
-using namespace failure;  // the numbers: every line below names one
+using namespace failure;  // the numbers; every line below uses one
 
 struct Sentence {
   int number;
@@ -27,7 +27,7 @@ constexpr Sentence kReasons[] = {
     {kPathNotFound, "Path not found."},      {kInvalidFileFormat, "Invalid file format."},
 };
 
-// The reasons of that table that a family does not tell apart.
+// Numbers of that table for which some families use the fallback.
 constexpr int kUntoldDiskFull[] = {kDiskFull};
 constexpr int kUntoldDiskFullAndPath[] = {kDiskFull, kPathNotFound};
 
@@ -56,7 +56,8 @@ constexpr Sentence kTrackingSentences[] = {
     {kInvalidFileFormat, "Invalid file format. Stopping tracking."},
 };
 
-// "Too many file open." and the one that ends no program are meant as they stand.
+// "Too many file open." is intended, and so is "Ending program.", although the program
+// goes on.
 constexpr Sentence kDeleteSentences[] = {
     {kOutOfMemory, "Not enough memory available to delete site(s)."},
     {kOutOfStackSpace, "Not enough memory available to delete site(s)."},
@@ -144,12 +145,12 @@ struct Family {
   std::string_view operation;  // put before the sentence
   Sentences sentences;
   std::string_view fallback;
-  std::span<const int> untold = {};  // numbers that get the fallback all the same
+  std::span<const int> untold = {};  // numbers that get the fallback nevertheless
 };
 
 constexpr std::string_view kUnknownError = "Unknown error.";
 
-// A switch without a default, so that the compiler names an enumerator that is missing.
+// A switch without a default, so that the compiler reports a missing enumerator.
 constexpr Family sentencesOf(FailureFamily family) {
   switch (family) {
     case FailureFamily::StartUp:
@@ -220,7 +221,7 @@ constexpr Family sentencesOf(FailureFamily family) {
     case FailureFamily::OtherCommand:
       return {"", kReasons, kUnknownError};
   }
-  return {"", {}, kUnknownError};  // no enumerator at all
+  return {"", {}, kUnknownError};  // not an enumerator
 }
 
 }  // namespace
@@ -232,7 +233,7 @@ std::string failureMessage(FailureFamily family, int number) {
   std::string message(row.operation);
   if (sentence != row.sentences.end() && !isUntold) return message.append(sentence->text);
   message.append(row.fallback);
-  // A start-up that fails for no known reason is the one case that shows its number.
+  // Only the fallback of a failed start-up shows the failure number.
   if (family == FailureFamily::StartUp) message.append(std::to_string(number));
   return message;
 }

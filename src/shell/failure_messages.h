@@ -1,5 +1,5 @@
-// The sentences for failures. Every operation of the user's has a family; a
-// family knows some failure numbers and has one sentence for all others.
+// The sentences for failures. Every user operation has a family. A family has sentences
+// for some failure numbers, and one sentence for all others.
 #pragma once
 
 #include <string>
@@ -24,23 +24,23 @@ enum class FailureFamily {
   LoadArchive,
   DeleteArchive,
   CreateArchive,
-  OpenArchiveSites,  // the menu command; the dialogs as they load have their own
+  OpenArchiveSites,  // the menu command; loading a dialog has its own family
   OpenArchiveDialog,
   OpenLoadArchiveDialog,
   OpenDeleteArchiveDialog,
   OpenNewArchiveDialog,
   ChooseDrive,
-  OpenFolder,  // in a dialog's folder list; as for a drive, the list stays where it was
+  OpenFolder,  // in a dialog's folder list, which stays where it was, as it does for ChooseDrive
   LinkInBrowser,
   OpenSearch,
   ProcessSearch,
   LocateInDisplay,
   About,
   Help,
-  OtherCommand,  // a command that has no family: the reason alone
+  OtherCommand,  // a command that has no family; shows only the reason
 };
 
-// The whole text for the message box, irregular wordings included.
+// The whole text for the message box, including irregular wordings.
 [[nodiscard]] std::string failureMessage(FailureFamily family, int number);
 
 }  // namespace quorrix

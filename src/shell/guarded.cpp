@@ -15,8 +15,8 @@ bool guarded(QWidget& form, MessageBox& messageBox, FailureFamily family,
   } catch (...) {
     number = currentFailureNumber();
   }
-  // Only now, with everything that the operation opened closed again. The caller's own
-  // hourglass, under which the operation ran, ends here as well.
+  // The message is shown only now, after everything that the operation opened is closed.
+  // This also ends the caller's own hourglass, under which the operation ran.
   form.unsetCursor();
   messageBox.show(failureMessage(family, number), MessageBoxStyle::Critical);
   return false;

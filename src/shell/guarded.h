@@ -1,5 +1,4 @@
-// What every user's operation is wrapped in: failures are reported, never
-// propagated.
+// Wraps every user operation: failures are reported, never propagated.
 #pragma once
 
 #include <functional>
@@ -11,9 +10,9 @@ class QWidget;
 
 namespace quorrix {
 
-// Runs `operation`. When anything in it fails, the form's mouse pointer goes
-// back to the default, the family's sentence for the failure is shown in one
-// message box, and the answer is false. Nothing is rolled back.
+// Runs `operation`. If anything in it fails, resets the form's mouse pointer to the
+// default, shows the family's sentence for the failure in one message box, and returns
+// false. Nothing is rolled back.
 bool guarded(QWidget& form, MessageBox& messageBox, FailureFamily family,
              const std::function<void()>& operation);
 

@@ -1,12 +1,13 @@
-// A window that stays on top of all others, as the results of a search do, would
-// cover what the program has to ask.
+// A window that stays on top of all others, such as the search results, would cover the
+// program's dialogs and messages.
 #pragma once
 
 class QWidget;
 
 namespace quorrix {
 
-// Has a window that is not shown yet stay on top too, while another one does.
+// Makes `window`, which must not be shown yet, stay on top too if another visible window
+// does.
 void keepInFront(QWidget& window);
 
 }  // namespace quorrix

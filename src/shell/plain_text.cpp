@@ -10,7 +10,8 @@ namespace quorrix {
 
 namespace {
 
-// In the character set that the machine is set to, where it has one.
+// Decodes the system's character set on Windows, and the logic's single-byte text
+// elsewhere.
 QString fromSystemText(std::string_view text) {
 #ifdef _WIN32
   return QString::fromLocal8Bit(text.data(), static_cast<qsizetype>(text.size()));
@@ -21,7 +22,7 @@ QString fromSystemText(std::string_view text) {
 
 constexpr qsizetype kToolTipColumns = 80;
 
-// After a blank or "/" in the second half of a line, else where the line ends.
+// Breaks a line after a blank or "/" in its second half, or otherwise where it is full.
 QStringList broken(QString line) {
   static const QRegularExpression kBreak(QStringLiteral("[ /]"));
   QStringList lines;
@@ -48,7 +49,8 @@ std::string fromQString(const QString& text) {
 }
 
 QString fromPlatformText(std::string_view text) {
-  // Stateless: else a sequence that the text's end cuts off waits for more and is no error.
+  // Stateless, because otherwise a sequence cut off by the end of the text waits for more
+  // input and is not an error.
   QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString decoded =
       decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));

@@ -1,4 +1,4 @@
-// The mouse pointer of a form while an operation works.
+// The mouse pointer of a form during an operation.
 #pragma once
 
 #include <QPointer>
@@ -6,9 +6,8 @@
 
 namespace quorrix {
 
-// The form's pointer is the hourglass for as long as this object lives. The form may
-// be destroyed before it. When two are nested on one form, the outer one restores the
-// default.
+// The form's pointer is the hourglass as long as this object exists. The form may be
+// destroyed before it. If two are nested on one form, the outer one restores the default.
 class [[nodiscard]] Hourglass {
  public:
   explicit Hourglass(QWidget& form)

@@ -14,7 +14,7 @@ void QtCommandShell::run(std::string_view line) {
   QProcess opener;
   opener.setProgram(QStringLiteral("xdg-open"));
   opener.setArguments({address});
-  // What it has to say is nobody's to read, and may name the address.
+  // Nobody reads its output, which may contain the address.
   opener.setStandardOutputFile(QProcess::nullDevice());
   opener.setStandardErrorFile(QProcess::nullDevice());
   if (opener.startDetached() || QDesktopServices::openUrl(QUrl(address))) return;

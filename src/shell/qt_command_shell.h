@@ -1,5 +1,5 @@
-// Opens addresses with the desktop's opener, xdg-open, or where that is missing the
-// way Qt knows, the desktop portal among them.
+// Opens addresses with the desktop's opener, xdg-open. If that is missing, uses Qt's own
+// means, such as the desktop portal.
 #pragma once
 
 #include "platform/command_shell.h"

@@ -23,7 +23,7 @@ struct Look {
   bool staysOnTop = false;
 };
 
-// A switch without a default, so that the compiler names an enumerator that is missing.
+// A switch without a default, so that the compiler reports a missing enumerator.
 constexpr Look lookOf(MessageBoxStyle style) {
   switch (style) {
     case MessageBoxStyle::Critical:
@@ -39,17 +39,17 @@ constexpr Look lookOf(MessageBoxStyle style) {
     case MessageBoxStyle::SystemModal:
       return {QMessageBox::NoIcon, false, true};
   }
-  return {QMessageBox::NoIcon, false};  // no enumerator at all
+  return {QMessageBox::NoIcon, false};  // not an enumerator
 }
 
-// Shows its text in a label that wraps long words, which the toolkit's own does not. The
-// text cannot be selected there, so the key for copying copies all of it.
+// Shows its text in a label that wraps long words, which Qt's own label does not. The
+// text cannot be selected in it, so the copy key copies all of it.
 class WrappingMessageBox final : public QMessageBox {
  public:
   using QMessageBox::QMessageBox;
 
-  // Puts the label in the place of the toolkit's. Call it when everything else is set:
-  // a change of icon or style lays the box out again, with the toolkit's own label.
+  // Replaces Qt's own label. Call this after everything else is set, because a change of
+  // icon or style lays the box out again with Qt's own label.
   void wrapText() {
     if (label_ == nullptr) {
       label_ = new WrappingLabel(text(), this);
@@ -89,7 +89,8 @@ MessageBoxButton QtMessageBox::show(std::string_view text, MessageBoxStyle style
   box.setIcon(look.icon);
   box.setStandardButtons(look.hasCancel ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok);
   box.setDefaultButton(look.hasCancel ? QMessageBox::Cancel : QMessageBox::Ok);
-  // Some desktops put icons on the buttons of messages; those of the dialogs have none.
+  // Some desktops put icons on the buttons of message boxes. The buttons of the dialogs
+  // have none.
   for (QAbstractButton* const button : box.buttons()) button->setIcon({});
   box.setWindowFlag(Qt::WindowStaysOnTopHint, look.staysOnTop);
   keepInFront(box);

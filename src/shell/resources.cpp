@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QPixmap>
 
-// Outside the namespace, as the macro needs it.
+// Outside the namespace, because the macro requires it.
 static void registerQuorrixResources() { Q_INIT_RESOURCE(quorrix); }
 
 namespace quorrix {
@@ -11,12 +11,13 @@ namespace {
 
 constexpr int kIconSizes[] = {16, 22, 24, 32, 48, 64, 128, 256};  // pixels
 
-// The badge in the lower right corner, of the icon's size; its rim, of its own.
+// The badge in the lower right corner, as a share of the icon's size, and its rim, as a
+// share of the badge's size.
 constexpr double kBadgeShare = 0.5;
 constexpr double kRimShare = 0.15;
-constexpr QRgb kBadgeColour = 0xffd32f2f;  // red, as of a recorder that runs
+constexpr QRgb kBadgeColour = 0xffd32f2f;  // red, like a recording light
 
-// Of those that are there, `change` made to each.
+// An icon of all pictures that exist, with `change` applied to each.
 template <typename Change>
 QIcon iconOf(Change change) {
   QIcon icon;

@@ -5,14 +5,14 @@
 
 namespace quorrix {
 
-// Call it before the first picture is asked for: they lie in a static library, from
-// which the linker would leave them out.
+// Call this before the first picture is used. The pictures are in a static library, and
+// the linker would otherwise leave them out.
 void registerResources();
 
-// In all its sizes; null where the pictures cannot be read.
+// In all its sizes; null if the pictures cannot be read.
 [[nodiscard]] QIcon applicationIcon();
 
-// The same with a red badge, for while tracking is on.
+// The same with a red badge, for use while tracking is on.
 [[nodiscard]] QIcon trackingIcon();
 
 }  // namespace quorrix

@@ -7,7 +7,8 @@ class QKeyEvent;
 namespace quorrix {
 
 // While nothing is selected, a key that moves the cursor up, down or to the beginning
-// selects the entry where it stands instead. Whether this was such a key.
+// selects the current entry instead, or the first one if there is no current entry.
+// Returns whether the key did that.
 [[nodiscard]] bool selectByFirstMove(QAbstractItemView& list, const QKeyEvent& key);
 
 }  // namespace quorrix

@@ -8,7 +8,7 @@ namespace quorrix {
 
 inline constexpr int kTwipsPerPixel = 15;
 
-// Nearest pixel; negative lengths are none.
+// Rounds to the nearest pixel; a negative length becomes 0.
 [[nodiscard]] inline int pixelsFromTwips(double twips) {
   return twips <= 0 ? 0 : static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }

@@ -8,11 +8,12 @@ class QWidget;
 
 namespace quorrix {
 
-// What the frame adds to the window's own size. A window that was never shown
-// has none yet; the owner's stands for it.
+// What the frame adds to the window's own size. A window that was never shown has no
+// frame yet; the owner's frame is used instead.
 [[nodiscard]] QSize frameAround(const QWidget& window, const QWidget& owner);
 
-// What a frame, which is known only once the window shows, leaves of the screen.
+// The room that a frame of the usual size leaves on the screen. A window's real frame is
+// known only once the window is shown.
 [[nodiscard]] QSize roomInsideAFrame(const QScreen& screen);
 
 }  // namespace quorrix

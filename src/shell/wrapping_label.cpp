@@ -12,7 +12,7 @@ namespace {
 constexpr int kLongestLine = 60;  // characters of average width
 constexpr qreal kNoLimit = 1e6;   // pixels
 
-// Lays the text out from (0, 0) downwards and returns the size of what it takes.
+// Lays the text out from (0, 0) downwards and returns the size that it needs.
 QSizeF layOut(QTextLayout& layout, qreal width) {
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -29,7 +29,7 @@ QSizeF layOut(QTextLayout& layout, qreal width) {
   return size;
 }
 
-// A text layout knows one sign for the end of a line.
+// A text layout breaks lines only at line separators.
 QString laidOutText(const QString& text) {
   return QString(text).replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
 }

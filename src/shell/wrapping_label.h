@@ -1,6 +1,6 @@
 // A label for plain text of several lines. A word that is too long for a line, such as a
-// folder's path, breaks where the line ends; the text stays as it is, for the screen
-// reader too.
+// folder's path, is broken at the end of the line. The text itself stays unchanged, so a
+// screen reader reads it as it was set.
 #pragma once
 
 #include <QLabel>

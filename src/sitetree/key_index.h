@@ -1,6 +1,6 @@
-// A hash index from keys to numbers: open addressing, eight bytes a slot. It
-// keeps no keys of its own; the caller says whether a number's key is the one
-// sought, so that a key is stored once, by the tree.
+// A hash index from keys to numbers, with open addressing and eight bytes per slot. It
+// stores no keys: the caller says whether a number has the key sought, so that each key
+// is stored only once, in the tree.
 #pragma once
 
 #include <cstddef>
@@ -17,19 +17,19 @@ class KeyIndex {
   using Number = std::uint32_t;
   static constexpr Number kNone = 0xFFFFFFFF;
 
-  // Makes room for `count` numbers, so that adding them moves nothing.
+  // Makes room for `count` numbers in total, so that inserting them moves nothing.
   void reserve(std::size_t count);
 
   // Adds a number whose key is not in the index yet.
   void insert(std::uint32_t hash, Number number);
 
-  // Takes a number out that was inserted with this hash.
+  // Removes a number, which must have been inserted with this hash.
   void erase(std::uint32_t hash, Number number);
 
-  // Takes all numbers out.
+  // Removes all numbers.
   void clear();
 
-  // Has the memory fetched that a search for this hash begins in.
+  // Prefetches the slot at which a search for this hash begins.
   void expect(std::uint32_t hash) const {
     if (!slots_.empty()) prefetch(&slots_[hash & mask()]);
   }
@@ -55,12 +55,12 @@ class KeyIndex {
   void rebuild(std::size_t slotCount);
   void place(Slot slot);
 
-  std::vector<Slot> slots_;  // a power of two, at most three quarters in use
+  std::vector<Slot> slots_;  // their number is a power of two; at most three quarters are in use
   std::size_t used_ = 0;
 };
 
-// The hash of a key, character by character, so that one walk over an address
-// yields the hashes of all its levels' keys.
+// Hashes a key character by character, so that one pass over an address yields the hashes
+// of the keys of all its levels.
 class KeyHash {
  public:
   void add(char character) {
@@ -71,7 +71,7 @@ class KeyHash {
     for (const char character : characters) add(character);
   }
 
-  // Folded, since the low bits of the running state know little of the last characters.
+  // Mixes the state, because its low bits depend too little on the last characters.
   [[nodiscard]] std::uint32_t value() const {
     const std::uint64_t mixed = (state_ ^ (state_ >> 29U)) * 0xBF58476D1CE4E5B9U;
     return static_cast<std::uint32_t>(mixed >> 32U);

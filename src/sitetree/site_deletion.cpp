@@ -26,15 +26,15 @@ constexpr DataFile kDataFiles[] = {
     {&WorkingPaths::currentUserIDPasswordFile, user_id_password_record::kLength},
 };
 
-// In all four the address is the same field.
+// The address is the same field in all four files.
 static_assert(site_record::kSiteAddress.offset == kSiteKey.offset);
 static_assert(site_record::kSiteAddress.width == kSiteKey.width);
 
 using Keys = std::span<const std::string_view>;
 using RecordNumbers = std::vector<std::uint64_t>;
 
-// The first record of each site, in the order of `keys`, so that a failure half-way
-// leaves what the later keys have.
+// Returns the first record of each site, in the order of `keys`. If blanking then fails
+// part-way, the records of the later keys are unchanged.
 RecordNumbers recordsToBlank(FixedRecordFile& file, Keys keys) {
   constexpr std::uint64_t kNone = 0;
   std::unordered_map<std::string_view, std::uint64_t> firstRecords;
@@ -57,7 +57,7 @@ RecordNumbers recordsToBlank(FixedRecordFile& file, Keys keys) {
 }
 
 void blankRecords(FileSystem& files, const Path& path, std::size_t recordLength, Keys keys) {
-  // A file that may not be written is no obstacle while it has nothing to blank.
+  // A file that the user may not write to fails only if it has a record to blank.
   FixedRecordFile file(files, path, recordLength, FileAccess::AsPermitted);
   const RecordNumbers numbers = recordsToBlank(file, keys);
   if (numbers.empty()) return;

@@ -1,7 +1,7 @@
-// Destroys what the four data files keep about sites. Records are blanked in
-// their places; only deleting everything makes a file shorter. Failures of the
-// files reach the caller as Failure and stop the deletion where it is: what is
-// blanked or deleted by then stays so, and the files behind are untouched.
+// Deletes the records of sites from the four data files. Records are blanked in place;
+// only deleting everything makes a file shorter. A file error is thrown as Failure and
+// stops the deletion: records already blanked and files already deleted stay so, and the
+// remaining files are untouched.
 #pragma once
 
 #include <span>
@@ -12,17 +12,17 @@
 
 namespace quorrix {
 
-// In the site file, the purchases, the notes, and the user IDs and passwords, in
-// this order: blanks for each key the first record whose address is the key,
-// letter case included. Of two records with one address the second stays. No key is
-// listed twice, and an empty key has no record. Each file is read once,
-// however many keys there are, and wholly before its first record is blanked; it
-// is created when it is missing.
+// For each key, blanks the first record whose address equals the key, letter case
+// included. If two records have the same address, the second one stays. The files are
+// processed in this order: the site file, the purchases, the notes, and the user IDs and
+// passwords. No key may be listed twice; an empty key matches no record. Each file is
+// read once, however many keys there are, and completely before its first record is
+// blanked. A missing file is created.
 void deleteSiteRecords(FileSystem& files, const WorkingPaths& paths,
                        std::span<const std::string_view> deletedKeys);
 
-// Deletes the same four files in the same order, then creates each again, empty.
-// A file that is missing fails with kFileNotFound.
+// Deletes the same four files in the same order, then creates each again, empty. Throws
+// kFileNotFound if a file is missing.
 void deleteAllRecords(FileSystem& files, const WorkingPaths& paths);
 
 }  // namespace quorrix

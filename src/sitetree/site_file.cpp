@@ -19,11 +19,12 @@ void addRecordOrPassItOver(SiteTree::Batch& batch, std::uint64_t number,
     if (address.empty()) return;
     batch.add(address, fieldOf(record, site_record::kProtocolFlag).front(), number);
   } catch (...) {
-    // One bad record must not cost the user the sites behind it.
+    // One bad record must not prevent the sites after it from being loaded.
   }
 }
 
-// Fills in the first record with this address and returns its number, 0 for none.
+// Copies the first record with this address into `record` and returns its number. Returns
+// 0 if no record has it.
 std::uint64_t findRecord(FixedRecordFile& file, std::string_view siteAddress,
                          std::uint64_t likelyNumber, SiteRecord& record) {
   const std::uint64_t last = file.recordsBegun();
@@ -43,7 +44,7 @@ std::uint64_t findRecord(FixedRecordFile& file, std::string_view siteAddress,
   return found;
 }
 
-// Less than every time for a stamp that cannot be read.
+// Returns nullopt, which compares less than every time, if the stamp cannot be read.
 std::optional<StampTime> timeOf(std::string_view stamp) {
   try {
     return readAccessStamp(stamp);
@@ -125,10 +126,10 @@ void SiteFile::stamp(SiteRecord& record, char protocolFlag) {
 }
 
 std::size_t nodesToReserve(std::uint64_t records) {
-  // Two to three nodes a record are usual, and moving a tree that outgrows its
-  // room costs more than room that stays empty.
+  // A record usually adds two to three nodes, and moving a tree that outgrows its memory
+  // costs more than memory that stays unused.
   constexpr std::uint64_t kNodesPerRecord = 3;
-  // A file's length can promise more records than it has: it may be one large hole.
+  // A file can have fewer records than its length suggests, because it may be sparse.
   constexpr std::uint64_t kMost = 3'000'000;
   return static_cast<std::size_t>(std::min(records, kMost / kNodesPerRecord) * kNodesPerRecord);
 }

@@ -7,7 +7,7 @@ struct Entry {
   const char* name;  // null: a separator
   const char* caption;
   std::function<void()> SitePopupMenu::Handlers::*handler;
-  QKeyCombination keys = {};  // of the tree, that do the same
+  QKeyCombination keys = {};  // of the tree, for the same action
 };
 
 constexpr Entry kSeparator = {nullptr, nullptr, nullptr};
@@ -38,7 +38,8 @@ SitePopupMenu::SitePopupMenu(const Handlers& handlers, QWidget* parent) : QMenu(
     QAction* const action = addAction(QString::fromLatin1(entry.caption));
     action->setObjectName(QString::fromLatin1(entry.name));
     action->setEnabled(false);
-    // To be read beside the caption: a menu that hangs on nothing has no shortcuts.
+    // Only displayed beside the caption: the shortcuts of a menu that is part of no other
+    // menu or menu bar have no effect.
     if (entry.keys != QKeyCombination()) action->setShortcut(entry.keys);
     if (const auto& handler = handlers.*entry.handler) {
       connect(action, &QAction::triggered, this, [handler] { handler(); });

@@ -41,8 +41,8 @@ SiteTree::LevelHashes SiteTree::hashesOf(const AddressLevels& levels) {
 
 NodeId SiteTree::addMissingLevels(const AddressLevels& levels, const LevelHashes& hashes,
                                   char tag) {
-  // A node is in the tree only with all its ancestors, so the first level found
-  // from the end tells what is missing.
+  // A node is in the tree only if all its ancestors are. So the deepest level that is
+  // found shows which levels are missing.
   std::size_t present = levels.count();
   NodeId parent = kNoNode;
   for (; present > 0; --present) {
@@ -165,8 +165,8 @@ NodeId SiteTree::add(NodeId parent, std::string_view key, std::size_t textStart,
   return node;
 }
 
-// Whatever needs memory comes first: a node is added whole or not at all, and
-// the observer never hears of one that then does not come.
+// All memory is allocated first, so that a node is added completely or not at all, and
+// the observer is never notified of a node that is then not added.
 void SiteTree::makeRoom(NodeId parent) {
   const auto growByOne = [](auto& items) {
     if (items.size() < items.capacity()) return;
@@ -183,7 +183,8 @@ std::string_view SiteTree::keep(std::string_view address) {
     blocks_.push_back(std::make_unique<char[]>(size));
     freeInBlock_ = size;
   }
-  // Blocks are filled from the end, so that what is free is all there is to know.
+  // Blocks are filled from the end, so that freeInBlock_ alone says where the next
+  // address goes.
   freeInBlock_ -= address.size();
   char* const place = blocks_.back().get() + freeInBlock_;
   std::copy(address.begin(), address.end(), place);

@@ -30,7 +30,7 @@ void SiteTree::Batch::flush() {
       const NodeId node = tree_.addMissingLevels(entry.levels, entry.hashes, entry.tag);
       if (tree_.recordNumber(node) == 0) tree_.setRecordNumber(node, entry.recordNumber);
     } catch (...) {
-      // Passed over: the sites behind it may still find room.
+      // Skipped: there may still be memory for the sites after it.
     }
   }
 }

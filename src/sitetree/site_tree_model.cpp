@@ -61,8 +61,8 @@ QVariant SiteTreeModel::data(const QModelIndex& index, int role) const {
 Qt::ItemFlags SiteTreeModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
   constexpr Qt::ItemFlags kNode = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-  // Without the word that leaves have no children, a view looks for them one by
-  // one: expanding 100,000 rows took 24 s, with it 17 ms.
+  // Without this flag a view checks the leaves for children one by one: expanding 100,000
+  // rows took 24 s instead of 17 ms.
   return hasChildren(index) ? kNode : kNode | Qt::ItemNeverHasChildren;
 }
 

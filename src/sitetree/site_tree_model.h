@@ -1,5 +1,5 @@
-// Shows a SiteTree to Qt's views. It keeps nothing of its own: an index holds
-// the node's number, and the tree's changes arrive through the observer.
+// Presents a SiteTree to Qt's views. The model stores no nodes: an index encodes the
+// node's number, and the tree notifies the model of changes.
 #pragma once
 
 #include <QAbstractItemModel>
@@ -16,7 +16,7 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
   explicit SiteTreeModel(SiteTree& tree, QObject* parent = nullptr);
   ~SiteTreeModel() override;
 
-  // What the tool tip of a node says; must not throw.
+  // Sets the function that returns the tool tip of a node; it must not throw.
   void describeBy(std::function<QString(NodeId)> describe) { describe_ = std::move(describe); }
 
   [[nodiscard]] NodeId nodeOf(const QModelIndex& index) const;

@@ -48,7 +48,7 @@ SiteTreeView::SiteTreeView(SiteTree& tree, QWidget* parent)
   setModel(&model_);
   setHeaderHidden(true);
   setUniformRowHeights(true);
-  setEditTriggers(NoEditTriggers);  // an edited text would no longer be its key's
+  setEditTriggers(NoEditTriggers);  // edited text would no longer match the key
   setSelectionMode(SingleSelection);
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(QHeaderView::Fixed);
@@ -82,15 +82,15 @@ void SiteTreeView::makeVisible(NodeId node, ScrollHint where) {
   scrollTo(model_.indexOf(node), where);
 }
 
-// Qt would also scroll to the middle of a row that is wider than the view, and its text
-// is at its beginning.
+// PositionAtCenter also scrolls sideways, to the middle of a row that is wider than the
+// view. EnsureVisible then scrolls back to the beginning of the row, where its text is.
 void SiteTreeView::showInTheMiddle(const QModelIndex& index) {
   scrollTo(index, PositionAtCenter);
   scrollTo(index, EnsureVisible);
 }
 
-// The base class makes a string of each row, which takes 0.2 s for each key when 200,000 are
-// open. What is found may lie anywhere, so the rows around it are shown, too.
+// The base class makes a string of each row, which takes 0.2 s for each key when 200,000
+// are open. A match may be anywhere, so the rows around it are shown, too.
 void SiteTreeView::keyboardSearch(const QString& search) {
   const bool isGoingOn =
       sinceTyping_.isValid() && !sinceTyping_.hasExpired(QApplication::keyboardInputInterval());
@@ -110,8 +110,8 @@ void SiteTreeView::keyboardSearch(const QString& search) {
       node = below(node);
       continue;
     }
-    // Asked of the nodes that match alone: the view takes longer to say what is open than
-    // to compare a text.
+    // Only matching nodes are checked, because finding out what is expanded takes longer
+    // than comparing a text.
     const NodeId visible = visibleFrom(node);
     if (visible == node) {
       const QModelIndex found = model_.indexOf(node);
@@ -122,12 +122,12 @@ void SiteTreeView::keyboardSearch(const QString& search) {
   } while (node != first);
 }
 
-// The next row if all branches were open.
+// The next row as if all branches were expanded; after the last row, the root.
 NodeId SiteTreeView::below(NodeId node) const {
   return tree_.childCount(node) > 0 ? tree_.child(node, 0) : after(node);
 }
 
-// The row below the whole branch; the root's after the last one.
+// The row after the node's whole branch; after the last row, the root.
 NodeId SiteTreeView::after(NodeId node) const {
   for (; node != tree_.root(); node = tree_.parent(node)) {
     const NodeId parent = tree_.parent(node);
@@ -137,7 +137,7 @@ NodeId SiteTreeView::after(NodeId node) const {
   return node;
 }
 
-// The node itself, or the closed one in which it is.
+// The node itself, or the outermost collapsed node that contains it.
 NodeId SiteTreeView::visibleFrom(NodeId node) const {
   for (NodeId above = tree_.parent(node); above != kNoNode; above = tree_.parent(above)) {
     if (!isExpanded(model_.indexOf(above))) node = above;
@@ -151,15 +151,15 @@ void SiteTreeView::mouseReleaseEvent(QMouseEvent* event) {
   emit mouseUp(codeOf(event->button()), shiftCodeOf(event->modifiers()), at.x(), at.y());
 }
 
-// The mouse's own context menu request comes on the press on some desktops, on
-// the release on others; only the keyboard's is listened to here.
+// Some desktops send the mouse's context menu request on the press, others on the
+// release. So only the keyboard's request is handled here.
 void SiteTreeView::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() != QContextMenuEvent::Keyboard) return;
   releaseRightButtonAtCurrentRow(event->modifiers());
 }
 
 void SiteTreeView::keyPressEvent(QKeyEvent* event) {
-  // The other key for a context menu, for keyboards that lack the menu key.
+  // Shift+F10 opens the context menu on keyboards without the menu key.
   if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
     return releaseRightButtonAtCurrentRow(Qt::NoModifier);
   }
@@ -179,7 +179,8 @@ void SiteTreeView::copyAddress() const {
                                      toQString(tree_.key(node)));
 }
 
-// Where the row's text begins, for a long row ends outside the window.
+// The position is near the beginning of the row's text, because a long row ends outside
+// the window.
 void SiteTreeView::releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers) {
   scrollTo(currentIndex());
   const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
@@ -198,15 +199,16 @@ void SiteTreeView::updateGeometries() {
   QTreeView::updateGeometries();
 }
 
-// Long segments are scrolled to, not cut. The column never becomes narrower while
-// rows pass by, which would move them under the user's eyes.
+// The column is as wide as the widest row, so that long segments can be scrolled to and
+// are not cut off. It never becomes narrower during scrolling, because the rows would
+// shift while the user reads them.
 void SiteTreeView::widenToVisibleRows() {
   widestRow_ = std::max(widestRow_, sizeHintForColumn(0));
   header()->resizeSection(0, std::max(widestRow_, viewport()->width()));
 }
 
-// Measures the rows again, which may have become narrower. Qt lays them out before it takes the
-// indentation from a new style, so they have to be laid out after that.
+// Measures the rows again, because they may have become narrower. Qt lays them out before
+// it takes the indentation from a new style, so they are laid out again after that.
 void SiteTreeView::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
   if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
@@ -233,8 +235,8 @@ void SiteTreeView::followSelection() {
   }
 }
 
-// The tree always has a selected node, so its row stays highlighted: clicks into
-// empty space and with Ctrl on the row would else take the highlight away.
+// The tree always has a selected node, so its row must stay highlighted. A click on empty
+// space or a Ctrl+click on the row would otherwise remove the highlight.
 QItemSelectionModel::SelectionFlags SiteTreeView::selectionCommand(const QModelIndex& index,
                                                                    const QEvent* event) const {
   const auto command = QTreeView::selectionCommand(index, event);

@@ -1,5 +1,5 @@
-// The site tree on screen, the main window's "TreeView". Its current row and
-// the tree's selection follow each other.
+// The site tree on screen, the main window's "TreeView". Its current row and the tree's
+// selection are kept in sync.
 #pragma once
 
 #include <QElapsedTimer>
@@ -11,8 +11,7 @@
 
 namespace quorrix {
 
-// Button codes of a released mouse button; the keyboard's menu key counts as
-// the right button.
+// Codes of a released mouse button. The keyboard's menu key counts as the right button.
 namespace mouse_button {
 inline constexpr int kLeft = 1;
 inline constexpr int kRight = 2;
@@ -25,26 +24,27 @@ class SiteTreeView final : public QTreeView {
  public:
   explicit SiteTreeView(SiteTree& tree, QWidget* parent = nullptr);
 
-  // What the tool tip of a node says; must not throw.
+  // Sets the function that returns the tool tip of a node; it must not throw.
   void describeBy(std::function<QString(NodeId)> describe) {
     model_.describeBy(std::move(describe));
   }
 
-  // Expands the root, so that all hosts show.
+  // Expands the root, so that all hosts are visible.
   void expandDNSNodes();
 
   // Expands the node and, unless the last search found its address, everything below it.
   void expandAll(NodeId node, bool addressFound);
 
-  // The node alone: what was open below it is open again when it is.
+  // Collapses only this node. Nodes that are expanded below it are expanded again when it
+  // is.
   void collapseNode(NodeId node);
 
   // Expands the node's ancestors and scrolls to it: no further than needed, or until it is in
   // the middle of the view.
   void makeVisible(NodeId node, ScrollHint where = EnsureVisible);
 
-  // Selects the next row that begins with what the user types; a single letter again and
-  // again goes from match to match. Closed branches are not searched.
+  // Selects the next row that begins with the text that the user types. Typing the same
+  // letter repeatedly steps from match to match. Collapsed branches are not searched.
   void keyboardSearch(const QString& search) override;
 
  signals:
@@ -55,8 +55,8 @@ class SiteTreeView final : public QTreeView {
   // Enter was pressed on the selected node.
   void enterPressed();
 
-  // A mouse button was released over the tree, also over empty space. `shift`
-  // adds 1 for Shift, 2 for Ctrl, 4 for Alt; x and y are pixels in the viewport.
+  // A mouse button was released over the tree, including its empty space. `shift` is the
+  // sum of 1 for Shift, 2 for Ctrl and 4 for Alt; x and y are pixels in the viewport.
   void mouseUp(int button, int shift, int x, int y);
 
  protected:
@@ -83,7 +83,7 @@ class SiteTreeView final : public QTreeView {
 
   SiteTree& tree_;
   SiteTreeModel model_;
-  int widestRow_ = 0;  // in pixels, of those that were on screen
+  int widestRow_ = 0;  // in pixels, among the rows that have been on screen
   std::string typed_;
   QElapsedTimer sinceTyping_;
 };

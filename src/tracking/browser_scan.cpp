@@ -20,8 +20,8 @@ std::string className(WindowSystem& windows, WindowHandle window, std::size_t bu
 
 bool isAddressBox(WindowSystem& windows, WindowHandle window, std::string_view windowClass) {
   if (windowClass != "Edit") return false;
-  // The buffer is as long as the name "Edit": three characters and a NUL, and
-  // of "ComboBox" those three are enough.
+  // The buffer is as long as the name "Edit", so it holds three characters and a NUL.
+  // Three characters are enough to recognize "ComboBox".
   return className(windows, windows.GetParent(window), windowClass.size()) == "Com";
 }
 

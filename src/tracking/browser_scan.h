@@ -11,24 +11,24 @@
 namespace quorrix {
 
 struct BrowserReading {
-  std::string webAddress;         // empty when no browser window shows one
+  std::string webAddress;         // empty if no browser window shows one
   bool haveValidAddress = false;  // set by the scan, cleared by the tracking loop
 };
 
-// Whether a window with this title is a browser's: the title begins or ends with
-// "Netscape". Today's browsers are shown to the scan under such titles by the window
-// system that reads them.
+// Whether a window with this title belongs to a browser: the title begins or ends with
+// "Netscape". The window system that reads today's browsers reports them under such
+// titles.
 [[nodiscard]] bool isBrowserTitle(std::string_view title);
 
-// Empties webAddress, then reads the first browser window of the enumeration.
+// Clears webAddress, then reads the first browser window of the enumeration.
 void scanBrowserWindows(WindowSystem& windows, BrowserReading& reading);
 
-// One step of the enumeration; false ends it.
+// Handles one window of the enumeration. Returns false to end it.
 [[nodiscard]] bool browserWindowCallback(WindowSystem& windows, WindowHandle window,
                                          BrowserReading& reading);
 
-// The address box's text at or below `window`, or empty; sets haveValidAddress
-// on the way when a status bar shows a visit.
+// Returns the text of the address box at or below `window`, or an empty text. Also sets
+// haveValidAddress if a status bar below `window` shows a visit.
 [[nodiscard]] std::string searchBrowserChildren(WindowSystem& windows, WindowHandle window,
                                                 BrowserReading& reading);
 

@@ -14,8 +14,8 @@ constexpr std::string_view kTooMuchData =
     "Archive the presently displayed sites to correct the problem. Quorrix will not be able to "
     "record site data until the current display is archived.";
 
-// A locked file is tried again after so many passes, about two seconds: each try may
-// hold up the window for kLockPatience.
+// A locked file is tried again after this many passes, about two seconds. It is not tried
+// more often because each try may block the window for kLockPatience.
 constexpr unsigned kPassesBetweenWriting = 20;
 
 }  // namespace
@@ -77,7 +77,8 @@ void TrackingLoop::recordVisit() {
   const AddressCheck check = validateAddress(reading_.webAddress);
   if (!check.isValid) return;
   reading_.webAddress = storedAddress(reading_.webAddress);
-  // A copy: a second loop inside a message box's events would scan into webAddress.
+  // A copy, because a second loop that runs while a message box is open overwrites
+  // webAddress.
   const std::string address = reading_.webAddress;
   const auto filed = addAddressToTree(address);
   if (!filed) return;
@@ -85,8 +86,8 @@ void TrackingLoop::recordVisit() {
   if (visits_.size() == 1) writeVisits();
 }
 
-// In the order of the visits. While another program has the site file locked they
-// wait, and tracking goes on.
+// Writes the visits in their order. While another program has the site file locked, they
+// wait, and tracking continues.
 void TrackingLoop::writeVisits() {
   while (!visits_.empty()) {
     try {
@@ -113,17 +114,18 @@ void TrackingLoop::writeVisitsAgain() {
 
 // Waiting visits are written before tracking ends, because the user may then clear or
 // archive the display. The failure that ends tracking is reported anyway, so visits that
-// are lost with it are not reported, too.
+// are lost with it are not reported separately.
 void TrackingLoop::writeVisitsBeforeFailure() {
   try {
     writeVisits();
   } catch (const Failure&) {
-    // The file fails, too.
+    // Writing the file failed, too.
   }
   visits_.clear();
 }
 
-// Visits that still cannot be written are lost, and the user is told.
+// Visits that still cannot be written are lost. The failure thrown reports this to the
+// user, unless the main window is closing.
 void TrackingLoop::writeLastVisits() {
   writeVisits();
   if (visits_.empty()) return;
@@ -131,7 +133,7 @@ void TrackingLoop::writeLastVisits() {
   if (!isAbandoned_) throw Failure::ofFileInUse();
 }
 
-// A node for which there was no memory is missing; its record is written all the same.
+// If there was no memory for the node, the record is still written before this fails.
 void TrackingLoop::write(const Visit& visit) {
   SiteTree& tree = parts_.tree;
   const NodeId node = tree.find(visit.address);
@@ -144,9 +146,9 @@ void TrackingLoop::write(const Visit& visit) {
   tagAncestors(node, visit.protocolFlag);
 }
 
-// Returns the number of the record that an update of this address would find, 0
-// when that is not known: a record added may have an older one before it, of a site
-// that was cleared from the display.
+// Returns the number of the record that an update of this address would find, or 0 if it
+// is unknown. It is unknown after an append, because the file may have an older record of
+// the same address, from before the site was cleared from the display.
 std::uint64_t TrackingLoop::writeRecord(const Visit& visit, NodeId node) {
   if (visit.filed == Filed::New) {
     parts_.siteFile.appendSiteRecord(visit.address, visit.protocolFlag);
@@ -156,9 +158,9 @@ std::uint64_t TrackingLoop::writeRecord(const Visit& visit, NodeId node) {
   return parts_.siteFile.updateSiteRecord(visit.address, visit.protocolFlag, likely);
 }
 
-// nullopt only after the message that the tree is too large to be searched; then no
-// level was added. A level's node can only be below its parent level's, so the one search
-// for the whole address answers for all levels.
+// Returns nullopt only if the tree is too large to be searched; a message was then shown,
+// and no level was added. A node is in the tree only if all its ancestors are, so one
+// search for the whole address is enough for all its levels.
 std::optional<TrackingLoop::Filed> TrackingLoop::addAddressToTree(std::string_view storedAddress) {
   const AddressLevels levels = addressLevels(storedAddress);
   SiteTree& tree = parts_.tree;
@@ -172,7 +174,7 @@ std::optional<TrackingLoop::Filed> TrackingLoop::addAddressToTree(std::string_vi
   try {
     tree.addMissingLevels(levels, kNoTag);
   } catch (...) {
-    // write() sees that the node is missing.
+    // write() detects that the node is missing.
   }
   return Filed::New;
 }

@@ -1,7 +1,7 @@
-// Tracking: pass after pass, the address that the browser is visiting is read
-// and, when a visit is seen, filed in the tree and in the site file. There is
-// no timer and no second thread: the loop lets pending window events run after
-// every pass, so menus and dialogs work from inside it.
+// Tracking: each pass reads the address that the browser is visiting. When it sees a
+// visit, it records the address in the tree and in the site file. There is no timer and
+// no second thread: the loop processes pending window events after every pass, so menus
+// and dialogs work while it runs.
 #pragma once
 
 #include <cstddef>
@@ -21,22 +21,23 @@
 
 namespace quorrix {
 
-// What the loop shows of itself; the main window does it.
+// What the loop displays. The main window implements this.
 class TrackingDisplay {
  public:
   virtual ~TrackingDisplay() = default;
 
-  // The status bar's second panel.
+  // Shows `text` in the status bar's second panel.
   virtual void showTrackingStatus(std::string_view text) = 0;
 
   // Expands the node's ancestors and scrolls to it.
   virtual void makeVisible(NodeId node) = 0;
 
-  // Called when the list has changed; with an empty one when tracking ends.
+  // Called when the list has changed. The list becomes empty when tracking ends.
   virtual void showUnreadableBrowsers(const std::vector<UnreadableBrowser>& browsers) = 0;
 };
 
-// The recursive search for a node runs out of stack in a tree of more nodes than this.
+// In a tree of more nodes than this, no visit is recorded, and a message asks the user to
+// archive the display.
 inline constexpr std::size_t kMaxSearchedNodes = 4'000'000;
 
 class TrackingLoop {
@@ -53,17 +54,17 @@ class TrackingLoop {
   explicit TrackingLoop(const Parts& parts, std::size_t maxSearchedNodes = kMaxSearchedNodes)
       : parts_(parts), maxSearchedNodes_(maxSearchedNodes) {}
 
-  // Sets isTracking and runs the loop; returns when it ends. Started again from
-  // its own pending events it runs a second loop inside the first, and one stop
-  // ends both. Throws Failure when a pass fails; then the caller reports it and
-  // calls stopAfterFailure.
+  // Sets isTracking() and runs the loop until it ends. If it is called again by an event
+  // that the loop processes, it runs a second loop inside the first, and one stop ends
+  // both. Throws Failure if a pass or the last write fails; the caller then reports it
+  // and calls stopAfterFailure().
   void startTracking();
 
-  // The running loops end at their next test.
+  // The running loops end when they next test isTracking().
   void stopTracking();
   void stopAfterFailure();
 
-  // Stops without a word: the main window is going.
+  // Stops without showing anything, because the main window is closing.
   void abandon() {
     isTracking_ = false;
     isAbandoned_ = true;
@@ -71,8 +72,7 @@ class TrackingLoop {
 
   [[nodiscard]] bool isTracking() const { return isTracking_; }
 
-  // Whether the last search for a node found it: true after a visit to an
-  // address that was in the tree.
+  // Whether the address of the last visit was already in the tree.
   [[nodiscard]] bool addressFound() const { return addressFound_; }
 
  private:
@@ -99,7 +99,7 @@ class TrackingLoop {
   Parts parts_;
   std::size_t maxSearchedNodes_;
   BrowserReading reading_;
-  std::vector<UnreadableBrowser> unreadable_;  // as shown
+  std::vector<UnreadableBrowser> unreadable_;  // as last shown
   std::deque<Visit> visits_;                   // whose records are not written yet
   unsigned passesUntilWriting_ = 0;
   bool isAbandoned_ = false;

@@ -1,5 +1,4 @@
-// The browsers that are read, and how each is recognised among the programs of the
-// desktop.
+// The browsers that are read, and their names.
 #pragma once
 
 #include <optional>
@@ -9,7 +8,7 @@ namespace quorrix {
 
 enum class BrowserKind { Firefox, Chromium, GoogleChrome, GnomeWeb };
 
-// As the user knows it.
+// The name that the user knows.
 [[nodiscard]] std::string_view nameOf(BrowserKind kind);
 
 }  // namespace quorrix

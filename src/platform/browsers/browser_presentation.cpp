@@ -20,7 +20,7 @@ Presented BrowserPresentation::present(const std::string& frame,
   if (!reading) return {withoutUser(page.address), false};
   take(page, *reading, now);
   if (page.load == 0) return {};
-  // A tab that was moved to another window brings its document along.
+  // A tab that was moved to another window keeps its document.
   const bool isMoved = page.awaitsDocument || page.document == lastDocument_;
   const bool isAnother = page.load != lastLoad_ && lastLoad_ != 0 && !isMoved;
   const bool isVisit = !page.address.empty() && (page.address != lastAddress_ || isAnother);
@@ -49,12 +49,13 @@ void BrowserPresentation::take(Page& page, const PageReading& reading,
   if (now - page.candidateSince >= needed) settle(page, reading, now);
 }
 
-// Another document on the same address.
+// For a reading of the presented address, perhaps with another document.
 void BrowserPresentation::takeDocument(Page& page, const PageReading& reading,
                                        std::chrono::milliseconds now) {
   const bool isSame = reading.document == page.document;
   const bool isFresh = now - page.loadedAt < kLoadSettles;
-  // One that goes on loading right after it was presented is a tab being restored.
+  // A document that keeps loading right after it was presented is that of a tab being
+  // restored.
   const bool isGoingOn = reading.isLoading || !reading.isComplete;
   if (isSame) page.awaitsDocument = isGoingOn && (page.awaitsDocument || isFresh);
   if (isSame || !reading.isComplete) return page.replacement.clear();

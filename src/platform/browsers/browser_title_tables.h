@@ -1,7 +1,7 @@
-// How browsers make the accessible names of their windows, in every language: the
-// program's own tables, which the tests compare with what the browsers' packages say.
-// Directional marks are left out of them and Chinese parentheses are ASCII ones,
-// since a name is read that way.
+// How browsers form the accessible names of their windows, in every language. The tests
+// compare these tables with the texts in the browsers' packages. The tables contain no
+// directional marks, and ASCII instead of Chinese parentheses, because names are
+// converted in the same way when they are read.
 #pragma once
 
 #include <string_view>
@@ -10,7 +10,7 @@ namespace quorrix {
 
 // --- how ordinary windows are named ---------------------------------------------------------
 
-// What stands between the page's title and the browser's name, and after that name.
+// The text between the page's title and the browser's name, and the text after that name.
 struct NamePlace {
   std::string_view before;
   std::string_view after;
@@ -18,7 +18,8 @@ struct NamePlace {
 
 inline constexpr std::string_view kFirefoxName = "Mozilla Firefox";
 
-// Version 153 has the em dash in every language; in version 140 the translators chose.
+// Version 153 uses the em dash in every language; in version 140 it depends on the
+// translation.
 inline constexpr NamePlace kFirefoxPlaces[] = {
     {" — ", ""},  // most languages
     {" – ", ""},  // de gd hr hu rm sl
@@ -27,13 +28,13 @@ inline constexpr NamePlace kFirefoxPlaces[] = {
     {"․ ", ""},   // hy-AM: U+2024
 };
 
-// The name is translated in Hindi. Whether that of Google Chrome is translated
-// anywhere is not known; such a window is not taken for an ordinary one.
+// The name is translated in Hindi. It is not known whether that of Google Chrome is
+// translated anywhere; a window with a translated name does not count as ordinary.
 inline constexpr std::string_view kChromiumNames[] = {"Chromium", "क्रोमियम"};
 inline constexpr std::string_view kChromeNames[] = {"Google Chrome"};
 
-// Google Chrome has the same translators but texts of its own, so that it may use
-// another of these in the same language.
+// Google Chrome has the same translators but its own texts, so it may use another of
+// these in the same language.
 inline constexpr NamePlace kChromiumPlaces[] = {
     {" - ", ""},     // most languages
     {" – ", ""},     // af bg cs da et fr hr nb pl ru sk sl sr sv uk
@@ -43,22 +44,23 @@ inline constexpr NamePlace kChromiumPlaces[] = {
     {"“ – „", "“"},  // lt: „Page“ – „Chromium“
 };
 
-// With several profiles the profile's name follows, in most languages after one of these.
+// With several profiles, the profile's name follows, in most languages after one of
+// these.
 inline constexpr std::string_view kProfileSeparators[] = {
     " - ",       // most languages
-    " – ",       // those of the en dash above, and de en-GB fi hu lt pt-PT ro
+    " – ",       // the languages with the en dash above, and de en-GB fi hu lt pt-PT ro
     ": ",        // ca pt-BR
     "\u00a0— ",  // lv: a no-break space
 };
 
-// In Russian the profile's name stands in parentheses instead.
+// In Russian the profile's name is in parentheses instead.
 inline constexpr NamePlace kPlaceBeforeProfileInParentheses = {" – ", ""};
 
 // --- how private windows are named ----------------------------------------------------------
 
-// Chromium adds one of these in parentheses, after everything else: who is incognito,
-// a guest, or (since version 156) isolated. The same word often serves several
-// languages.
+// Chromium appends one of these in parentheses, after everything else, if the window is
+// incognito, a guest's or (since version 156) isolated. The same word often serves
+// several languages.
 // clang-format off
 inline constexpr std::string_view kPrivateWords[] = {
     "Anonimno", "Anonymní režim", "Bisita", "Gas", "Gast", "Geïsoleer", "Gizli mod", "Gost",
@@ -85,10 +87,10 @@ inline constexpr std::string_view kPrivateWords[] = {
 };
 // clang-format on
 
-// Where the private windows of Firefox 140 have the browser's name at the end, like
-// ordinary ones, and tell themselves apart by other words: before the page's title in
-// Persian and Scottish Gaelic, after it in Czech. In all other languages the words
-// stand directly at the browser's name.
+// In these languages, the names of private windows of Firefox 140 end with the browser's
+// name, like those of ordinary ones, and differ in other words: before the page's title
+// in Persian and Scottish Gaelic, after it in Czech. In all other languages the words are
+// directly next to the browser's name.
 inline constexpr std::string_view kFirefoxPrivateBeginnings[] = {"مرور خصوصی ",
                                                                  "Brabhsadh prìobhaideach "};
 inline constexpr std::string_view kFirefoxPrivatePart = "Anonymní prohlížení";

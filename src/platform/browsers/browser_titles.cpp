@@ -18,9 +18,9 @@ struct Replacement {
   std::string_view to;
 };
 
-// Marks of direction stand in the names of right-to-left languages and may be
-// switched on for the others; they separate nothing. Chinese and Japanese have
-// parentheses of their own.
+// Names in right-to-left languages contain directional marks, and they may be switched on
+// for other languages. They are not separators. Chinese and Japanese have their own
+// parentheses.
 constexpr Replacement kReplacements[] = {
     {"\u061c", ""}, {"\u200e", ""}, {"\u200f", ""},  {"\u202a", ""},  {"\u202b", ""},
     {"\u202c", ""}, {"\u202d", ""}, {"\u202e", ""},  {"\u2066", ""},  {"\u2067", ""},
@@ -51,8 +51,8 @@ bool removeEnd(std::string_view& text, std::string_view end) {
   return true;
 }
 
-// The text without the browser's name and what joins it to the page's title, if
-// that is how it ends.
+// The text without the browser's name and what joins it to the page's title; nullopt if
+// the text does not end with them.
 std::optional<std::string_view> pageBeforeName(std::string_view text,
                                                std::span<const std::string_view> names,
                                                std::span<const NamePlace> places) {
@@ -92,7 +92,7 @@ struct Parenthesised {
   std::string_view inside;
 };
 
-// The opening parenthesis is the one that belongs to the closing one at the end.
+// Splits at the opening parenthesis that matches the closing one at the end.
 std::optional<Parenthesised> endInParentheses(std::string_view text) {
   if (!text.ends_with(')')) return std::nullopt;
   std::size_t open = 0;
@@ -111,7 +111,7 @@ bool isPrivateWord(std::string_view text) {
          std::end(kPrivateWords);
 }
 
-// Also within other words, for the day a version says more than the word alone.
+// Finds a word also among others, in case a future version adds some.
 bool hasPrivateWord(std::string_view text) {
   return std::any_of(
       std::begin(kPrivateWords), std::end(kPrivateWords), [text](std::string_view word) {
@@ -133,12 +133,13 @@ bool endsWithName(std::string_view text, std::span<const std::string_view> names
 bool followsName(const Parenthesised& text, std::span<const std::string_view> names) {
   std::string_view before = text.before;
   removeEnd(before, " ");
-  // Lithuanian quotes all that stands before the parentheses: „„Page“ – „Chromium““ (svečias)
+  // Lithuanian quotes everything before the parentheses: „„Page“ – „Chromium““ (svečias)
   return endsWithName(before, names) || (removeEnd(before, "“") && endsWithName(before, names));
 }
 
-// What stands in parentheses directly after the browser's name is private in every
-// language, also with words that are not known here, but for Russian profiles.
+// Words in parentheses directly after the browser's name mean a private window in every
+// language, even if the words are not known here. The exception is a profile's name in
+// Russian.
 TitleKind kindByParentheses(const Parenthesised& text, std::span<const std::string_view> names) {
   if (text.inside.empty()) return TitleKind::NotOrdinary;
   std::string_view before = text.before;
@@ -148,8 +149,8 @@ TitleKind kindByParentheses(const Parenthesised& text, std::span<const std::stri
              : TitleKind::NotOrdinary;
 }
 
-// The page's title may contain the browser's name too, so that there may be several
-// ways to read a name; one that is private is enough.
+// The page's title may contain the browser's name too, so there may be several ways to
+// read a name. If one of them is private, the window is not ordinary.
 TitleKind kindByProfile(std::string_view text, std::span<const std::string_view> names) {
   TitleKind kind = TitleKind::NotOrdinary;
   for (const std::string_view separator : kProfileSeparators) {
@@ -167,8 +168,8 @@ TitleKind kindByProfile(std::string_view text, std::span<const std::string_view>
 TitleKind kindOfChromium(std::string_view text, std::span<const std::string_view> names) {
   if (endsWithName(text, names)) return TitleKind::Ordinary;
   if (const auto end = endInParentheses(text)) {
-    // An incognito app's window has no browser's name before the parentheses, and
-    // its page's title may be made to look like an ordinary window with a profile.
+    // The window of an incognito app has no browser's name before the parentheses, and
+    // its page can choose a title that looks like an ordinary window with a profile.
     if (hasPrivateWord(end->inside)) return TitleKind::NotOrdinary;
     if (followsName(*end, names)) return kindByParentheses(*end, names);
   }

@@ -11,24 +11,24 @@
 namespace quorrix {
 
 enum class TitleKind {
-  // An ordinary window. The name cannot show one thing: an app's window of
-  // Chromium (`--app`) has the page's title for its name, without the browser's. A
-  // page titled "News - Chromium" looks like an ordinary window there. Such a window
-  // is not private: those say so behind any title.
+  // An ordinary window. The name cannot show one thing: an app window of Chromium
+  // (`--app`) is named by the page's title alone, without the browser's name, so a page
+  // titled "News - Chromium" looks like an ordinary window. Such a window is not private:
+  // private ones say so after any title.
   Ordinary,
-  // The browser's name alone: an ordinary window of Firefox on a page without a
-  // title, but also a private window for up to a second while it opens. A mark of
-  // another sort has to decide.
+  // The browser's name alone: an ordinary window of Firefox on a page without a title,
+  // but also a private window for up to a second while it opens. Other marks have to
+  // decide.
   BrowserNameAlone,
-  // Private, guest or isolated, or no name that is known. A profile that a user has
+  // Private, guest or isolated, or a name of unknown form. A profile that a user has
   // named like a private window ("Guest", "Incognito") counts here too.
   NotOrdinary,
 };
 
-// For all but GNOME Web, whose names do not tell: they are never ordinary here. The
-// browser is told by the program that owns the window, never by the name. The name is
-// UTF-8. It must be the accessible name: the title of an X11 window has
-// nothing behind Chromium's name, not even "(Incognito)".
+// For all browsers but GNOME Web, whose names do not show the kind: they are never
+// ordinary here. `family` is determined by the program that owns the window, never by the
+// name. The name is UTF-8. It must be the accessible name: the title of an X11 window has
+// nothing after Chromium's name, not even "(Incognito)".
 [[nodiscard]] TitleKind titleKind(BrowserKind family, std::string_view accessibleName);
 
 }  // namespace quorrix

@@ -4,7 +4,7 @@
 
 namespace quorrix {
 
-// A new private window of Firefox may have the browser's name alone at first; see
+// A new private window of Firefox may have only the browser's name at first; see
 // judgeFirefox().
 bool isOrdinaryName(BrowserKind browser, const std::string& name) {
   return browser == BrowserKind::GnomeWeb || titleKind(browser, name) != TitleKind::NotOrdinary;
@@ -29,8 +29,8 @@ WindowKind WindowKinds::judge(BrowserKind browser, const std::string& process,
   }
   if (!findings.hasBars) return WindowKind::Unsettled;
   if (findings.hasPrivateMark) return WindowKind::Private;
-  // A Chromium without the mark is a popup or an app; their names tell private ones in
-  // every language, from the first moment.
+  // A Chromium window without the mark is a popup or an app. Their names identify private
+  // ones in every language, from the first moment.
   return browser == BrowserKind::Firefox ? judgeFirefox(process, findings, age)
                                          : WindowKind::Ordinary;
 }
@@ -43,7 +43,7 @@ bool wantsHistory(BrowserKind browser, const WindowFindings& findings) {
 // The windows of a Firefox that never remembers history have ordinary names. They lack
 // every mark; in some versions they have the button that ends the session. A user can
 // remove the ordinary mark from the tool bar, so a main window without it is ordinary
-// only where the settings say so. Popups have no marks and follow their process.
+// only if the settings say so. Popups have no marks and are judged by their process.
 WindowKind WindowKinds::judgeFirefox(const std::string& process, const WindowFindings& findings,
                                      std::chrono::milliseconds age) {
   const bool isNew = age < kNaming;
@@ -65,7 +65,7 @@ WindowKind WindowKinds::judgeFirefox(const std::string& process, const WindowFin
   if (findings.remembersHistory == true) remembers_.try_emplace(process, true);
   const auto known = remembers_.find(process);
   if (known != remembers_.end() && !known->second) return WindowKind::Private;
-  // The name that a private window has for its first moments.
+  // A private window may have this name in its first moments.
   if (isNew && titleKind(BrowserKind::Firefox, findings.name) == TitleKind::BrowserNameAlone) {
     return WindowKind::Unsettled;
   }

@@ -48,7 +48,7 @@ void AccessibilityBus::connectTo(const std::string& address) {
   if (wantsAccessibility_) service_.requestSwitchOn();
 }
 
-// Takes in what has arrived. Waits only for the answer to a fresh introduction.
+// Reads what has arrived. Waits only for the answer to a new introduction.
 void AccessibilityBus::introduce(const Deadline& deadline) {
   connection_->exchange(std::chrono::milliseconds::zero());
   while (connection_->isOpen() && !connection_->isReady() && !owesIntroduction_) {
@@ -91,7 +91,7 @@ bool AccessibilityBus::forgetWhatIsAnswered() {
   return isAnyAnswered;
 }
 
-// A program that owes an answer of an earlier pass is not waited for.
+// A program that still owes an answer from an earlier pass is not waited for.
 bool AccessibilityBus::isWaitWorthwhile() const {
   return std::ranges::any_of(owed_, [this](const Owed& owed) {
     return std::ranges::none_of(

@@ -1,8 +1,8 @@
-// Carries questions to the programs on the accessibility bus and waits for their
-// answers, never longer than the caller allows. An answer that comes after its pass
-// is not lost: it completes its question then. A program that was late once is not
-// waited for until it owes nothing more, so a slow one costs the others no time.
-// Finds the bus, and finds it again after it went away. One thread.
+// Sends questions to the programs on the accessibility bus and waits for their answers,
+// never longer than the caller allows. An answer that arrives after its pass is not lost:
+// it completes its question then. A program that was late is not waited for until it owes
+// no more answers, so a slow program costs the others no time. Finds the bus, and finds
+// it again after it went away. To be used from one thread.
 #pragma once
 
 #include <chrono>
@@ -25,20 +25,20 @@ class AccessibilityBus {
  public:
   explicit AccessibilityBus(Clock& clock);
 
-  // Call it at the start of each pass: keeps the connections alive and takes in
-  // what arrived since the pass before. True when the bus can be asked.
+  // Call it at the start of each pass. Maintains the connections and reads what arrived
+  // since the last pass. True if the bus can be asked.
   [[nodiscard]] bool beginPass(const Deadline& deadline);
 
-  // Sends a question. Its answer is there once the call is completed; letting go of
-  // the call gives the answer up.
+  // Sends a question. The answer is available once the call is completed; destroying the
+  // call discards the answer.
   [[nodiscard]] std::shared_ptr<PendingCall> send(const Question& question);
 
-  // Waits for the next answer. False when `deadline` has passed or no program that
-  // is waited for owes one.
+  // Waits for the next answer. False if `deadline` has passed, or if no program that is
+  // waited for owes one.
   [[nodiscard]] bool awaitAnswer(const Deadline& deadline);
 
-  // Goes up with every new connection: a name from an earlier connection means
-  // nothing any more.
+  // Increases with every new connection. Names from an earlier connection mean nothing
+  // after that.
   [[nodiscard]] unsigned connectionNumber() const { return connectionNumber_; }
 
   // Makes the session's programs accessible, in this pass or a later one, and

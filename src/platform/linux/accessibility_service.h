@@ -1,7 +1,7 @@
-// The service `org.a11y.Bus` on the session bus: tells where the accessibility bus
-// is, and holds the session's switch that makes browsers put their windows on it.
-// Its errands take as many passes as they need, since the service may first have
-// to be started, and the connection lasts only as long as there is an errand.
+// Client of the service `org.a11y.Bus` on the session bus. The service knows the address
+// of the accessibility bus, and holds the session's switch that makes browsers put their
+// windows on it. A request takes as many passes as it needs, since the service may have
+// to be started first. The connection exists only while there is a request.
 #pragma once
 
 #include <chrono>
@@ -19,16 +19,16 @@ class AccessibilityService {
  public:
   explicit AccessibilityService(Clock& clock) : clock_(clock) {}
 
-  // Each starts an errand; one that is under way already is not doubled. An errand
-  // that fails is tried again about every half second until it has succeeded.
+  // Each starts a request, unless the same one is already under way. A request that fails
+  // is retried about every half second until it succeeds.
   void requestBusAddress() { addressWanted_ = true; }
   void requestSwitchOn() { switchOnWanted_ = true; }
 
-  // Goes on with the errands. Waits until `deadline` at most, and not at all while
-  // the session bus or the service still owes an answer from an earlier pass.
+  // Continues the requests. Waits until `deadline` at most, and not at all while the
+  // session bus or the service still owes an answer from an earlier pass.
   void advance(const Deadline& deadline);
 
-  // The answer to requestBusAddress(), handed over once.
+  // The answer to requestBusAddress(), returned only once.
   [[nodiscard]] std::optional<std::string> takeBusAddress();
 
   [[nodiscard]] bool isSwitchedOn() const { return switchedOn_; }
@@ -49,7 +49,7 @@ class AccessibilityService {
   std::optional<std::chrono::milliseconds> lastFailure_;
   bool addressWanted_ = false;
   bool switchOnWanted_ = false;
-  bool switchIsOff_ = false;  // as the service has just said
+  bool switchIsOff_ = false;  // according to the service's last answer
   bool switchedOn_ = false;
   bool owesAnswer_ = false;
   std::optional<std::string> address_;

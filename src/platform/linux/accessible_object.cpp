@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kLongestText = std::size_t{64} * 1024;
 
-// Firefox has the first, Chromium and WebKit the second.
+// Firefox uses the first, Chromium and WebKit the second.
 constexpr std::string_view kAddressAttributes[] = {"DocURL", "URI"};
 
 bool isAnswer(const Message& answer, const char* signature) {
@@ -21,8 +21,8 @@ bool isObject(const AccessibleId& id) {
   return id.path != ATSPI_DBUS_PATH_NULL && dbus_validate_bus_name(id.peer.c_str(), nullptr);
 }
 
-// Walks over the arguments of a message, or into one of its containers. The
-// signature has been checked before, so every step finds the type it expects.
+// Iterates over the arguments of a message, or over one of its containers. The signature
+// has been checked before, so every step finds the type it expects.
 class Reader {
  public:
   explicit Reader(const Message& message) { dbus_message_iter_init(message.get(), &place_); }
@@ -30,7 +30,7 @@ class Reader {
   [[nodiscard]] bool atEnd() { return type() == DBUS_TYPE_INVALID; }
   [[nodiscard]] int type() { return dbus_message_iter_get_arg_type(&place_); }
 
-  // As it stands in the message, which outlives the reader.
+  // Points into the message, which outlives the reader.
   [[nodiscard]] std::string_view text() {
     const char* value = "";
     dbus_message_iter_get_basic(&place_, &value);
@@ -90,7 +90,7 @@ std::optional<std::vector<AccessibleId>> childrenIn(const Message& answer, std::
   std::vector<AccessibleId> children;
   for (Reader list = Reader(answer).inside(); !list.atEnd() && children.size() < limit;) {
     AccessibleId child = list.accessible();
-    // Some programs list a place that holds nothing yet.
+    // Some programs list a child that does not exist yet.
     if (isObject(child)) children.push_back(std::move(child));
   }
   return children;

@@ -1,6 +1,6 @@
-// The vocabulary of the accessibility bus: who an accessible object is, and how
-// the answers to questions about it are read. Answers come from other programs:
-// one that is missing or not of the expected shape reads as "not known".
+// Accessible objects on the accessibility bus: how they are identified, and how the
+// answers to questions about them are parsed. Answers come from other programs: one that
+// is missing or does not have the expected type yields nullopt.
 #pragma once
 
 #include <compare>
@@ -25,7 +25,7 @@ struct AccessibleId {
 // The object whose children are the programs on the bus.
 [[nodiscard]] AccessibleId registryRoot();
 
-// At most `limit` of them, so that no program can make a pass long.
+// At most `limit` of them, so that no program can prolong a pass.
 [[nodiscard]] std::optional<std::vector<AccessibleId>> childrenIn(const Message& answer,
                                                                   std::size_t limit);
 [[nodiscard]] std::optional<AccessibleId> childAtIn(const Message& answer);
@@ -33,7 +33,7 @@ struct AccessibleId {
 [[nodiscard]] std::optional<std::uint32_t> numberIn(const Message& answer);
 [[nodiscard]] std::optional<std::int32_t> countIn(const Message& answer);
 
-// UTF-8. A text of more than 64 KiB is not known: no title or address is as long.
+// UTF-8. nullopt for a text of more than 64 KiB: no title or address is that long.
 [[nodiscard]] std::optional<std::string> nameIn(const Message& answer);
 
 // Bit n is set when the object is in the state with the number n.
@@ -43,12 +43,12 @@ struct AccessibleId {
 // What a frame embeds: the document of its selected tab.
 [[nodiscard]] std::optional<AccessibleId> embeddedIn(const Message& answer);
 
-// The value of one of the attributes; empty when the object does not have it,
-// nullopt when its attributes are not known.
+// The value of the attribute `name`; empty if the object does not have it, nullopt if its
+// attributes are not known.
 [[nodiscard]] std::optional<std::string> attributeIn(const Message& answer, std::string_view name);
 
-// The address of a document, under whichever of the names that browsers give it.
-// Empty while the document has none yet.
+// The address of a document, whichever attribute the browser uses for it. Empty while the
+// document has none yet.
 [[nodiscard]] std::optional<std::string> documentAddressIn(const Message& answer);
 
 }  // namespace quorrix

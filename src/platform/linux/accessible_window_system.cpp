@@ -16,8 +16,8 @@ constexpr std::chrono::milliseconds kShortestWait{20};
 constexpr std::chrono::milliseconds kLongestHurry{2000};
 constexpr std::string_view kTitleEnd = " - Netscape";
 
-// A handle is the number of the pass, the place of the window in it, counted from
-// 1 so that no handle is 0, and the part of the window.
+// A handle consists of the number of the pass, the position of the window in that pass
+// (counted from 1, so that no handle is 0) and the part of the window.
 constexpr unsigned kPartBits = 2;
 constexpr unsigned kPlaceBits = 16;
 constexpr std::size_t kMostWindows = (std::size_t{1} << kPlaceBits) - 1;
@@ -30,8 +30,8 @@ std::size_t copyText(std::string_view text, std::span<char> buffer) {
   return length;
 }
 
-// The scan knows a browser by the end of its title, so a title that is too long loses
-// its middle.
+// The scan recognises a browser by the end of its title, so a title that is too long
+// loses its middle.
 std::string shortened(const std::string& title, std::size_t size) {
   if (size == 0 || title.size() < size) return title;
   const std::size_t tail = (size - 1) / 2;
@@ -50,8 +50,9 @@ AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock, Desktop desktop)
             }),
       unreadable_(clock, std::move(desktop.browserProcesses)) {}
 
-// What the browser shows now is a visit again, whenever it can first be read. A page
-// that was being read when tracking stopped may have been left since.
+// What the browser shows now counts as a visit again, once it can be read. Unfinished
+// readings are discarded: a page that was being read when tracking stopped may have been
+// left since.
 void AccessibleWindowSystem::prepareForTracking() {
   presentation_ = BrowserPresentation();
   readers_.clear();
@@ -89,7 +90,7 @@ void AccessibleWindowSystem::beginPass() {
                      std::chrono::steady_clock::now() - begin)};
 }
 
-// A program that never answers must not keep the passes short for ever.
+// A program that never answers must not keep the waits short for ever.
 std::chrono::milliseconds AccessibleWindowSystem::timeToNextPass() const {
   const auto fair = std::chrono::ceil<std::chrono::milliseconds>(statistics_.duration) * 4;
   const bool isAnswerNear = clock_.elapsed() - lastThrough_ < kLongestHurry;
@@ -104,7 +105,7 @@ void AccessibleWindowSystem::ask(const Deadline& deadline) {
   showWindows();
 }
 
-// Whether everything is known that this pass wants to know.
+// True once this pass knows everything that it asks for.
 bool AccessibleWindowSystem::advance() {
   const bool isListThrough = list_.advance();
   const auto ordinary = list_.ordinary();
@@ -115,7 +116,7 @@ bool AccessibleWindowSystem::advance() {
   if (ordinary.front()->id != front_) {
     front_ = ordinary.front()->id;
     reading_.reset();
-    readers_.erase(front_);  // what it remembers of an unfinished reading is old
+    readers_.erase(front_);  // its unfinished reading is out of date
   }
   if (!reading_) readFront();
   return isListThrough && reading_;
@@ -135,8 +136,8 @@ void AccessibleWindowSystem::readFront() {
   if (clock_.elapsed() - readingSince_ > kLongestReading) reading_.reset();
 }
 
-// The name was read together with the page: a window that has become private in the
-// same moment is not shown, nor one whose name could not be read.
+// The name was read together with the page. If it could not be read, or is no longer that
+// of an ordinary window, the page is not shown.
 void AccessibleWindowSystem::showWindows() {
   const bool isFrontOrdinary =
       !reading_ || (!reading_->name.empty() && list_.takeName(front_, reading_->name));

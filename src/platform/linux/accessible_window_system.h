@@ -1,5 +1,5 @@
-// Plays a window system in front of the accessibility bus, so that the browser scan
-// finds in today's browsers what it looks for:
+// Emulates a window system on top of the accessibility bus, so that the browser scan
+// finds what it looks for in today's browsers:
 //
 //   browser frame                  text: the window's name and " - Netscape"
 //     ComboBox                     text: the address
@@ -7,13 +7,12 @@
 //     msctls_statusbar32           text: "Connect: host" on the one pass in which a
 //                                  visit is seen, else "Done"
 //
-// It shows ordinary windows of the browsers it knows, and nothing else. A private
-// window, one whose kind is not known, and every other program have no window here.
+// Only ordinary windows of the known browsers have a window here. Private windows,
+// windows of unknown kind and the windows of all other programs do not.
 //
-// One enumeration is one pass: what the program wants to know is asked when it begins,
-// and of the pages only that of the first window. A pass waits kPassLimit at most,
-// whatever state browsers and bus are in; what is answered later is used in a later
-// pass.
+// One enumeration is one pass. It asks its questions when it begins, and of the pages it
+// reads only that of the first window. A pass waits at most kPassLimit, whatever state
+// the browsers and the bus are in. Answers that arrive later are used in a later pass.
 #pragma once
 
 #include <chrono>
@@ -39,16 +38,16 @@ class AccessibleWindowSystem final : public WindowSystem {
  public:
   static constexpr std::chrono::milliseconds kPassLimit{20};
 
-  // A reading that took longer than this shows the past and is begun again.
+  // A reading that took longer than this is out of date and is started again.
   static constexpr std::chrono::milliseconds kLongestReading{30'000};
 
-  // What the pass has cost so far.
+  // The cost of the last pass.
   struct PassStatistics {
     std::uint64_t calls = 0;
     std::chrono::microseconds duration{};
   };
 
-  // What of the desktop lies outside the accessibility bus.
+  // Information about the desktop that does not come from the accessibility bus.
   struct Desktop {
     WindowStack stack;
     std::function<std::vector<BrowserProcess>()> browserProcesses;
@@ -56,12 +55,12 @@ class AccessibleWindowSystem final : public WindowSystem {
 
   AccessibleWindowSystem(Clock& clock, Desktop desktop);
 
-  // Makes the session's programs accessible; goes on trying in the passes that
-  // follow until that has succeeded.
+  // Makes the session's programs accessible; retries in the following passes until that
+  // succeeds.
   void prepareForTracking() override;
 
-  // Sooner after a pass whose answers are not all there, for two seconds at most, but never
-  // so soon that passes take more than a fifth of the time.
+  // Shorter than usual after a pass that still lacks answers, for two seconds at most,
+  // but never so short that passes take more than a fifth of the time.
   [[nodiscard]] std::chrono::milliseconds timeToNextPass() const override;
 
   void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
@@ -81,7 +80,7 @@ class AccessibleWindowSystem final : public WindowSystem {
  private:
   enum class Part : WindowHandle { Frame, ComboBox, Edit, StatusBar };
   struct Window {
-    std::string title;  // Windows-1252, as all texts are
+    std::string title;  // Windows-1252, like all texts here
     std::string address;
     std::string status;
   };

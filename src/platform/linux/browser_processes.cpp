@@ -14,7 +14,7 @@ namespace quorrix {
 namespace {
 
 struct ProcessName {
-  std::string_view name;  // as the kernel has it, at most 15 characters
+  std::string_view name;  // as the kernel reports it, at most 15 characters
   BrowserKind kind;
 };
 
@@ -25,14 +25,14 @@ constexpr ProcessName kNames[] = {
     {"epiphany-browse", BrowserKind::GnomeWeb},
 };
 
-// What a helper process, or a browser without windows, has among its arguments.
+// How the arguments of helper processes and of browsers without windows begin.
 constexpr std::string_view kNoWindows[] = {"--type=", "-contentproc", "--headless", "-headless"};
 
 constexpr std::string_view kSwitches[] = {"ACCESSIBILITY_ENABLED=0", "GNOME_ACCESSIBILITY=0",
                                           "QT_ACCESSIBILITY=0", "NO_AT_BRIDGE=1"};
 constexpr std::string_view kSessionBus = "DBUS_SESSION_BUS_ADDRESS=";
 
-constexpr std::string_view kCrashReporter = "chrome_crashpad";  // of Chromium, as the kernel has it
+constexpr std::string_view kCrashReporter = "chrome_crashpad";  // of Chromium, cut by the kernel
 
 using Environment = std::vector<std::string>;  // as "NAME=value"
 
@@ -41,7 +41,7 @@ std::string contentOf(const Path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// The texts of a file between the separators; empty ones count, too.
+// The texts of a file between the separators, including empty ones.
 std::vector<std::string> textsIn(const Path& file, std::string_view separators) {
   std::vector<std::string> texts;
   const std::string content = contentOf(file);
@@ -59,7 +59,8 @@ std::string nameOfProcess(const Path& process) {
   return name;
 }
 
-// When the process started, in ticks since the system did; 0 when that is not known.
+// When the process started, in clock ticks since the system started; 0 if that is not
+// known.
 std::uint64_t startOf(const Path& process) {
   constexpr int kFieldsBefore = 19;  // between the name, which is in parentheses, and the time
   const std::string status = contentOf(process / "stat");
@@ -74,7 +75,7 @@ std::uint64_t startOf(const Path& process) {
 std::optional<BrowserKind> kindOf(const Path& process) {
   const auto* const known = std::ranges::find(kNames, nameOfProcess(process), &ProcessName::name);
   if (known == std::end(kNames)) return std::nullopt;
-  // Chromium makes one text of all its arguments.
+  // Chromium joins all its arguments into one text.
   const std::vector<std::string> arguments =
       textsIn(process / "cmdline", std::string_view("\0 ", 2));
   const bool hasWindows = std::ranges::none_of(arguments, [](const std::string& argument) {
@@ -95,7 +96,7 @@ bool isNumber(const std::string& name) {
          std::ranges::all_of(name, [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-// Calls back with each process's folder and number.
+// Calls `callback` with each process's folder and id.
 template <typename Callback>
 void forEachProcess(const Path& processes, Callback callback) {
   std::error_code error;
@@ -110,12 +111,12 @@ Environment environmentIn(const Path& process) {
   return textsIn(process / "environ", std::string_view("\0", 1));
 }
 
-// Chromium writes zeros over its environment when it sets its title.
+// Chromium overwrites its environment with zeros when it sets its process title.
 bool isOverwritten(const Environment& environment) { return environment.front().empty(); }
 
-// The environment of the crash reporter that was the next to start after the browser.
-// A browser starts its own at once, and with its own environment, which the reporter
-// leaves as it is. Empty without one.
+// The environment of the first crash reporter that started after the browser. A browser
+// starts its own at once, with its own environment, which the reporter does not
+// overwrite. Empty if it has none.
 Environment environmentOfReporter(const Path& processes, const Path& browser) {
   const std::uint64_t earliest = startOf(browser);
   std::uint64_t latest = std::numeric_limits<std::uint64_t>::max();
@@ -139,11 +140,12 @@ std::vector<BrowserProcess> browserProcesses(const Path& processes, const std::s
   forEachProcess(processes, [&](const Path& process, std::uint32_t id) {
     const std::optional<BrowserKind> kind = kindOf(process);
     if (!kind) return;
-    // Only the processes of this user show their environment.
+    // Only processes of this user reveal their environment.
     Environment environment = environmentIn(process);
     if (environment.empty()) return;
     if (isOverwritten(environment)) environment = environmentOfReporter(processes, process);
-    // A user has one session as a rule, so a browser that does not tell is of this one.
+    // A user normally has one session, so a browser whose environment is unknown counts
+    // as part of this one.
     if (!environment.empty() && !isOfSession(environment, sessionBus)) return;
     const bool isVetoed = std::ranges::any_of(environment, [](const std::string& variable) {
       return std::ranges::find(kSwitches, variable) != std::end(kSwitches);

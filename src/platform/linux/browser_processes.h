@@ -1,5 +1,5 @@
-// The running browsers of this user's session as the kernel lists them, whether or
-// not they can be read: so that the user can be told of one that cannot.
+// The running browsers of this user's session as the kernel lists them, whether or not
+// they can be read, so that the user can be told of one that cannot.
 #pragma once
 
 #include <cstdint>
@@ -17,12 +17,11 @@ struct BrowserProcess {
   bool vetoesAccessibility = false;  // an environment variable of the process says so
 };
 
-// `processes` is a folder in the form of /proc. Left out are the helper processes of
-// browsers, browsers without windows (headless), those of other users, and those of
-// another session than the one with the bus `sessionBus`. A Chromium hides its
-// environment; it goes by its crash reporter's, and without one it counts as of this
-// session and as not vetoing. Never fails: a process that cannot be looked at is left
-// out.
+// `processes` is a folder with the layout of /proc. The result omits the helper processes
+// of browsers, browsers without windows (headless), browsers of other users, and browsers
+// of a session whose bus is not `sessionBus`. Chromium hides its environment, so that of
+// its crash reporter is used. Without a crash reporter it counts as part of this session
+// and as not vetoing. Never fails: a process that cannot be read is omitted.
 [[nodiscard]] std::vector<BrowserProcess> browserProcesses(const Path& processes,
                                                            const std::string& sessionBus);
 

@@ -1,6 +1,6 @@
-// The browsers among the programs on the accessibility bus, told by the names that
-// a program and its toolkit give themselves, never by a window's title. No other
-// program is asked anything beyond these names.
+// Finds the browsers among the programs on the accessibility bus, by the names that a
+// program and its toolkit report, never by a window's title. Other programs are asked for
+// nothing beyond these names.
 #pragma once
 
 #include <chrono>
@@ -18,27 +18,27 @@ namespace quorrix {
 struct BrowserProgram {
   AccessibleId root;
   BrowserKind kind{};
-  std::uint32_t processId = 0;  // 0 when the bus does not tell
+  std::uint32_t processId = 0;  // 0 if the bus does not report it
 };
 
 class BrowserPrograms {
  public:
   BrowserPrograms(AccessibilityBus& bus, Clock& clock) : bus_(bus), clock_(clock), list_(bus) {}
 
-  // Begins a new look at the list of programs, unless one is under way.
+  // Starts reading the list of programs again, unless that is under way.
   void beginLook();
 
-  // Goes on with what was begun. True when nothing is left to wait for.
+  // Continues what was started. True if nothing is left to wait for.
   [[nodiscard]] bool advance();
 
   // By unique bus name.
   [[nodiscard]] const std::map<std::string, BrowserProgram>& browsers() const { return browsers_; }
 
-  // The bus is another one.
+  // To be called when the connection to the bus is a new one.
   void clear();
 
  private:
-  // A program of which it is not known yet whether it is a browser.
+  // A program that is not, or not yet, known to be a browser.
   struct Candidate {
     explicit Candidate(AccessibilityBus& bus, AccessibleId program)
         : root(std::move(program)), inquiry(bus) {}

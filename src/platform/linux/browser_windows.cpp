@@ -10,24 +10,25 @@
 namespace quorrix {
 namespace {
 
-// Every this many passes the list of programs is looked at, and the windows of the
-// browsers that are not in use.
+// The list of programs, and the windows of the browsers that are not in front, are read
+// every this many passes.
 constexpr unsigned kThoroughEvery = 5;
 constexpr std::size_t kMostWindowsOfAProgram = 64;
 
-// A window is new for so long, and after a while it is looked at only now and then.
+// How long a window counts as new, and after how long it is examined only now and then.
 constexpr std::chrono::milliseconds kNewFor{2000};
 constexpr std::chrono::milliseconds kSlowAfter{10'000};
 constexpr unsigned kSlowEvery = 50;
 
-// The hidden frames of Chromium never get a name.
+// The hidden frames of Chromium never get a name, so new windows without one are examined
+// less often.
 constexpr unsigned kNamelessEvery = 2;
 
-// An answer to "are you active?" that took longer says nothing about the present.
+// An answer to "are you active?" that took longer than this is out of date.
 constexpr std::chrono::milliseconds kOldAfter{10'000};
 
-// How many windows are asked in one pass whether they became active; the others get
-// their turn in the passes that follow.
+// The most windows that are asked in one pass whether they became active. The others are
+// asked in the following passes.
 constexpr std::size_t kMostOthersAsked = 8;
 
 Question children(const BrowserProgram& program) {
@@ -69,8 +70,8 @@ void BrowserWindows::beginPass() {
   }
 }
 
-// A new window often, since it is just becoming what it is; one that does not settle
-// less and less often.
+// A new window is examined often, since it is still changing. One that does not settle is
+// examined less and less often.
 bool BrowserWindows::isDueForALook(const Window& window) const {
   if (!window.examination || !window.examination->isThrough()) return false;
   const auto age = clock_.elapsed() - window.firstSeen;
@@ -95,7 +96,7 @@ bool BrowserWindows::advance() {
   if (isOrderKnown()) {
     orderUnknownSince_ = clock_.elapsed();
   } else if (!isStillLooking() && (isThrough || clock_.elapsed() - orderUnknownSince_ >= kNewFor)) {
-    findTopmost();  // does not wait for ever for a program that does not answer
+    findTopmost();  // do not wait for ever for a program that does not answer
   }
   return isThrough;
 }
@@ -104,8 +105,8 @@ void BrowserWindows::watchNewPrograms() {
   for (const auto& [name, program] : programs_.browsers()) {
     const auto [watch, isNew] = watches_.try_emplace(name, bus_);
     if (!isNew) continue;
-    // Its answer is of no use, but a Chromium that nobody has greeted never says that
-    // a window is active.
+    // The answer is not used, but a Chromium that has not received this call never
+    // reports a window as active.
     static_cast<void>(watch->second.greeting.has({{Question::Topic::Greeting, program.root}}));
     watch->second.isListing = true;
     watch->second.since = clock_.elapsed();
@@ -206,8 +207,8 @@ bool BrowserWindows::advanceActivity() {
 }
 
 // A browser stays in front after another kind of program, such as this one, became
-// active; only another browser window takes its place. What was true too long ago
-// decides nothing.
+// active; only another browser window takes its place. An answer that took too long is
+// ignored.
 bool BrowserWindows::takeActivity() {
   bool isThrough = true;
   for (auto& [name, watch] : watches_) {
@@ -228,7 +229,7 @@ bool BrowserWindows::takeActivity() {
   return isThrough;
 }
 
-// Of two that both say so, the one in front stays there.
+// If two windows report that they are active and one is in front, that one stays there.
 void BrowserWindows::noteIsActive(const AccessibleId& id) {
   if (find(id) == windows_.end()) return;
   if (!isActiveOneKnown_ || windows_.front().id == id) noteIsUsed(id);
@@ -243,9 +244,10 @@ void BrowserWindows::askWhichOfTheOthersIsActive() {
   }
 }
 
-// A stack that lacks one of them, as XWayland's lacks the windows of Wayland itself,
-// tells nothing. The desktop's titles lack what browsers add to a window's accessible
-// name, such as the profile; a title that merely begins the name is another program's.
+// A stack that lacks one of the windows is not used: XWayland's, for example, lacks
+// native Wayland windows. The desktop's titles lack what browsers add to a window's
+// accessible name, such as the profile. If a title is only the beginning of the name, and
+// not that of an ordinary window, it belongs to another program.
 void BrowserWindows::findTopmost() {
   const auto stack = stack_();
   if (!stack) return;
@@ -299,7 +301,7 @@ bool BrowserWindows::isOrderKnown() const {
   return unused < 2 && !isListMissing();
 }
 
-// A browser that was just found and has not listed its windows yet.
+// True while a browser that was just found has not listed its windows yet.
 bool BrowserWindows::isListMissing() const {
   return std::ranges::any_of(watches_, [this](const auto& entry) {
     return !entry.second.wasListed && clock_.elapsed() - entry.second.since < kNewFor;
@@ -312,8 +314,8 @@ bool BrowserWindows::isStillLooking() const {
          });
 }
 
-// A window that is just being looked at: without it, another one would count as the
-// only one there is.
+// True for a new window that is still being examined. If it were ignored, another window
+// might count as the only one.
 bool BrowserWindows::mayTurnOutOrdinary(const Window& window) const {
   if (window.kind != WindowKind::Unsettled) return false;
   if (clock_.elapsed() - window.firstSeen >= kNewFor) return false;

@@ -1,9 +1,9 @@
-// The windows of the browsers on the accessibility bus, the one used last first,
-// and for each whether it is an ordinary one.
+// The windows of the browsers on the accessibility bus, most recently used first, and for
+// each whether it is an ordinary one.
 //
-// A window that has been active is known to have been used. Of several ordinary
-// windows of which none is known to have been used, as when tracking starts over
-// them, the topmost of the desktop's stack counts as the one used last. Without a
+// A window that has been active is known to have been used. If there are several ordinary
+// windows and none is known to have been used, as when tracking starts while they are
+// open, the topmost one in the desktop's stack counts as the one used last. Without a
 // stack none of them counts, so that a page nobody is viewing is not recorded.
 #pragma once
 
@@ -21,8 +21,8 @@
 
 namespace quorrix {
 
-// Titles of the desktop's windows, UTF-8, topmost first. nullopt while they are not
-// known yet; empty where the desktop does not tell.
+// Titles of the desktop's windows, UTF-8, topmost first. nullopt while they are not known
+// yet; empty if the desktop does not report them.
 using WindowStack = std::function<std::optional<std::vector<std::string>>()>;
 
 class BrowserWindows {
@@ -41,13 +41,13 @@ class BrowserWindows {
   BrowserWindows(AccessibilityBus& bus, Clock& clock, WindowStack stack,
                  std::function<void(const AccessibleId&)> onClosed);
 
-  // Begins to ask what this pass wants to know.
+  // Starts asking this pass's questions.
   void beginPass();
 
-  // Goes on with what was begun. True when nothing is left to wait for.
+  // Continues what was started. True if nothing is left to wait for.
   [[nodiscard]] bool advance();
 
-  // Ordinary windows in order; none while their order is not known.
+  // Ordinary windows in order; empty while their order is not known.
   [[nodiscard]] std::vector<const Window*> ordinary() const;
 
   [[nodiscard]] const std::vector<Window>& all() const { return windows_; }
@@ -55,20 +55,21 @@ class BrowserWindows {
     return programs_.browsers();
   }
 
-  // To be called with the name that a window has now, read together with its page.
-  // False when it is not an ordinary window's. Where the name alone decided, the window
-  // is private from then on.
+  // To be called with the current name of a window, read together with its page. False if
+  // the name or the window is not an ordinary one. A window without the ordinary mark
+  // becomes private if the name is not ordinary.
   [[nodiscard]] bool takeName(const AccessibleId& id, const std::string& name);
 
-  // To be called when the list was not kept up for a while. What is still to be answered
-  // about that time is dropped.
+  // To be called when the list was not kept up to date for a while. Pending answers about
+  // that time are dropped.
   void forgetOrder();
 
-  // The bus is another one: forgets everything without telling `onClosed`.
+  // To be called when the connection to the bus is a new one. Forgets everything without
+  // calling `onClosed`.
   void clear();
 
  private:
-  // What is asked of one browser.
+  // The questions to one browser.
   struct Watch {
     explicit Watch(AccessibilityBus& bus) : greeting(bus), list(bus), activity(bus) {}
 

@@ -17,8 +17,8 @@ struct AddressEntriesRelease {
   void operator()(DBusAddressEntry** entries) const noexcept { dbus_address_entries_free(entries); }
 };
 
-// The name of the socket as connect() wants it: a path, or a NUL and an abstract
-// name. Empty for anything else; other transports could block or start programs.
+// The name of the socket as connect() expects it: a path, or a NUL and an abstract name.
+// Empty for anything else; other transports could block or start programs.
 std::string socketNameOf(const std::string& address) {
   ErrorHolder error;
   DBusAddressEntry** list = nullptr;
@@ -33,9 +33,10 @@ std::string socketNameOf(const std::string& address) {
   return {};
 }
 
-// libdbus connects in blocking mode, which waits without end for a stopped bus
-// whose queue of newcomers is full; so knock first. (The knock takes a place in the
-// queue itself, so a bus with exactly one place left could still make us wait.)
+// libdbus connects in blocking mode and waits for ever for a stopped bus whose queue of
+// new connections is full, so try a non-blocking connection first. (The attempt itself
+// takes a place in the queue, so a bus with exactly one place left could still make us
+// wait.)
 bool somebodyListensAt(const std::string& socketName) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;

@@ -1,7 +1,7 @@
-// One private connection to a message bus that never blocks longer than it is
-// told to. The usual ways to connect are no use here: dbus_bus_register() waits 25
-// seconds for a bus that does not answer, and a connection from dbus_bus_get() ends
-// the program when the bus goes away.
+// One private connection to a message bus that never blocks longer than requested. The
+// usual ways to connect cannot be used here: dbus_bus_register() waits 25 seconds for a
+// bus that does not answer, and a connection from dbus_bus_get() ends the program when
+// the bus goes away.
 #pragma once
 
 #include <chrono>
@@ -14,9 +14,8 @@ namespace quorrix {
 
 class BusConnection {
  public:
-  // Connects to the first local socket among `addresses` (in the notation of
-  // D-Bus, separated by ";") on which somebody listens, and introduces itself;
-  // nullptr when there is none.
+  // Connects to the first local socket among `addresses` (in D-Bus notation, separated by
+  // ";") that accepts a connection, and introduces itself. nullptr if none accepts one.
   [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& addresses);
 
   ~BusConnection();
@@ -32,7 +31,7 @@ class BusConnection {
   // The call has no time limit of its own; its owner decides how long to wait.
   [[nodiscard]] PendingCall send(const Message& call);
 
-  // Sends and receives what is waiting, after `wait` at the latest.
+  // Sends and receives what is pending. Returns after `wait` at the latest.
   void exchange(std::chrono::milliseconds wait);
 
  private:

@@ -13,8 +13,8 @@ constexpr std::string_view kContainerClass = "ContentsContainerView";
 constexpr std::string_view kToolBarClass = "MultiContentsViewMiniToolbar";
 constexpr std::size_t kMostChildren = 64;
 
-// From the frame down to the view with both sides. In version 150 there is one more
-// panel, of class View, above it.
+// The classes from the frame down to the view with both sides. In version 150 there is
+// one more panel, of class View, above that view.
 constexpr std::string_view kWayToView[] = {"NonClientView", "BrowserFrameView", "BrowserView",
                                            "View"};
 constexpr std::string_view kViewClass = "MultiContentsView";
@@ -24,17 +24,17 @@ constexpr unsigned kDeepestView = 6;
 // readings.
 constexpr unsigned kReadingsBetweenSearches = 50;
 
-// How often it is looked at whether the view is split.
+// The view is checked for a split every this many readings.
 constexpr unsigned kReadingsBetweenLooks = 5;
 
-// What Chromium shows instead of a page that it could not get. The committed address
-// is then that of the page.
+// The address of the error page that Chromium shows instead of a page that it could not
+// load. The committed address is then that of the page.
 constexpr std::string_view kErrorPage = "chrome-error:";
 
 }  // namespace
 
-// Asking for the relations is also what makes Chromium build its documents: the first
-// answers have none, and later ones do.
+// Asking for the relations also makes Chromium build its documents: the first answers
+// contain none, and later ones do.
 std::optional<WindowReading> ChromiumPageReader::read() {
   WindowReading reading;
   const Question name{Topic::Name, frame_};
@@ -51,8 +51,8 @@ std::optional<WindowReading> ChromiumPageReader::read() {
   return reading;
 }
 
-// Those of every reading, and those that the rest of it asks when nothing has changed:
-// then all answers come at once.
+// The questions of every reading, and those that follow if nothing has changed. All
+// answers then arrive together.
 std::vector<Question> ChromiumPageReader::firstQuestions() const {
   std::vector<Question> questions{{Topic::Name, frame_}, {Topic::Relations, frame_}};
   if (shown_) questions.push_back({Topic::DocumentAttributes, *shown_});
@@ -60,8 +60,8 @@ std::vector<Question> ChromiumPageReader::firstQuestions() const {
   return questions;
 }
 
-// A document that is just being replaced has no parent; then it is in the container of
-// the one before it.
+// A document that is being replaced has no parent. It is then in the same container as
+// the document before it.
 ChromiumPageReader::Step ChromiumPageReader::findDocument() {
   auto document = embeddedIn(inquiry_[{Topic::Relations, frame_}]);
   if (document && (document != document_ || !container_)) {
@@ -90,7 +90,7 @@ ChromiumPageReader::Step ChromiumPageReader::findSides() {
         return Step::Missing;
       }
     }
-    // Without the tool bar of one, nothing tells which side is in use.
+    // If the tool bar of one is missing, it is not known which side is in use.
     if (sides_.size() != containers) sides_.clear();
   }
   side_ = 0;
@@ -98,9 +98,10 @@ ChromiumPageReader::Step ChromiumPageReader::findSides() {
   return Step::Done;
 }
 
-// Up from the page's document, or down from the frame: a tab that was moved into a window
-// of its own is not embedded by the frame until it loads another page, and what a side
-// panel shows is not in the view.
+// Searches up from the page's document, otherwise down from the frame. The second way is
+// needed because the frame does not embed a tab that was moved to its own window until
+// the tab loads another page, and because the document of a side panel is not in the
+// view.
 ChromiumPageReader::Step ChromiumPageReader::findView(AccessibleId& view) {
   if (container_) {
     const Question above{Topic::Parent, *container_};
@@ -160,9 +161,9 @@ ChromiumPageReader::Step ChromiumPageReader::childrenOf(const AccessibleId& pare
   return Step::Done;
 }
 
-// The frame may embed a document that is no page: that of a side panel, such as the reading
-// mode, from when it opens until a page is loaded, and then none when a tab is chosen. The
-// page is then the one in the side that is in use.
+// The frame may embed a document that is not a page. From when a side panel such as the
+// reading mode opens until a page is loaded, it embeds the document of the panel, or none
+// once a tab is selected. The page is then the one in the side that is in use.
 ChromiumPageReader::Step ChromiumPageReader::chooseSide() {
   shown_ = document_;
   if (sides_.empty()) return Step::Done;
@@ -198,7 +199,7 @@ ChromiumPageReader::Step ChromiumPageReader::lookForSplit() {
   return Step::Done;
 }
 
-// Of a view that is not split.
+// Finds the side in use if the view is not split.
 ChromiumPageReader::Step ChromiumPageReader::findShowingSide() {
   std::vector<Question> states;
   for (const Side& side : sides_) states.push_back({Topic::States, side.container});
@@ -240,10 +241,10 @@ ChromiumPageReader::Step ChromiumPageReader::readPage(WindowReading& reading) {
   std::optional<std::string> committed;
   if (!sides_.empty()) {
     committed = nameIn(inquiry_[questions.back()]);
-    if (!committed) sides_.clear();  // the window has made itself new ones
+    if (!committed) sides_.clear();  // the window has created new ones
   }
   if (!shown_) {
-    // Without a document the address stands for it.
+    // Without a document, the address identifies the page.
     if (committed) {
       reading.page = {.document = frame_.path + *committed, .address = *committed};
     }

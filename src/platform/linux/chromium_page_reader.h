@@ -1,4 +1,4 @@
-// The page of a window of Chromium or of a browser made of it.
+// Reads the page of a window of Chromium or of a browser based on it.
 //
 //   frame                                     EMBEDS the document that loaded last, which
 //                                             may be that of a side panel
@@ -9,13 +9,13 @@
 //           panel, class MultiContentsViewMiniToolbar
 //             static                          its Description is the committed address
 //
-// The document's own address stays the one that it was loaded with, whatever
-// history.pushState makes of it, and is empty until the page has a body. The address
-// in the (mostly hidden) small tool bar is the one that was last committed, at every
-// moment. It is internal to the browser: without it the document's address is taken.
+// The document's own address stays the one that it was loaded with, even after
+// history.pushState, and is empty until the page has a body. The address in the (mostly
+// hidden) small tool bar is always the last committed one. That tool bar is internal to
+// the browser: without it, the document's address is used.
 //
-// Either side may be the one in use while the view is not split. In a split view both
-// tool bars are SHOWING, but the label of the active side's is not.
+// While the view is not split, either side may be the one in use. In a split view both
+// tool bars are SHOWING, but the label in that of the active side is not.
 #pragma once
 
 #include <vector>

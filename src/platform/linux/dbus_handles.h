@@ -1,5 +1,5 @@
-// Owners for the reference-counted objects of libdbus. A null message stands for
-// "no answer" wherever one is read.
+// Owners for the reference-counted objects of libdbus. Where an answer is read, a null
+// message means "no answer".
 #pragma once
 
 #include <dbus/dbus.h>
@@ -14,7 +14,7 @@ struct MessageRelease {
 };
 using Message = std::unique_ptr<DBusMessage, MessageRelease>;
 
-// Letting go of a call also takes away libdbus's interest in its answer.
+// Releasing a call also cancels it in libdbus, so that its answer is dropped.
 struct PendingCallRelease {
   void operator()(DBusPendingCall* call) const noexcept {
     dbus_pending_call_cancel(call);
@@ -23,14 +23,14 @@ struct PendingCallRelease {
 };
 using PendingCall = std::unique_ptr<DBusPendingCall, PendingCallRelease>;
 
-// Whether its answer is there; a call that could not be sent will never have one and
-// counts as completed.
+// Whether the answer has arrived. A call that could not be sent never gets one and counts
+// as completed.
 [[nodiscard]] inline bool isCompleted(const PendingCall& call) {
   return !call || dbus_pending_call_get_completed(call.get()) != 0;
 }
 
-// The answer of a completed call, which is over then; null for an error and for a call
-// that could not be sent.
+// Takes the answer of a completed call and releases the call. Null for an error and for a
+// call that could not be sent.
 [[nodiscard]] inline Message takeAnswer(PendingCall& call) {
   if (!call) return nullptr;
   Message answer(dbus_pending_call_steal_reply(call.get()));

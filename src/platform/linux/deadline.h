@@ -1,5 +1,5 @@
-// The end of a wait. It runs on the steady clock itself and not on the program's
-// Clock: waiting in poll() takes real time, also where a test holds Clock still.
+// The end of a wait. It uses the steady clock and not the program's Clock: waiting in
+// poll() takes real time, even if a test stops Clock.
 #pragma once
 
 #include <algorithm>

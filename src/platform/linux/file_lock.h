@@ -15,17 +15,15 @@ enum class FileLock { Shared, Exclusive };
 // Whether flock() failed with this errno because another open file holds the lock.
 [[nodiscard]] bool isHeldElsewhere(int code) noexcept;
 
-// Whether flock() failed with this errno because the file system grants no such lock.
-// A network file system may know locks and still grant none through a descriptor that
-// cannot write.
+// Whether flock() failed with this errno because the file system grants no such lock. A
+// network file system may support locks but grant none on a descriptor that cannot write.
 [[nodiscard]] bool isLockUnavailable(int code, FileLock lock) noexcept;
 
-// False while another open file holds the lock. A file on a file system without
-// locks is used without one rather than not at all. Throws Failure for every other
-// reason.
+// False while another open file holds the lock. True if the file system has no locks: the
+// file is then used without one. Throws Failure for every other error.
 [[nodiscard]] bool tryToLock(const FileDescriptor& file, FileLock lock, const Path& path);
 
-// Throws kPathFileAccess for what is no regular file.
+// Throws kPathFileAccess for anything that is not a regular file.
 [[nodiscard]] struct stat statusOf(const FileDescriptor& file, const Path& path);
 
 [[nodiscard]] bool isSameFile(const struct stat& one, const struct stat& other) noexcept;

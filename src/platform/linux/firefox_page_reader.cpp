@@ -21,11 +21,11 @@ constexpr unsigned kDeepestTabPanels = 4;
 // readings.
 constexpr unsigned kReadingsBetweenSearches = 50;
 
-// An error page has other content for its first moments, while it is loading. A page
-// that was seen loading this many times is not an error page.
+// An error page has other content at first, while it is loading. A page that was seen
+// loading this many times is not an error page.
 constexpr unsigned kLooksWhileLoading = 4;
 
-// A document that goes on loading for ever is not judged for ever.
+// A document that never finishes loading is judged this many times at most.
 constexpr unsigned kMostLooks = 20;
 
 bool mayHoldTabPanels(std::uint32_t role) {
@@ -56,8 +56,8 @@ std::optional<WindowReading> FirefoxPageReader::read() {
   return reading;
 }
 
-// Those of every reading, and those that the rest of it asks when nothing has changed:
-// then all answers come at once.
+// The questions of every reading, and those that follow if nothing has changed. All
+// answers then arrive together.
 std::vector<Question> FirefoxPageReader::firstQuestions() const {
   std::vector<Question> questions{{Topic::Name, frame_}};
   if (!tab_ || wasSearched_) return questions;
@@ -69,7 +69,7 @@ std::vector<Question> FirefoxPageReader::firstQuestions() const {
   return questions;
 }
 
-// Level by level, never into a document, a menu or a tool bar.
+// Searches level by level, never in a document, a menu or a tool bar.
 FirefoxPageReader::Step FirefoxPageReader::findTabPanels() {
   if (tabPanels_ || readingsUntilSearch_ > 0) return Step::Done;
   std::vector<AccessibleId> level{frame_};
@@ -114,7 +114,7 @@ FirefoxPageReader::Step FirefoxPageReader::findDocument(std::optional<Accessible
       if (!inquiry_[child]) tab_.reset();
       return Step::Done;
     }
-    tab_.reset();  // another one was chosen
+    tab_.reset();  // another one was selected
     if (wasSearched_) return Step::Done;
   }
 }
@@ -132,7 +132,7 @@ FirefoxPageReader::Step FirefoxPageReader::findSelectedTab() {
   if (!search_.has({list})) return Step::Missing;
   const auto panes = childrenIn(search_[list], kMostTabs);
   if (!panes) {
-    tabPanels_.reset();  // the window has made itself new ones
+    tabPanels_.reset();  // the window has created new ones
     wasSearched_ = true;
     return Step::Done;
   }
@@ -147,7 +147,7 @@ FirefoxPageReader::Step FirefoxPageReader::findSelectedTab() {
   return Step::Done;
 }
 
-// The pane's internal frame that does not hold the developer tools.
+// Finds the pane's internal frame that does not contain the developer tools.
 FirefoxPageReader::Step FirefoxPageReader::findBrowser(const AccessibleId& pane) {
   const Question list{Topic::Children, pane};
   if (!search_.has({list})) return Step::Missing;
@@ -202,11 +202,11 @@ FirefoxPageReader::Step FirefoxPageReader::readDocument(const AccessibleId& docu
   return Step::Done;
 }
 
-// The document of an error page has the address of the page that could not be shown.
-// What tells it are the parts that Firefox makes it of: in version 140 a text and then
-// a row of buttons, in later ones a card. They are there when it has been loaded, its
-// address and title before. A document without content is not complete either: Firefox
-// may show one for a moment while it changes to another process or restores a tab.
+// The document of an error page has the address of the page that could not be shown. It
+// is recognised by its parts: in version 140 a text followed by a row of buttons, in
+// later versions a card. The parts exist once the error page has loaded; its address and
+// title are set before that. A document without content is not complete either: Firefox
+// may show one for a moment while it switches to another process or restores a tab.
 FirefoxPageReader::Step FirefoxPageReader::judge(const AccessibleId& document) {
   const Question first{Topic::ChildAt, document, 0};
   const Question second{Topic::ChildAt, document, 1};

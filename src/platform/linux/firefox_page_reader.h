@@ -1,18 +1,17 @@
-// The page of a Firefox window.
+// Reads the page of a Firefox window.
 //
 //   frame
 //     tool bars, menus, side bar
 //     panel, id "tabbrowser-tabpanels"
-//       one pane a loaded tab; the selected one has the class "deck-selected"
+//      one pane per loaded tab; the selected one has the class "deck-selected"
 //         internal frame
 //           document web: attribute DocURL
 //         internal frame with the developer tools, if they are open
 //
-// The frame also has an EMBEDS relation to the document, but loses it after going
-// Back or Forward to a page that Firefox kept in memory, and gets it late. So the tree
-// is the first way, and the relation the second. Panes of windows that are covered by
-// others are not SHOWING, and documents stay SHOWING for a while when they are left:
-// that state is of no use.
+// The frame also has an EMBEDS relation to the document, but it appears late, and is lost
+// after going Back or Forward to a page that Firefox kept in memory. So the tree is tried
+// first, and the relation second. The SHOWING state is of no use: panes of covered
+// windows do not have it, and documents keep it for a while after they are left.
 #pragma once
 
 #include <vector>

@@ -8,12 +8,12 @@
 namespace quorrix {
 namespace {
 
-// A running Firefox holds this file of its profile open.
+// A running Firefox keeps this file in its profile open.
 constexpr std::string_view kProfileLock = ".parentlock";
 constexpr std::string_view kNeverRemembers =
     "user_pref(\"browser.privatebrowsing.autostart\", true);";
 
-// Where the user has put each button: JSON in a text, so its quotes are escaped.
+// Where the user has placed each button: JSON in a string, so its quotes are escaped.
 constexpr std::string_view kPlaces = "user_pref(\"browser.uiCustomization.state\",";
 constexpr std::string_view kBeginPlacements = "\\\"placements\\\":{";
 constexpr std::string_view kButton = "\\\"firefox-view-button\\\"";
@@ -22,8 +22,9 @@ constexpr std::string_view kToolBars[] = {"nav-bar", "TabsToolbar", "toolbar-men
 // Options that make a Firefox treat all of its windows as private, under ordinary names.
 constexpr std::string_view kPrivateOptions[] = {"--private", "-private"};
 
-// True only for a line that places every button and this one on no tool bar that is
-// always there. Where the bookmarks tool bar shows, the button on it is seen as a mark.
+// True only for the line with the places of all buttons, and only if it places this
+// button on none of the tool bars that always exist. If the bookmarks tool bar is
+// visible, the button on it counts as a mark anyway.
 bool isButtonTakenAway(std::string_view line) {
   const std::size_t begin = line.find(kBeginPlacements);
   if (!line.starts_with(kPlaces) || begin == std::string_view::npos) return false;

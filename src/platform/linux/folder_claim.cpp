@@ -31,8 +31,8 @@ struct SocketName {
   }
 };
 
-// In the abstract namespace, which is no folder: a name there is free again when its
-// socket is closed.
+// In the abstract namespace, not in a folder: a name there becomes free when its socket
+// is closed.
 std::optional<SocketName> socketNameOf(const FileDescriptor& folder) {
   struct stat status {};
   if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0) return std::nullopt;
@@ -72,7 +72,7 @@ bool isReadableWithin(const FileDescriptor& socket, std::chrono::milliseconds pa
 std::optional<ClaimResult> ask(const FileDescriptor& socket, std::string_view token,
                                std::chrono::milliseconds patience) {
   if (token.size() > FolderClaim::kLongestToken) token = {};
-  // An empty packet could not be told from the end of the connection.
+  // An empty packet would look like the end of the connection.
   const std::string request = std::string(token) + kAnswer;
   if (::send(socket.number(), request.data(), request.size(), MSG_NOSIGNAL) < 0) {
     return std::nullopt;
@@ -86,7 +86,7 @@ std::optional<ClaimResult> ask(const FileDescriptor& socket, std::string_view to
 }  // namespace
 
 struct FolderClaim::Handles {
-  // Held open: some file systems give the identity of a folder that nobody uses to another.
+  // Held open, because some file systems reuse the identity of a folder that nobody uses.
   FileDescriptor folder;
   FileDescriptor socket;
 };
@@ -100,7 +100,7 @@ ClaimResult FolderClaim::claim(const Path& folder, std::string_view activationTo
   const auto name = socketNameOf(handles_->folder);
   if (!name) return ClaimResult::Unavailable;
   const auto deadline = std::chrono::steady_clock::now() + patience;
-  // The program that has the folder may end meanwhile, or not listen yet.
+  // The program that has the folder may have ended, or may not be listening yet.
   for (;;) {
     FileDescriptor socket = newSocket();
     if (!socket.isOpen()) return ClaimResult::Unavailable;

@@ -19,7 +19,7 @@ struct CloseFolder {
 };
 using FolderHandle = std::unique_ptr<DIR, CloseFolder>;
 
-// A missing folder is a missing path, also where the folder above it is there.
+// A missing folder is kPathNotFound, even if its parent folder exists.
 FolderHandle openFolder(const Path& path) {
   FolderHandle folder(::opendir(path.c_str()));
   if (folder != nullptr) return folder;
@@ -31,7 +31,7 @@ FolderHandle openFolder(const Path& path) {
   failWithErrno(path);
 }
 
-// A link counts as what it leads to; one that leads nowhere is no folder.
+// A link counts as its target; a dangling link is not a folder.
 bool isFolder(DIR* in, const dirent& entry) {
   if (entry.d_type == DT_DIR) return true;
   if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;

@@ -20,7 +20,7 @@ constexpr std::size_t kMostRoots = 16;
 // and less often.
 constexpr unsigned kMostReadingsBetweenSearches = 20;
 
-// How many fillers are asked in each reading whether they have got a page.
+// The most fillers that are asked in each reading whether they have got a page.
 constexpr std::size_t kMostAwaited = 8;
 
 bool isShowing(const Message& states) {
@@ -81,8 +81,8 @@ GnomeWebPageReader::Step GnomeWebPageReader::findView() {
   return Step::Done;
 }
 
-// Replaces `panels` by the SHOWING panels and fillers in them; sets view_ when a page
-// is among their children, and adds to `empty` the fillers that may get one.
+// Replaces `panels` by the SHOWING panels and fillers among their children. Sets view_ if
+// a child has a page, and appends the fillers that may get one to `empty`.
 GnomeWebPageReader::Step GnomeWebPageReader::descend(std::vector<AccessibleId>& panels,
                                                      std::vector<View>& empty) {
   const std::vector<Question> lists = questionsAbout(panels, Topic::Children);
@@ -97,7 +97,8 @@ GnomeWebPageReader::Step GnomeWebPageReader::descend(std::vector<AccessibleId>& 
   for (const View& child : children) {
     questions.push_back({Topic::Role, child.filler});
     questions.push_back({Topic::States, child.filler});
-    // For the next level: together they take one way to the browser and back.
+    // For the next level: sent together, the questions take one round trip to the
+    // browser.
     questions.push_back({Topic::Children, child.filler});
   }
   if (!search_.has(questions)) return Step::Missing;
@@ -124,7 +125,7 @@ GnomeWebPageReader::Step GnomeWebPageReader::descend(std::vector<AccessibleId>& 
   return Step::Done;
 }
 
-// Only a page's objects belong to another program.
+// Only the objects of a page belong to another program than the frame.
 bool GnomeWebPageReader::isPage(const std::optional<AccessibleId>& id) const {
   return id && id->peer != frame_.peer;
 }
@@ -134,7 +135,7 @@ GnomeWebPageReader::Step GnomeWebPageReader::readView(WindowReading& reading) {
   const Question page{Topic::ChildAt, view_->filler, 0};
   if (!inquiry_.has({states, page})) return Step::Missing;
   if (!isShowing(inquiry_[states])) {
-    view_.reset();  // another tab was chosen
+    view_.reset();  // another tab was selected
     return Step::Done;
   }
   if (tabs_.size() == kMostTabs && !tabs_.contains(view_->filler)) tabs_.clear();
@@ -158,9 +159,9 @@ GnomeWebPageReader::Step GnomeWebPageReader::readView(WindowReading& reading) {
   return Step::Done;
 }
 
-// After Back to a page that the browser kept in another process, the view still names
-// the root of the page that was left. That one is empty then, as are those of all pages
-// that are kept and not shown: the root that has a document is the right one.
+// After Back to a page that the browser kept in another process, the view still names the
+// root of the page that was left. That root is then empty, like those of all pages that
+// are kept but not shown, so the root that has a document is the right one.
 GnomeWebPageReader::Step GnomeWebPageReader::findDocument(Tab& tab,
                                                           std::optional<AccessibleId>& document) {
   for (std::size_t i = 0; i < tab.roots.size();) {
@@ -183,7 +184,7 @@ GnomeWebPageReader::Step GnomeWebPageReader::findDocument(Tab& tab,
     }
     ++i;
   }
-  if (tab.roots.empty()) tab.named.reset();  // so that it is asked again
+  if (tab.roots.empty()) tab.named.reset();  // so that the next reading adds its root again
   return Step::Done;
 }
 

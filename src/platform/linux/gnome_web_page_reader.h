@@ -1,10 +1,10 @@
-// The page of a window of GNOME Web.
+// Reads the page of a window of GNOME Web.
 //
 //   frame
 //     panels and fillers
-//       panel                  one a tab; that of the selected tab is SHOWING
-//         filler               no states; it lists no children, and yet has one
-//           filler             the root: in the process of the page, like all below it
+//      panel                  one per tab; that of the selected tab is SHOWING
+//        filler               no states; it lists no children, but has one
+//          filler             the root: in the process of the page, like everything below it
 //             scroll pane
 //               document web   attribute URI
 #pragma once
@@ -30,7 +30,7 @@ class GnomeWebPageReader final : public PageReader {
   };
   struct Tab {
     std::optional<AccessibleId> named;  // the root that the view named last
-    std::vector<AccessibleId> roots;    // all that it has named, the one last in use first
+    std::vector<AccessibleId> roots;    // all that it has named, most recently used first
   };
   enum class Step { Missing, Done };
 
@@ -45,7 +45,7 @@ class GnomeWebPageReader final : public PageReader {
   Inquiry search_;   // for what is remembered between readings
   Inquiry inquiry_;  // for one reading
   std::optional<View> view_;
-  std::vector<View> awaited_;         // without a page; one of them may get it
+  std::vector<View> awaited_;         // views without a page that may get one
   std::map<AccessibleId, Tab> tabs_;  // by the view's filler
   unsigned readingsUntilSearch_ = 0;
   unsigned readingsBetweenSearches_ = 1;

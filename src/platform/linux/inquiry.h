@@ -1,8 +1,8 @@
-// A series of questions of which some depend on the answers to others, such as
-// "which document does this window embed, and what is its address?". It is written
-// as if every answer came at once: the asker stops where has() is false and begins
-// again from the top later, when what was answered before is still known. So slow
-// answers make a series take several passes instead of losing it.
+// A series of questions, some of which depend on the answers to others, such as "which
+// document does this window embed, and what is its address?". The caller is written as if
+// every answer arrived at once: it stops when has() is false and later starts again from
+// the top; earlier answers are then still known. So slow answers make a series take
+// several passes instead of losing it.
 #pragma once
 
 #include <initializer_list>
@@ -24,11 +24,11 @@ class Inquiry {
     return has(std::span(questions.begin(), questions.size()));
   }
 
-  // The answer to a question that has() was true for; null when it was refused: the
-  // object or its program is gone, or does not know such a question.
+  // The answer to a question for which has() was true. Null if the question was refused:
+  // the object or its program is gone, or does not support it.
   [[nodiscard]] const Message& operator[](const Question& question) const;
 
-  // Forgets all answers, and gives up those not there yet.
+  // Forgets all answers, and drops those that have not arrived yet.
   void startOver() { entries_.clear(); }
 
  private:

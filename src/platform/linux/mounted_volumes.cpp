@@ -17,21 +17,21 @@ struct Mount {
   std::string source;
 };
 
-// Where removable media and what the user mounts by hand go.
+// Where removable media and the user's own mounts are.
 constexpr std::string_view kUsersPlaces[] = {"/media", "/mnt", "/run/media"};
 
 constexpr std::string_view kSystemsPlaces[] = {
     "/boot", "/dev", "/efi",      "/etc",     "/proc",           "/run",
     "/snap", "/sys", "/var/snap", "/var/run", "/var/lib/docker", "/var/lib/containers"};
 
-// Shares and pools, whose source names no device.
+// Shares and pools, whose source is not a device.
 constexpr std::string_view kSharedTypes[] = {
     "9p",  "afs",  "ceph",   "cifs", "davfs", "drvfs",  "glusterfs", "ncpfs",
     "nfs", "nfs4", "prl_fs", "smb3", "smbfs", "vboxsf", "virtiofs",  "zfs"};
 
 constexpr std::string_view kMemoryTypes[] = {"ramfs", "tmpfs"};
 
-// User-space file systems are the user's, such as one over ssh, but for these.
+// User-space file systems, such as one over ssh, belong to the user, except for these.
 constexpr std::string_view kUserSpacePrefix = "fuse.";
 constexpr std::string_view kSystemsUserSpaceTypes[] = {"fuse.gvfsd-fuse", "fuse.lxcfs",
                                                        "fuse.portal", "fuse.snapfuse"};
@@ -53,7 +53,8 @@ bool isInOneOf(const Places& places, std::string_view path) {
 
 bool isOctal(char digit) { return digit >= '0' && digit <= '7'; }
 
-// Blanks, tabs, line ends and backslashes stand as a backslash and three octal digits.
+// Blanks, tabs, line ends and backslashes are written as a backslash and three octal
+// digits.
 std::string unescaped(std::string_view text) {
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {

@@ -1,5 +1,5 @@
-// Which of all the mounts of a Linux system are disks, sticks and network shares
-// to a user.
+// Finds the mounts of a Linux system that are disks, USB sticks and network shares to a
+// user.
 #pragma once
 
 #include <istream>
@@ -9,10 +9,10 @@
 
 namespace quorrix {
 
-// `mounts` is in the form of /proc/self/mountinfo. "/" comes first whatever is said
-// there, then the others in the order of their bytes, each once. Left out are the
-// kernel's own file systems, memory that nobody mounted for files, layers of
-// containers, and what is mounted where only the system itself has business.
+// `mounts` has the format of /proc/self/mountinfo. "/" comes first, whatever `mounts`
+// says, then the others sorted by their bytes, each once. The result omits the kernel's
+// own file systems, file systems in memory outside the places for the user's mounts,
+// layers of containers, and everything mounted in folders that only the system uses.
 [[nodiscard]] std::vector<Path> mountedVolumes(std::istream& mounts);
 
 }  // namespace quorrix

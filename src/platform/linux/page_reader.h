@@ -1,5 +1,5 @@
-// Reads the page that one browser window shows: which document it is, and the
-// address that it was committed under. Each browser has its own way.
+// Reads the page that one browser window shows: which document it is, and the address
+// under which it was committed. Each browser has its own reader.
 #pragma once
 
 #include <memory>
@@ -24,8 +24,8 @@ class PageReader {
   PageReader(const PageReader&) = delete;
   PageReader& operator=(const PageReader&) = delete;
 
-  // Goes on reading. nullopt while answers are missing; the next call then goes on.
-  // After a result the next call begins a new reading.
+  // Continues the reading. nullopt while answers are missing; the next call then
+  // continues. After a result, the next call starts a new reading.
   [[nodiscard]] virtual std::optional<WindowReading> read() = 0;
 };
 

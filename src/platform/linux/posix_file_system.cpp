@@ -38,15 +38,16 @@ FileDescriptor openOrFail(const Path& path, int flags) {
   return FileDescriptor(number);
 }
 
-// Whether `path` leads to the open file. When it does not any more, the file was
-// renamed away or replaced since, and what is written to it now would be lost.
+// Whether `path` leads to the open file. If it no longer does, the file has been renamed
+// or replaced since, and anything written to it now would be lost.
 bool isNamed(const FileDescriptor& file, const Path& path) {
   const struct stat opened = statusOf(file, path);
   struct stat named {};
   return ::stat(path.c_str(), &named) == 0 && isSameFile(named, opened);
 }
 
-// Permission alone, at this moment: not what is missing, and not what is locked.
+// Checks only the permission, at this moment: a file that is missing or locked does not
+// count as refused for that.
 bool isWritingRefused(const Path& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
@@ -62,7 +63,7 @@ bool isLinkOfAnotherUser(const Path& path) {
   return status.st_uid != ::geteuid() && status.st_uid != 0;
 }
 
-// What a rename has to replace, so that a link stays a link.
+// The path that a rename has to replace, so that a link stays a link.
 Path withoutLinks(const Path& path) {
   if (isLinkOfAnotherUser(path)) return path;
   std::error_code leadsNowhere;
@@ -70,7 +71,8 @@ Path withoutLinks(const Path& path) {
   return leadsNowhere ? path : target;
 }
 
-// False where openRandomAccess() would make a new file; true when that would fail.
+// False if openRandomAccess() would create a new file. True if something exists at
+// `path`, or if opening it would fail.
 bool isAnythingAt(const Path& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 || errno != ENOENT;
@@ -149,8 +151,8 @@ FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
   FileDescriptor file;
   const bool locked = succeedsWithin(lockPatience_, [&] {
     if (!file.isOpen()) file = openOrFail(path, flags);
-    // Root may write to everything, and still a file that is marked read-only
-    // is one that the user wants left alone.
+    // Root may write to every file, but a file that is marked read-only is one that the
+    // user wants left alone.
     const bool isReadOnly = (statusOf(file, path).st_mode & kAnyWriteBit) == 0;
     if (isForWriting && isReadOnly) throw Failure(failure::kPathFileAccess);
     if (!tryToLock(file, isForWriting ? FileLock::Exclusive : FileLock::Shared, path)) return false;

@@ -1,5 +1,5 @@
-// The file system of Linux. Locks are flock locks: advisory, and the kernel takes
-// them back from a program that crashed.
+// The file system of Linux. Locks are flock locks: advisory, and released by the kernel
+// when a program crashes.
 #pragma once
 
 #include <chrono>
@@ -23,21 +23,22 @@ class PosixFileSystem final : public FileSystem {
   // Mode 0700. Returns once the new folder's name has reached the disk.
   Path makeFolder(const Path& path) override;
 
-  // New files get mode 0600. Whatever is no regular file is refused with kPathFileAccess,
-  // without waiting for the other end of a pipe.
+  // New files get mode 0600. Anything that is not a regular file is refused with
+  // kPathFileAccess, without waiting for the other end of a pipe.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
 
-  // Returns once the folder has reached the disk without the name. Locks the file until
-  // then, so that no other program is in the middle of an operation on it.
+  // Returns once the removal of the name has reached the disk. Locks the file until then,
+  // so that no other program is in the middle of an operation on it.
   void deleteFile(const Path& path) override;
 
   // By device and inode.
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
 
-  // Both files stay locked during the copy. When `to` is a link, the file that it leads to becomes
-  // the copy. A link that belongs to another user, other than root, is replaced itself.
+  // Both files stay locked during the copy. If `to` is a link, the file that it leads to
+  // becomes the copy. A link that belongs to another user, other than root, is replaced
+  // itself.
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
 

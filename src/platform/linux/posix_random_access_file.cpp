@@ -35,13 +35,13 @@ void syncFolder(const Path& folder) {
   const FileDescriptor handle(::open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!handle.isOpen() && errno == EACCES) return;
   if (!handle.isOpen()) failWithErrno(opened);
-  // Some file systems keep folders safe by themselves and answer EINVAL.
+  // Some file systems persist folders by themselves and fail with EINVAL.
   const int result = uninterrupted([&] { return ::fsync(handle.number()); });
   if (result != 0 && errno != EINVAL) failWithErrno(opened);
 }
 
-// An empty file may have been made a moment ago, by this open or by an earlier
-// one that then had nothing to write and did not sync.
+// An empty file may be new, created by this open or by an earlier one that wrote nothing
+// and did not sync.
 PosixRandomAccessFile::PosixRandomAccessFile(FileDescriptor file, Path path)
     : file_(std::move(file)), path_(std::move(path)), nameMayBeUnsynced_(length() == 0) {}
 
@@ -76,8 +76,8 @@ void PosixRandomAccessFile::writeAt(std::uint64_t offset, std::span<const char> 
   failWithErrno(path_);
 }
 
-// For a write that failed half-way. When this fails too, the write's own reason is
-// the one to report.
+// Undoes a write that failed half-way. If this fails too, the write's own error is
+// reported.
 void PosixRandomAccessFile::shortenTo(std::uint64_t length) {
   [[maybe_unused]] const int result = ::ftruncate(file_.number(), static_cast<off_t>(length));
 }

@@ -1,5 +1,5 @@
-// An open regular file. PosixFileSystem makes it, and takes the lock that closing
-// the descriptor gives back.
+// An open regular file. PosixFileSystem creates it and takes the lock; closing the
+// descriptor releases the lock.
 #pragma once
 
 #include "platform/file_system.h"
@@ -9,20 +9,20 @@ namespace quorrix {
 
 class PosixRandomAccessFile final : public RandomAccessFile {
  public:
-  // `path` is the name that `file` was opened by: the folder it is in is synced
-  // together with a file that may be new.
+  // `path` is the name under which `file` was opened. If the file may be new, sync() also
+  // syncs the folder that contains it.
   PosixRandomAccessFile(FileDescriptor file, Path path);
 
   [[nodiscard]] std::uint64_t length() override;
   [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<char> into) override;
 
-  // When it fails, the file is no longer than before: half a record at the end
-  // would count as a record.
+  // If it fails, it truncates the file to its old length: half a record at the end would
+  // count as a record.
   void writeAt(std::uint64_t offset, std::span<const char> bytes) override;
 
   void sync() override;
 
-  // Without the name, for a file that is going to be renamed.
+  // Syncs the content but not the name, for a file that is going to be renamed.
   void syncBytes();
 
  private:
@@ -33,11 +33,11 @@ class PosixRandomAccessFile final : public RandomAccessFile {
   bool nameMayBeUnsynced_;
 };
 
-// Returns once the names in `folder` have reached the disk. A folder that may be
-// written but not read cannot be synced, which is not a failure.
+// Returns once the names in `folder` have reached the disk. A folder that may be written
+// but not read cannot be synced; that is not a failure.
 void syncFolder(const Path& folder);
 
-// Throws the Failure of the present errno.
+// Throws the Failure for the current errno.
 [[noreturn]] void failWithErrno(const Path& path);
 
 }  // namespace quorrix

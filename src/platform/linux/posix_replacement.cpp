@@ -27,8 +27,8 @@ bool isOwnFile(const struct stat& status) {
   return S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
 }
 
-// A program that is still writing has its file locked. Only the user's own files are
-// tried: a lock on another user's file could last for ever.
+// A program that is still writing keeps its file locked. Only the user's own files are
+// tried: another user could hold a lock for ever.
 void removeUnlessBeingWritten(const Path& name) {
   struct stat status {};
   if (::lstat(name.c_str(), &status) != 0) return;
@@ -36,14 +36,14 @@ void removeUnlessBeingWritten(const Path& name) {
   if (isOwnFile(status)) leftBehind = FileDescriptor(::open(name.c_str(), kOpenFlags));
   if (leftBehind.isOpen()) {
     if (!tryToLock(leftBehind, FileLock::Exclusive, name)) return;
-    // Removed already by another program, which may be writing its own by now.
+    // Another program has already removed it, and may be writing its own by now.
     if (!leadsTo(name, statusOf(leftBehind, name))) return;
   }
   if (::unlink(name.c_str()) != 0 && errno != ENOENT) failWithErrno(name);
 }
 
-// Another program may take the new file for one that a crash left behind, and remove
-// it before it is locked.
+// Before the new file is locked, another program may mistake it for one that a crash
+// left, and remove it.
 bool isLockedAndNamed(const FileDescriptor& file, const Path& name) {
   try {
     return tryToLock(file, FileLock::Exclusive, name) && leadsTo(name, statusOf(file, name));

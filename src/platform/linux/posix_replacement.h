@@ -1,5 +1,5 @@
-// The next content of a file, under a name of its own until it is whole and on the
-// disk. PosixFileSystem makes it; while it is there, its file is locked, so that two
+// The new content of a file, under its own name until it is complete and on the disk.
+// PosixFileSystem creates it. The file stays locked while the object exists, so that two
 // programs do not write the same replacement.
 #pragma once
 
@@ -14,20 +14,20 @@ namespace quorrix {
 
 class PosixReplacement final {
  public:
-  // Creates an empty file, private to the user, under `name`. Whatever has that name
-  // is removed first and never written to: a crash may have left it, but another user
-  // may also have put it there. Throws kPathFileAccess when it cannot be removed, and when
-  // another program goes on writing this replacement for longer than `patience`.
+  // Creates an empty file, private to the user, under `name`. An existing file of that
+  // name is removed first and never written to: a crash may have left it, but another
+  // user may also have created it. Throws kPathFileAccess if it cannot be removed, and if
+  // another program keeps writing this replacement for longer than `patience`.
   PosixReplacement(const Path& name, std::chrono::milliseconds patience);
 
-  // Unless it has taken another's place, the file is gone afterwards.
+  // Removes the file unless it has taken another's place.
   ~PosixReplacement();
   PosixReplacement(const PosixReplacement&) = delete;
   PosixReplacement& operator=(const PosixReplacement&) = delete;
 
   [[nodiscard]] RandomAccessFile& file() { return file_; }
 
-  // Returns once the disk has the file under its new name. Throws kPathFileAccess
+  // Returns once the file has reached the disk under its new name. Throws kPathFileAccess
   // if something else has taken the replacement's own name.
   void takePlaceOf(const Path& target);
 
@@ -36,7 +36,7 @@ class PosixReplacement final {
 
   [[nodiscard]] bool isNamed() const;
 
-  Path path_;  // empty when there is nothing to remove any more
+  Path path_;  // empty once there is nothing left to remove
   struct stat status_;
   PosixRandomAccessFile file_;
 };

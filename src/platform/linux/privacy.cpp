@@ -5,9 +5,8 @@
 
 namespace quorrix {
 
-// The limit on core files would not do: it does not hold where a core goes to a
-// program of the system's, and it would be passed on to the browser that is started
-// for a link.
+// The limit on core files is not enough: it does not apply if the system passes cores to
+// a program, and the browser that is started for a link would inherit it.
 void forbidMemoryDumps() { ::prctl(PR_SET_DUMPABLE, 0); }
 
 void closeToOthers(const Path& folder) {

@@ -7,8 +7,8 @@
 
 namespace quorrix {
 
-// Right also after an update replaced the running file: the link's target then
-// ends in " (deleted)", but its folder is the same.
+// Also correct after an update has replaced the running file: the link's target then ends
+// in " (deleted)", but its folder is the same.
 Path programFolder() {
   std::error_code problem;
   const Path executable = std::filesystem::read_symlink("/proc/self/exe", problem);

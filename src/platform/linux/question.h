@@ -1,5 +1,5 @@
-// One question about one accessible object, as a value: so that it can be told
-// whether it was asked before, and its answer kept for later.
+// One question about one accessible object, as a value, so that a repeated question is
+// recognised and its answer can be kept.
 #pragma once
 
 #include <compare>
@@ -12,7 +12,7 @@
 namespace quorrix {
 
 struct Question {
-  // In brackets: what the answer is read with (accessible_object.h).
+  // In parentheses: the function that reads the answer (accessible_object.h).
   enum class Topic {
     Greeting,     // makes the asker a client of the program with this root; no answer is read
     ProcessId,    // of the program that owns the object; the bus itself answers (numberIn)

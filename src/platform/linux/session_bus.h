@@ -5,8 +5,8 @@
 
 namespace quorrix {
 
-// In the notation of D-Bus; empty without a session bus. Only a bus that is already
-// running: browsers would not know of one that this program started.
+// In D-Bus notation; empty if there is no session bus. Never starts one: browsers would
+// not know of a bus that this program started.
 [[nodiscard]] std::string sessionBusAddress();
 
 }  // namespace quorrix

@@ -1,5 +1,5 @@
-// Which process owns a name on the session bus, such as "org.gnome.Epiphany". Asked
-// in the background, over as many passes as it takes.
+// Finds which process owns a name on the session bus, such as "org.gnome.Epiphany". It
+// asks in the background, over as many passes as it takes.
 #pragma once
 
 #include <chrono>
@@ -17,11 +17,12 @@ class SessionNameOwner {
  public:
   SessionNameOwner(Clock& clock, std::string name) : clock_(clock), name_(std::move(name)) {}
 
-  // Goes on asking, and asks again a second after every answer. Never waits.
+  // Continues; asks again once the last question is answered and a second old. Never
+  // waits.
   void advance();
 
-  // As of the last answer: 0 when no process owns the name, nullopt while nothing is
-  // known. An answer counts until the next one, or until the session bus goes away.
+  // As of the last answer: 0 if no process owns the name, nullopt while nothing is known.
+  // An answer is valid until the next one, or until the session bus goes away.
   [[nodiscard]] std::optional<std::uint32_t> processId() const { return processId_; }
 
  private:

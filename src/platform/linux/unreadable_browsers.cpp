@@ -11,8 +11,7 @@ using Reason = UnreadableBrowser::Reason;
 
 constexpr std::chrono::milliseconds kBetweenLooks{2000};
 
-// Only Chromium and its relatives look at the session's switch when they start and
-// never again.
+// Chromium and the browsers based on it check the session's switch only at startup.
 Reason reasonOf(const BrowserProcess& process, bool isBusReady) {
   if (!isBusReady) return Reason::NoBus;
   const bool looksOnlyOnce =
@@ -21,8 +20,8 @@ Reason reasonOf(const BrowserProcess& process, bool isBusReady) {
                                                        : Reason::AccessibilityOff;
 }
 
-// A browser in a sandbox has another process id on the bus than in the list of
-// processes. So one of the same kind whose process is not listed may be this one.
+// A sandboxed browser has a different process id on the bus than in the list of
+// processes. So a program of the same kind whose process is not listed may be this one.
 bool mayBeOnBus(const BrowserProcess& process, const std::vector<BrowserProcess>& processes,
                 const BrowserWindows& windows) {
   return std::ranges::any_of(windows.programs(), [&](const auto& entry) {

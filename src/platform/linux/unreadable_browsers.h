@@ -1,6 +1,6 @@
-// Finds the browsers of which nothing can be recorded, so that the user can be told:
-// those that are running but not on the accessibility bus, and those with a window of
-// which it is not known whether it is private.
+// Finds the browsers from which nothing can be recorded, so that the user can be told:
+// those that are running but not on the accessibility bus, and those with a window that
+// is not known to be ordinary or private.
 #pragma once
 
 #include <chrono>
@@ -25,13 +25,13 @@ class UnreadableBrowsers {
   UnreadableBrowsers(Clock& clock, std::function<std::vector<BrowserProcess>()> processes)
       : clock_(clock), processes_(std::move(processes)) {}
 
-  // To be called once per pass; looks at the processes only now and then.
+  // To be called once per pass; reads the list of processes every two seconds at most.
   void look(const BrowserWindows& windows, bool isBusReady);
 
-  // Each browser and reason once, in the order of the reasons and names.
+  // Each browser and reason once, sorted by name and then by reason.
   [[nodiscard]] const std::vector<UnreadableBrowser>& list() const { return list_; }
 
-  // Tracking starts again: what was seen long ago has the same time again.
+  // To be called when tracking starts again: every browser gets its full time again.
   void forget();
 
  private:

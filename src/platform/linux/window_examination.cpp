@@ -12,15 +12,15 @@ namespace {
 
 constexpr std::size_t kMostChildren = 100;
 
-// From the frame of a Chromium window down to its bars: the classes of the panels on
-// the way, level by level. The bookmark bar is there even where it is not shown.
+// The classes of the panels from the frame of a Chromium window down to its bars, level
+// by level. The bookmark bar exists even if it is not shown.
 constexpr std::array<std::string_view, 4> kWayToBars = {"NonClientView", "BrowserFrameView",
                                                         "BrowserView", "TopContainerView"};
 constexpr std::string_view kBookmarkBar = "BookmarkBarView";
 constexpr std::string_view kSavedTabGroups = "SavedTabGroupBar";
 
-// Firefox's tool bars by id, of which popups have the first alone, and parts of them
-// by id and by class.
+// Firefox's tool bars by id (popups have only the first), and parts of them by id and by
+// class.
 constexpr std::string_view kNavigationBar = "nav-bar";
 constexpr std::string_view kTabBar = "TabsToolbar";
 constexpr std::string_view kMenuBar = "toolbar-menubar";
@@ -30,8 +30,8 @@ constexpr std::string_view kPrivateSign = "private-browsing-indicator-icon";
 
 }  // namespace
 
-// Where an answer was refused, a mark may have been overlooked. Without the bars the
-// kind of the window stays open, and it is looked at again.
+// If an answer was refused, a mark may have been missed. Without the bars the kind of the
+// window stays open, and it is examined again.
 bool WindowExamination::advance() {
   if (isThrough_) return true;
   isThrough_ = look() == Step::Done;
@@ -68,7 +68,8 @@ WindowExamination::Step WindowExamination::look() {
   return Step::Done;
 }
 
-// The children of all of `parents`, each with its attributes asked for.
+// Appends the children of all `parents` to `children` and asks for the attributes of
+// each.
 WindowExamination::Step WindowExamination::childrenOf(const std::vector<AccessibleId>& parents,
                                                       std::vector<AccessibleId>& children) {
   const std::vector<Question> lists = questionsAbout(parents, Topic::Children);
@@ -88,11 +89,11 @@ std::string WindowExamination::attribute(const AccessibleId& object, std::string
   return attributeIn(attributes, name).value_or(std::string());
 }
 
-// Of the windows with a bookmark bar, only ordinary ones have a place for saved groups
-// of tabs in it; popups and apps have no such bar. (The button of the profile is no
-// mark: it has a description in private windows, but at times in ordinary ones, too.)
+// Of the windows with a bookmark bar, only ordinary ones have a place for saved tab
+// groups in it; popups and apps have no such bar. (The profile button is not a mark: it
+// has a description in private windows, but sometimes in ordinary ones too.)
 WindowExamination::Step WindowExamination::lookAtChromium() {
-  // The answer is of no use, but the question makes Chromium build its parts.
+  // The answer is not used, but the question makes Chromium build its parts.
   if (!inquiry_.has({{Topic::Relations, frame_}})) return Step::Missing;
   std::vector<AccessibleId> level{frame_};
   std::vector<AccessibleId> children;

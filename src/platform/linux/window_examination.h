@@ -1,6 +1,6 @@
-// Finds out what speaks for and against a browser window being an ordinary one: its
-// accessible name, and parts of the window that do not depend on the language. Looks
-// at the window's own parts only, never into a page.
+// Collects the evidence for and against a browser window being an ordinary one: its
+// accessible name, and parts of the window that do not depend on the language. Examines
+// only the window's own parts, never a page.
 #pragma once
 
 #include <cstdint>
@@ -19,12 +19,12 @@ class WindowExamination {
   WindowExamination(AccessibilityBus& bus, BrowserKind browser, AccessibleId frame)
       : browser_(browser), frame_(std::move(frame)), inquiry_(bus) {}
 
-  // Goes on looking. True when there is nothing left to look at.
+  // Continues the examination. True once it is complete.
   [[nodiscard]] bool advance();
   [[nodiscard]] bool isThrough() const { return isThrough_; }
   void startOver();
 
-  // Once it is through.
+  // Valid once the examination is complete.
   [[nodiscard]] const WindowFindings& findings() const { return findings_; }
 
  private:
@@ -42,7 +42,8 @@ class WindowExamination {
   AccessibleId frame_;
   Inquiry inquiry_;
   WindowFindings findings_;
-  // Does not change. Chromium has frames without a name, which are looked at time and again.
+  // Does not change. Chromium has frames without a name, which are examined again and
+  // again.
   std::optional<std::uint32_t> role_;
   bool isThrough_ = false;
   bool wasRefused_ = false;  // an answer that the findings depend on

@@ -1,4 +1,4 @@
-// Writing that goes on until everything is written.
+// Writes until everything is written.
 #pragma once
 
 #include <sys/types.h>
@@ -14,8 +14,8 @@ struct WriteResult {
   int reason;        // an errno value; 0 when all bytes were written
 };
 
-// Calls `writeSome(rest, done)`, which returns what pwrite() returns for the bytes that
-// are left after the first `done`, until none is left or it fails. A write that was
+// Calls `writeSome(rest, done)` until nothing is left or it fails. `rest` are the bytes
+// that follow the first `done`; the result is that of pwrite(). A write that was
 // interrupted is repeated.
 template <typename WriteSome>
 [[nodiscard]] WriteResult writeAll(std::span<const char> bytes, WriteSome writeSome) {
@@ -24,7 +24,7 @@ template <typename WriteSome>
     const ssize_t count = writeSome(bytes.subspan(done), done);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return {done, errno};
-    // A file system that takes no byte and gives no reason has no room for one.
+    // A file system that accepts no byte and reports no error counts as full.
     if (count == 0) return {done, ENOSPC};
     done += static_cast<std::size_t>(count);
   }

@@ -16,7 +16,7 @@ void activateX11Window(xcb_connection_t* connection, xcb_window_t window) {
   const auto question = xcb_intern_atom(connection, 1, kName.size(), kName.data());
   const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
       xcb_intern_atom_reply(connection, question, nullptr), &std::free);
-  if (!atom || atom->atom == XCB_ATOM_NONE) return;  // no window manager that knows it
+  if (!atom || atom->atom == XCB_ATOM_NONE) return;  // no window manager supports it
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;
   message.format = 32;

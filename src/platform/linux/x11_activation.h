@@ -5,8 +5,9 @@
 
 namespace quorrix {
 
-// As a task bar asks, for a user who wants the window now. What a program asks for itself
-// counts as stealing the keyboard when the user was last busy elsewhere.
+// Asks as a task bar does, for a user who wants the window now. A request in the
+// program's own name counts as stealing the keyboard focus if the user was last busy
+// elsewhere.
 void activateX11Window(xcb_connection_t* connection, xcb_window_t window);
 
 }  // namespace quorrix

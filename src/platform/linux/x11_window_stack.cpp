@@ -9,7 +9,7 @@
 namespace quorrix {
 namespace {
 
-constexpr std::uint32_t kMostWords = 4096;  // of a property: windows, or a quarter of a title
+constexpr std::uint32_t kMostWords = 4096;  // of a property: one window each, or 4 bytes of a title
 
 unsigned requestAtom(xcb_connection_t* connection, std::string_view name) {
   return xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.data())

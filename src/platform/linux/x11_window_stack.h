@@ -1,5 +1,5 @@
-// How the windows of an X11 desktop lie on each other, which tells the one used last
-// where no window of interest is active. XWayland knows of its own windows only.
+// The stacking order of the windows on an X11 desktop. It shows which window was used
+// last if no window of interest is active. XWayland knows only its own windows.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -10,19 +10,20 @@
 
 namespace quorrix {
 
-// Asks over a connection that is there already and never waits: an answer that is
-// not there yet is taken in by a later call.
+// Uses an existing connection and never waits: an answer that has not arrived yet is read
+// by a later call.
 class X11WindowStack {
  public:
-  // `connection` must outlive this object; null where there is no X11.
+  // `connection` must outlive this object; null without X11.
   explicit X11WindowStack(xcb_connection_t* connection) : connection_(connection) {}
   ~X11WindowStack() { giveUp(); }
   X11WindowStack(const X11WindowStack&) = delete;
   X11WindowStack& operator=(const X11WindowStack&) = delete;
 
-  // Titles, UTF-8, topmost first, those of minimised windows included, each cut after
-  // 16 KiB. Empty without a window manager that keeps the list. nullopt while an
-  // answer is missing: ask again later. After an answer the next call asks afresh.
+  // Titles, UTF-8, topmost first, including those of minimised windows, each truncated to
+  // 16 KiB. Empty without X11, or without a window manager that keeps the list. nullopt
+  // while an answer is missing: call again later. After a result, the next call asks
+  // again.
   [[nodiscard]] std::optional<std::vector<std::string>> titles();
 
  private:

@@ -10,7 +10,7 @@ namespace {
 constexpr wchar_t kRequest[] = L"request";
 constexpr wchar_t kAnswer[] = L"answer";
 
-// Empty for a folder that cannot be opened, and on shares that do not number their files.
+// Empty for a folder that cannot be opened, and on shares that give files no index.
 std::wstring identityOf(const Path& folder) {
   const UniqueHandle opened(
       ::CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -22,7 +22,7 @@ std::wstring identityOf(const Path& folder) {
          std::to_wstring(status.nFileIndexHigh) + L'-' + std::to_wstring(status.nFileIndexLow);
 }
 
-// Windows deletes an event with the last process that has it open.
+// Windows deletes an event when the last process that has it open closes it.
 UniqueHandle openEvent(const std::wstring& folder, const wchar_t* purpose) {
   const std::wstring name = L"Local\\Quorrix-" + folder + L'-' + purpose;
   const HANDLE event = ::CreateEventW(nullptr, TRUE, FALSE, name.c_str());
@@ -44,9 +44,9 @@ struct FolderClaim::Handles {
   }
 
   [[nodiscard]] ClaimResult ask(std::chrono::milliseconds patience) {
-    // Only the process that the user has started may pass the foreground on.
+    // Only the process that the user has started may let another one take the foreground.
     ::AllowSetForegroundWindow(ASFW_ANY);
-    ::ResetEvent(answer.get());  // may be set for a start that no longer waits
+    ::ResetEvent(answer.get());  // may still be set from a start that no longer waits
     ::SetEvent(request.get());
     const auto wait = static_cast<DWORD>(patience.count());
     const bool isAnswered = ::WaitForSingleObject(answer.get(), wait) == WAIT_OBJECT_0;

@@ -24,7 +24,7 @@ class FolderSearch {
   [[nodiscard]] bool next() { return ::FindNextFileW(handle_, &entry_) != 0; }
 
  private:
-  WIN32_FIND_DATAW entry_{};  // before the handle, whose making fills it
+  WIN32_FIND_DATAW entry_{};  // before handle_, whose initialisation fills it
   HANDLE handle_;
 };
 
@@ -32,7 +32,7 @@ void requireFolder(const Path& path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) {
     const DWORD reason = ::GetLastError();
-    // Also where the folder above it is there.
+    // Even if the parent folder exists.
     if (reason == ERROR_FILE_NOT_FOUND) throw Failure(failure::kPathNotFound);
     failWithWindowsError(reason, path);
   }
@@ -45,7 +45,7 @@ std::vector<Path> namesIn(const Path& folder, ListedKind kind) {
   requireFolder(folder);
   FolderSearch search(folder / L"*");
   std::vector<std::wstring> names;
-  // An empty root holds not even itself.
+  // An empty root does not even contain ".".
   if (!search.isOpen() && ::GetLastError() == ERROR_FILE_NOT_FOUND) return {};
   if (!search.isOpen()) failWithWindowsError(::GetLastError(), folder);
   do {

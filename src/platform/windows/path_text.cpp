@@ -5,8 +5,9 @@
 namespace quorrix {
 
 std::string pathText(const Path& path) {
-  // No letter that merely resembles the one in the path: that may be another folder's
-  // name. A system that is set to UTF-8 takes no such wish, and has every character.
+  // No characters that merely resemble those in the path: they may spell another folder's
+  // name. A system that is set to UTF-8 does not accept the flag, and has every
+  // character.
   const DWORD flags = ::GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
   const std::wstring& wide = path.native();
   const int length = static_cast<int>(wide.size());

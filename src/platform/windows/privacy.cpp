@@ -4,7 +4,7 @@
 
 namespace quorrix {
 
-// The box in which the system offers to report a crash is what writes the dump.
+// The system writes the dump from the box in which it offers to report a crash.
 void forbidMemoryDumps() {
   ::SetErrorMode(::GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
 }

@@ -12,8 +12,8 @@ namespace quorrix {
 
 namespace {
 
-// A command line may have named the drive by a small letter; the list of drives and
-// every path that the user is shown have capital ones.
+// A command line may have named the drive by a small letter. The list of drives, and
+// every path that the user is shown, have capital letters.
 std::wstring withCapitalDrive(std::wstring path) {
   const bool isSmall = path.size() > 1 && path[1] == L':' && path[0] >= L'a' && path[0] <= L'z';
   if (isSmall) path[0] = static_cast<wchar_t>(path[0] - L'a' + L'A');
@@ -32,7 +32,7 @@ Path programFolder() {
       executable.resize(length);
       return Path(withCapitalDrive(std::move(executable))).parent_path();
     }
-    executable.resize(executable.size() * 2);  // the path was cut at the buffer's end
+    executable.resize(executable.size() * 2);  // the path was truncated
   }
 }
 

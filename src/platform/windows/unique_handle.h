@@ -1,4 +1,4 @@
-// A file handle that closes itself.
+// A handle of a file or an event that closes itself.
 #pragma once
 
 #include <windows.h>

@@ -17,14 +17,14 @@ static_assert(static_cast<unsigned>(WindowRelation::FirstChild) == GW_CHILD);
 static_assert(static_cast<unsigned>(WindowMessage::GetText) == WM_GETTEXT);
 static_assert(static_cast<unsigned>(WindowMessage::GetTextLength) == WM_GETTEXTLENGTH);
 
-// Longer titles, class names and texts are cut: no address has this many characters,
-// and a window may claim any length for its text.
+// Longer titles, class names and texts are truncated: no address is this long, and a
+// window may claim any length for its text.
 constexpr std::size_t kLongestText = std::size_t{32} * 1024;
 
 HWND toHwnd(WindowHandle window) { return reinterpret_cast<HWND>(window); }
 WindowHandle fromHwnd(HWND window) { return reinterpret_cast<WindowHandle>(window); }
 
-// Room for `buffer.size()` characters, the closing NUL among them.
+// Room for `buffer.size()` characters including the closing NUL, at most kLongestText.
 std::wstring wideBufferFor(std::span<char> buffer) {
   return std::wstring(std::min(buffer.size(), kLongestText), L'\0');
 }
@@ -41,7 +41,7 @@ std::string windows1252FromWide(std::wstring_view wide) {
   return windows1252FromUtf8(utf8);
 }
 
-// Copies the first `count` characters of `wide`, as many as fit, and a NUL.
+// Copies the first `count` characters of `wide`, or as many as fit, and a NUL.
 std::size_t copyText(const std::wstring& wide, std::size_t count, std::span<char> buffer) {
   const std::string text = windows1252FromWide(std::wstring_view(wide).substr(0, count));
   const std::size_t copied = std::min(text.size(), buffer.size() - 1);
@@ -54,7 +54,7 @@ struct Enumeration {
   std::exception_ptr raised;
 };
 
-// An exception may not pass through user32: it is kept, and thrown on afterwards.
+// An exception must not pass through user32, so it is stored and rethrown afterwards.
 BOOL CALLBACK visitWindow(HWND window, LPARAM parameter) noexcept {
   auto& enumeration = *reinterpret_cast<Enumeration*>(parameter);
   try {

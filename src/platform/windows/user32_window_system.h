@@ -1,7 +1,7 @@
-// The windows of the Windows desktop: the calls are passed on to user32.
+// The windows of the Windows desktop. Forwards the calls to user32.
 //
-// user32's own single-byte calls answer in the code page that the machine is set
-// to, so the wide ones are used and their answers turned into Windows-1252.
+// user32's own single-byte calls use the code page that the machine is set to. So this
+// class calls the wide ones and converts their results to Windows-1252.
 #pragma once
 
 #include <chrono>
@@ -21,19 +21,19 @@ class User32WindowSystem final : public WindowSystem {
 
   void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
 
-  // The title as the system keeps it: the window is not asked, so a browser that
-  // hangs has its title all the same.
+  // The title as the system keeps it. The window is not asked, so a browser that hangs
+  // has its title too.
   std::size_t GetWindowTextA(WindowHandle window, std::span<char> buffer) override;
   std::size_t GetClassNameA(WindowHandle window, std::span<char> buffer) override;
 
   [[nodiscard]] WindowHandle GetParent(WindowHandle window) override;
   [[nodiscard]] WindowHandle GetWindow(WindowHandle window, WindowRelation relation) override;
 
-  // A window that has let the limit pass is not asked again before the next
-  // enumeration, nor are the others of its thread: a scan waits at most once for
-  // a browser that hangs. The system copies the text of another program's window;
-  // a window of another thread of this program writes into the buffer itself, so it
-  // must not stop answering between two messages. Quorrix has no such window.
+  // A window that exceeds the limit is not asked again before the next enumeration, and
+  // neither are the others of its thread: a scan waits at most once for a browser that
+  // hangs. The system copies the text of another program's window. A window of another
+  // thread of this program writes into the buffer itself, so it must not stop answering
+  // between two messages; Quorrix has no such window.
   std::size_t SendMessageA(WindowHandle window, WindowMessage message,
                            std::span<char> buffer) override;
 

@@ -42,7 +42,7 @@ void WindowsCommandShell::run(std::string_view line) {
   const std::wstring address = wideFromUtf8(asOneArgument(line.substr(kStartCommand.size())));
   const auto outcome = reinterpret_cast<INT_PTR>(
       ::ShellExecuteW(nullptr, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
-  constexpr INT_PTR kLastError = 32;  // what is above is no error
+  constexpr INT_PTR kLastError = 32;  // larger values mean success
   if (outcome == 0 || outcome == SE_ERR_OOM) throw Failure(failure::kOutOfMemory);
   if (outcome <= kLastError) throw Failure(failure::kFileNotFound);
 }

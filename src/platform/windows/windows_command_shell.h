@@ -8,9 +8,9 @@
 
 namespace quorrix {
 
-// As UTF-8, with everything percent-encoded that could end an argument: the browser's
-// registered command line has the address between quotation marks, as it is given, and
-// a backslash before the closing one would take its meaning away.
+// The address as UTF-8, with every character percent-encoded that could end an argument.
+// The browser's registered command line contains the address unchanged between quotation
+// marks, and a backslash before the closing one would escape it.
 [[nodiscard]] std::string asOneArgument(std::string_view address);
 
 class WindowsCommandShell final : public CommandShell {

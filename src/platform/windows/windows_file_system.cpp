@@ -13,13 +13,13 @@
 namespace quorrix {
 namespace {
 
-// Windows keeps other programs from reading and writing what is locked. The one
-// byte that Quorrix locks lies where no file ever has data, so that the lock binds
-// only those who ask for it.
+// Windows prevents other programs from reading and writing a locked range. Quorrix locks
+// one byte at a position where no file ever has data, so the lock affects only those who
+// ask for it.
 constexpr DWORD kLockedByteHigh = 0x40000000;
 
-// As the system reads the path: without dots and blanks at the end, and "CON" as the
-// device that it is.
+// The path as the system interprets it: without trailing dots and blanks, and "CON" as a
+// device.
 Path fullPathOf(const Path& path) {
   const DWORD size = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
   std::wstring full(size, L'\0');
@@ -33,17 +33,17 @@ bool isDevice(const Path& fullPath) { return fullPath.native().starts_with(L"\\\
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// A file that was deleted keeps its name until the last program that has it open, a
-// virus scanner for example, has closed it. Until then everything is refused, reading
-// its attributes too, which is allowed for any other file in a folder that can be read.
+// A deleted file keeps its name until the last program that has it open, for example a
+// virus scanner, closes it. Until then every access is refused. That includes reading its
+// attributes, which is allowed for any other file in a folder that can be read.
 bool isBeingDeleted(const Path& path) {
   if (::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
   const DWORD reason = ::GetLastError();
   return reason == ERROR_ACCESS_DENIED || reason == ERROR_DELETE_PENDING;
 }
 
-// An invalid handle when another program has opened the file for itself alone, and when
-// the file is being deleted.
+// Returns an invalid handle if another program has opened the file exclusively, if the
+// file is being deleted, and for CREATE_NEW if the file exists.
 UniqueHandle openUnlessInUse(const Path& path, DWORD access, DWORD share, DWORD creation) {
   UniqueHandle file(::CreateFileW(path.c_str(), access, share, nullptr, creation,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -53,12 +53,13 @@ UniqueHandle openUnlessInUse(const Path& path, DWORD access, DWORD share, DWORD 
   return file;
 }
 
-// Not a pipe or a device.
+// Refuses a pipe or a device.
 void requireFile(const UniqueHandle& file) {
   if (::GetFileType(file.get()) != FILE_TYPE_DISK) throw Failure(failure::kPathFileAccess);
 }
 
-// The system refuses a read-only file by itself, but not to everyone under Wine.
+// Windows refuses to open a read-only file for writing; Wine does not refuse it to every
+// user.
 void requireWritable(const UniqueHandle& file, const Path& path) {
   BY_HANDLE_FILE_INFORMATION information{};
   if (!::GetFileInformationByHandle(file.get(), &information)) {
@@ -69,13 +70,14 @@ void requireWritable(const UniqueHandle& file, const Path& path) {
   }
 }
 
-// With no access to what it holds, so that nobody else's use is in the way.
+// Opens without access to the content, so that no other program's use of the file
+// prevents it.
 UniqueHandle openToIdentify(const Path& path, DWORD flags = 0) {
   return UniqueHandle(::CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL | flags, nullptr));
 }
 
-// Empty when the system does not tell.
+// Empty if the system does not report it.
 std::wstring finalPathOf(const UniqueHandle& file) {
   const DWORD size = ::GetFinalPathNameByHandleW(file.get(), nullptr, 0, 0);
   std::wstring path(size, L'\0');
@@ -91,7 +93,7 @@ bool haveOneFinalPath(const UniqueHandle& one, const UniqueHandle& other) {
          ::CompareStringOrdinal(path.c_str(), -1, otherPath.c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
-// False when that cannot be told.
+// False if it cannot be determined.
 bool areOneFile(const UniqueHandle& one, const UniqueHandle& other) {
   BY_HANDLE_FILE_INFORMATION first{};
   BY_HANDLE_FILE_INFORMATION second{};
@@ -100,17 +102,18 @@ bool areOneFile(const UniqueHandle& one, const UniqueHandle& other) {
   const bool isEqual = first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
                        first.nFileIndexHigh == second.nFileIndexHigh &&
                        first.nFileIndexLow == second.nFileIndexLow;
-  // Some network shares number no files.
+  // Some network shares give files no index.
   const bool isNumbered = (first.nFileIndexHigh | first.nFileIndexLow) != 0;
   return isEqual && (isNumbered || haveOneFinalPath(one, other));
 }
 
-// Names the same file as `file`. False when that cannot be told.
+// Whether `path` leads to the same file as `file`. False if it cannot be determined.
 bool isNamed(const UniqueHandle& file, const Path& path) {
   return areOneFile(file, openToIdentify(path));
 }
 
-// Permission alone, at this moment: not what is missing, and not what is in use.
+// Checks only the permission, at this moment: a file that is missing or in use does not
+// count as refused for that.
 bool isWritingRefused(const Path& path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) return false;
@@ -122,8 +125,8 @@ bool isWritingRefused(const Path& path) {
   return !file.isOpen() && (reason == ERROR_ACCESS_DENIED || reason == ERROR_WRITE_PROTECT);
 }
 
-// Fails for a folder and a read-only file: the system's own refusal does not reach
-// everyone under Wine. False when nothing is at `path`.
+// Throws for a folder and for a read-only file, because Wine does not refuse these to
+// every user. False if nothing exists at `path`.
 bool isReplaceable(const Path& path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) {
@@ -136,12 +139,13 @@ bool isReplaceable(const Path& path) {
   return true;
 }
 
-// The same for a path where something must be.
+// The same for a path where something must exist.
 void requireReplaceable(const Path& path) {
   if (!isReplaceable(path)) failWithWindowsError(ERROR_FILE_NOT_FOUND, path);
 }
 
-// False while another program has the file open. True where nothing is at `path`.
+// Deletes the file. False while another program has it open. True if nothing exists at
+// `path`.
 bool isRemoved(const Path& path) {
   if (::DeleteFileW(path.c_str())) return true;
   const DWORD reason = ::GetLastError();
@@ -150,9 +154,9 @@ bool isRemoved(const Path& path) {
   return false;
 }
 
-// `kind` is LOCKFILE_EXCLUSIVE_LOCK, or 0 for a lock that readers share.
-// False while another open file holds the lock. A file system that has no locks
-// is used without them rather than not at all.
+// `kind` is LOCKFILE_EXCLUSIVE_LOCK, or 0 for a lock that readers share. False while
+// another open file holds the lock. True if the file system has no locks: the file is
+// then used without one.
 bool tryToLock(const UniqueHandle& file, DWORD kind, const Path& path) {
   OVERLAPPED position{};
   position.OffsetHigh = kLockedByteHigh;
@@ -241,10 +245,11 @@ void WindowsFileSystem::replace(const Path& path,
   const Path name = replacementNameOf(path);
   UniqueHandle file;
   const bool isOwn = succeedsWithin(lockPatience_, [&] {
-    // A crash may have left it, but another user, whose rights it would keep, may also
-    // have put it there: nothing is written to what has the name already.
+    // A file of that name may be left from a crash, but another user may also have
+    // created it, and it would keep that user's rights. So an existing file is removed
+    // and never written to.
     if (!isRemoved(name)) return false;
-    // Shared with nobody: two programs do not write the same replacement.
+    // Opened without sharing, so that two programs do not write the same replacement.
     file = openUnlessInUse(name, GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW);
     return file.isOpen();
   });

@@ -13,28 +13,30 @@ class UniqueHandle;
 
 class WindowsFileSystem final : public FileSystem {
  public:
-  // `lockPatience` is how long an open waits for another program's lock.
-  // Lets a drive without a medium fail with a number: on the thread that calls this,
-  // the system shows no box of its own that asks for one.
+  // `lockPatience` is how long an open waits for another program's lock. The constructor
+  // also makes a drive without a medium fail with a number: on the calling thread, the
+  // system no longer shows its own box that asks for the medium.
   explicit WindowsFileSystem(std::chrono::milliseconds lockPatience = kLockPatience);
 
   // Fails when it cannot tell, for example inside a folder that may not be entered.
   [[nodiscard]] bool folderExists(const Path& path) override;
   [[nodiscard]] bool fileExists(const Path& path) override;
 
-  // Who may enter follows from the folder above, as everywhere in a user's profile.
+  // The folder inherits its permissions from its parent, as everywhere in a user's
+  // profile.
   Path makeFolder(const Path& path) override;
 
-  // Whatever is no file on a disk ("CON", a pipe) is refused with kPathFileAccess. A file that was
-  // deleted while another program had it open is waited for as one that is locked.
+  // Anything that is not a file on a disk ("CON", a pipe) is refused with
+  // kPathFileAccess. A file that was deleted while another program had it open is waited
+  // for like a locked one.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
 
-  // By volume and file index; without these, by the final path.
+  // Compares volume and file index; if the files have no index, their final paths.
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
 
-  // Waits as an open does for a file that another program has open.
+  // Waits, as an open does, while another program has the file open.
   void deleteFile(const Path& path) override;
 
   // Locks `from` during the copy. Waits, as an open does, for another program to close `to`.

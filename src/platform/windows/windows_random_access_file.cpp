@@ -72,8 +72,8 @@ void WindowsRandomAccessFile::writeAt(std::uint64_t offset, std::span<const char
   }
 }
 
-// For a write that failed half-way. When this fails too, the write's own reason is
-// the one to report.
+// Undoes a write that failed half-way. If this fails too, the write's own error is
+// reported.
 void WindowsRandomAccessFile::shortenTo(std::uint64_t length) {
   LARGE_INTEGER end{};
   end.QuadPart = static_cast<LONGLONG>(length);

@@ -1,5 +1,5 @@
-// An open regular file. WindowsFileSystem makes it, and takes the lock that closing
-// the handle gives back.
+// An open regular file. WindowsFileSystem creates it and takes the lock; closing the
+// handle releases the lock.
 #pragma once
 
 #include "platform/file_system.h"
@@ -14,8 +14,8 @@ class WindowsRandomAccessFile final : public RandomAccessFile {
   [[nodiscard]] std::uint64_t length() override;
   [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<char> into) override;
 
-  // When it fails, the file is no longer than before: half a record at the end
-  // would count as a record.
+  // If it fails, it truncates the file to its old length: half a record at the end would
+  // count as a record.
   void writeAt(std::uint64_t offset, std::span<const char> bytes) override;
 
   void sync() override;
@@ -27,7 +27,7 @@ class WindowsRandomAccessFile final : public RandomAccessFile {
   Path path_;
 };
 
-// Throws the Failure of `code`, a GetLastError() value.
+// Throws the Failure for `code`, a GetLastError() value.
 [[noreturn]] void failWithWindowsError(unsigned long code, const Path& path);
 
 }  // namespace quorrix
