@@ -1,4 +1,4 @@
-// What a program that dies in the middle of archiving or loading leaves on the disk.
+// What a program that dies while it archives or loads leaves on the disk.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -37,7 +37,8 @@ void killBeyond(rlim_t bytes) {
 
 class ArchiveCrash : public test::ArchivedFolders {
  protected:
-  // The command in a program of its own, on `files`, with `atOK` as its OK is pressed.
+  // Runs the command in a program of its own, on `files`; `atOK` runs just before OK is
+  // pressed. Returns the wait status of that program.
   int statusOf(const char* command, test::FaultyFileSystem& files,
                const std::function<void()>& atOK) {
     return test::waitStatusOfAChild([&] {
@@ -47,8 +48,8 @@ class ArchiveCrash : public test::ArchivedFolders {
     });
   }
 
-  // The program ends just before its n-th call, after OK, to the file system or to a
-  // file opened through it. Whether it got that far.
+  // The program ends just before its n-th call, after OK, to the file system or to a file
+  // opened through it. Returns whether it got that far.
   bool diesAtCall(int n, const char* command) {
     test::FaultyFileSystem dying(files_);
     const int status = statusOf(command, dying, [&] {
@@ -63,9 +64,9 @@ class ArchiveCrash : public test::ArchivedFolders {
     return WIFEXITED(status) && WEXITSTATUS(status) == kDied;
   }
 
-  // Dies before call 1, 2, 3 and so on, each time from what `given` makes; at last not
-  // any more. The states that are found, in order, each named once. After each the
-  // program starts.
+  // Calls `given` and lets the program die before call 1, again before call 2, and so on,
+  // until a run gets to its end. Returns the states found, in order, without consecutive
+  // repeats. Expects that the program starts on each of them.
   Strings statesLeftBy(const char* command, const std::function<void()>& given) {
     constexpr int kFarTooMany = 200;
     Strings states;
@@ -88,9 +89,9 @@ class ArchiveCrash : public test::ArchivedFolders {
     return statesLeftBy(command, [this] { givenWorkingDataAndAnArchive(); });
   }
 
-  // The command in a program that the system kills when a file of it would grow beyond
-  // `bytes`, from the first call of this kind on: what fits is written, and the next
-  // write is the last.
+  // Runs the command in a program that the system kills when one of its files would grow
+  // beyond `bytes`. The limit takes effect at the first call of the kind `from`. What
+  // fits is written; the next write kills the program.
   void expectToBeKilledBeyond(rlim_t bytes, test::FileCall from, const char* command) {
     test::FaultyFileSystem watched(files_);
     const int status = statusOf(command, watched, [&] {
@@ -105,10 +106,10 @@ class ArchiveCrash : public test::ArchivedFolders {
   struct Kill {
     rlim_t limit;
     std::string state;
-    std::size_t file;  // that was being written, by its place in kNames
+    std::size_t file;  // the one being written, as an index into kNames
   };
 
-  // The dead program has left the beginning of a file, under a name of its own.
+  // Expects that the dead program left the beginning of a file under a temporary name.
   void expectLeftBehind(const Kill& kill, const Path& folder, const Strings& contents) {
     EXPECT_EQ(state(), kill.state);
     const std::string name = std::string(kNames[kill.file]) + ".quorrix-new";
@@ -117,7 +118,7 @@ class ArchiveCrash : public test::ArchivedFolders {
     expectToStartOn(kill.state);
   }
 
-  // Started again, the program does the same; what the user is told.
+  // Starts the program again and runs the same command. Returns what the user is told.
   Strings runAgain(const char* command) {
     test::ProgramOnDisk program(files_, folder_.path());
     EXPECT_TRUE(program.start());
@@ -133,7 +134,7 @@ TEST_F(ArchiveCrash, LeavesEveryFileOfArchivingWhole) {
                      "wwww 000- b", "wwww 0000 b", "wwww 0000 n"}));
 }
 
-// Purchases alone do not count as an archive, and so are not deleted before.
+// Purchases alone do not count as an archive, so they are not deleted first.
 TEST_F(ArchiveCrash, LeavesEveryFileOfArchivingOverAFileThatIsThereWhole) {
   const auto givenPurchases = [this] {
     givenWorkingDataAndAnArchive();
@@ -164,7 +165,8 @@ TEST_F(ArchiveCrash, InTheMiddleOfACopyLeavesArchivingWhole) {
     expectToBeKilledBeyond(kill.limit, test::FileCall::CopyFile, kArchive);
     expectLeftBehind(kill, may_, working_);
 
-    // What there is of the archive is deleted as an earlier one, which is not whole.
+    // The partial archive is deleted as an earlier one, which fails because it is
+    // incomplete.
     if (kill.state != "---- wwww b") {
       EXPECT_EQ(runAgain(kArchive), Strings{"Unable to archive sites. Unable to find file."});
     }

@@ -116,7 +116,7 @@ TEST_F(ArchiveDialogTest, EndsTheModalShowWhenItIsThrough) {
   messageBox_.expect(kDone, MessageBoxStyle::Information);
   QTimer::singleShot(0, &dialog_, [this] {
     press(dialog_, "OKButton");
-    // Comes only where the show goes on.
+    // Runs only if the modal show goes on.
     QTimer::singleShot(0, &dialog_, [this] { dialog_.done(kNeverEnded); });
   });
   EXPECT_EQ(dialog_.exec(), QDialog::Accepted);

@@ -1,4 +1,4 @@
-// What the dialogs on an existing folder have in common, for each of the three.
+// What the three dialogs that work on an existing folder have in common.
 #include "archives/archive_folder_dialog.h"
 
 #include <QLabel>
@@ -43,7 +43,7 @@ class LoadableDialog final : public Loadable {
 struct Kind {
   const char* name;
   const char* caption;
-  const char* question;  // that OK asks on the folder of archives
+  const char* question;  // which OK asks about the folder of archives
   std::unique_ptr<Loadable> (*make)(const ArchiveDialogParts&);
 };
 
@@ -74,7 +74,7 @@ class ExistingArchiveDialogTest : public test::ArchiveStage,
     dialog().show();
   }
 
-  // Into the box, over what is there.
+  // Types the path into the box, over the text that is there.
   void type(const char* path) {
     dialog().activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog()));
@@ -153,7 +153,7 @@ TEST_P(ExistingArchiveDialogTest, FollowsTheFolderThatTheUserOpens) {
 
 TEST_P(ExistingArchiveDialogTest, FollowsTheDrive) {
   open();
-  control<QComboBox>(dialog(), "Drive1").setCurrentIndex(1);  // tells nobody
+  control<QComboBox>(dialog(), "Drive1").setCurrentIndex(1);  // the dialog is not notified
   chooseDrive(dialog(), "/media/stick");
   EXPECT_EQ(openFolderOf(dialog()), "/media/stick");
   EXPECT_EQ(filesOf(dialog()), Texts{"photo"});
@@ -257,7 +257,7 @@ TEST_P(ExistingArchiveDialogTest, IsPlacedBeforeItsLoadFails) {
   EXPECT_NE(centred, QPoint(0, 0));
 }
 
-// The main window has the hourglass while it opens a dialog.
+// While the main window opens a dialog, its pointer is the hourglass.
 TEST_P(ExistingArchiveDialogTest, GivesTheMainWindowItsPointerBackWhenItsLoadFails) {
   const Hourglass hourglass(mainWindow_);
   disk_.failListing("/opt/quorrix/Archives", 57);
@@ -387,7 +387,7 @@ TEST_P(ExistingArchiveDialogTest, BeginsATypedNameAtTheOpenFolder) {
 TEST_P(ExistingArchiveDialogTest, TellsOnceOfATypedPathThatCannotBeOpened) {
   open();
   type("/opt/quorrix/Archives/T1");
-  // The button of the mouse that took the keyboard from the box is let go over OK.
+  // A mouse press on OK takes the focus from the box, and its release then presses OK.
   messageBox_.expect("Path not found.", MessageBoxStyle::Critical, MessageBoxButton::Ok,
                      [this] { press(dialog(), "OKButton"); });
   control<FolderList>(dialog(), "Dir1").setFocus();
@@ -414,7 +414,7 @@ TEST_P(ExistingArchiveDialogTest, OpensATypedNameOfThreeLetters) {
 
 TEST_P(ExistingArchiveDialogTest, OpensATypedPathBeforeItAsks) {
   open();
-  // As assistive technology does it, without a key.
+  // Assistive technology sets the text like this, without a key press.
   control<QLineEdit>(dialog(), "Text1").setText(QStringLiteral("/opt/quorrix/Archives/June"));
   expectQuestionAbout("/opt/quorrix/Archives/June",
                       [this] { EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives/June"); });

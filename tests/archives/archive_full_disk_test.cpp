@@ -1,4 +1,4 @@
-// Archiving onto a file system that is really full.
+// Archiving onto a file system that is actually full.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -29,8 +29,8 @@ class ArchiveFullDisk : public test::ArchivedFolders {
     }
   }
 
-  // Archives onto a disk of one megabyte that holds these files. What the user is told,
-  // the state afterwards, and what names there are besides.
+  // Archives onto a disk of one megabyte that holds these files. Returns what the user is
+  // told, the state afterwards, and any unexpected names.
   std::string archiveOnto(const std::vector<std::pair<const char*, std::string>>& earlier) {
     givenFiles(data_, working_);
     write(data_ / "load.txt", "/Archives/April\r\n");
@@ -52,7 +52,7 @@ class ArchiveFullDisk : public test::ArchivedFolders {
     return read(report);
   }
 
-  // The disk was the child's own: here the folder below it is still empty.
+  // The disk was mounted in the child only, so here the folder is still empty.
   void expectNoMountLeft() { EXPECT_EQ(namesIn(may_), Strings{}); }
 };
 
@@ -61,7 +61,7 @@ TEST_F(ArchiveFullDisk, LeavesWholeFilesAndTheWorkingData) {
   expectNoMountLeft();
 }
 
-// Purchases alone do not count as an archive, and so are not deleted before.
+// Purchases alone do not count as an archive, so they are not deleted first.
 TEST_F(ArchiveFullDisk, LeavesTheFileItCouldNotReplaceWhole) {
   EXPECT_EQ(archiveOnto({{"purchases.dat", archived_[2]}}),
             "Unable to archive sites. Disk full. w-a- wwww b");

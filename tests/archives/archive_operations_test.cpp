@@ -32,7 +32,8 @@ class ArchiveOperationsTest : public testing::Test {
  protected:
   ArchiveOperationsTest() { paths_.setFolder(kData); }
 
-  // Every file has one byte: "nupi" is all four, "n-0i" lacks the notes and has no purchases.
+  // Each file has at most one byte: in "nupi" all four have one; in "n-0i" the notes are
+  // missing and the purchases are empty.
   void given(const Path& folder, const std::string& state) {
     memory_.givenAFolder(folder);
     for (std::size_t i = 0; i < 4; ++i) {
@@ -63,7 +64,7 @@ class ArchiveOperationsTest : public testing::Test {
 
   void archive(EarlierArchive earlier) { moveIntoArchive(files_, paths_, kMay, earlier); }
 
-  // What the caller does between the steps leaves the files alone.
+  // The caller's work between the two steps does not touch the files.
   void load(const Path& folder = kMay) {
     paths_.setFilesFolder(folder);
     takeOverArchive(files_, appPaths_, paths_, folder);
@@ -249,7 +250,7 @@ TEST_F(ArchiveOperationsTest, CopyTheWorkingFilesOntoThemselvesAndEmptyThem) {
   EXPECT_EQ(stateOf(kData), "0000");
 }
 
-// As after a load that failed: the archive is what is displayed.
+// Occurs after a failed load: the archive itself is displayed.
 TEST_F(ArchiveOperationsTest, KeepAnArchiveThatIsArchivedOntoItself) {
   given(kMay, "NUPI");
   given(kData, "nupi");

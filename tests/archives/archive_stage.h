@@ -1,5 +1,5 @@
-// A main window, and a disk in memory with a few archives on it: what the archive
-// dialogs work with.
+// A main window and a disk in memory with a few archives on it, for the tests of the
+// archive dialogs.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -100,7 +100,7 @@ class ArchiveStage : public ::testing::Test {
     doubleClickOn(control<FolderList>(dialog, "Dir1"), folder);
   }
 
-  // As the user does: with the keyboard, which needs no list to open.
+  // Chooses the drive with the keyboard, which does not open the list.
   static void chooseDrive(QWidget& dialog, const char* drive) {
     auto& drives = control<DriveList>(dialog, "Drive1");
     const int row = drives.findText(QString::fromUtf8(drive));
@@ -113,8 +113,8 @@ class ArchiveStage : public ::testing::Test {
     return control<DriveList>(dialog, "Drive1").currentText().toStdString();
   }
 
-  // The controls that Tab reaches in turn from the one that has the focus, and
-  // back to it.
+  // The controls that Tab reaches, from the one that has the focus until it comes back to
+  // it.
   static Texts tabThrough(QWidget& dialog) {
     dialog.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));

@@ -1,6 +1,6 @@
-// A program folder on the real disk with working data and one archive, for tests
-// of what is left of them after a crash or on a full disk. The files are written
-// here by hand, and looked at from outside the program.
+// A program folder on the real disk with working data and one archive, for tests of what
+// remains of them after a crash or on a full disk. These helpers write and read the files
+// themselves, without the code of the program.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,11 +19,11 @@
 
 namespace quorrix::test {
 
-// Some of the files fill more than one block of a copy, so that half of one can be
-// told from the whole.
+// Every file fills more than one block of a copy, so that half a file differs from a
+// whole one.
 class ArchivedFolders : public testing::Test {
  protected:
-  // In the order of the letters of a state, which is that of archiving.
+  // In the order of the letters of a state, which is the order of archiving.
   static constexpr const char* kNames[] = {"nodes.dat", "notes.dat", "purchases.dat", "info.dat"};
 
   ArchivedFolders() {
@@ -42,14 +42,14 @@ class ArchivedFolders : public testing::Test {
     return text + "~\n";
   }
 
-  // Each longer than the one that archiving copies before it.
+  // In the order of archiving, each is longer than the one before.
   const std::vector<std::string> working_{
       repeated(1000, siteRecord("working.site.example")),  // 322,000 bytes
       repeated(900, otherRecord("a working note")),        // 450,000
       repeated(1000, otherRecord("a working purchase")),   // 500,000
       repeated(1200, otherRecord("a working user ID"))};   // 600,000
 
-  // Each longer than the one that loading copies before it.
+  // In the order of loading, each is longer than the one before.
   const std::vector<std::string> archived_{
       repeated(1000, siteRecord("archived.site.example")),  // 322,000 bytes
       repeated(1000, otherRecord("an archived note")),      // 500,000
@@ -76,7 +76,7 @@ class ArchivedFolders : public testing::Test {
     for (std::size_t i = 0; i < 4; ++i) write(folder / kNames[i], contents[i]);
   }
 
-  // Both folders whole, and load.txt with the archive before.
+  // Both folders are complete, and load.txt names an earlier archive.
   void givenWorkingDataAndAnArchive() {
     givenFiles(may_, archived_);
     givenFiles(data_, working_);
@@ -92,7 +92,7 @@ class ArchivedFolders : public testing::Test {
     return names;
   }
 
-  // Names besides the data files and load.txt, of both folders.
+  // The names in both folders, except those of the data files and load.txt.
   [[nodiscard]] std::vector<std::string> strangeNames() const {
     std::vector<std::string> strange;
     for (const Path& folder : {may_, data_}) {
@@ -105,16 +105,17 @@ class ArchivedFolders : public testing::Test {
     return strange;
   }
 
-  // The archive's four files, the working ones, and load.txt. "w" is the whole file
-  // of the working data and "a" that of the archive, "0" is empty and "-" missing;
-  // in load.txt "b" is the archive before, "m" is May, "n" is none. "?" is anything
-  // else, half a file for example.
+  // The archive's four files, the working ones, and load.txt. "w" is the whole file of
+  // the working data and "a" that of the archive; "0" is an empty file and "-" a missing
+  // one. In load.txt, "b" is the earlier archive, "m" is May, and "n" is none. "?" is
+  // anything else, such as half a file.
   [[nodiscard]] std::string state() const {
     return letters(may_) + " " + letters(data_) + " " + recordLetter();
   }
 
-  // The program is started again where `before` is what it finds: it shows the sites
-  // of the site file, and the archive that load.txt names. No data file is missing then.
+  // Starts the program again on the state `before`. Expects that it shows the sites of
+  // the site file and the archive that load.txt names, and that no data file is missing
+  // then.
   void expectToStartOn(const std::string& before) {
     ProgramOnDisk program(files_, folder_.path());
     EXPECT_TRUE(program.start());

@@ -55,7 +55,7 @@ TEST_F(DeleteArchiveDialogTest, NamesTheFolderWholeWhateverItsCharacters) {
 }
 
 TEST_F(DeleteArchiveDialogTest, DeletesAmongTheFilesThatItShows) {
-  disk_.givenAFile("/opt/quorrix/Archives/May/info.dat", "");  // after they were listed
+  disk_.givenAFile("/opt/quorrix/Archives/May/info.dat", "");  // after the dialog listed them
   expectQuestion(MessageBoxButton::Ok);
   messageBox_.expect(kDeleted, MessageBoxStyle::Information);
   press(dialog_, "OKButton");

@@ -67,7 +67,7 @@ TEST_F(FolderListTest, IndentsEachFolderBelowTheOneThatHoldsIt) {
             folders_.fontMetrics().horizontalAdvance(QStringLiteral("Data")) + 30);
 }
 
-// On a highlight of the same colour an icon could not be made out.
+// An icon could not be seen on a highlight of the same colour.
 TEST_F(FolderListTest, HighlightsTheNameAndNotTheIcon) {
   QPalette palette = folders_.palette();
   palette.setColor(QPalette::Base, Qt::white);

@@ -39,7 +39,7 @@ class NewArchiveDialogTest : public test::ArchiveStage {
     makeFolder("July", "Create new archive folder 'July' in '/opt/quorrix/Archives'?");
   }
 
-  // What the New button opens, and what the user does there.
+  // Presses New, and runs `inDialog` on the dialog that opens.
   void pressNew(const std::function<void(QWidget&)>& inDialog) {
     QTimer::singleShot(0, &archiveDialog_, [&] {
       QWidget* const opened = QApplication::activeModalWidget();
@@ -108,7 +108,7 @@ TEST_F(NewArchiveDialogTest, MakesTheFolderAndSendsTheArchiveDialogThere) {
 
 TEST_F(NewArchiveDialogTest, MakesTheFolderOnAnotherDrive) {
   open();
-  control<QComboBox>(dialog_, "Drive1").setCurrentIndex(1);  // tells nobody
+  control<QComboBox>(dialog_, "Drive1").setCurrentIndex(1);  // the dialog is not notified
   chooseDrive(dialog_, "/media/stick");
   EXPECT_EQ(openFolderOf(dialog_), "/media/stick");
   makeFolder("July", "Create new archive folder 'July' in '/media/stick'?");
@@ -281,7 +281,7 @@ TEST_F(NewArchiveDialogTest, IsOpenedByTheNewButton) {
 TEST_F(NewArchiveDialogTest, IsNotShownByTheNewButtonWhenItsLoadFails) {
   disk_.failListing("/opt/quorrix/Archives", 71);
   messageBox_.expect("Disk not ready.", MessageBoxStyle::Critical);
-  press(archiveDialog_, "NewButton");  // returns, for nothing modal is open
+  press(archiveDialog_, "NewButton");  // returns because nothing modal is open
   EXPECT_EQ(archiveDialog_.cursor().shape(), Qt::ArrowCursor);
   EXPECT_TRUE(archiveDialog_.isVisible());
 }

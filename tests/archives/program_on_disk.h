@@ -1,5 +1,5 @@
-// The program on the real disk, led by a user who chooses an archive command, opens a
-// folder and agrees to every question.
+// The program on the real disk, and a user who chooses an archive command, opens a folder
+// and answers OK to every question.
 #pragma once
 
 #include <QAction>
@@ -34,8 +34,8 @@ class ProgramOnDisk {
   // Whether the start-up succeeded.
   [[nodiscard]] bool start() { return form_.Form_Load(); }
 
-  // `atOK` runs when the folder is chosen and OK is about to be pressed. What the user
-  // reports failures.
+  // `atOK` runs after the folder is chosen and before OK is pressed. Returns the messages
+  // that report failures.
   std::vector<std::string> run(
       const char* command, const Path& folder, const std::function<void()>& atOK = [] {}) {
     messageBox_.sentences.clear();

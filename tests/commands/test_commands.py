@@ -1,7 +1,7 @@
-"""The commands that README.md and CONTRIBUTING.md promise, as far as no other test runs them.
+"""The commands in README.md, CONTRIBUTING.md and packaging/README.md that no other test runs.
 
-QUORRIX_PROGRAM names the program that was built. The presets that `./test` does not build are only
-configured here. CONTRIBUTING.md lists the commands that no test runs to their end.
+QUORRIX_PROGRAM is the path of the built program. The presets that `./test` does not build are only
+configured here. CONTRIBUTING.md lists the commands that no test runs to the end.
 """
 
 import os
@@ -18,7 +18,7 @@ sys.path.insert(0, str(ROOT / "tests/e2e"))
 from support import pictures  # noqa: E402  (found by the line above)
 
 DOCUMENTS = ("README.md", "CONTRIBUTING.md", "packaging/README.md")
-# A file of ours as a command, in a line of code or between backticks.
+# A file of this project used as a command, in a line of code or between backticks.
 COMMAND = re.compile(r"(?:^ {4}|`)(?:\./)?((?:run|test|bench|(?:scripts|packaging)/[\w/-]+))(?=[ `\n])",
                      re.M)
 
@@ -60,7 +60,7 @@ class Commands(unittest.TestCase):
         self.assertGreater(checked, 15)
 
     def assert_configures(self, preset, target, **environment):
-        """The preset has the target. Nothing is compiled."""
+        """Asserts that the preset configures and has the target. Nothing is compiled."""
         with tempfile.TemporaryDirectory() as folder:
             done = run("cmake", "--preset", preset, "-B", folder, **environment)
             self.assertEqual(0, done.returncode, done.stderr)

@@ -1,4 +1,4 @@
-"""What scripts/mutants changes in a source, and what it leaves alone."""
+"""What scripts/mutants changes in a source, what it leaves alone, and which tests it runs."""
 
 import contextlib
 import io
@@ -17,7 +17,7 @@ from mutation.trials import Test, rounds_for, run_tests, tests_of  # noqa: E402
 
 
 def changes(source, *kinds):
-    """What becomes of a source; of its mutants of these kinds."""
+    """The source after each of its mutants of these kinds."""
     return [mutant.applied_to(source) for mutant in mutants_of("a.cpp", source)
             if mutant.kind in kinds]
 

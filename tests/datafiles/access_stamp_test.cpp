@@ -147,8 +147,8 @@ TEST(ReadCalendarDate, FailsForBlanksAndNuls) {
 }
 
 TEST(ReadCalendarDate, FailsForDigitsOfOtherKinds) {
-  EXPECT_EQ(failureOfReading("1/2/2\xB2"), 13);  // a raised two
-  EXPECT_EQ(failureOfReading("\xB9/2/25"), 13);  // a raised one
+  EXPECT_EQ(failureOfReading("1/2/2\xB2"), 13);  // superscript two
+  EXPECT_EQ(failureOfReading("\xB9/2/25"), 13);  // superscript one
 }
 
 TEST(CalendarDate, IsOrderedByYearThenMonthThenDay) {

@@ -30,7 +30,7 @@ class FixedRecordFileTest : public testing::Test {
 
   FixedRecordFile open() { return {files_, path_, kLength, FileAccess::ReadWrite}; }
 
-  // The records that a scan visits, with their numbers.
+  // The records that a scan visits, each with its number.
   Records scanned(std::uint64_t last, ReadFailures onFailure) {
     Records records;
     open().scan(last, onFailure, [&records](std::uint64_t number, std::span<const char> record) {
@@ -196,7 +196,7 @@ TEST_F(FixedRecordFileTest, ScansAFileOfManyBlocks) {
                 return number == expected;
               });
   EXPECT_EQ(expected, kCount);
-  // One call to the system per record would make loading slow; one for all of them would take as
+  // One read per record would make loading slow; one read for all of them would take as
   // much memory as the file is long.
   EXPECT_LT(files_.callsOf(FileCall::ReadAt), 100);
   EXPECT_GT(files_.callsOf(FileCall::ReadAt), 2);

@@ -18,7 +18,7 @@ bool isValid(std::string_view address) { return validateAddress(address).isValid
 
 char flagOf(std::string_view address) { return validateAddress(address).protocolFlag; }
 
-// So many segments: "one.two.three" and then "/s", time and again.
+// An address of this many segments: "one.two.three", then "/s" repeatedly.
 std::string addressOfLevels(std::size_t levels) {
   std::string address = "one.two.three";
   for (std::size_t k = 2; k <= levels; ++k) address += "/s";

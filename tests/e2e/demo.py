@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Shows the program at work without a desktop: demo.py PROGRAM_FOLDER OUTPUT_FOLDER
 
-In a session of its own it starts the program and a real Chromium, visits a dozen pages of a web
-site on loopback with tracking on, leaves a picture of the window in OUTPUT_FOLDER and prints what
-was recorded. PROGRAM_FOLDER is only copied from: the user's own records stay as they are.
+Starts the program and a real Chromium in a private session, turns tracking on, visits a dozen
+pages of a web site on loopback, saves a picture of the window in OUTPUT_FOLDER and prints the
+records. The program runs in a copy of PROGRAM_FOLDER, so the user's own records do not change.
 """
 
 import os
@@ -65,7 +65,9 @@ def visit_all(browser, quorrix):
 
 
 def take_picture(quorrix, output_folder, path):
-    """Of the main window in front, with every branch open: a visit opens the way to its page."""
+    """Takes a picture of the main window once every page shows in the tree.
+
+    Every branch is expanded, because a visit expands the branches that lead to its page."""
     expected = {part for url in PAGES for part in url.rstrip("/").split("/")[2:]}
     wait_until(lambda: expected <= set(quorrix.tree()), "every page to show in the tree")
     window = quorrix.main_window()
@@ -89,5 +91,5 @@ if __name__ == "__main__":
         sys.exit("Usage: demo.py PROGRAM_FOLDER OUTPUT_FOLDER")
     try:
         main(sys.argv[1], sys.argv[2])
-    except Exception as failure:  # Whatever it was, the user gets a sentence.
+    except Exception as failure:  # The user gets a sentence for any failure.
         sys.exit(f"The demonstration did not succeed: {failure}")

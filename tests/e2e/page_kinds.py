@@ -1,5 +1,5 @@
-"""Pages as real sites have them: kept by the browser, slow in parts, sent on from elsewhere, or
-none at all. The modules test_firefox_pages and test_chromium_pages run these scenarios."""
+"""Pages as real sites have them: cached by the browser, loading slowly, redirected, or missing. The
+modules test_firefox_pages, test_chromium_pages and test_gnome_web_pages run these scenarios."""
 
 from support.site_file import time_of
 from support.waiting import wait_until
@@ -18,7 +18,7 @@ class PageKindScenarios:
         self.browser = self.given_a_browser(self.browser_class)
         self.given_tracking()
 
-    # --- pages that the browser has kept ---------------------------------------------------------
+    # --- pages that the browser has cached -------------------------------------------------------
 
     def test_back_and_forward_stamp_a_page_that_the_browser_kept_once_each(self):
         self.see(LEFT, LATER)
@@ -39,7 +39,7 @@ class PageKindScenarios:
         self.see(LEFT, LATER)
         self.assert_stamped_once(LEFT, lambda: self.browser.visit(f"http://{LEFT}"))
 
-    # --- pages that take their time --------------------------------------------------------------
+    # --- slow pages ------------------------------------------------------------------------------
 
     def test_a_page_whose_body_is_slow_is_recorded_once_and_when_it_begins(self):
         body = self.site.given_a_slow_body("http://news.harbour.example/slow-body.html")
@@ -62,7 +62,7 @@ class PageKindScenarios:
         self.assert_nothing_is_written(writes, "a load that was stopped stays stopped")
         self.assert_only_these_are_recorded_after_one_more(LEFT)
 
-    # --- pages that are elsewhere ----------------------------------------------------------------
+    # --- redirects and errors --------------------------------------------------------------------
 
     def test_redirects_of_every_kind_record_only_the_page_that_they_lead_to(self):
         self.site.given_a_redirect("http://www.garden.example/hop-1", "/hop-2", 301)
@@ -81,7 +81,7 @@ class PageKindScenarios:
             self.site.given_an_error(f"http://www.garden.example/error-{status}.html", status)
             self.see(f"www.garden.example/error-{status}.html")
 
-    # --- what is no page -------------------------------------------------------------------------
+    # --- answers that are not pages --------------------------------------------------------------
 
     def test_an_answer_without_content_is_not_recorded(self):
         self.site.given_no_content("http://news.harbour.example/nothing")
@@ -135,8 +135,8 @@ class PageKindScenarios:
         self.see(LEFT)
         writes = self.watch_writes()
         self.browser.visit("http://news.harbour.example/tides.pdf")
-        # While the viewer starts, which it does after the page has its title, GNOME Web answers
-        # nobody: for 0.9 s on a busy machine.
+        # GNOME Web starts its viewer after the page has its title. During that time it does not
+        # answer any question: for 0.9 s on a busy machine.
         self.wait_for_record("news.harbour.example/tides.pdf", seconds=3)
         self.assert_nothing_is_written(writes, "one visit is one record written")
         self.assertEqual(1, writes.now())

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Makes the pictures of the dialogs: screenshots.py PROGRAM_FOLDER OUTPUT_FOLDER
 
-In a session of its own it starts the program with a few sites in the tree, fills each dialog in as
-a user would, and leaves a picture of it in OUTPUT_FOLDER. PROGRAM_FOLDER is only copied from.
+Starts a copy of the program in PROGRAM_FOLDER in a private session, with a few sites in the tree,
+fills in each dialog as a user would, and saves a picture of it in OUTPUT_FOLDER.
 """
 
 import os
@@ -54,8 +54,8 @@ PURCHASES = (
 )
 
 
-# The archive dialogs show whole paths: the program runs where a reader might keep it, in a home
-# that it alone sees.
+# The archive dialogs show full paths. So the program runs in a folder where a reader might keep it,
+# in a /home that only the program sees.
 SHOWN_FOLDER = "/home/anna/Quorrix"
 AT_HOME = ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
            "--propagation", "private", "sh", "-c",
@@ -95,7 +95,7 @@ def given_an_archive(folder):
 
 
 class OpenWindow:
-    """Waits until the window of that title has the keyboard."""
+    """Waits until the window with that title has the focus."""
 
     def __init__(self, quorrix, title):
         self.quorrix = quorrix
@@ -185,7 +185,7 @@ class Photographer:
         results.close_with("Cancel")
 
     def _keep(self, name, texts, picture=None):
-        """Fills a dialog in, takes the picture if one is wanted, and saves."""
+        """Fills in a dialog, takes a picture if `picture` is given, and saves."""
         dialog = self._open(name)
         for box, text in texts:
             dialog.type_into(box, text)
@@ -197,7 +197,7 @@ class Photographer:
         return RecordDialog.open(self.quorrix, SITE, name + "...", f"{name} - {SITE}")
 
     def _take(self, dialog, name):
-        """Of a window alone, with its frame."""
+        """Takes a picture of the dialog's window, including its frame."""
         path = os.path.join(self.folder, name)
         self.quorrix.session.screen.save_picture(path, dialog.window())
         print(path)
@@ -208,5 +208,5 @@ if __name__ == "__main__":
         sys.exit("Usage: screenshots.py PROGRAM_FOLDER OUTPUT_FOLDER")
     try:
         main(sys.argv[1], sys.argv[2])
-    except Exception as failure:  # Whatever it was, the user gets a sentence.
+    except Exception as failure:  # The user gets a sentence for any failure.
         sys.exit(f"The pictures were not made: {failure}")

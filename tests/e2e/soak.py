@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""Browses at random with a real browser and compares what is recorded with what is to be:
+"""Browses at random with a real browser and compares what is recorded with what is expected:
 soak.py --browser firefox|chromium --steps 2000 --seed N [--verbose]
 
-QUORRIX_PROGRAM names the program's executable. Exit status 1 when the aims are missed.
+QUORRIX_PROGRAM is the path of the program. The exit status is 1 if the aims are missed.
 """
 
 import argparse

@@ -1,4 +1,4 @@
-"""The session's accessibility: off when the program starts, and gone while it tracks."""
+"""The session's accessibility: off when the program starts, or lost while it tracks."""
 
 import unittest
 
@@ -47,7 +47,7 @@ class BusIsGone(QuorrixTest):
             self.session.kill_accessibility_bus()
             self.assert_nothing_is_written(self.watch_writes(), "no bus, no visit")
             self.session.switch_accessibility(True)
-            # A browser joins the new bus when it starts; the old one stays off it.
+            # A browser joins the new bus when it starts; one that is already running does not.
             firefox.close()
             again = self.given_a_browser(Firefox, HOME)
             self.assert_tracking_goes_on(again, "http://www.garden.example/after.html",

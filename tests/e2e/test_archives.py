@@ -1,4 +1,4 @@
-"""Archiving the display, loading an archive back, and deleting it, as a user does it."""
+"""Archiving the display, loading an archive, and deleting it, as a user does it."""
 
 import os
 import subprocess
@@ -19,10 +19,10 @@ PURCHASES = (b"www.garden.example/roses" + b" " * 276 + b"3/14/26 10:00:00 AM~" 
 DATA = {"nodes.dat": SITES, "notes.dat": NOTES, "info.dat": USERS, "purchases.dat": PURCHASES}
 NOTHING = dict.fromkeys(DATA, b"")
 
-# Blanks, markup, what stands for a changed window, a mnemonic, and a letter beyond ASCII.
+# Blanks, markup, Qt's placeholder for a modified window, a mnemonic, and a non-ASCII letter.
 NAME = "M\u00e4y <b> [*] & 'x'"
 
-# A stick of two megabytes at /media/stick, which only the program that is started so sees.
+# A USB stick of two megabytes at /media/stick, visible only to a program that is started this way.
 A_STICK = ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
            "--propagation", "private", "sh", "-c",
            "mount -t tmpfs quorrix-test /media && mkdir /media/stick && "
@@ -32,7 +32,7 @@ STOP_FIRST = "You must stop tracking websites before using this feature."
 
 
 class ArchiveTest(QuorrixTest):
-    """With some sites and what is kept for them, and hands for the archive dialogs."""
+    """Some sites with their records, and methods for the archive dialogs."""
 
     launcher = []
 

@@ -1,4 +1,4 @@
-"""Firefox and Chromium side by side: the one that was used last is the one that is read."""
+"""Firefox and Chromium side by side: only the one that was used last is read."""
 
 import unittest
 
@@ -87,7 +87,7 @@ class BrowsersTogether(QuorrixTest):
 
     def test_the_one_used_last_before_tracking_starts_is_the_one_that_is_read(self):
         for browser in (self.firefox, self.chromium):
-            # Shown twice: a page that the browser keeps would not be asked for the second time.
+            # It is shown twice, and the browser would not ask again for a cached page.
             self.site.given_an_uncacheable_page(
                 f"http://www.garden.example/shown-by-{browser.name}.html")
         for used, other in ((self.firefox, self.chromium), (self.chromium, self.firefox)):
@@ -109,7 +109,8 @@ class BrowsersTogether(QuorrixTest):
                                  self.quorrix.addresses_and_flags()[len(before):])
 
     def is_active(self, browser):
-        """Whether the browser says so itself, which on a busy machine is a second later."""
+        """Whether the browser itself reports an active window. On a busy machine this takes a
+        second."""
         program = self.quorrix.bus.application_of(browser.process.pid)
         return any(window.has_state(STATE_ACTIVE) for window in program.children())
 
@@ -119,7 +120,7 @@ class BrowsersTogether(QuorrixTest):
         return f"http://www.harbour.example/{browser.name}/arrived.html"
 
     def given_a_page_that_leaves_by_itself(self, browser):
-        """Shows a page that goes elsewhere when the returned function is called."""
+        """Shows a page that navigates away when the returned function is called."""
         place = f"http://www.harbour.example/{browser.name}"
         signal = self.site.given_a_slow_page(f"{place}/signal")
         self.site.given_a_page(f"{place}/waiting.html", script=(

@@ -1,4 +1,4 @@
-"""The scenarios of every browser, with the real Chromium."""
+"""The scenarios for every browser, with the real Chromium."""
 
 import unittest
 

@@ -1,4 +1,4 @@
-"""The scenarios of every kind of page, with the real Chromium."""
+"""The scenarios for every kind of page, with the real Chromium."""
 
 import unittest
 
@@ -18,7 +18,7 @@ class ChromiumPages(PageKindScenarios, QuorrixTest):
 
 
 class SidePanelOfChromium(QuorrixTest):
-    """Once one is open, the window names its document on the bus instead of the page's."""
+    """While a side panel is open, the window exposes its document on the bus, not the page's."""
 
     def test_pages_beside_it_are_recorded(self):
         self.quorrix.start()
@@ -51,7 +51,7 @@ class SidePanelOfChromium(QuorrixTest):
         self.assert_sites((FIRST, "N"), ("www.garden.example/pushed.html", "N"), (SECOND, "N"))
 
     def open_reading_mode(self, browser):
-        """And waits until the window names it."""
+        """Opens the reading mode, and waits until the window exposes it on the bus."""
         bus = AccessibilityBus(self.session)
         self.addCleanup(bus.close)
         browser.use()
@@ -73,7 +73,7 @@ class BookmarksOfChromium(QuorrixTest):
         self.given_tracking()
         self.wait_for_record(BOOKMARKS[0].removeprefix("http://"))
         writes = self.watch_writes()
-        # The address bar shows the bookmark's address while the page is still the other one.
+        # The address bar already shows the bookmark's address while the old page is still shown.
         browser.click_bookmark(SLOW_BOOKMARK)
         self.assertTrue(slow.asked.wait(5))
         self.assert_nothing_is_written(writes, "nothing of it has been shown yet")

@@ -1,4 +1,4 @@
-"""What tracking costs: questions on the bus, milliseconds a pass, and processor time."""
+"""The cost of tracking: calls on the bus, milliseconds per pass, and processor time."""
 
 import time
 import unittest
@@ -30,7 +30,7 @@ class CostOfTracking(QuorrixTest):
             url = f"http://www.garden.example/long-{browser.name}.html"
             self.site.given_a_page(url, body=LONG_PAGE)
             browser.visit(url)
-            # Chromium itself takes a while to put so long a page on the bus.
+            # Chromium itself takes a while to expose such a long page on the bus.
             self.wait_for_record(f"www.garden.example/long-{browser.name}.html", seconds=10)
         long = self.watch_calls("pages of 5,000 paragraphs")
         for watch in (short, long):
@@ -52,7 +52,8 @@ class CostOfTracking(QuorrixTest):
         self.assertLess(tracking["the program"], 1)
 
     def shares_of_one_core(self, programs):
-        """In percent, over IDLE_SECONDS."""
+        """A dict from names of programs to their processor time in percent of one core, averaged
+        over IDLE_SECONDS."""
         def spent():
             return {name: sum(processes.processor_seconds(one) for one in ids
                               if processes.is_running(one))

@@ -1,4 +1,4 @@
-"""The scenarios of every browser, with the real Firefox."""
+"""The scenarios for every browser, with the real Firefox."""
 
 import unittest
 

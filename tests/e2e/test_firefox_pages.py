@@ -1,4 +1,4 @@
-"""The scenarios of every kind of page, with the real Firefox."""
+"""The scenarios for every kind of page, with the real Firefox."""
 
 import unittest
 
@@ -9,7 +9,7 @@ from support.scenario import QuorrixTest
 
 class FirefoxPages(PageKindScenarios, QuorrixTest):
     browser_class = Firefox
-    navigations = 100  # a fault in 3 of 100 shows in 19 of 20 runs
+    navigations = 100  # detects a fault in 3 of 100 navigations in 19 of 20 runs
 
 
 if __name__ == "__main__":

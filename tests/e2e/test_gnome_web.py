@@ -1,4 +1,4 @@
-"""The scenarios of every browser, with the real GNOME Web, and those that it alone needs."""
+"""The scenarios for every browser, with the real GNOME Web, and those for GNOME Web only."""
 
 import unittest
 
@@ -34,11 +34,11 @@ class GnomeWebVisits(VisitScenarios, KeptBrowserTest):
         self.assert_sites((LINKING, "N"), (NEXT, "N"))
 
     def test_a_browser_with_nothing_but_a_private_window_is_not_recorded(self):
-        """Its private windows have a process of their own, so the ordinary one comes and goes."""
+        """Private windows run in a separate process, so the ordinary one can start and end."""
         incognito = self.given_no_browser_yet(GnomeWeb)
         self.given_tracking()
         incognito.start_private("http://www.secret.example/alone.html")
-        # A window without an ordinary process counts as private for good after three seconds.
+        # A window counts as private permanently after three seconds without an ordinary process.
         self.assert_nothing_is_recorded_but(seconds=LONG_ENOUGH + 3)
         ordinary = self.given_a_browser(GnomeWeb)
         self.assert_tracking_goes_on(ordinary, f"http://{BEFORE}", BEFORE)

@@ -1,4 +1,4 @@
-"""The scenarios about kinds of pages, with the real GNOME Web."""
+"""The scenarios for every kind of page, with the real GNOME Web."""
 
 import unittest
 

@@ -1,4 +1,4 @@
-"""Help and About as a user opens them, from the menu and by the keyboard."""
+"""Help and About, opened from the menu and with the keyboard."""
 
 import os
 import unittest
@@ -51,7 +51,7 @@ class Help(QuorrixTest):
 
     def test_the_menu_opens_the_manual(self):
         self.open_help()
-        manual = self.control("label", "Manual").text  # which is what Qt calls a page to read
+        manual = self.control("label", "Manual").text  # the role of a read-only page in Qt
         self.assertTrue(manual.startswith("Quorrix manual"), manual[:80])
         self.assertIn("Passwords are in clear text", manual)
         entries = [entry.name for entry in self.control("tree", "Contents").children()]

@@ -1,5 +1,5 @@
-"""Browsers that speak other languages, have profiles with names of their own, or a guest: their
-ordinary windows are recorded, and nothing of their private ones."""
+"""Browsers in other languages, with named profiles, or with a guest: their ordinary windows are
+recorded, and their private ones are not."""
 
 import contextlib
 import unittest
@@ -94,7 +94,7 @@ class Languages(QuorrixTest):
         self.assert_sites(*self.recorded)
 
     def assert_windows_are_named(self, browser, *names):
-        """Proves that the browser was in the language, and had the windows, that it should."""
+        """Proves that the browser has the expected language and windows."""
         bus = AccessibilityBus(self.session)
         self.addCleanup(bus.close)
         windows = [window.name for window in bus.application_of(browser.process.pid).children()]

@@ -1,4 +1,4 @@
-"""Pictures of windows: those of the documents, and how they are taken."""
+"""Pictures of windows: those in the documents, and how they are taken."""
 
 import os
 import subprocess
@@ -44,7 +44,7 @@ class Taking(QuorrixTest):
         self.quorrix.choose("Help", "Help")
         window = wait_until(lambda: next((window for window in self.quorrix.windows()
                                           if window.title == "Quorrix Help"), None), "the help")
-        # It takes the keyboard when it opens, which no window used before that would keep.
+        # The help takes the focus when it opens, so no other window may be used before that.
         wait_until(window.is_active, "the help to have the keyboard")
         return window
 

@@ -1,4 +1,4 @@
-"""What is kept stays with its owner: in the files, in what the program prints, and off the network."""
+"""The user's data stays private: in the files, in the program's output, and on the network."""
 
 import os
 import re
@@ -27,7 +27,7 @@ ANY_CORE = ["prlimit", "--core=unlimited"]
 
 
 def dumps_core(command):
-    with tempfile.TemporaryDirectory() as folder:  # where a core would be left
+    with tempfile.TemporaryDirectory() as folder:  # for the core file
         process = subprocess.Popen(command, cwd=folder)
         return os.WCOREDUMP(os.waitpid(process.pid, 0)[1])
 
@@ -48,8 +48,8 @@ class PrivacyTest(QuorrixTest):
         dialog.close_with("OK")
 
     def use_everything(self):
-        """Every command that reads or writes what is kept, but for the link to the browser, which
-        is another program's."""
+        """Uses every command that reads or writes data, except the link to the browser, which
+        starts another program."""
         self.keep("Notes", ("Notes", NOTE))
         self.keep("User ID, Password", ("User ID", USER_ID), ("Password", PASSWORD))
         self.keep("New Purchase", ("Item", ITEM))

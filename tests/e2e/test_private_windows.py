@@ -1,5 +1,5 @@
-"""Private windows in every order with ordinary ones, in front and behind, that reload themselves
-and open popups: nothing of them is recorded, and the ordinary ones go on being recorded."""
+"""Private and ordinary windows in every order. The private ones, in front and behind, reload
+themselves and open popups. They are never recorded, and the ordinary ones still are."""
 
 import unittest
 
@@ -35,8 +35,8 @@ class PrivateWindowTest(QuorrixTest):
             f" window.open('{popup}', 'popup', 'width=600,height=400'); }};"))
 
     def given_private_windows(self, open_window, **options):
-        """A private window and a popup of it, which was in front first; both show pages that
-        reload themselves."""
+        """Opens a private window and a popup of it, and then uses the window again. Both show pages
+        that keep reloading."""
         self.private_pages = [self.given_restless_pages(), self.given_restless_pages()]
         of_window, of_popup = self.private_pages
         opener = f"http://www.secret.example/opener-{self.places}.html"
@@ -77,7 +77,7 @@ class PrivateWindowTest(QuorrixTest):
         writes = self.watch_writes()
         self.browser.close_window()
         self.browser.window = opener
-        self.wait_for_write(writes, 1, seconds=2)  # its page is the one that is shown again
+        self.wait_for_write(writes, 1, seconds=2)  # the opener's page is shown again
 
     def assert_nothing_is_recorded(self):
         holds_for(LONG_ENOUGH, lambda: self.quorrix.records() == [],
@@ -202,7 +202,7 @@ class FirefoxPrivateWindows(PrivateWindowScenarios, PrivateWindowTest):
 class ChromiumPrivateWindows(PrivateWindowScenarios, PrivateWindowTest):
     browser_class = Chromium
     private_options = ("--incognito", "--guest")
-    # What a guest's browser would open without a profile is another window of the guest.
+    # Without a profile, a browser in guest mode would open another guest window.
     ordinary_option = "--profile-directory=Default"
 
 

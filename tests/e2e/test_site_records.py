@@ -1,6 +1,6 @@
-"""The popup menu of a site and the notes, user ID with password and purchases kept for it.
+"""The popup menu of a site, and its notes, user ID with password, and purchases.
 
-Without a browser: the sites are in the tree because they are in nodes.dat when the program starts.
+No browser is needed: nodes.dat contains the sites when the program starts.
 """
 
 import unittest
@@ -18,7 +18,7 @@ SITES = (b"www.garden.example/roses/climbing" + b" " * 267 + b"N" + b"2/29/24 12
          + b"www.garden.example/herbs" + b" " * 276 + b"N" + b"2/29/24 12:06:00 AM~ "
          + b"news.harbour.example" + b" " * 280 + b"S" + b"11/3/25 1:00:00 PM~  ")
 
-# The popup menu's entries and the captions of what they open.
+# The popup menu's entries, and the beginnings of the captions of the dialogs that they open.
 NOTES = ("Notes...", "Notes - ")
 USER_ID_PASSWORD = ("User ID, Password...", "User ID, Password - ")
 NEW_PURCHASE = ("New Purchase...", "New Purchase - ")
@@ -51,7 +51,7 @@ class SiteRecordsTest(QuorrixTest):
         self.assertEqual("Quorrix", self.quorrix.message_title())
 
     def assert_tab_order(self, dialog, *names):
-        """From the control that has the keyboard first, and round to it again."""
+        """`names` is the tab order, starting with the control that has the focus first."""
         self.assertEqual(names[0], dialog.focused())
         for name in (*names[1:], names[0]):
             dialog.press_key("Tab")
@@ -78,7 +78,7 @@ class PopupMenuOfTheTree(SiteRecordsTest):
                          menu.captions())
         self.assertEqual(menu.captions(), menu.enabled_captions())
         menu.dismiss()
-        # It is one menu for all rows; with nothing to choose no key would find it.
+        # All rows share one menu. With all entries disabled, no key can select one.
         self.quorrix.click_row("www", 3)
         wait_until(menu.is_open, "the menu of the root")
         self.assertEqual([], menu.enabled_captions())
@@ -104,7 +104,7 @@ class Notes(SiteRecordsTest):
         PopupMenu(self.quorrix, GARDEN).choose("Show All")
         self.quorrix.wait_for_tree("www", GARDEN, "roses", "climbing", "herbs",
                                    "news.harbour.example")
-        # A row below a host shows the end of its key only.
+        # A row below a host shows only the end of its key.
         PopupMenu(self.quorrix, "climbing").choose("Notes...")
         dialog = RecordDialog(self.quorrix, "Notes - www.garden.example/roses/climbing")
         self.assertEqual("", dialog.text_of("Notes"))
@@ -129,7 +129,7 @@ class Notes(SiteRecordsTest):
         self.assertEqual(GARDEN_NOTES, self.bytes_of("notes.dat"))
         dialog = self.open(NOTES)
         self.press_delete(dialog, "Delete notes?")
-        self.quorrix.answer_message_with_key("Return")  # Cancel is the default.
+        self.quorrix.answer_message_with_key("Return")  # presses Cancel, the default
         self.assertEqual(GARDEN_NOTES, self.bytes_of("notes.dat"))
         self.press_delete(dialog, "Delete notes?")
         self.quorrix.answer_message("OK")
@@ -369,7 +369,7 @@ class Place(SiteRecordsTest):
 
     @staticmethod
     def middle(extents, window):
-        """Of a window with its frame."""
+        """The middle of a window including its frame."""
         x, y, width, height = extents
         left, right, top, bottom = window.frame_widths()
         return x + (width + right - left) / 2, y + (height + bottom - top) / 2

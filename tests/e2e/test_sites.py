@@ -1,7 +1,7 @@
 """Finding sites, opening them in the browser, deleting them and clearing the display.
 
-Without a browser: the sites are in the files when the program starts, and what the program opens
-an address with is replaced by a program that writes down what it was asked to open.
+No browser is needed: the files contain the sites when the program starts, and the program that
+Quorrix calls to open an address is replaced by one that logs its arguments.
 """
 
 import os
@@ -17,7 +17,7 @@ GARDEN = "www.garden.example"
 HARBOUR = "news.harbour.example"
 MEADOW = "gardening.meadow.example"
 
-# Recorded in another order than the tree shows them, and the roses twice.
+# Recorded in a different order than in the tree; the roses are recorded twice.
 ROSES_SITE = b"www.garden.example/roses" + b" " * 276 + b"N" + b"3/14/26 10:00:00 AM~ "
 HARBOUR_SITE = b"news.harbour.example" + b" " * 280 + b"S" + b"11/3/25 1:00:00 PM~  "
 HERBS_SITE = b"www.garden.example/herbs" + b" " * 276 + b"S" + b"2/29/24 12:05:09 AM~ "
@@ -30,7 +30,7 @@ GARDEN_KEY = b"www.garden.example" + b" " * 282
 ROSES_KEY = b"www.garden.example/roses" + b" " * 276
 HERBS_KEY = b"www.garden.example/herbs" + b" " * 276
 HARBOUR_KEY = b"news.harbour.example" + b" " * 280
-# Other sites, although they begin like one that is deleted or differ in case only.
+# Different sites, although one begins like a deleted one and the other differs only in case.
 HERBSTER_KEY = b"www.garden.example/herbster" + b" " * 273
 CAPITAL_KEY = b"www.garden.example/Herbs" + b" " * 276
 
@@ -52,7 +52,7 @@ GLOVES = (b"3/15/26 9:30:00 AM~" + b" " * 6 + b"8~" + b" " * 10 + b"~" + b" " * 
 PURCHASES = (ROSES_KEY + SHEARS + HARBOUR_KEY + GLOVES + ROSES_KEY + GLOVES
              + GARDEN_KEY + SHEARS)
 
-# Of a site that is in a file twice the first record only goes.
+# If a file contains a site twice, only the first record is deleted.
 SITES_WITHOUT_GARDEN = (b" " * 322 + HARBOUR_SITE + b" " * 322 + b" " * 322 + ROSES_AGAIN_SITE
                         + MEADOW_SITE)
 NOTES_WITHOUT_GARDEN = HERBSTER_NOTES + b" " * 1324 + b" " * 1324
@@ -138,7 +138,8 @@ class Search(SitesTest):
         self.assert_files(SITES, PURCHASES, NOTES, USERS)
 
     def assert_in_the_corner(self, results):
-        """Of the screen, and as large with its frame as it is to be."""
+        """Checks that the results are in the corner of the screen and, with their frame, have the
+        specified size."""
         x, y, width, height = results.extents()
         left, right, top, bottom = results.window().frame_widths()
         self.assertEqual((0, 0, 511, 220),
@@ -197,7 +198,7 @@ class Locate(SitesTest):
     def given_results(self, text):
         self.given_the_program()
         results = self.search_address(text)
-        # Beside the results, so that the rows can be clicked, and still under them.
+        # Next to the results, so that the rows can be clicked, but still overlapping them.
         self.quorrix.main_window().move(200, 100)
         wait_until(lambda: self.quorrix.frame().extents()[0] < 250, "the main window to move")
         return results
@@ -214,7 +215,7 @@ class Locate(SitesTest):
         wait_until(self.quorrix.main_window().is_active, "the main window to be active")
         self.assertTrue(results.window().is_above(self.quorrix.main_window()))
         self.assertTrue(results.window().stays_on_top())
-        # Either entry of a site that is there twice leads to its only row.
+        # Both entries of a site that is recorded twice lead to its only row.
         for number in (0, 3):
             self.click_row_and_wait("www", "Quorrix")
             results.window().use()
@@ -284,7 +285,7 @@ class LinkInBrowser(SitesTest):
             self.opener + ":" + self.session.environment["PATH"]
 
     def arguments(self):
-        """What the opener was last given; it is then ready for the next time."""
+        """Waits for the opener to run; returns its arguments and deletes their file."""
         path = os.path.join(self.opener, "arguments")
         wait_until(lambda: os.path.exists(path), "the opener to be run")
         with open(path, "rb") as file:
@@ -307,7 +308,7 @@ class LinkInBrowser(SitesTest):
         self.assertIsNone(self.quorrix.message())
 
     def test_the_browser_gets_the_environment_that_the_program_was_started_with(self):
-        """As on a Wayland desktop with XWayland, where the program chooses XWayland for itself."""
+        """As on a Wayland desktop with XWayland: the program sets QT_QPA_PLATFORM for itself."""
         self.given_bytes("nodes.dat", SITES)
         self.given_an_opener()
         self.quorrix.more_environment["WAYLAND_DISPLAY"] = "no-such-display"
@@ -343,10 +344,10 @@ class DeleteSites(SitesTest):
         results = self.search_address("garden")
         self.click_row_and_wait(GARDEN, "Quorrix - " + GARDEN)
         self.use_file_menu("d")
-        self.assert_message(DELETE_ANYWAY)  # Return presses Cancel.
+        self.assert_message(DELETE_ANYWAY)  # answers with Cancel, by Return
         self.use_file_menu("d")
         self.assertEqual(DELETE_ANYWAY, self.quorrix.wait_for_message())
-        # That it asks again shows that it is through with the first answer.
+        # The second question shows that the first answer has been processed.
         self.assert_files(SITES, PURCHASES, NOTES, USERS)
         self.assertEqual(["www", GARDEN, HARBOUR, MEADOW], self.quorrix.tree())
         self.assertEqual("Quorrix - " + GARDEN, self.quorrix.caption())

@@ -1,4 +1,4 @@
-"""The first hundred steps of a soak, with each of the real browsers; soak.py runs longer ones."""
+"""The first hundred steps of a soak, with a real Firefox and Chromium. soak.py runs longer ones."""
 
 import unittest
 

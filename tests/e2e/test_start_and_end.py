@@ -1,4 +1,4 @@
-"""From the start to the end of the program, without a browser."""
+"""Starting and ending the program, without a browser."""
 
 import os
 import signal
@@ -144,7 +144,7 @@ class StartAndEnd(QuorrixTest):
         self.given_the_program()
         self.assertEqual(["Last archive loaded: none", READY], self.quorrix.texts())
 
-    # --- tracking with nothing to track ----------------------------------------------------------
+    # --- tracking without a browser --------------------------------------------------------------
 
     def test_tracking_without_a_browser_says_that_it_tracks_and_records_nothing(self):
         self.given_the_program()

@@ -1,5 +1,5 @@
-"""The main window names the browsers that cannot be read. Another program's window with a browser's
-title does not keep the real browser from being read."""
+"""The main window names the browsers that cannot be read. A window of another program with the
+title of a browser does not prevent the real browser from being read."""
 
 import os
 import sys
@@ -30,7 +30,7 @@ class UnreadableBrowserTest(QuorrixTest):
         return watch
 
     def assert_was_read_out(self, screen_reader, text):
-        """Screen readers read out each notification that begins to show."""
+        """Checks for the event of a notification that appears, which screen readers read out."""
         notice = self.quorrix.notice()
         wait_until(lambda: any((thing.owner, thing.path) == (notice.owner, notice.path)
                                for thing in screen_reader.heard()), "the event of the notice")
@@ -134,7 +134,7 @@ class LookAlikes(QuorrixTest):
         self.assert_sites(("www.garden.example/shown.html", "N"))
 
     def given_a_window(self, title, program):
-        """The window of another program, which has come to the accessibility bus as well."""
+        """Opens a window of another program; waits until it is also on the accessibility bus."""
         process = self.session.start([
             sys.executable, os.path.abspath(titled_window.__file__), title, program,
             "http://www.secret.example/"])
@@ -150,7 +150,7 @@ class LookAlikes(QuorrixTest):
         return wait_until(lambda: self.session.screen.windows_of([process.pid]), "its window")[0]
 
     def given_a_page_that_leaves_by_itself(self, number):
-        """Shows a page that goes elsewhere when the returned function is called."""
+        """Shows a page that navigates away when the returned function is called."""
         place = f"http://www.garden.example/{number}"
         signal = self.site.given_a_slow_page(f"{place}/signal")
         self.site.given_a_page(f"{place}/waiting.html", script=(

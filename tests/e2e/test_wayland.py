@@ -1,5 +1,5 @@
-"""Browsers that are Wayland clients, and the program among them: through XWayland, and as a
-Wayland client itself where there is no XWayland."""
+"""Browsers that are Wayland clients, with the program on the same desktop: through XWayland, or as
+a Wayland client if there is no XWayland."""
 
 import subprocess
 import unittest
@@ -23,8 +23,7 @@ class WaylandTest(QuorrixTest):
 
     def see(self, browser, address):
         browser.visit(f"http://{address}")
-        # What can be seen of the browser is that it asks for the page, some time before it
-        # shows it.
+        # visit() returns when the browser asks for the page, some time before it shows the page.
         self.wait_for_record(address, seconds=5)
 
 
@@ -52,7 +51,7 @@ class WithoutXWayland(WaylandTest):
         self.assertFalse(self.quorrix.is_client_of("xcb"))
 
     def assert_is_wayland_client(self, browser):
-        """There is no other display for it."""
+        """There is no other display that it could use."""
 
 
 class WaylandScenarios:
@@ -115,7 +114,7 @@ class BrowsersTogether(BesideXWayland):
         firefox.visit("http://www.garden.example/firefox-behind.html")
         self.assert_nothing_is_written(writes, "the one behind is not read")
 
-        # A window that opens takes the keyboard.
+        # A new window takes the focus.
         firefox.open_window("http://www.garden.example/firefox-in-front.html")
         self.wait_for_record("www.garden.example/firefox-in-front.html", seconds=5)
         writes = self.watch_writes()

@@ -1,5 +1,5 @@
-"""The program for Windows, whole, under Wine: led through the same steps as the program of this
-system it must write the same bytes."""
+"""The whole program for Windows, under Wine: with the same steps as the program of this system, it
+must write the same bytes."""
 
 import os
 import shutil
@@ -22,7 +22,7 @@ VISITS = ("http://www.garden.example/roses/climbing.html",
           "https://www.secure.example/account",
           "http://www.garden.example/herbs")
 
-# Twenty-one characters that a stamp is replaced by, once it was seen to be one.
+# Replaces each stamp after its format and time have been checked; 21 characters, like a stamp.
 STAMP = b"M/D/YY H:MM:SS XM~   "
 
 
@@ -45,7 +45,7 @@ _desk = {}
 
 
 def wine():
-    """This process's own prefix, which takes seconds to make."""
+    """The prefix of this process. It is shared, because making one takes seconds."""
     if not _desk:
         _desk["wine"] = Wine(private_session())
     return _desk["wine"]
@@ -59,7 +59,8 @@ def setting(name):
 
 
 def without_stamps(name, data, began):
-    """The bytes of a data file, with every stamp replaced that was made since `began`."""
+    """The bytes of a data file, with all stamps replaced by STAMP. Fails if a stamp is from before
+    `began` or from the future."""
     if name != "nodes.dat":
         return data
     records = [data[start:start + RECORD_BYTES] for start in range(0, len(data), RECORD_BYTES)]
@@ -76,13 +77,13 @@ def without_stamps(name, data, began):
 
 
 class Journey:
-    """The steps, and after each of them what the files hold."""
+    """Performs the steps; returns the contents of the files after each of them."""
 
     def __init__(self, quorrix, visit, archive, drive_letter=None):
         self.quorrix = quorrix
         self.user = KeyboardUser(quorrix)
         self.visit = visit
-        self.archive = archive  # where the archive's files lie on this system
+        self.archive = archive  # the path of the archive's files on this system
         self.drive_letter = drive_letter
         self.began = datetime.now().replace(microsecond=0)
         self.seen = {}
@@ -118,7 +119,8 @@ class Journey:
         return self.seen
 
     def _look(self, step):
-        """Once all that the step writes is written: its last window has closed by then."""
+        """Stores the files' contents. Call it after the step's last window has closed: by then the
+        step has written everything."""
         folders = {"Data": self.quorrix.data_folder, "archive": self.archive}
         self.seen[step] = {
             f"{place}/{name}": without_stamps(name, bytes_in(folder, name), self.began)
@@ -253,7 +255,7 @@ OLD_DATA = {**EMPTY, "nodes.dat": OLD_SITES, "notes.dat": NOTES}
 
 
 class DataFolders(WindowsTest):
-    """A folder of data goes from one system to the other as it is."""
+    """A data folder can be copied unchanged from one system to the other."""
 
     def given_data(self, quorrix, last_archive):
         for name, data in {**OLD_DATA, "load.txt": last_archive}.items():
@@ -321,7 +323,7 @@ class WhatGoesWrong(WindowsTest):
         wait_until(lambda: self.quorrix.records(), "the first record")
         with ResponseWatch(self.quorrix.main_window()) as watch:
             browser.hang()
-            # More passes of the tracking loop than can have begun before.
+            # Long enough that some passes of the tracking loop begin while the browser hangs.
             hung = watch.answers
             wait_until(lambda: watch.answers > hung + 50, "answers while the browser hangs", 30)
             browser.close()
@@ -364,7 +366,7 @@ class WhatGoesWrong(WindowsTest):
         shutil.rmtree(self.wine.second_drive)
         self.addCleanup(os.mkdir, self.wine.second_drive)
         user.confirm_archiving()
-        user.confirm_news()  # of the failure
+        user.confirm_news()  # the failure message
         user.wait_for_main_window()
         self.assertEqual(OLD_SITES, bytes_in(self.quorrix.data_folder, "nodes.dat"))
         self.assertEqual(b"none\n", bytes_in(self.quorrix.data_folder, "load.txt"))

@@ -1,5 +1,5 @@
-"""What must hold for every browser that can be read. The modules test_firefox and test_chromium
-run these scenarios with the real browsers."""
+"""What must hold for every browser that can be read. The modules test_firefox, test_chromium and
+test_gnome_web run these scenarios with the real browsers."""
 
 import time
 
@@ -127,7 +127,7 @@ class VisitScenarios:
         browser.visit(url)
         before = self.wait_for_record("www.garden.example/again.html")
         writes = self.watch_writes()
-        # A page that is still loading when it is reloaded has one load and one stamp.
+        # Wait: a page that is reloaded while it is still loading gets only one stamp.
         self.assert_nothing_is_written(writes, "one visit is one record written")
         slow = self.site.given_a_slow_page(url)
 
@@ -150,7 +150,7 @@ class VisitScenarios:
         browser.visit(url)
         self.wait_for_record("www.garden.example/again.html")
         writes = self.watch_writes()
-        # A document that comes within a sixth of a second of the page counts as the page's own.
+        # Wait: a document that follows the page within a sixth of a second is not another visit.
         self.assert_nothing_is_written(writes, "one visit is one record written")
         for count in (1, 2):
             self.wait_for_the_next_second("www.garden.example/again.html")
@@ -174,7 +174,7 @@ class VisitScenarios:
         self.wait_for_record("www.garden.example/app.html")
         browser.press("p")
         browser.wait_until_it_shows("http://www.garden.example/app/second.html")
-        # An address without a new document counts once it has stood for a second.
+        # An address without a new document counts as a visit after it has been shown for a second.
         self.wait_for_record("www.garden.example/app/second.html", seconds=2.5)
         self.assert_sites(("www.garden.example/app.html", "N"),
                           ("www.garden.example/app/second.html", "N"))

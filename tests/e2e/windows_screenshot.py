@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Makes the picture of the program for Windows: windows_screenshot.py INSTALLED_FOLDER PICTURE
 
-Under Wine, in C:\\Quorrix, with a few sites in the tree. INSTALLED_FOLDER is only copied from.
+Runs a copy of INSTALLED_FOLDER under Wine, in C:\\Quorrix, with a few sites in the tree.
 """
 
 import sys
@@ -38,6 +38,6 @@ if __name__ == "__main__":
         sys.exit("Usage: windows_screenshot.py INSTALLED_FOLDER PICTURE")
     try:
         main(sys.argv[1], sys.argv[2])
-    except Exception as failure:  # Whatever it was, the user gets a sentence.
+    except Exception as failure:  # The user gets a sentence for any failure.
         sys.exit(f"The picture was not made: {failure}")
     print(sys.argv[2])

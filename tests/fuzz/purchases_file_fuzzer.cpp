@@ -1,5 +1,5 @@
-// Reads the input as a file of purchases; lists, finds, saves and removes those of one
-// site.
+// Reads the input as a purchases file; lists, finds, saves and removes the purchases of
+// one site.
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -52,8 +52,8 @@ class Operations {
   }
 
  private:
-  // The first counted record of the site with this date, or 0; none where a date of
-  // the site's on the way there has no mark.
+  // The first counted record of the site with this date, or 0. Returns nullopt if the
+  // search meets a date of the site without its end mark first.
   [[nodiscard]] std::optional<std::size_t> find(const std::string& dateStamp) const {
     const RecordBytes& expected = session_.expected;
     for (std::size_t number = 1; number <= expected.counted(); ++number) {
@@ -118,8 +118,9 @@ class Operations {
     return found;
   }
 
-  // Adds one whatever is there, unless the site has a date without its mark: the whole
-  // field that is sought, with its mark, is no text before a mark.
+  // Always appends a record, unless the site has a date without its end mark. find()
+  // cannot find a date that consists of marks, so here it only checks the dates of the
+  // site.
   void save(const Purchase& purchase) {
     const bool marked = find(std::string(kDate.width, '~')).has_value();
     if (marked) {

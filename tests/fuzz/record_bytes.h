@@ -1,5 +1,5 @@
-// A record file read and written plainly, as a string of bytes: what a fuzz target
-// compares the program's own reading and writing with. Records are numbered from 1.
+// Reads and writes a record file in the simplest way, as a string of bytes, for the fuzz
+// targets to compare the program with. Records are numbered from 1.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ inline std::string textOf(const std::string& record, Field field) {
   return record.substr(field.offset, field.width);
 }
 
-// The text before `end`; none where the text has no such character.
+// The text before `end`; nullopt if the text does not contain `end`.
 inline std::optional<std::string> cutAt(const std::string& text, char end) {
   const auto place = text.find(end);
   if (place == std::string::npos) return std::nullopt;
@@ -38,7 +38,7 @@ class RecordBytes {
 
   [[nodiscard]] const std::string& bytes() const { return bytes_; }
 
-  // Rounded to the nearest whole number, a half to the even one.
+  // Rounded to the nearest whole number; a half rounds to the even one.
   [[nodiscard]] std::size_t counted() const {
     const std::size_t whole = bytes_.size() / length_;
     const std::size_t twiceTheRest = bytes_.size() % length_ * 2;
@@ -48,7 +48,7 @@ class RecordBytes {
 
   [[nodiscard]] std::size_t begun() const { return (bytes_.size() + length_ - 1) / length_; }
 
-  // What the file does not have is NUL.
+  // Bytes beyond the end of the file are NUL.
   [[nodiscard]] std::string record(std::size_t number) const {
     const std::size_t start = (number - 1) * length_;
     std::string record = start < bytes_.size() ? bytes_.substr(start, length_) : "";

@@ -1,11 +1,12 @@
-// What the fuzz targets of the record files share: the input taken to pieces, and a
-// session with one file, every operation of which is compared with what a plain
-// reading of the same bytes expects.
+// What the fuzz targets of the record files share: the parts of the input, and a session
+// with one file that compares every operation with what a simple reading of the same
+// bytes expects.
 //
-// The input's first byte chooses the site and the second the date of a purchase: with
-// an odd number those of a record of the file, with an even one so many bytes of the
-// input. The third is a quarter of the length of the text to enter. Behind them stand
-// the site, the date and the text, and the rest is the file.
+// The input's first byte chooses the site, and the second the date of a purchase. An odd
+// byte takes it from a record of the file. An even byte takes it from the input: for the
+// site twice as many bytes as its value, for the date half as many. The third byte is a
+// quarter of the length of the text to enter. Then come the site, the date and the text;
+// the rest is the file.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +22,7 @@
 
 namespace quorrix::test {
 
-// The input, taken piece by piece; what it does not have is missing or 0.
+// Takes the input apart. Beyond its end, texts are shorter or empty and numbers are 0.
 class Input {
  public:
   explicit Input(std::string_view bytes) : rest_(bytes) {}
@@ -43,21 +44,22 @@ class Input {
   std::string_view rest_;
 };
 
-// What is done to the file, and to whose records.
+// The file, the site and the date to work on, and the text to enter.
 struct Task {
   std::string siteKey;
   std::string dateStamp;
   std::string text;
   RecordBytes file;
 
-  // Part `k` of the text in so many parts.
+  // Part `k` of the text, divided into this many equal parts.
   [[nodiscard]] std::string part(std::size_t k, std::size_t parts) const {
     const std::size_t length = text.size() / parts;
     return text.substr(k * length, length);
   }
 };
 
-// `dateField` is where a record has its date; in a file without dates any field will do.
+// `dateField` is where a record has its date; for a file without dates, any field will
+// do.
 inline Task taskFrom(std::string_view bytes, std::size_t recordLength, Field dateField) {
   Input input(bytes);
   const std::size_t site = input.number();
@@ -75,7 +77,7 @@ inline Task taskFrom(std::string_view bytes, std::size_t recordLength, Field dat
   return {std::move(siteKey), std::move(dateStamp), std::move(text), std::move(file)};
 }
 
-// A record file of the program and what its bytes should be.
+// A record file of the program, and the bytes that it should have.
 class Session {
  public:
   Session(Path WorkingPaths::*path, RecordBytes file) : expected(std::move(file)) {
@@ -84,7 +86,8 @@ class Session {
     files.givenAFile(path_, expected.bytes());
   }
 
-  // Whether the operation succeeds. Nothing but a mark that a field lacks can make it fail.
+  // Returns whether the operation succeeds. The only permitted failure is that of a field
+  // without its end mark.
   template <typename Operation>
   [[nodiscard]] bool succeeds(Operation operation) {
     bool succeeded = true;

@@ -1,4 +1,4 @@
-// What a fuzz target calls when it has found something.
+// Reports what a fuzz target has found.
 #pragma once
 
 #include <cstdio>
@@ -6,7 +6,7 @@
 
 namespace quorrix::test {
 
-// Ends the run with the broken promise, so that the fuzzer keeps the input.
+// If the promise does not hold, prints it and aborts, so that the fuzzer keeps the input.
 inline void require(bool holds, const char* promise) {
   if (holds) return;
   std::fprintf(stderr, "broken promise: %s\n", promise);

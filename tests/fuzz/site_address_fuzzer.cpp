@@ -1,5 +1,5 @@
-// Reads the input as the address that a browser shows, and takes it the way of a
-// visit: checked, cut, split into levels, added to a tree.
+// Reads the input as the address that a browser shows, and processes it like a visit:
+// checks it, cuts it, splits it into levels and adds it to a tree.
 #include <algorithm>
 #include <cstdint>
 #include <string>

@@ -1,9 +1,9 @@
-// Reads the input as a site file, loads it, updates one of its records and adds
-// one, and compares with what a plain reading of the same bytes expects.
+// Reads the input as a site file, loads it, updates one of its records and appends one,
+// and compares this with what a simple reading of the same bytes expects.
 //
-// The input's first byte says which address is recorded: with an odd number that
-// of a record of the file, with an even one so many bytes of the input behind it.
-// The rest is the file.
+// The input's first byte chooses the address to record: an odd byte takes it from a
+// record of the file, an even one takes half as many bytes from the input. The rest is
+// the file.
 #include <cstdint>
 #include <set>
 #include <string>
@@ -46,7 +46,7 @@ std::size_t countedRecords(const std::string& file) {
 
 std::size_t begunRecords(const std::string& file) { return (file.size() + 321) / kRecord; }
 
-// Every level of one address, or none where there are too many.
+// Adds the key of every level of one address, or nothing if the address has more than 50.
 void addKeys(const std::string& address, std::set<std::string>& keys) {
   std::set<std::string> levels{address};
   std::size_t segments = 1;

@@ -1,5 +1,5 @@
-// Reads the input as a file of user IDs and passwords; finds, saves and removes those
-// of one site.
+// Reads the input as a file of user IDs and passwords; finds, saves and removes those of
+// one site.
 #include <cstdint>
 #include <optional>
 #include <string>

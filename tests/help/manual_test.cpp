@@ -1,4 +1,4 @@
-// The manual that was built, in the window that shows it.
+// The manual as built, in the window that shows it.
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
@@ -22,7 +22,7 @@ class ManualTest : public testing::Test {
     page_ = readHelpFile(files_, QUORRIX_MANUAL);
     window_.setAttribute(Qt::WA_DeleteOnClose, false);
     window_.showPage(page_);
-    window_.resize(980, 700);  // the screen of these tests is smaller than what it asks for
+    window_.resize(980, 700);  // the screen of these tests is smaller than the window's own size
     window_.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window_));
   }
@@ -36,7 +36,7 @@ class ManualTest : public testing::Test {
     return all;
   }
 
-  // As they stand in the file, without the entities that none of them has.
+  // The texts as they are in the file. No heading contains an entity.
   QStringList headingsOfThePage() {
     static const QRegularExpression heading(
         QStringLiteral("<h[1-6] id=\"[^\"]+\">([^<]+)</h[1-6]>"));

@@ -1,6 +1,7 @@
-"""The manual as it was built: whole, alone, and telling of every message that the program has.
+"""The built manual is complete and self-contained, and explains every message of the program.
 
-The built file is named by QUORRIX_MANUAL; the program's sources are read beside this folder.
+QUORRIX_MANUAL is the path of the built file. The sources of the program are read from this
+checkout.
 """
 
 import base64
@@ -12,8 +13,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-# Literals of the forms that read like sentences and are no messages: what a window says about
-# itself while it is open, and what no user sees.
+# Literals in the sources that read like sentences but are not messages: texts that a window
+# shows while it is open, and texts that no user sees.
 NO_MESSAGES = {
     "Open the folder of the archive to load and then click OK.",
     "Open the folder to archive the current display and its data to, or make a new one, and then "
@@ -51,7 +52,7 @@ def manual():
 
 
 def page():
-    """The manual as a tree; what is not well-formed fails."""
+    """The manual as a tree. Raises an error if it is not well-formed."""
     return xml.fromstring(manual().removeprefix("<!DOCTYPE html>"))
 
 
@@ -60,7 +61,7 @@ def text_of(element):
 
 
 def literals_of(source):
-    """The texts of a source, adjacent literals as the one that they are."""
+    """The string literals of a source, with adjacent literals joined."""
     code = "\n".join(line for line in source.splitlines()
                      if not line.lstrip().startswith(("#", "//")))
     for match in LITERALS.finditer(code):
@@ -68,9 +69,10 @@ def literals_of(source):
 
 
 def sentences_of_the_program():
-    """Every literal that is, or is a part of, a sentence: three words and more, or a full stop.
+    """A dict from literals that are (part of) a sentence to the names of their files. These are the
+    literals with three words or more, and those of two that end with "." or "?", not with "...".
 
-    What is put into a text is not known here, so the pieces around it are what can be looked for.
+    A text with placeholders is split at them, because the inserted values are not known here.
     """
     found = {}
     for path in sorted((ROOT / "src").rglob("*.cpp")):

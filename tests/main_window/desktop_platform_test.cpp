@@ -45,7 +45,7 @@ TEST(DesktopArguments, HoldThePlatformBehindTheProgramsName) {
             (Words{"Quorrix", "-platform", "xcb;wayland"}));
 }
 
-// Of two platforms the last one counts.
+// If a platform is given twice, the last one counts.
 TEST(DesktopArguments, LeaveTheLastWordToTheUser) {
   EXPECT_EQ(argumentsWith("xcb;wayland", {"Quorrix", "-platform", "wayland"}),
             (Words{"Quorrix", "-platform", "xcb;wayland", "-platform", "wayland"}));

@@ -1,6 +1,6 @@
-// What holds for every window of the program, opened as the user opens it, for a site
-// whose address fills its field. Run once as it is and once with everything twice as
-// large; see tests/CMakeLists.txt.
+// What holds for every window of the program. Each is opened as the user opens it, for a
+// site whose address fills its field. The tests run once at normal size and once with
+// everything twice as large; see tests/CMakeLists.txt.
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -44,7 +44,7 @@ Widget& control(QWidget& window, const char* name) {
   return *window.findChild<Widget*>(QString::fromLatin1(name));
 }
 
-// Whether the look was had, and the window closed after it.
+// Runs the look on a window, and records that it did.
 class Photographer {
  public:
   explicit Photographer(Look look) : look_(std::move(look)) {}
@@ -55,7 +55,7 @@ class Photographer {
     look_(window);
   }
 
-  // The next modal window, once it is open; it is closed then.
+  // Takes the next modal window once it is open, then closes it.
   void takeNextModal() {
     QTimer::singleShot(0, qApp, [this] {
       QWidget* const window = QApplication::activeModalWidget();
@@ -162,7 +162,7 @@ using Texts = std::vector<std::string>;
 struct Form {
   const char* name;
   Opening open;
-  Texts texts;  // that the user reads: of labels, then of buttons, as they come
+  Texts texts;  // that the user reads, of labels and buttons, in any order
   Keyboard keyboard = Keyboard::Works;
   Colours colours = Colours::OfThePalette;
 };
@@ -242,7 +242,7 @@ const Form kForms[] = {
       "OK"}},
 };
 
-// All but the ones that leave the main window to the user.
+// All forms except those that leave the main window usable.
 const std::vector<std::string> kModalForms = {
     "Message",      "Notes",      "UserIDPassword",   "NewPurchase",        "Purchases",
     "ArchiveSites", "NewArchive", "LoadSitesArchive", "DeleteSitesArchive", "About"};
@@ -285,8 +285,8 @@ class EveryForm : public testing::TestWithParam<Form> {
 };
 
 class EveryModalForm : public EveryForm {};
-class EveryFormInThePalette : public EveryForm {};    // all but a picture
-class EveryFormForTheKeyboard : public EveryForm {};  // all in which there is something to do
+class EveryFormInThePalette : public EveryForm {};    // all that use the palette's colours
+class EveryFormForTheKeyboard : public EveryForm {};  // all that have something to operate
 
 std::string sentences(const QStringList& faults) {
   return faults.join(QLatin1Char('\n')).toStdString();
@@ -314,14 +314,14 @@ TEST_P(EveryForm, ShowsItsTexts) {
     collectTexts<QLabel>(window, shown);
     collectTexts<QAbstractButton>(window, shown);
     Texts expected = GetParam().texts;
-    // Where they stand is for a person to look at.
+    // Whether their positions are right is for a person to judge.
     std::ranges::sort(shown);
     std::ranges::sort(expected);
     EXPECT_EQ(shown, expected);
   });
 }
 
-// The results of a search stay on top of other windows, and take no clicks while a modal
+// The search results stay on top of other windows, and take no clicks while a modal
 // window is open.
 TEST_P(EveryModalForm, LiesInFrontOfTheSearchResults) {
   QWidget& search = openedSearch(stage_);
@@ -376,8 +376,8 @@ INSTANTIATE_TEST_SUITE_P(Is, EveryFormForTheKeyboard,
 
 // --- Commands -----------------------------------------------------------------------
 
-// The letters that choose an entry, of a menu and of what opens from it; an entry
-// without one, and a letter twice, is a fault.
+// Checks the letters that choose the entries of a menu and of its submenus. An entry
+// without a letter is a fault, and so is a letter used twice in one menu.
 void collectMnemonicFaults(const QList<QAction*>& entries, QStringList& faults) {
   QString letters;
   for (const QAction* const entry : entries) {

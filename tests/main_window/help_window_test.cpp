@@ -22,7 +22,7 @@
 namespace quorrix {
 namespace {
 
-// Long enough for its chapters not to be on screen together.
+// Long enough that the chapters do not fit on the screen together.
 std::string longText() {
   std::string text;
   for (int line = 0; line < 60; ++line) text += "<p>Nothing of note.</p>";
@@ -71,7 +71,7 @@ class HelpWindowTest : public testing::Test {
   QPushButton& button(const char* name) { return control<QPushButton>(name); }
   void press(const char* name) { QTest::mouseClick(&button(name), Qt::LeftButton); }
 
-  // The heading that is the first line on screen, or what stands there instead.
+  // The first line on the screen.
   QString firstLineShown() { return browser().cursorForPosition(QPoint(20, 14)).block().text(); }
 
   int place() { return browser().verticalScrollBar()->value(); }
@@ -98,7 +98,7 @@ class HelpWindowTest : public testing::Test {
 
   QPointer<HelpWindow> window_;
   QStringList opened_;
-  int worksRun_ = 0;  // by the runner that the window was given
+  int worksRun_ = 0;  // works run by the runner that the window was given
 };
 
 TEST_F(HelpWindowTest, RunsWhatTheUserAsksForWithItsRunner) {

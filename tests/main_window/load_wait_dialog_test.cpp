@@ -40,7 +40,7 @@ TEST_F(LoadWaitDialogTest, IsAWindowOfItsOwnInFrontOfItsOwner) {
 
 TEST_F(LoadWaitDialogTest, StandsOverTheMiddleOfItsOwner) {
   const LoadWaitDialog dialog(owner_);
-  // Twice the distance between the middles; a half pixel may be lost to truncation.
+  // Twice the distance between the centres; truncation may lose half a pixel.
   const int across = 2 * dialog.x() + dialog.width() - (2 * 100 + 700);
   const int down = 2 * dialog.y() + dialog.height() - (2 * 60 + 500);
   EXPECT_TRUE(across == 0 || across == -1) << across;

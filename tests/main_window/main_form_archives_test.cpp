@@ -33,7 +33,7 @@ class MainFormArchivesTest : public testing::Test {
     stage_.givenAnInstalledProgram(nodes_, "/Quorrix/Archives/April\r\n");
     EXPECT_TRUE(stage_.form.Form_Load());
     stage_.files.reset();
-    // As by a click: the caption names the site.
+    // Like a click, this puts the site into the caption.
     stage_.form.tree().select(stage_.node("four.five.six"));
     stage_.form.TreeView_MouseUp(mouse_button::kLeft, 0, 0, 0);
     stage_.memory.givenAFile("/Quorrix/Data/notes.dat", notes_);
@@ -41,7 +41,7 @@ class MainFormArchivesTest : public testing::Test {
 
   const std::string& file(const char* path) { return stage_.memory.bytesOf(path); }
 
-  // Runs a command of the menu, and in the dialog that it opens chooses the folder and
+  // Chooses a command of the menu; in the dialog that opens, chooses the folder and
   // presses OK.
   void archiveCommand(const char* command, const Path& folder = "/Quorrix/Archives/May") {
     QTimer::singleShot(0, &stage_.form, [this, folder] {
@@ -57,7 +57,7 @@ class MainFormArchivesTest : public testing::Test {
     EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor);
   }
 
-  // Tracking from the menu for one pass, in which the browser is on its way to the address.
+  // Tracks for one pass, in which the browser is contacting the address.
   void track(const std::string& address) {
     stage_.windows.show(
         {test::browserWindow("A page - Netscape", "http://" + address, "Connect: contacting")});
@@ -71,7 +71,7 @@ class MainFormArchivesTest : public testing::Test {
     stage_.messageBox.expect(question, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
   }
 
-  // That the folder holds an archive already.
+  // The warning that the folder already holds an archive.
   void expectWarning(MessageBoxButton answer) {
     stage_.messageBox.expect(kArchiveAnyway, MessageBoxStyle::ConfirmWarning, answer);
   }
@@ -366,7 +366,8 @@ TEST_F(MainFormArchivesTest, DoNothingWhileTracking) {
   EXPECT_TRUE(stage_.messageBox.isThrough());
 }
 
-// The dialogs read the disk as they are made, before they have a guard of their own.
+// The dialogs read the disk while they are constructed, before they have a guard of their
+// own.
 TEST_F(MainFormArchivesTest, TellOfAFailureWhileTheirDialogsAreMade) {
   for (const auto& [command, sentence] :
        {std::pair{"FileArchive", "Not enough memory available to open Archive Sites window."},
@@ -392,7 +393,7 @@ TEST_F(MainFormArchivesTest, ShowTheirDialogsWithoutAnHourglassAfterAFailure) {
        {std::pair{"FileArchive", "Error. Unable to open Archive Sites window."},
         std::pair{"FileLoadArchive", "Error. Unable to open Load Sites Archive window."},
         std::pair{"FileDeleteArchive", "Error. Unable to open Delete Sites Archive window."}}) {
-    // The root is listed as the dialog is made, the folder of archives as it loads.
+    // The root is listed during construction, the folder of archives during the load.
     stage_.files.reset();
     stage_.files.failAtCall(test::FileCall::FolderNames, 2, 57);
     stage_.messageBox.expect(sentence, MessageBoxStyle::Critical, MessageBoxButton::Ok,

@@ -34,7 +34,7 @@ class MainFormHelpTest : public testing::Test {
 
   static QString shownText() { return helpWindow()->findChild<QTextBrowser*>()->toPlainText(); }
 
-  // What the user sees of a failure: the default pointer and the message.
+  // Expects what the user sees of a failure: the default pointer and the message.
   void expectMessage(const char* text) {
     stage_.messageBox.expect(text, MessageBoxStyle::Critical, MessageBoxButton::Ok,
                              [this] { EXPECT_EQ(stage_.pointer(), Qt::ArrowCursor); });

@@ -39,13 +39,13 @@ class MainFormSitesTest : public testing::Test {
     stage_.memory.givenAFile("/Quorrix/Data/purchases.dat", purchases_);
   }
 
-  // As by a click: the caption names the site.
+  // Selects like a click, which also puts the site into the caption.
   void select(std::string_view key) {
     stage_.form.tree().select(stage_.node(key));
     stage_.form.TreeView_MouseUp(mouse_button::kLeft, 0, 0, 0);
   }
 
-  // Searches for the text; the list of what was found.
+  // Searches for the text, and returns the list of results.
   QListView& resultsOf(const char* text) {
     stage_.choose("FileSearch");
     QWidget* const search = test::openWindow(QStringLiteral("SearchDialog"));
@@ -219,7 +219,7 @@ TEST_F(MainFormClear, EmptiesTheDisplayAndTouchesNoFile) {
   EXPECT_EQ(stage_.files.calls().size(), 0U);
 }
 
-// No command of the menu lets a failure out, whatever it comes from.
+// No failure escapes from a command of the menu, whatever causes it.
 TEST_F(MainFormClear, TellsOfAFailure) {
   stage_.form.tree().clear();
   stage_.messageBox.expect("No website addresses to clear in current display.",
@@ -250,7 +250,7 @@ TEST_F(MainFormSitesTest, RemovesNothingWhileTracking) {
   expectNothingDeleted();
 }
 
-// A question about "the selected site" is about the one that the caption names.
+// A question about "the selected site" refers to the site in the caption.
 TEST_F(MainFormDelete, DestroysTheSiteThatTheCaptionNamesAfterTheKeyboardSelectedIt) {
   select("four.five.six");
   QTest::keyClick(&stage_.treeView(), Qt::Key_Home);
@@ -295,7 +295,7 @@ TEST_F(MainFormDelete, NamesTheSiteThatTrackingSelectedBeforeItAsks) {
 
 class MainFormToolTipTest : public MainFormSitesTest {
  protected:
-  // In the tree.
+  // The tool tip in the tree.
   std::string toolTipOf(std::string_view key) {
     return stage_.indexOf(key).data(Qt::ToolTipRole).toString().toStdString();
   }

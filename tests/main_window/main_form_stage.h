@@ -1,6 +1,6 @@
-// A main form with everything around it faked: the program lies in /Quorrix of a
-// file system in memory, the clock runs as fast as it is asked, and the desktop
-// has the windows that a test gives it.
+// A main form whose surroundings are all faked: the program folder is /Quorrix in a file
+// system in memory, pauses cost no time, and the desktop has the windows that a test
+// gives it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@
 
 namespace quorrix::test {
 
-// The window of this object name among those that are open, or null.
+// The visible window with this object name, or null.
 inline QWidget* openWindow(const QString& name) {
   for (QWidget* const window : QApplication::topLevelWidgets()) {
     if (window->objectName() == name && window->isVisible()) return window;
@@ -36,7 +36,7 @@ inline QWidget* openWindow(const QString& name) {
 
 class MainFormStage {
  public:
-  // The folder as installing leaves it; Archives is made by the program.
+  // The folder as it is after installation; the program creates Archives.
   void givenAnInstalledProgram(const std::string& siteFile = "",
                                const std::string& lastArchive = "none\r\n") {
     memory.givenAFile("/Quorrix/Data/nodes.dat", siteFile);
@@ -46,7 +46,7 @@ class MainFormStage {
     memory.givenAFile("/Quorrix/Data/load.txt", lastArchive);
   }
 
-  // Starts the program up with these records and waits until it is ready.
+  // Starts the program with these records and waits until it is ready.
   void start(const std::string& siteFile = "") {
     givenAnInstalledProgram(siteFile);
     EXPECT_TRUE(form.Form_Load());
@@ -61,8 +61,8 @@ class MainFormStage {
 
   void choose(const char* name) { action(name)->trigger(); }
 
-  // Chooses Start Tracking and returns when the loop, which begins from the event queue,
-  // has ended.
+  // Chooses Start Tracking. The loop starts from the event queue; returns when it has
+  // ended.
   void track() {
     choose("FileStartTrack");
     QCoreApplication::processEvents();
@@ -78,7 +78,7 @@ class MainFormStage {
 
   std::string panelText(int panel) { return statusBar().panelText(panel).toStdString(); }
 
-  // What the desktop shows in the title bar.
+  // The text that the desktop shows in the title bar.
   std::string caption() {
     if (form.windowHandle() == nullptr) throw std::logic_error("the window was never shown");
     return form.windowHandle()->title().toStdString();
@@ -94,7 +94,7 @@ class MainFormStage {
 
   bool isExpanded(std::string_view key) { return treeView().isExpanded(indexOf(key)); }
 
-  // Whether the row is on the visible part of the tree.
+  // Whether the row is in the visible part of the tree.
   bool isOnScreen(std::string_view key) {
     const QRect row = treeView().visualRect(indexOf(key));
     return row.isValid() && treeView().viewport()->rect().contains(row.center());

@@ -1,5 +1,5 @@
-// The start-up of the main form, from the splash screen to the tree on screen,
-// and every way in which it ends the program.
+// The start-up of the main form, from the splash screen to the tree on the screen, and
+// every way in which it ends the program.
 #include <gtest/gtest.h>
 
 #include <QLabel>
@@ -20,7 +20,7 @@ using test::MainFormStage;
 using test::openWindow;
 using test::siteRecord;
 
-// What stands on the screen, in the order in which it came.
+// The windows on the screen, in the order in which start-up opens them, and the pointer.
 std::string onScreen(const MainFormStage& stage) {
   std::string windows;
   for (const char* const name : {"SplashScreen", "MainForm", "LoadWaitDialog"}) {
@@ -35,7 +35,7 @@ TEST(MainFormStartUp, ShowsTheSplashScreenForTwoSecondsAndTheWaitDialogForOne) {
   std::vector<std::string> seen;
   stage.events.atEachPause([&](int) { seen.push_back(onScreen(stage)); });
   EXPECT_TRUE(stage.form.Form_Load());
-  // Ten pauses to the second.
+  // Ten pauses a second.
   std::vector<std::string> expected(20, "SplashScreen arrow");
   expected.insert(expected.end(), 10, "MainForm LoadWaitDialog hourglass");
   EXPECT_EQ(seen, expected);
@@ -63,7 +63,7 @@ TEST(MainFormStartUp, PutsTheWaitDialogOverTheMiddleOfTheWindow) {
     const QWidget* const dialog = openWindow(QStringLiteral("LoadWaitDialog"));
     ASSERT_NE(dialog, nullptr);
     const QPoint apart = dialog->geometry().center() - stage.form.geometry().center();
-    // The frames' widths were not known to it.
+    // The widths of the frames were not known when the dialog was placed.
     EXPECT_LE(apart.manhattanLength(), 6);
     isLookedAt = true;
   });
@@ -196,7 +196,8 @@ constexpr Sentence kSentences[] = {
     {35601, "Error. Ending program.35601"},
 };
 
-// Starts a stage that is about to fail, and expects the sentence and the end.
+// Starts a stage that is going to fail, and expects the message and the end of the
+// program.
 void expectStartUpToEndWith(MainFormStage& stage, const char* sentence) {
   QSignalSpy unloaded(&stage.form, &MainForm::unloaded);
   stage.messageBox.expect(sentence, MessageBoxStyle::Critical, MessageBoxButton::Ok, [&] {
@@ -227,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(AtEachFileOperation, MainFormStartUpFailure,
                                          FileCall::OpenRandomAccess, FileCall::Length,
                                          FileCall::ReadFirstLine));
 
-// What a program that died while it emptied them leaves behind.
+// A program that dies while it empties the files leaves this behind.
 TEST(MainFormStartUp, CreatesDataFilesThatAreMissing) {
   MainFormStage stage;
   stage.memory.givenAFile("/Quorrix/Data/load.txt", "none\r\n");
@@ -286,7 +287,8 @@ TEST(MainFormStartUp, UnloadsOnceWhenItsWindowIsClosedUnderTheMessage) {
   EXPECT_FALSE(stage.form.isVisible());
 }
 
-// Closes the program in the given pause of the start-up and expects that nothing follows.
+// Closes the program in the given pause of the start-up, and expects that nothing
+// follows.
 void expectToEndQuietlyWhenClosedInPause(int pauseOfClosing) {
   MainFormStage stage;
   stage.givenAnInstalledProgram(siteRecord("one.two.three", 'N'));
@@ -330,7 +332,8 @@ constexpr const char* kCommandsOnTheData[] = {"FileStartTrack",  "FileStopTrack"
                                               "FileDelete",      "FileClear",        "FileArchive",
                                               "FileLoadArchive", "FileDeleteArchive"};
 
-// There is no tree and no site file yet: what these commands would say of them is wrong.
+// The tree and the site file are not loaded yet, so these commands would say wrong things
+// about them.
 TEST(MainFormStartUp, OffersWhatNeedsTheDataOnceTheyAreLoaded) {
   MainFormStage stage;
   stage.givenAnInstalledProgram(siteRecord("one.two.three", 'N'));
@@ -339,7 +342,7 @@ TEST(MainFormStartUp, OffersWhatNeedsTheDataOnceTheyAreLoaded) {
   stage.events.atEachPause([&](int pause) {
     if (pause != 25) return;
     for (const char* const command : kCommandsOnTheData) {
-      // One that opened a dialog would wait for its end.
+      // A command that opened a dialog would block until it is closed.
       ASSERT_FALSE(stage.action(command)->isEnabled()) << command;
       stage.choose(command);
       ++presses;

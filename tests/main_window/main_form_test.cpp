@@ -68,9 +68,9 @@ struct LayoutCase {
   int secondPanel;
 };
 
-// Worked out by hand. 800 x 600 pixels are 12000 x 9000 twips: the tree has
-// 11900 x 7900 of them, which are 793.3 x 526.7 pixels; the panels have 7800
-// (520 pixels) and 4200 (280).
+// Calculated by hand. 800 x 600 pixels are 12000 x 9000 twips. The tree is 11900 x 7900
+// twips, which is 793.3 x 526.7 pixels; the panels are 7800 twips (520 pixels) and 4200
+// twips (280 pixels) wide.
 constexpr LayoutCase kLayoutCases[] = {
     {{800, 600}, {793, 527}, 520, 280},  {{644, 484}, {637, 411}, 419, 225},
     {{1001, 333}, {994, 260}, 651, 350}, {{400, 777}, {393, 704}, 260, 140},
@@ -103,13 +103,13 @@ TEST_F(MainFormLayout, DoesNotMoveTheTree) {
 TEST_F(MainFormLayout, LeavesTheTreeNoHeightInAWindowTooLowForIt) {
   stage_.form.resize(1, 1);
   QCoreApplication::processEvents();
-  // 73 pixels are less than the 1100 twips that belong to everything else.
+  // 73 pixels are less than the 1100 twips that everything but the tree takes.
   ASSERT_LE(stage_.form.frameGeometry().height(), 73);
   EXPECT_EQ(stage_.treeView().height(), 0);
   EXPECT_GE(stage_.treeView().width(), 0);
 }
 
-// As with a very large font.
+// A very large font makes the menu bar this high.
 TEST_F(MainFormLayout, EndsTheTreeAtTheStatusBarUnderAHighMenuBar) {
   stage_.form.menuBar()->setMinimumHeight(150);
   QCoreApplication::processEvents();
@@ -161,7 +161,7 @@ TEST(MainFormWithALongHost, MakesTheTreeNarrowAgainAfterALargerFont) {
   EXPECT_EQ(stage.treeView().columnWidth(0), width);
 }
 
-// A style that indents the levels of a tree by far more than the one before it.
+// A style that indents the levels of a tree far more than the previous style.
 class IndentingStyle {
  public:
   IndentingStyle() { QApplication::setStyle(new Style(QStyleFactory::create(before_))); }
@@ -342,7 +342,7 @@ TEST_F(MainFormPopup, HidesAllAndKeepsWhatIsOpenBelow) {
 
 class MainFormRecordsTest : public MainFormTest {
  protected:
-  // Looks at the dialog that opens, and closes it.
+  // Runs `look` on the dialog that opens, then closes it.
   void whenADialogOpens(std::function<void(QDialog&)> look) {
     QTimer::singleShot(0, &stage_.form, [this, look = std::move(look)] {
       auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
@@ -405,7 +405,7 @@ TEST_F(MainFormExit, HidesTheWindowAndUnloadsIt) {
   EXPECT_EQ(stage_.pointer(), Qt::WaitCursor);
 }
 
-// Whether the main window is visible when another one is hidden.
+// Records whether the main window is visible when another one is hidden.
 class HidingOrder final : public QObject {
  public:
   HidingOrder(const MainForm& form, QWidget& other) : form_(form) {

@@ -19,12 +19,13 @@ using test::siteRecord;
 
 class MainFormTrackingTest : public testing::Test {
  protected:
-  // The browser's status bar says that it is contacting the site.
+  // The browser's status bar shows that it is contacting the site.
   void visit(const std::string& address) {
     stage_.windows.show({browserWindow("A page - Netscape", address, "Connect: contacting")});
   }
 
-  // Starts tracking; the user chooses Stop Tracking in the n-th pass. Returns when it ended.
+  // Starts tracking. The user chooses Stop Tracking in the n-th pump, which is the n-th
+  // pass of a first run; returns when tracking has ended.
   void trackUntilStoppedInPass(int pass) {
     stage_.events.atPump(pass, [this] { stage_.choose("FileStopTrack"); });
     stage_.track();
@@ -162,7 +163,7 @@ TEST_F(MainFormTracking, StartedTwiceIsStoppedOnce) {
   EXPECT_EQ(stage_.windows.preparations(), 2);
   EXPECT_FALSE(stage_.form.isTracking());
   EXPECT_EQ(stage_.panelText(2), "Tracking websites stopped.");
-  // The outer loop's first pass, the inner loop's two.
+  // One pass of the outer loop, two of the inner one.
   EXPECT_EQ(stage_.windows.enumerations(), 3);
 }
 
@@ -174,7 +175,7 @@ TEST_F(MainFormTracking, StartedTwiceAtOnceIsStoppedOnce) {
   EXPECT_FALSE(stage_.form.isTracking());
 }
 
-// A press over the accessibility bus is answered only when the command returns.
+// A press over the accessibility bus is answered only when the command has returned.
 TEST_F(MainFormTracking, BeginsOnceItsCommandHasReturned) {
   stage_.start();
   stage_.choose("FileStartTrack");
@@ -233,7 +234,7 @@ TEST_F(MainFormTracking, CanBeStartedAgain) {
   stage_.start();
   trackUntilStoppedInPass(1);
   visit("http://one.two.three");
-  // Stopping pumped once more.
+  // The pumps are counted on: one was in the first pass, one when tracking stopped.
   trackUntilStoppedInPass(3);
   EXPECT_NE(stage_.form.tree().find("one.two.three"), kNoNode);
 }

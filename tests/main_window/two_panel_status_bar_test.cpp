@@ -25,13 +25,13 @@ class TwoPanelStatusBarTest : public testing::Test {
     return *bar_.findChild<QLabel*>(QStringLiteral("StatusBarPanel%1").arg(number));
   }
 
-  // What the second panel looks like with this text.
+  // A picture of the second panel with this text.
   QImage pictureWith(const QString& text) {
     bar_.setPanelText(2, text);
     return panel(2).grab().toImage();
   }
 
-  // A tool tip as it appears: Qt takes one for markup when it looks like it.
+  // The tool tip as Qt shows it, which interprets a text that looks like markup.
   QString shownToolTip(int number) {
     const QString toolTip = panel(number).toolTip();
     return Qt::mightBeRichText(toolTip) ? QTextDocumentFragment::fromHtml(toolTip).toPlainText()
@@ -89,14 +89,14 @@ TEST_F(TwoPanelStatusBarText, IsDrawn) {
   EXPECT_NE(pictureWith(QStringLiteral("Tracking")), pictureWith(QString()));
 }
 
-// The offscreen platform finds no font on Windows, and draws a box for every letter there.
+// On Windows, the offscreen platform finds no font and draws a box for every letter.
 #ifndef _WIN32
 TEST_F(TwoPanelStatusBarText, IsDrawnLetterByLetter) {
   EXPECT_NE(pictureWith(QStringLiteral("Tracking")), pictureWith(QStringLiteral("Trackinh")));
 }
 #endif
 
-// It looks like one of the shorter texts that end in an ellipsis and fit.
+// The picture equals that of a shorter text that ends in an ellipsis and fits.
 TEST_F(TwoPanelStatusBarText, IsCutOffWithAnEllipsisWhenItIsTooLong) {
   const QImage tooLong = pictureWith(QString(200, QLatin1Char('m')));
   bool isCut = false;

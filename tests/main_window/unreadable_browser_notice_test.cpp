@@ -1,4 +1,4 @@
-// The notice as the user meets it: in the main window, while tracking runs.
+// The notice as the user sees it: in the main window, while tracking runs.
 #include "main_window/unreadable_browser_notice.h"
 
 #include <gtest/gtest.h>
@@ -58,7 +58,8 @@ class UnreadableBrowserNoticeTest : public testing::Test {
     return *notice().findChild<QPushButton*>(QStringLiteral("DismissButton"));
   }
 
-  // The words, which stand in the one label that has some; empty while it is hidden.
+  // The text of the notice, which is in the only label that has a text; empty while it is
+  // hidden.
   std::string text() {
     if (!notice().isVisible()) return "";
     std::string words;
@@ -73,7 +74,8 @@ class UnreadableBrowserNoticeTest : public testing::Test {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage_.form));
   }
 
-  // Where it stands in the window, which its parent fills between menu bar and status bar.
+  // Its position in the window; its parent fills the space between menu bar and status
+  // bar.
   QRect placeInTheWindow() { return {notice().mapTo(&stage_.form, QPoint()), notice().size()}; }
 
   std::string faultsOfLayout() {
@@ -354,7 +356,8 @@ TEST_F(UnreadableBrowserNoticeTest, IsANotificationThatScreenReadersCanRead) {
   });
 }
 
-// On its own: no screen reader listens to the platform of these tests.
+// Tests the notice alone, because no screen reader listens on the platform of these
+// tests.
 TEST(UnreadableBrowserNoticeAlone, AnnouncesEachTextOnce) {
   using Events = std::vector<QAccessible::Event>;
   Events announced;

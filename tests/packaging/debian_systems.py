@@ -1,7 +1,7 @@
-"""Debian systems in folders: made once with debootstrap, kept in the user's cache, copied to use.
+"""Debian systems in folders: made once by debootstrap, kept in the user's cache, copied for use.
 
-They are of the machine's own release, since the program is built with that one's libraries, and
-come from the mirror that the machine's own apt uses.
+They have the release of this machine, because the program is built with its libraries. They
+come from the mirror that apt uses on this machine.
 """
 
 import fcntl
@@ -16,12 +16,12 @@ from support import processes
 
 CACHE = os.path.join(os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache"), "quorrix")
 
-# No libraries: what belongs to an X server and to every desktop, and the unpacker.
+# No libraries: only what comes with an X server and every desktop, and the decompressor.
 BESIDES_THE_BASE = ("fontconfig-config", "fonts-dejavu-core", "xkb-data", "xz-utils")
 
 
 def bare_system():
-    """The folder of a Debian with nothing but its base, fonts and keyboard tables."""
+    """The folder of a Debian system that contains only the base system and BESIDES_THE_BASE."""
     release = _release()
 
     def make(folder):
@@ -33,7 +33,7 @@ def bare_system():
 
 
 def system_that_can_get(depends):
-    """The bare system, and in the store of its apt the packages of that Depends line."""
+    """The bare system, with the packages of that Depends line downloaded into its apt cache."""
     names = [re.sub(r"\(.*?\)", "", part).strip() for part in depends.split(",")]
 
     def make(folder):
@@ -49,7 +49,7 @@ def system_that_can_get(depends):
 
 
 class System:
-    """A copy of such a system, to be installed into and thrown away."""
+    """A disposable copy of such a system, to install into."""
 
     def __init__(self, original):
         work = os.path.join(CACHE, "work")
@@ -58,13 +58,13 @@ class System:
         _copy(original, self.folder)
         os.chmod(self.folder, 0o755)
         self._mounted = []
-        # The program learns from it where it lies.
+        # The program finds its own path there.
         self.mount("/proc", "-t", "proc", "proc")
 
     def close(self):
         while self._mounted:
             subprocess.run(["umount", self._mounted.pop()], check=True)
-        # Whatever else happens, nothing that is not ours is removed.
+        # Whatever else happens, nothing outside our own folder is removed.
         subprocess.run(["rm", "-rf", "--one-file-system", self.folder], check=True)
 
     def mount(self, path, *arguments):
@@ -76,7 +76,7 @@ class System:
         self._mounted.remove(self.path(path))
 
     def path(self, path):
-        """Where something of the system is for the tests, which are outside of it."""
+        """The path of a file of the system, as seen by the tests, which run outside it."""
         return os.path.join(self.folder, path.lstrip("/"))
 
     def add_user(self, name, home):
@@ -97,15 +97,15 @@ class User:
                             "LANG": "C.UTF-8"}
 
     def path(self, *names):
-        """Where something in the home is for the tests."""
+        """The path of a file in the home folder, as seen by the tests."""
         return os.path.join(self.system.path(self.home), *names)
 
     def inside(self, *names):
-        """The same place as the user names it."""
+        """The same path, as seen by the user."""
         return os.path.join(self.home, *names)
 
     def run(self, *command, **more_environment):
-        """Runs a command to its end, without anybody to answer a question of its."""
+        """Runs a command to its end. Its standard input is empty, so it cannot ask questions."""
         return subprocess.run(self._entering(command, more_environment), text=True, timeout=120,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, check=False)
@@ -126,12 +126,12 @@ class User:
 # --- the cache -----------------------------------------------------------------------------------
 
 def clear_leavings():
-    """Removes the copies that tests which were killed left behind."""
+    """Removes the copies left behind by tests that were killed."""
     subprocess.run(["rm", "-rf", "--one-file-system", os.path.join(CACHE, "work")], check=True)
 
 
 def keep_others_out():
-    """Held until the process ends: two test runs would take each other's copies away."""
+    """Takes a lock until the process ends: two test runs would delete each other's copies."""
     os.makedirs(CACHE, exist_ok=True)
     fcntl.flock(os.open(os.path.join(CACHE, "lock"), os.O_CREAT | os.O_WRONLY), fcntl.LOCK_EX)
 
@@ -178,7 +178,7 @@ def _mirror(release):
 
 
 def _way_to_the_mirror():
-    """A proxy, and what goes with a mirror that stands still."""
+    """apt's settings for a proxy, and for a mirror that is no longer updated."""
     wanted = re.compile(r"^Acquire::(Check-|https?::Proxy).* \".+\";$", re.MULTILINE)
     return "".join(found.group() + "\n" for found in wanted.finditer(_run("apt-config", "dump")))
 

@@ -1,4 +1,4 @@
-"""What the tests of both packages share: the session, the packages, a program in a system."""
+"""Shared by the tests of both packages: the session, the packages, a program in a system."""
 
 import glob
 import os
@@ -28,7 +28,7 @@ def the_package(pattern):
 
 
 class PackageTest(unittest.TestCase):
-    """A class of tests has one system, made by `make_system`; a test makes the users it needs."""
+    """Each test class has one system, a copy of `original()`; each test adds the users it needs."""
 
     @classmethod
     def setUpClass(cls):
@@ -95,7 +95,7 @@ class PackageTest(unittest.TestCase):
 
 
 def bytes_in(folder):
-    """The bytes of each file of a folder by its name."""
+    """A dict from the name of each file in a folder to its bytes."""
     found = {}
     for name in os.listdir(folder):
         with open(os.path.join(folder, name), "rb") as file:
@@ -104,7 +104,7 @@ def bytes_in(folder):
 
 
 def everything_in(folder, *names):
-    """Each file's identity, mode, time and bytes, each folder's mode, each link's target."""
+    """Each file's inode, mode, owner, time and bytes, each folder's mode, each link's target."""
     found = {}
     for top in [os.path.join(folder, name) for name in names] or [folder]:
         for place, folders, files in os.walk(top):
@@ -122,7 +122,7 @@ def everything_in(folder, *names):
 
 
 class Program:
-    """A Quorrix that a user of a system started on the tests' display."""
+    """An instance of Quorrix that a user of a system started on the tests' display."""
 
     def __init__(self, session, user, command):
         self.screen = session.screen
@@ -138,7 +138,7 @@ class Program:
                           lambda: f"the window {title!r}; it said {self.output()!r}")
 
     def wait_for_main_window(self):
-        """Its main window, after the wait dialog over it came and went, once it answers."""
+        """Returns the main window once the wait dialog has closed and the window responds."""
         for count in (2, 1):
             wait_until(lambda: len(self._windows()) == count,
                        lambda: f"{count} windows; it said {self.output()!r}")
@@ -150,7 +150,7 @@ class Program:
         return self.screen.windows_of([self._process.pid])
 
     def libraries(self):
-        """The paths of all the code that is loaded, but for the program itself."""
+        """The paths of all loaded shared libraries."""
         with open(f"/proc/{self._process.pid}/maps", encoding="utf-8") as file:
             paths = {line.split(None, 5)[5].strip() for line in file if "r-xp" in line
                      and "/" in line}

@@ -1,4 +1,4 @@
-"""The archive, in a Debian that has no Qt: installing, starting, updating, uninstalling."""
+"""The archive on a Debian without Qt: installing, starting, updating, uninstalling."""
 
 import os
 import re
@@ -11,7 +11,7 @@ from gi.repository import GLib
 import debian_systems
 from packages import PackageTest, everything_in, the_package
 
-# What every Linux has before a desktop is installed: the C library and the compiler's runtime.
+# Every Linux has these before a desktop is installed: the C library and the compiler's runtime.
 GIVEN_BY_THE_SYSTEM = re.compile(r"(ld-linux-x86-64|lib(c|m|dl|rt|pthread|gcc_s|stdc\+\+))\.so\.[\d.]+$")
 
 PROGRAM_FILES = ["Quorrix", "Quorrix.hlp", "installation.sh", "qt.conf", "uninstall"]
@@ -44,12 +44,12 @@ class Archive(PackageTest):
         return user
 
     def given_a_newer_archive(self, user):
-        """A byte after its end does a program no harm, and makes this one another."""
+        """Appends a byte to the program: it still runs, but differs from the installed one."""
         with open(user.path(user.unpacked, "Quorrix/Quorrix"), "ab") as file:
             file.write(b"2")
 
     def given_mv_that_kills_at_call(self, number, signal, user):
-        """PATH with a mv that at that call renames nothing and ends the script that called it."""
+        """A PATH with an mv that, at call `number`, renames nothing and signals its caller."""
         os.makedirs(user.path("tools"), exist_ok=True)
         with open(user.path("tools/mv"), "w", encoding="ascii") as file:
             file.write("#!/bin/sh\n"
@@ -184,7 +184,7 @@ class Archive(PackageTest):
     def test_while_the_program_runs_it_is_neither_updated_nor_uninstalled(self):
         user = self.given_an_installation("hugo", "/home/hugo")
         folder = user.path(".local/share/Quorrix")
-        # As from a terminal in that folder: its command line does not say where it lies.
+        # As from a terminal in that folder: the command line does not contain the path.
         program = self.start(user, "env", "-C", user.inside(".local/share/Quorrix"), "./Quorrix")
         program.wait_for_main_window()
         before = everything_in(folder)
@@ -235,7 +235,7 @@ class Archive(PackageTest):
         self.given_sites(folder)
         sites = everything_in(folder, "Data", "Archives")
         self.given_a_newer_archive(user)
-        # Before anything is renamed, after the libraries were, before the program would be.
+        # Before anything is renamed, after the libraries are, and before the program is.
         for call in (1, 2, 6):
             path = self.given_mv_that_kills_at_call(call, "KILL", user)
             self.assertNotEqual(0, self.install(user, PATH=path).returncode, call)
@@ -276,7 +276,7 @@ class Archive(PackageTest):
     # --- then ------------------------------------------------------------------------------------
 
     def assert_holds_one_program(self, folder):
-        """One set of libraries, the one in use, and nothing of an update."""
+        """Only the set of libraries that is in use, and no remains of an update."""
         libraries = [name for name in os.listdir(folder) if name.startswith("lib-")]
         self.assertEqual([os.readlink(os.path.join(folder, "lib"))], libraries)
         self.assertTrue(stat.S_ISREG(os.lstat(os.path.join(folder, "Quorrix")).st_mode))

@@ -1,4 +1,4 @@
-"""The Debian package, in a Debian that has nothing of Qt yet: installing, users, updating."""
+"""The Debian package on a Debian without Qt: installing, users, updating."""
 
 import os
 import shutil
@@ -21,7 +21,7 @@ class DebianPackage(PackageTest):
     def setUpClass(cls):
         super().setUpClass()
         shutil.copy(the_package("quorrix_*.deb"), cls.system.path("/tmp/quorrix.deb"))
-        # What it depends on must be all that it needs: nothing else is installed.
+        # Only its dependencies are installed, so the test fails if one is not declared.
         cls.system.run_as_root("dpkg", "--unpack", "/tmp/quorrix.deb")
         cls.system.run_as_root("apt-get", "-qq", "--fix-broken", "install", "--no-download",
                                "--no-install-recommends",
@@ -33,7 +33,7 @@ class DebianPackage(PackageTest):
         return user
 
     def given_a_newer_package(self):
-        """The package again, with a later version and a byte after the program's end."""
+        """The same package with a later version and one byte appended to the program."""
         folder = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, folder)
         tree, package = os.path.join(folder, "tree"), self.system.path("/tmp/newer.deb")
@@ -95,7 +95,7 @@ class DebianPackage(PackageTest):
         running.wait_for_main_window()
 
         self.system.run_as_root("dpkg", "-i", self.given_a_newer_package())
-        again = self.start(user, "quorrix")  # shows the window of the one that runs
+        again = self.start(user, "quorrix")  # shows the window of the running one
         self.assertEqual(0, again.exit_status(), again.output())
         self.assertEqual(bytes_of(self.system.path("usr/lib/quorrix"), "Quorrix"),
                          bytes_of(folder, "Quorrix"))

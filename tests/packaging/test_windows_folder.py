@@ -1,8 +1,8 @@
-"""The program's folder for Windows: the licences of what is linked into the program, and the parts
-to link it again.
+"""The program's folder for Windows: the licences of the libraries that are linked into the
+program, and the parts needed to relink it.
 
-QUORRIX_INSTALLED names the folder as packaging/windows/lay-out left it, QT_WINDOWS the static Qt
-that the program was linked with.
+QUORRIX_INSTALLED is the folder that packaging/windows/lay-out made, QT_WINDOWS the static Qt that
+the program was linked with.
 """
 
 import os
@@ -17,7 +17,7 @@ INSTALLED = Path(os.environ["QUORRIX_INSTALLED"])
 QT = Path(os.environ["QT_WINDOWS"])
 LAY_OUT = Path(__file__).resolve().parents[2] / "packaging/windows/lay-out"
 
-# The libraries of others whose code Qt's archives hold, as its notices name their folders.
+# Third-party libraries that Qt's static libraries contain, by their folders in Qt's notices.
 IN_QT = ("zlib", "libpng", "libjpeg", "freetype", "harfbuzz-ng", "pcre2", "double-conversion",
          "easing", "md4c", "tinycbor")
 
@@ -96,7 +96,7 @@ class Relinking(unittest.TestCase):
         self.folder = Path(folder)
 
     def given_a_changed_qt(self):
-        """Another version number in it, of the same length."""
+        """A copy of Qt with another version number of the same length."""
         qt = self.folder / "changed qt"
         shutil.copytree(QT / "lib", qt / "lib")
         (qt / "plugins").symlink_to(QT / "plugins")

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kCapitals = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr std::string_view kSmall = "abcdefghijklmnopqrstuvwxyz";
 
-// Every other letter of the code page that has a partner: capital, small.
+// The other letters of the code page that have both cases: capital, small.
 constexpr std::pair<char, char> kLettersWithMarks[] = {
     {'\x8A', '\x9A'},  // Š š
     {'\x8C', '\x9C'},  // Œ œ
@@ -73,10 +73,10 @@ TEST(Folded, IsTheByteItselfForAllOthers) {
 }
 
 TEST(Folded, LeavesLettersWithoutAPartnerAndSigns) {
-  EXPECT_EQ(folded('\xDF'), '\xDF');  // ß, which is no small ÿ
+  EXPECT_EQ(folded('\xDF'), '\xDF');  // ß, which is not a small ÿ
   EXPECT_EQ(folded('\x83'), '\x83');  // ƒ
   EXPECT_EQ(folded('\xB5'), '\xB5');  // µ
-  EXPECT_EQ(folded('\xD7'), '\xD7');  // ×, which is no capital ÷
+  EXPECT_EQ(folded('\xD7'), '\xD7');  // ×, which is not a capital ÷
   EXPECT_EQ(folded('\xF7'), '\xF7');  // ÷
   EXPECT_EQ(folded('@'), '@');
   EXPECT_EQ(folded('['), '[');

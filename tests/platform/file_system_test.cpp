@@ -1,4 +1,4 @@
-// What every real file system promises; built and run for each platform.
+// The contract of every real file system; built and run for each platform.
 #include "platform/file_system.h"
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ class RealFileSystemTest : public testing::Test {
     std::filesystem::permissions(path, kAllWrite, std::filesystem::perm_options::remove);
   }
 
-  // The names in the folder: what a test expects and nothing that was left behind.
+  // The names in the folder, to check that nothing was left behind.
   [[nodiscard]] std::set<std::string> names() const {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {

@@ -21,10 +21,10 @@ constexpr seconds kPatience{20};
 
 struct Asked {
   ClaimResult result;
-  std::optional<std::string> token;  // that the first program was given
+  std::optional<std::string> token;  // that was passed to the first program
 };
 
-// A later start, while the first one looks for requests.
+// Starts a second program while the first one looks for requests.
 Asked askWhileItAnswers(FolderClaim& first, const Path& folder) {
   auto result = std::async(std::launch::async, [&] {
     FolderClaim second;
@@ -99,7 +99,7 @@ TEST(FolderClaim, IsTakenOverFromAProgramThatEndsInsteadOfAnswering) {
   EXPECT_EQ(result.get(), ClaimResult::Claimed);
 }
 
-// However their beginnings meet.
+// However their starts interleave.
 TEST(FolderClaim, IsGrantedToOneOfSeveralProgramsThatStartTogether) {
   const TemporaryFolder folder;
   for (int round = 0; round < 20; ++round) {

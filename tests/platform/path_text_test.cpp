@@ -18,7 +18,7 @@ TEST(PathText, IsInTheSystemsCharacterSet) {
 
 TEST(PathText, HasAMarkForWhatTheCharacterSetLacks) {
   EXPECT_EQ(pathText(Path(L"a\u66F8b")), "a?b");
-  // Not the "a" that it resembles: that would be another folder.
+  // Not the similar "a", which would name another folder.
   EXPECT_EQ(pathText(Path(L"\u0101")), "?");
 }
 

@@ -26,7 +26,7 @@ TEST(SystemClock, ShowsThePresentInLocalTime) {
   const std::time_t before = std::time(nullptr);
   const std::time_t shown = momentOf(clock.now());
   const std::time_t after = std::time(nullptr);
-  EXPECT_LE(before, shown + 1);  // the two clocks behind may round apart
+  EXPECT_LE(before, shown + 1);  // the two underlying clocks may round differently
   EXPECT_LE(shown, after + 1);
 }
 

@@ -14,7 +14,7 @@ struct Character {
   const char* utf8;
 };
 
-// The code page's bytes that do not stand for the character of their own number.
+// The bytes of the code page whose character has another number than the byte.
 constexpr Character kUpperControls[] = {
     {"\x80", "\u20AC"}, {"\x82", "\u201A"}, {"\x83", "\u0192"}, {"\x84", "\u201E"},
     {"\x85", "\u2026"}, {"\x86", "\u2020"}, {"\x87", "\u2021"}, {"\x88", "\u02C6"},
@@ -25,7 +25,8 @@ constexpr Character kUpperControls[] = {
     {"\x9C", "\u0153"}, {"\x9E", "\u017E"}, {"\x9F", "\u0178"},
 };
 
-// The bytes that the code page assigns nothing to, as the controls of their number.
+// The bytes to which the code page assigns no character; they become the controls with
+// their numbers.
 constexpr Character kUnassigned[] = {
     {"\x81", "\xC2\x81"}, {"\x8D", "\xC2\x8D"}, {"\x8F", "\xC2\x8F"},
     {"\x90", "\xC2\x90"}, {"\x9D", "\xC2\x9D"},
@@ -59,7 +60,7 @@ TEST(Windows1252FromUtf8, AsksAboutACharacterWithoutAPlace) {
             "d?");
   EXPECT_EQ(windows1252FromUtf8("\u65E5\u672C"), "??");
   EXPECT_EQ(windows1252FromUtf8("a\U0001F600b"), "a?b");
-  EXPECT_EQ(windows1252FromUtf8("\xC2\x80"), "?");  // the euro has taken the place
+  EXPECT_EQ(windows1252FromUtf8("\xC2\x80"), "?");  // the euro has this byte
   EXPECT_EQ(windows1252FromUtf8("\xF4\x8F\xBF\xBF"), "?");
 }
 
@@ -84,7 +85,7 @@ TEST(Windows1252FromUtf8, AsksAboutBytesThatBeginNothing) {
 }
 
 TEST(Windows1252FromUtf8, RefusesAnOverlongForm) {
-  // Read as what they stand for, these would be "/", "/" and "A".
+  // Decoded without that check, these would be "/", "/" and "A".
   EXPECT_EQ(windows1252FromUtf8("\xC0\xAF").find('/'), std::string::npos);
   EXPECT_EQ(windows1252FromUtf8("\xE0\x80\xAF"), "?");
   EXPECT_EQ(windows1252FromUtf8("\xF0\x80\x81\x81"), "?");

@@ -37,7 +37,7 @@ TEST_F(LineBoxTest, TakesBackWhatWasInsertedAndNotWhatStandsBehindIt) {
 TEST_F(LineBoxTest, ShowsAtOnceWhatHasNoPlaceInTheCodePage) {
   type(QStringLiteral("ab"));
   box_.setCursorPosition(1);
-  paste(QString::fromUtf8("\xF0\x9F\x94\x91\xC3\xA9"));  // a key, and an e with an accent
+  paste(QString::fromUtf8("\xF0\x9F\x94\x91\xC3\xA9"));  // a key, and an e with an acute accent
   EXPECT_EQ(box_.text(), QString::fromUtf8("a?\xC3\xA9"
                                            "b"));
   EXPECT_EQ(box_.cursorPosition(), 3);

@@ -33,7 +33,8 @@ class MultiLineBoxTest : public testing::Test {
     box_.setTextCursor(cursor);
   }
 
-  // As a screen reader, dictation or an on-screen keyboard changes the text.
+  // The interface by which a screen reader, dictation or an on-screen keyboard changes
+  // the text.
   QAccessibleEditableTextInterface& assistiveTechnology() {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&box_);
     if (interface == nullptr || interface->editableTextInterface() == nullptr) {
@@ -42,7 +43,7 @@ class MultiLineBoxTest : public testing::Test {
     return *interface->editableTextInterface();
   }
 
-  // A key of a keyboard layout that has such a key.
+  // Presses a key that enters this text, on a keyboard layout that has one.
   void pressKeyOf(const QString& text, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, modifiers, text);
     QApplication::sendEvent(&box_, &press);
@@ -294,7 +295,7 @@ TEST_F(MultiLineBoxTest, LimitsKeysWhoseCharacterDoesNotPrint) {
 }
 
 TEST_F(MultiLineBoxTest, ShowsWhatWillBeStoredOfKeysWhoseCharacterDoesNotPrint) {
-  pressKeyOf(QChar(0x00AD));  // has a place in the code page
+  pressKeyOf(QChar(0x00AD));  // is in the code page
   pressKeyOf(QChar(0x200D));
   pressKeyOf(QChar(0xE000));
   EXPECT_EQ(box_.value(), "\xAD??");

@@ -15,7 +15,7 @@ constexpr const char* kReplaceUnread =
 
 class NotesDialogTest : public test::RecordDialogStage {
  protected:
-  // Loads a dialog while the file cannot be read; afterwards it can.
+  // Loads a dialog while the file cannot be read. Afterwards it can be read again.
   void loadInVain(NotesDialog& dialog) {
     files_.failAtCall(test::FileCall::OpenForReading, 1, 75);
     messageBox_.expect("Unable to open Notes window. Path/file access error.",
@@ -68,7 +68,7 @@ TEST_F(NotesDialogTest, LetsTheUserTypeBehindStoredNotes) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
   dialog.show();
-  // The caret stands behind what is there.
+  // The caret is after the stored text.
   QTest::keyClicks(&control<QPlainTextEdit>(dialog, "Text1"), QStringLiteral(" and tulips"));
   press(dialog, "OKButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses and tulips"));

@@ -20,7 +20,7 @@ constexpr std::size_t kMostRecords = 32'767;
 
 const std::string kBlankRecord(1324, ' ');
 
-// A record as it lies in the file: 300 bytes of key, 1,024 of text.
+// A record as stored in the file: 300 bytes of key, 1,024 of text.
 std::string record(std::string key, std::string text) {
   key.resize(300, ' ');
   text.resize(1024, ' ');

@@ -249,7 +249,8 @@ TEST_F(PurchaseDialogsTest, FallOutOfStepWhenTwoPurchasesHaveOneDate) {
   whenThePurchaseOpensPress("DeleteButton");
   press(dialog, "Command1");
   ASSERT_EQ(list.count(), 2);
-  // Both dates are gone, so the first entry now opens what the second one shows.
+  // Both dates have been removed, so the first row now opens the purchase of the second
+  // one.
   list.setCurrentRow(0);
   QString shown;
   QTimer::singleShot(0, &mainWindow_, [&shown] {

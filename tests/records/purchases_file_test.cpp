@@ -19,7 +19,7 @@ std::string padded(std::string text, std::size_t width) {
   return text;
 }
 
-// A record as it lies in the file, with nothing in it but the date and the item.
+// A record as stored in the file; only its date and its item are not empty.
 std::string record(const std::string& key, const std::string& date, const std::string& item) {
   return padded(key, 300) + padded(date, 25) + "~           " + padded("~", 50) + padded(item, 50) +
          padded("~", 100) + "~    ";
@@ -45,7 +45,7 @@ class PurchasesFileTest : public testing::Test {
 
   const std::string& file() { return memory_.bytesOf("Data/purchases.dat"); }
 
-  // What the list shows for "a.b.c", a line per purchase.
+  // What the list shows for "a.b.c", one line per purchase.
   std::string listed() {
     std::string lines;
     purchases_.list("a.b.c", [&lines](const PurchaseSummary& purchase) {

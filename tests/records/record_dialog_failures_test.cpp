@@ -1,6 +1,6 @@
-// Every failure number at every file operation of every record dialog: the right
-// sentence, the pointer back, the dialog still open, and no record changed but the one
-// in question.
+// Tries every failure number at every file operation of every record dialog. Expects the
+// right message, the default pointer, a dialog that is still open, and no change to any
+// record but the one in question.
 #include <QApplication>
 #include <QTimer>
 #include <algorithm>
@@ -53,7 +53,7 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
             .mainWindow = mainWindow_};
   }
 
-  // A stranger's record before and behind the site's own, in each of the files.
+  // In each file, a record of another site before and after the site's own.
   void givenRecords() {
     const auto around = [](const std::string& other, const std::string& own) {
       return other + own + other;
@@ -69,7 +69,7 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
         around(test::purchaseRecord("a.b.c"), test::purchaseRecord("one.two.three/a")));
   }
 
-  // Everything in the files except the middle record, which is the site's own, and
+  // Everything in the files except the middle record, which is the site's own, and the
   // records appended after the last one.
   std::string othersRecords() {
     std::string others;
@@ -83,15 +83,16 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
     return others;
   }
 
-  // The main window works while it opens a dialog, the dialog after that.
+  // The window that shows the hourglass: the main window while it opens a dialog, then
+  // the dialog.
   QWidget& workingWindow(QDialog& dialog) {
     return dialog.windowTitle().contains(QStringLiteral(" - ")) ? static_cast<QWidget&>(dialog)
                                                                 : mainWindow_;
   }
 
   // Fails each file operation of `step` in turn, with each number, on a dialog that
-  // `prepare` has made ready for it. The hourglass is on the window that works, and on
-  // neither under the sentence.
+  // `prepare` has set up. Expects the hourglass on the working window, and on neither
+  // window while the message is open.
   template <typename Dialog>
   void expectEveryFailureTold(const std::string& family,
                               const std::function<void(Dialog&)>& prepare,
@@ -146,7 +147,7 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
     }
   }
 
-  // Such a file is created.
+  // A missing file is created, so this is not a failure.
   static bool isMissingFileToRead(const std::vector<test::FileCall>& calls, int call, int number) {
     return number == 53 &&
            calls[static_cast<std::size_t>(call) - 1] == test::FileCall::OpenForReading;
@@ -219,7 +220,7 @@ TEST_F(RecordDialogFailuresTest, OfOpeningPurchases) {
       });
 }
 
-// The main window has the hourglass while it opens a dialog.
+// While the main window opens a dialog, its pointer is the hourglass.
 TEST_F(RecordDialogFailuresTest, OfOpeningGiveTheMainWindowItsPointerBack) {
   files_.failAlways(57);
   mainWindow_.setCursor(Qt::WaitCursor);
@@ -245,7 +246,7 @@ TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
   EXPECT_FALSE(dialog.findChild<QPushButton*>(QStringLiteral("DeleteButton"))->isEnabled());
 }
 
-// The list has the hourglass while it opens a purchase.
+// While the list opens a purchase, its pointer is the hourglass.
 TEST_F(RecordDialogFailuresTest, OfOpeningAPurchaseGiveTheListItsPointerBack) {
   givenRecords();
   BrokenClock broken;
@@ -281,7 +282,7 @@ TEST_F(RecordDialogFailuresTest, OfChoosingAPurchaseLeaveTheListOpen) {
   EXPECT_NO_THROW(dialog.findChild<QPushButton*>(QStringLiteral("Command1"))->click());
 }
 
-// The time of the purchase is all that opening the dialog asks anybody for.
+// Opening the dialog needs nothing but the time of the purchase.
 TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseDoNotComeFromFiles) {
   files_.failAlways(57);
   NewPurchaseDialog dialog(agreeingParts());
@@ -304,7 +305,7 @@ TEST_F(RecordDialogFailuresTest, OfViewingAPurchaseAreNotTold) {
       files_.failAtCall(call, number);
       dialog.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
       const bool isRead = files_.calls().back() == test::FileCall::ReadAt;
-      // A block that cannot be read is tried once more, record by record.
+      // A block that cannot be read is tried again, record by record.
       EXPECT_EQ(static_cast<int>(files_.calls().size()), isRead ? call + 1 : call);
       EXPECT_EQ(dialog.cursor().shape(), Qt::ArrowCursor);
       EXPECT_TRUE(dialog.isVisible());

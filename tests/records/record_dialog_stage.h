@@ -1,5 +1,5 @@
-// A main window, a tree with a selected site, and the record files in memory:
-// what a record dialog works with.
+// A main window, a tree with a selected site, and the record files in memory, for the
+// tests of the record dialogs.
 #pragma once
 
 #include <QLineEdit>

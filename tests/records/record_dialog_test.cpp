@@ -1,5 +1,5 @@
-// What holds for every record dialog: the hourglass while it works, what its boxes
-// take, and that Cancel writes nothing.
+// What holds for every record dialog: it shows the hourglass while it works, its boxes
+// limit their text, and Cancel writes nothing.
 #include "records/record_dialog.h"
 
 #include <QApplication>
@@ -16,7 +16,8 @@ namespace {
 
 class RecordDialogTest : public test::RecordDialogStage {
  protected:
-  // Whether the dialog had the hourglass at every file call of what follows.
+  // From now on, records in hadHourglass_ whether the dialog shows the hourglass at every
+  // file call.
   void watchPointerOf(QDialog& dialog) {
     files_.reset();
     hadHourglass_ = true;

@@ -1,5 +1,5 @@
-// A data folder in memory with the three record files, and the records written
-// out the way they lie there.
+// A data folder in memory with the three record files, and their records written out as
+// stored.
 #pragma once
 
 #include <gtest/gtest.h>

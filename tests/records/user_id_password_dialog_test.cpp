@@ -13,7 +13,7 @@ constexpr const char* kReplaceUnread =
 
 class UIDDialogTest : public test::RecordDialogStage {
  protected:
-  // Loads a dialog while the file cannot be read; afterwards it can.
+  // Loads a dialog while the file cannot be read. Afterwards it can be read again.
   void loadInVain(UIDDialog& dialog) {
     files_.failAtCall(test::FileCall::OpenForReading, 1, 75);
     messageBox_.expect("Unable to open User ID, Password window. Path/file access error.",

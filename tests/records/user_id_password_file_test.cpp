@@ -14,7 +14,7 @@ namespace {
 
 using test::failureNumberOf;
 
-// A record as it lies in the file: 300 bytes of key, 30 of password, 30 of user ID.
+// A record as stored in the file: 300 bytes of key, 30 of password, 30 of user ID.
 std::string record(std::string key, std::string password, std::string userID) {
   key.resize(300, ' ');
   password.resize(30, ' ');
@@ -33,7 +33,7 @@ class UserIDPasswordFileTest : public testing::Test {
 
   const std::string& file() { return memory_.bytesOf("Data/info.dat"); }
 
-  // What is read for "a.b.c", as "user ID|password"; "none" without a record.
+  // What is read for "a.b.c", as "user ID|password"; "none" if there is no record.
   std::string readBack() {
     const auto stored = records_.read("a.b.c");
     return stored ? stored->userID() + '|' + stored->password() : "none";

@@ -16,7 +16,7 @@ class LiteralLabelTest : public ::testing::Test {
     return label_.grab().toImage();
   }
 
-  // How many columns of pixels there are from the left to the end of the text.
+  // The number of pixel columns from the left edge to the end of the text.
   int widthOf(const char* text) {
     const QImage image = picture(text);
     const QRgb background = image.pixel(image.width() - 1, image.height() - 1);

@@ -60,7 +60,7 @@ TEST_F(ResultListTest, FindsNothingByACharacterThatNoAddressHas) {
   list_.showAddresses({"one.two.three", "?.five.six"});
   list_.keyboardSearch(QStringLiteral("\u0436"));
   EXPECT_EQ(list_.selectedRow(), -1);
-  list_.keyboardSearch({});  // what is typed next begins a text of its own
+  list_.keyboardSearch({});  // ends the typed text, so that the next key begins a new one
   list_.keyboardSearch(QStringLiteral("?"));
   EXPECT_EQ(list_.selectedRow(), 1);
 }
@@ -88,7 +88,7 @@ TEST_F(ResultListTest, IsNeverWiderThanItIs) {
 TEST_F(ResultListTest, ReachesTheLastOfAMillion) {
   constexpr int kCount = 1'000'000;
   list_.showAddresses(manyAddresses(kCount));
-  // Where the keys begin in a list that has the keyboard.
+  // The keys start here in a list that has the focus.
   list_.selectionModel()->setCurrentIndex(list_.model()->index(0, 0),
                                           QItemSelectionModel::NoUpdate);
   QTest::keyClick(&list_, Qt::Key_End);

@@ -30,7 +30,7 @@ class SearchDialogTest : public test::SearchStage {
                 }};
   }
 
-  // The date boxes after a load on this day.
+  // The texts of the date boxes after a load on this day.
   std::string presetOn(int year, int month, int day) {
     clock_.set({.year = year, .month = month, .day = day});
     SearchDialog dialog(parts());
@@ -39,7 +39,7 @@ class SearchDialogTest : public test::SearchStage {
            entered(dialog, "Text4");
   }
 
-  // The date searched for with these date boxes.
+  // The date that is searched for if the date boxes have these texts.
   std::string dateOf(const char* month, const char* day, const char* year) {
     found_ = {"one.two.three/a"};
     enter(dialog_, "Text2", month);
@@ -139,7 +139,7 @@ TEST_F(SearchDialogTest, TakesWhatThereIsOfAShortOrLongYear) {
   EXPECT_EQ(dateOf("1", "2", "19995"), "1/2/99");
 }
 
-// What is no date is for the search to refuse.
+// Rejecting an invalid date is up to the search, not to the dialog.
 TEST_F(SearchDialogTest, PassesOnADateThatIsNone) {
   EXPECT_EQ(dateOf("13", "x", "1999"), "13/x/99");
 }

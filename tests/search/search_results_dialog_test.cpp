@@ -134,7 +134,7 @@ TEST_F(SearchResultsDialogTest, AsksForASelection) {
   EXPECT_TRUE(dialog_.isVisible());
 }
 
-// Coming to the list by keyboard makes its first entry current, but selects nothing.
+// Moving to the list by keyboard makes its first entry current, but selects nothing.
 TEST_F(SearchResultsDialogTest, AsksForASelectionWhenTheListHasTheFocus) {
   load({"one.two.three/a"});
   auto& list = control<QListView>(dialog_, "List1");

@@ -1,5 +1,5 @@
-// A main window, a tree of three sites, and a search that finds what a test says:
-// what the search dialogs work with.
+// A main window, a tree of three sites, and a search with results set by the test, for
+// the tests of the search dialogs.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ class SearchStage : public ::testing::Test {
     mainWindow_.show();
   }
 
-  // Finds what is in found_, and remembers what it was asked for.
+  // Finds what is in found_, and records its criteria.
   SiteSearch search() {
     return [this](const SearchCriteria& criteria) {
       searches_.push_back(describe(criteria));
@@ -83,8 +83,8 @@ class SearchStage : public ::testing::Test {
     return control<QAbstractButton>(dialog, button).text().toStdString();
   }
 
-  // The controls that Tab reaches in turn from the one that has the focus, and
-  // back to it.
+  // The controls that Tab reaches, from the one that has the focus until it comes back to
+  // it.
   static std::vector<std::string> tabThrough(QWidget& dialog) {
     dialog.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));

@@ -11,7 +11,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// A clock that does not know the day.
+// A clock that fails when it is asked for the time.
 class BrokenClock final : public Clock {
  public:
   [[nodiscard]] LocalDateTime now() override { throw Failure(number); }
@@ -32,7 +32,8 @@ class SearchWindowsTest : public test::SearchStage {
             .withScheme = {}};
   }
 
-  // The dialogs on screen of this name; those that were unloaded are gone for good.
+  // The visible dialogs with this name. Dialogs that were unloaded are really deleted
+  // first.
   static std::vector<QWidget*> open(const char* name) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     std::vector<QWidget*> windows;
@@ -44,7 +45,7 @@ class SearchWindowsTest : public test::SearchStage {
     return windows;
   }
 
-  // Loaded dialogs of this name, hidden ones too.
+  // The number of loaded dialogs with this name, including hidden ones.
   std::size_t loaded(const char* name) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return static_cast<std::size_t>(
@@ -245,7 +246,7 @@ TEST_F(SearchWindowsTest, MayOutliveTheMainWindow) {
   EXPECT_EQ(searchesOpen(), 0U);
 }
 
-// The session may end the program while a message box waits for its answer.
+// The session may end the program while a message box waits for an answer.
 TEST_F(SearchWindowsTest, SurvivesItsEndUnderAnOpenMessageBox) {
   windows_->openSearch();
   messageBox_.expect("No matches found.", MessageBoxStyle::Information, MessageBoxButton::Ok,

@@ -25,7 +25,7 @@ using test::kFileFailures;
 
 using Addresses = std::vector<std::string>;
 
-// A record as it lies in the file: 300 bytes of address, the flag, 21 bytes of stamp.
+// A record as stored in the file: 300 bytes of address, the flag, 21 bytes of stamp.
 std::string record(std::string address, std::string stamp = "1/2/25 3:04:05 AM~") {
   address.resize(300, ' ');
   stamp.resize(21, ' ');
@@ -113,7 +113,7 @@ TEST_F(SiteSearchTest, OpensTheFileButReadsNothingOfItForAnEmptyText) {
   EXPECT_EQ(failureByText(""), 67);
 }
 
-// Such a character is a "?" where addresses are recorded.
+// Such a character is recorded as "?" in an address.
 TEST_F(SiteSearchTest, FindsNothingByACharacterThatNoAddressCanHold) {
   givenTheFile(record("a.b.c/?q=1") + record("a.b.c/?\xC4\x81"));
   for (const char* text : {"\u0101", "a\u0416", "\U0001F511", "?\u0101"}) {
@@ -272,18 +272,18 @@ TEST_F(SiteSearchTest, ReadsNoDateOfARecordWithoutAnAddress) {
 }
 
 TEST_F(SiteSearchTest, ReadsTrailingPartRecordsOfAnyLength) {
-  // Of less than a half: the address alone, and no date behind it.
+  // Less than half a record: an address without a date.
   givenTheFile(record("a.b.c") + "d.e.f");
   EXPECT_EQ(failureByText("a"), 13);
   EXPECT_EQ(failureByDate("1/1/25"), 13);
-  // With a stamp up to its end mark, and nothing of the padding behind.
+  // A stamp with its end mark, but without the padding after it.
   givenTheFile(record("a.b.c") + record("d.e.f").substr(0, 319));
   EXPECT_EQ(byText("e"), Addresses{"d.e.f"});
   EXPECT_EQ(byDate("1/2/25"), (Addresses{"a.b.c", "d.e.f"}));
   // The end mark is missing.
   givenTheFile(record("a.b.c") + record("d.e.f").substr(0, 318));
   EXPECT_EQ(failureByDate("1/2/25"), 13);
-  // No address in it.
+  // No address.
   givenTheFile(record("a.b.c") + " ");
   EXPECT_EQ(byText("a"), Addresses{"a.b.c"});
 }
@@ -379,8 +379,8 @@ TEST_F(SiteSearchTest, TakesBytesForNulsThatAreGoneWhenItGetsToThem) {
   EXPECT_EQ(byDate("1/1/25"), Addresses{"a.b.c"});
 }
 
-// What the search does, said again in the plainest words, record by record. A date
-// that cannot be read makes the whole of it nothing.
+// The same search in the simplest form, record by record. Returns nullopt if it meets a
+// date that cannot be read.
 namespace plain {
 
 char lowerCase(char character) {
@@ -410,7 +410,7 @@ std::string addressIn(const std::string& bytes) {
   return field.substr(0, field.find(' '));
 }
 
-// The days of the random files, as numbers that grow with the calendar.
+// The days in the random files, as numbers that increase with the date.
 struct Day {
   std::string text;
   int number;
@@ -464,7 +464,8 @@ std::optional<Addresses> search(const std::string& file, const SearchCriteria& c
 
 }  // namespace plain
 
-// Random files, mostly of good records, with whatever else a file may hold among them.
+// Random files, mostly of valid records, mixed with anything else that a file may
+// contain.
 class RandomFiles {
  public:
   std::string nextFile() {
@@ -495,7 +496,7 @@ class RandomFiles {
     return record(address, stamp);
   }
 
-  // A piece of the file, in which some letters have changed their case.
+  // A piece of the file in which some letters are converted to lower case.
   std::string nextText(const std::string& file) {
     if (file.empty() || below(10) == 0) return below(2) == 0 ? "" : "a";
     const std::size_t place = below(file.size()) / 322 * 322 + below(5);
@@ -509,7 +510,7 @@ class RandomFiles {
   std::string nextDay() { return plain::kDays[below(plain::kDays.size())].text; }
   char nextByte() { return static_cast<char>(below(256)); }
 
-  // In a stamp, it makes no other date of the one that stands there.
+  // A digit might turn the date of a stamp into another valid date.
   char nextByteButADigit() {
     const char byte = nextByte();
     return byte >= '0' && byte <= '9' ? 'x' : byte;

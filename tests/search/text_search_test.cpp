@@ -23,7 +23,7 @@ TEST(TextSearch, FindsATextAtEveryPlace) {
   EXPECT_TRUE(isIn("news.harbour.example", "news.harbour.example"));
 }
 
-// The sanitizers tell where a search reads beyond the bytes that it has.
+// The sanitizers report a search that reads beyond its bytes.
 TEST(TextSearch, ReadsOnlyTheTextsThatItHas) {
   const std::vector<char> text{'n', 'e', 'w'};
   EXPECT_FALSE(isIn("s", {text.data(), text.size()}));
@@ -100,7 +100,7 @@ TEST(TextSearch, IsDoneWithAWorstCaseOfRepetitions) {
       isIn("b" + std::string(149, 'a'), std::string(150, 'a') + "B" + std::string(149, 'A')));
 }
 
-// Few different characters bring many near misses, all 256 bring every byte.
+// Few different characters give many near misses; all 256 cover every byte.
 TEST(TextSearch, AgreesWithAPlainSearchOnRandomTexts) {
   std::mt19937 random(1);
   const auto below = [&random](std::size_t bound) {

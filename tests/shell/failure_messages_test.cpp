@@ -8,8 +8,8 @@
 namespace quorrix {
 namespace {
 
-// Every number that any family tells apart, and two that none does. Each sentence
-// stands here in full, so that what the user reads can be read here.
+// Every number that any family distinguishes, and two that none does. Each sentence is
+// written out in full, so that this table shows what the user reads.
 struct Sentence {
   int number;
   const char* text;

@@ -16,7 +16,7 @@ using test::ScriptedMessageBox;
 
 class GuardedTest : public testing::Test {
  protected:
-  // As a form has it whose caller set it.
+  // The form's caller has set the hourglass.
   GuardedTest() { form_.setCursor(Qt::WaitCursor); }
 
   Qt::CursorShape pointer() const { return form_.cursor().shape(); }
@@ -39,7 +39,7 @@ TEST_F(Guarded, IsTrueAndSilentWhenNothingFails) {
   EXPECT_EQ(messageBox_.shown(), 0);
 }
 
-// An operation that succeeds puts its own pointer back; start-up does so only at its end.
+// An operation that succeeds resets the pointer itself; start-up does so only at its end.
 TEST_F(Guarded, LeavesThePointerToAnOperationThatSucceeds) {
   EXPECT_TRUE(guarded(form_, messageBox_, FailureFamily::StartUp, [] {}));
   EXPECT_EQ(pointer(), Qt::WaitCursor);

@@ -40,7 +40,8 @@ TEST(FromPlatformText, ReadsSingleByteTextWhereItIsNotUtf8) {
   EXPECT_EQ(fromPlatformText("/home/Zo\xeb/x"), QStringLiteral("/home/Zo\u00eb/x"));
 }
 
-// A lone byte at the end could be the beginning of a longer sequence, and is none.
+// A single byte at the end might be the beginning of a longer UTF-8 sequence, but here it
+// is a character.
 TEST(FromPlatformText, LosesNoSingleByteAtTheEnd) {
   EXPECT_EQ(fromPlatformText("Caf\xe9"), QStringLiteral("Caf\u00e9"));
   EXPECT_EQ(fromPlatformText("Caf\xc3"), QStringLiteral("Caf\u00c3"));
@@ -66,7 +67,8 @@ TEST(AsToolTip, BreaksALongerLineWhereItLosesNothing) {
                                  QString(40, QLatin1Char('b')) + QStringLiteral("</p>"));
 }
 
-// What the desktop is told is all that counts: the marker is Qt's own business.
+// The title that the desktop receives. How Qt treats its marker internally does not
+// matter.
 QString titleOnTheDesktop(const QString& text) {
   QWidget window;
   window.setWindowTitle(asWindowTitle(text));

@@ -11,7 +11,7 @@
 namespace quorrix {
 namespace {
 
-// With an opener of our own in front of the desktop's, which writes down what it is given.
+// Puts a test opener in front of the desktop's, which writes down what it is given.
 class QtCommandShellTest : public testing::Test {
  protected:
   QtCommandShellTest() {
@@ -34,7 +34,7 @@ class QtCommandShellTest : public testing::Test {
 
   QString opened() const { return folder_.filePath(QStringLiteral("opened")); }
 
-  // What the opener was given: how many arguments, and then each on a line.
+  // The number of arguments that the opener was given, then each on a line.
   QByteArray whenRun(const std::string& line) {
     QFile::remove(opened());
     QtCommandShell().run(line);

@@ -29,7 +29,7 @@ QLabel& textLabel(const QMessageBox& box) {
   return *box.findChild<QLabel*>(QStringLiteral("MessageText"));
 }
 
-// Shows a message box and, as soon as it is open, does with it what the user would.
+// Shows a message box and, as soon as it is open, does what the user would do with it.
 MessageBoxButton showAnd(const UserAction& act, std::string_view text,
                          MessageBoxStyle style = MessageBoxStyle::Critical) {
   QTimer::singleShot(0, qApp, [&act] {
@@ -104,7 +104,7 @@ class StyleWithIconsOnButtons final : public QProxyStyle {
   }
 };
 
-// As those of the dialogs.
+// The buttons of the dialogs have no icons either.
 TEST(QtMessageBox, HasButtonsWithoutIconsOnEveryDesktop) {
   const QString before = QApplication::style()->name();
   QApplication::setStyle(new StyleWithIconsOnButtons(QStyleFactory::create(before)));
@@ -129,7 +129,7 @@ TEST(QtMessageBox, ShowsMarkupLetterByLetter) {
       "<b>Unable</b> to find &amp; <img src=x>");
 }
 
-// A folder's path, of one word.
+// The path of a folder, a single long word.
 const std::string kLongQuestion = "Delete archive '/" + std::string(250, 'w') + "'?";
 
 TEST(QtMessageBox, ShowsALongWordWholeAndSaysItUnchanged) {

@@ -12,13 +12,13 @@ namespace {
 
 const QString kPath = QStringLiteral("/home/") + QString(200, u'w');
 
-// As many lines as a label of this height has. One of them may be a fraction of a pixel
-// lower than the font is.
+// The number of lines in a label of this height. A line may be a fraction of a pixel
+// lower than the font.
 int linesIn(const QLabel& label, int height) {
   return qRound(static_cast<double>(height) / label.fontMetrics().height());
 }
 
-// The lowest row of the picture with anything on it.
+// The lowest row of the picture that is not empty.
 int lowestInk(const QImage& picture) {
   const QRgb ground = picture.pixel(0, 0);
   for (int y = picture.height() - 1; y > 0; --y) {
@@ -70,7 +70,7 @@ TEST(WrappingLabel, BreaksALongWordWhereTheLineEnds) {
   const int letters = label.fontMetrics().horizontalAdvance(kPath);
   EXPECT_GE(linesIn(label, height), letters / kWidth);
   label.resize(kWidth, height);
-  // Ink in the last of the lines: nothing is cut off.
+  // Something is painted in the last line, so nothing is cut off.
   EXPECT_GT(lowestInk(label.grab().toImage()), height - label.fontMetrics().height());
 }
 

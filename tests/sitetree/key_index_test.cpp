@@ -113,7 +113,7 @@ TEST(KeyHash, DiffersWhereKeysDifferLittle) {
 }
 
 TEST(KeyHash, SpreadsKeysThatDifferOnlyAtTheEnd) {
-  // Of so many numbers drawn at random from 65,536, about 9,300 are different.
+  // Of 10,000 numbers drawn at random from 65,536, about 9,300 are different.
   std::set<std::uint32_t> lowBits;
   for (int page = 0; page < 10'000; ++page) {
     lowBits.insert(hashOf("www.example.org/page" + std::to_string(page)) & 0xFFFFU);

@@ -28,14 +28,14 @@ struct File {
   std::size_t length;  // of a record
 };
 
-// In the order in which a deletion goes through them.
+// In the order in which a deletion processes them.
 const File kNodes{"Data/nodes.dat", 322};
 const File kPurchases{"Data/purchases.dat", 542};
 const File kNotes{"Data/notes.dat", 1324};
 const File kInfo{"Data/info.dat", 360};
 const File kFiles[] = {kNodes, kPurchases, kNotes, kInfo};
 
-// An address field and, behind it, something that must not be taken for blank.
+// An address field, followed by something that must not be mistaken for blank.
 std::string record(const File& file, std::string address) {
   address.resize(300, ' ');
   return address + std::string(file.length - 300, 'x');
@@ -56,7 +56,7 @@ class SiteDeletionTest : public testing::Test {
     memory_.givenAFile(file.path, std::move(bytes));
   }
 
-  // A file with one record for each of the addresses.
+  // The bytes of a file with one record for each address.
   static std::string recordsOf(const File& file, const std::vector<std::string>& addresses) {
     std::string bytes;
     for (const std::string& address : addresses) bytes += record(file, address);
@@ -254,7 +254,7 @@ TEST_F(SiteDeletionTest, FailsInAMissingFolder) {
 
 TEST_F(SiteDeletionTest, BlanksNothingInAFileThatCannotBeReadToItsEnd) {
   givenRecordsEverywhere({"a.a.a", "b.b.b"});
-  // Beyond the end of every file but that of the notes.
+  // Beyond the end of every file except the notes.
   files_.spoilBytes(1'400, 1, 57);
   EXPECT_EQ(failureNumberOf([this] { deleteSites({"a.a.a"}); }), 57);
   EXPECT_EQ(bytesOf(kNodes), blank(kNodes) + record(kNodes, "b.b.b"));
@@ -264,7 +264,7 @@ TEST_F(SiteDeletionTest, BlanksNothingInAFileThatCannotBeReadToItsEnd) {
 }
 
 TEST_F(SiteDeletionTest, StopsWithTheNumberOfWhateverCallFailsAndKeepsWhatIsBlanked) {
-  // The writes in their order: the keys' in each file, and the files'.
+  // The writes in order, as {file, record}: in each file, key by key.
   const std::pair<int, int> writes[] = {{0, 2}, {0, 1}, {1, 1}, {1, 2}, {2, 2}, {3, 1}};
   const auto givenTheFiles = [this] {
     given(kNodes, recordsOf(kNodes, {"x.x.x", "b.b.b", "a.a.a"}));
@@ -373,7 +373,7 @@ TEST_F(SiteDeletionTest, WorksOnRealFiles) {
   for (const File& file : kFiles) EXPECT_EQ(folder.bytesOf(file.path.filename()), "");
 }
 
-// Key by key and record by record: slow, and plain to see that it is right.
+// Deletes key by key and record by record, which is slow but obviously correct.
 class PlainDeletion {
  public:
   explicit PlainDeletion(std::size_t writesAllowed) : writesLeft_(writesAllowed) {}
@@ -426,7 +426,7 @@ class RandomSites {
 
   std::size_t below(std::size_t bound) { return random_() % bound; }
 
-  // Few different ones, so that many are the same; letter case, NULs and blanks vary.
+  // The addresses are short, so many are equal; letter case, NULs and blanks vary.
   std::string address() {
     std::string text;
     for (std::size_t length = below(4); length > 0; --length) text += "aAb/ \0"s[below(6)];
@@ -441,7 +441,7 @@ class RandomSites {
     return bytes;
   }
 
-  // Each once, as in the tree.
+  // Without duplicates, as in the tree.
   std::vector<std::string> keys() {
     std::vector<std::string> keys;
     for (std::size_t count = below(12); count > 0; --count) {
@@ -477,7 +477,7 @@ TEST_F(SiteDeletionTest, DoesWhatGoingThroughTheFilesKeyByKeyDoes) {
     blanked += static_cast<std::size_t>(files_.callsOf(FileCall::WriteAt));
     if (!isToSucceed) ++stopped;
   }
-  // Else it would have compared files that stay as they are.
+  // Otherwise it would only have compared unchanged files.
   EXPECT_GT(blanked, 3'000U);
   EXPECT_GT(stopped, 50);
 }

@@ -19,14 +19,14 @@ using test::failureNumberOf;
 using test::FileCall;
 using test::kFileFailures;
 
-// A record as it lies in the file: 300 bytes of address, the flag, 21 bytes of stamp.
+// A record as stored in the file: 300 bytes of address, the flag, 21 bytes of stamp.
 std::string record(std::string address, char flag = 'N', std::string stamp = "1/2/25 3:04:05 AM~") {
   address.resize(300, ' ');
   stamp.resize(21, ' ');
   return address + flag + stamp;
 }
 
-// So many segments: "one.two.three" and then "/s", time and again.
+// An address of this many segments: "one.two.three", then "/s" repeatedly.
 std::string addressOfLevels(int levels) {
   std::string address = "one.two.three";
   for (int k = 2; k <= levels; ++k) address += "/s";
@@ -47,7 +47,8 @@ class SiteFileTest : public testing::Test {
 
   const std::string& file() { return memory_.bytesOf(paths_.currentNodesFile); }
 
-  // The keys of the nodes below the root, each level in its order.
+  // The keys of the nodes below the root: each node before its children, siblings in
+  // their order.
   std::vector<std::string> loadedKeys() {
     SiteTree tree;
     siteFile_.loadNodes(tree);
@@ -75,7 +76,7 @@ class SiteFileTest : public testing::Test {
 
 class SiteFileLatestVisitTest : public SiteFileTest {
  protected:
-  // The scheme letter and the stamp; "none" without a record.
+  // The scheme letter and the stamp; "none" if there is no record.
   std::string latestVisit(std::string_view address) {
     const auto visit = siteFile_.latestVisit(address);
     return visit ? visit->protocolFlag + (" " + visit->stamp) : "none";
@@ -213,7 +214,7 @@ TEST_F(SiteFileTest, RoundsAHalfRecordToTheEvenNumberOnLoading) {
 }
 
 TEST_F(SiteFileTest, TakesThePaddingOfAPartRecordForText) {
-  // The bytes that are missing read as NUL, and blanks in front of a NUL are text.
+  // Missing bytes read as NUL, and blanks before a NUL belong to the text.
   givenTheFile(record("one.two.three", 'N').substr(0, 200));
   EXPECT_EQ(loadedKeys(), Keys{"one.two.three" + std::string(187, ' ')});
 }
@@ -302,8 +303,8 @@ TEST_F(SiteFileTest, AnnouncesLoadingAsOneReset) {
   EXPECT_EQ(counter.others, 0);
 }
 
-// The whole file, byte by byte: six lines of fifty for the address, then the
-// flag, then the stamp.
+// The whole file, byte by byte: the address in six lines of fifty, then the flag, then
+// the stamp.
 TEST_F(SiteFileTest, WritesTheseBytes) {
   siteFile_.appendSiteRecord("www.example.org/manual/intro.html", 'N');
   const std::string appended =

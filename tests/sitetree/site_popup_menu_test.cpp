@@ -18,7 +18,7 @@ const QStringList kAllEntries = {
 
 class SitePopupMenuTest : public testing::Test {
  protected:
-  // Every entry notes its name when it is chosen.
+  // Every entry records its name when it is chosen.
   SitePopupMenu::Handlers notingHandlers() {
     const auto note = [this](const char* name) {
       return [this, name] { chosen_ << QString::fromLatin1(name); };

@@ -11,7 +11,7 @@
 namespace quorrix {
 namespace {
 
-// While it lives, every complaint of the model tester fails the test.
+// While this object exists, every complaint of the model tester fails the test.
 class TesterComplaintsFail {
  public:
   TesterComplaintsFail() : before_(qInstallMessageHandler(&report)) {}
@@ -34,7 +34,7 @@ class SiteTreeModelTest : public testing::Test {
 
   QModelIndex indexOf(std::string_view key) const { return model_.indexOf(tree_.at(key)); }
 
-  // Everything that the model shows, a line per node, children indented by a blank.
+  // Everything that the model shows, one line per node; children are indented by a blank.
   QStringList shown(const QModelIndex& parent = {}, const QString& indent = {}) const {
     QStringList lines;
     for (int row = 0; row < model_.rowCount(parent); ++row) {
@@ -173,7 +173,8 @@ TEST_F(SiteTreeModelItem, CanBeSelectedAndNotEdited) {
   EXPECT_EQ(model_.flags({}), Qt::NoItemFlags);
 }
 
-// Views look into every leaf that does not say so, which takes them for ever.
+// Views examine every leaf that does not say so, which takes far too long in a large
+// tree.
 TEST_F(SiteTreeModelItem, SaysThatItHasNoChildrenOnlyWhileItHasNone) {
   tree_.addRoot();
   add("one.two.three");

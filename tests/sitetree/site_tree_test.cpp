@@ -251,7 +251,8 @@ TEST_F(SiteTreeTest, BeginsAnewWhenItIsCleared) {
   EXPECT_EQ(add("one.two.three/a"), 2U);
 }
 
-// Writes down what it is told, and checks that the tree is then as it was told.
+// Records the notifications, and checks that the tree is in the state that each of them
+// announces.
 class EventLog final : public SiteTreeObserver {
  public:
   explicit EventLog(const SiteTree& tree) : tree_(tree) {}
@@ -389,7 +390,7 @@ TEST_F(ObservedSiteTreeTest, SaysNothingMoreWithoutAnObserver) {
   EXPECT_EQ(log_.events, std::vector<std::string>{});
 }
 
-// The tree in its simplest form: maps, and every key cut from the address again.
+// The simplest form of the tree: maps, and every key cut from the address separately.
 class ModelTree {
  public:
   struct Node {
@@ -429,7 +430,7 @@ class ModelTree {
   std::map<std::string, Node> nodes;
 };
 
-// Few and short segments, so that addresses often share levels.
+// The segments are few and short, so that addresses often share levels.
 std::string randomAddress(std::mt19937& random) {
   static const char* const kSegments[] = {"a", "b", "A", "", "www", "ROOT", "ab", "a.b.c", "\xE9"};
   std::string address = kSegments[random() % std::size(kSegments)];

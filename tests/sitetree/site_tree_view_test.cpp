@@ -47,7 +47,7 @@ class SiteTreeViewTest : public testing::Test {
 
   bool isExpanded(std::string_view key) const { return view_.isExpanded(indexOf(key)); }
 
-  // Whether the node's row is on the visible part of the view.
+  // Whether the node's row is in the visible part of the view.
   bool isOnScreen(std::string_view key) const {
     const QRect row = view_.visualRect(indexOf(key));
     return row.isValid() && view_.viewport()->rect().contains(row.center());
@@ -222,7 +222,7 @@ TEST_F(SiteTreeViewTypeAhead, PassesOverABranchThatIsClosed) {
   EXPECT_EQ(tree_.selected(), node("zoo.two.three"));
 }
 
-// A row is as wide as the widest, and its text is at its beginning.
+// Every row is as wide as the widest one, and its text is at its beginning.
 TEST_F(SiteTreeViewTypeAhead, ShowsTheBeginningOfTheRowWhenAnotherIsWide) {
   add("one.two.three/" + std::string(250, 'm'));
   add("four.five.six");
@@ -370,7 +370,7 @@ TEST_F(SiteTreeViewFollows, TheTreesSelection) {
   EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
 }
 
-// Assistive technology changes the selection and leaves the current row.
+// Assistive technology changes the selection but not the current row.
 TEST_F(SiteTreeViewFollows, ASelectionWithoutACurrentRow) {
   givenTwoHostsWithSubSites();
   QSignalSpy chosen(&view_, &SiteTreeView::nodeChosen);
@@ -448,7 +448,7 @@ TEST_F(SiteTreeViewSelects, TheSameAsBeforeWhenEmptySpaceIsClicked) {
   EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
 }
 
-// The popup menu acts on the selected node, so there is no moment without one.
+// The popup menu acts on the selected node, so a node is always selected.
 TEST_F(SiteTreeViewSelects, TheSameAsBeforeWhenItIsClickedWithCtrl) {
   givenTwoHostsWithSubSites();
   click(Qt::LeftButton, placeOf("four.five.six"));
@@ -560,7 +560,7 @@ TEST_F(SiteTreeViewMouseUp, StaysInsideTheViewForALongRowThatIsOutOfSight) {
   EXPECT_EQ(view_.indexAt(at), indexOf(longHost));
 }
 
-// The release has been told already, or will be.
+// The mouse release is reported separately, before or after it.
 TEST_F(SiteTreeViewMouseUp, IgnoresTheMousesOwnMenuRequest) {
   QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(30, 8),
                           view_.viewport()->mapToGlobal(QPoint(30, 8)));
@@ -589,7 +589,7 @@ TEST_F(SiteTreeViewLabels, AreScrolledToWhenTheyAreLong) {
   view_.expandAll(node("ROOT"), false);
   EXPECT_TRUE(QTest::qWaitFor([this] { return view_.horizontalScrollBar()->maximum() > 0; }));
   const int textWidth = view_.fontMetrics().horizontalAdvance(QString(280, QLatin1Char('m')));
-  // The segment is the third level, so at least two indentations stand before it.
+  // The segment is on the third level, so it is indented at least twice.
   EXPECT_GE(view_.columnWidth(0), textWidth + 2 * view_.indentation());
   EXPECT_GE(view_.horizontalScrollBar()->maximum(),
             textWidth + 2 * view_.indentation() - view_.viewport()->width());

@@ -1,4 +1,4 @@
-"""Folders of src/ include only what is below them."""
+"""Folders of src/ include only headers of the folders below them."""
 
 import re
 import unittest
@@ -30,7 +30,7 @@ def texts():
 
 
 def arrows(files):
-    """Pairs of a file and what it includes from another folder."""
+    """Pairs of a file and a header that it includes from another folder."""
     return [(name, included) for name, text in sorted(files.items())
             for included in INCLUDE.findall(text)
             if included.split("/")[0] != name.split("/")[0]]

@@ -1,4 +1,4 @@
-// Agrees to every question, and keeps the sentences about failures.
+// Answers OK to every question, and keeps the messages about failures.
 #pragma once
 
 #include <functional>
@@ -21,7 +21,7 @@ class AgreeingMessageBox final : public MessageBox {
   }
 
   std::vector<std::string> sentences;
-  std::function<void()> whileCritical;  // called while one is shown
+  std::function<void()> whileCritical;  // called while such a message is shown
 };
 
 }  // namespace quorrix::test

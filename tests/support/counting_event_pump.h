@@ -1,5 +1,5 @@
-// An event pump without events: it counts, and at chosen pumps does what the user
-// would do in the windows then, such as choosing Stop Tracking.
+// An event pump without events: it counts its calls, and at chosen ones does what the
+// user would do in the windows at that time, such as choosing Stop Tracking.
 #pragma once
 
 #include <functional>
@@ -16,14 +16,14 @@ class CountingEventPump final : public EventPump {
   // Runs `action` in the n-th processPending, counted from 1.
   void atPump(int n, std::function<void()> action) { actions_[n] = std::move(action); }
 
-  // Runs in every processPending, with its number, before what atPump says.
+  // Runs in every processPending, with its number, before the action of atPump.
   void atEachPump(std::function<void(int pump)> action) { eachTime_ = std::move(action); }
 
   [[nodiscard]] int pumps() const { return pumps_; }
   [[nodiscard]] int pauses() const { return pauses_; }
 
   void processPending() override {
-    // A loop that nobody stops must fail its test, not hang it.
+    // A loop that is never stopped must fail its test, not hang it.
     if (pumps_ == kEndless) throw std::logic_error("the loop goes on for ever");
     const int pump = ++pumps_;
     if (eachTime_) eachTime_(pump);

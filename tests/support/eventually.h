@@ -6,7 +6,7 @@
 
 namespace quorrix::test {
 
-// True as soon as `condition` holds; false when it still does not after the
+// Returns true as soon as `condition` holds, and false if it still does not hold at the
 // deadline, which is long enough for the slowest machine.
 template <typename Condition>
 [[nodiscard]] bool eventually(Condition condition,

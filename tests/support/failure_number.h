@@ -7,11 +7,12 @@ namespace quorrix::test {
 
 inline constexpr int kNoFailure = 0;
 
-// What a call to the file system may fail with; the last stands for all others.
+// The numbers with which a call to the file system may fail; the last one represents all
+// others.
 inline constexpr int kFileFailures[] = {7, 53, 57, 61, 67, 68, 71, 75, 76, 51};
 
-// The number of the Failure that `operation` throws, kNoFailure when it throws
-// nothing; any other exception goes through.
+// Returns the number of the Failure that `operation` throws, or kNoFailure if it throws
+// nothing. Other exceptions propagate.
 template <typename Operation>
 [[nodiscard]] int failureNumberOf(Operation operation) {
   try {
@@ -22,7 +23,8 @@ template <typename Operation>
   return kNoFailure;
 }
 
-// Whether `operation` throws a Failure that says that another program has the file locked.
+// Whether `operation` throws a Failure which says that another program has the file
+// locked.
 template <typename Operation>
 [[nodiscard]] bool failsBecauseInUse(Operation operation) {
   try {

@@ -1,5 +1,5 @@
-// A clock that a test sets. Waiting costs no time: elapsed() moves on by itself
-// each time it is asked, as far as the test says.
+// A clock that a test sets. Waiting takes no time: each call of elapsed() moves the clock
+// on by the step that the test chose.
 #pragma once
 
 #include "platform/clock.h"

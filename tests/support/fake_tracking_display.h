@@ -1,4 +1,4 @@
-// Notes what the tracking loop would show in the main window.
+// Records what the tracking loop would show in the main window.
 #pragma once
 
 #include <optional>

@@ -9,7 +9,8 @@
 namespace quorrix::test {
 namespace {
 
-// At most buffer.size() - 1 characters and a NUL; what is behind stays as it was.
+// Copies at most buffer.size() - 1 characters and a NUL. The rest of the buffer stays
+// unchanged.
 std::size_t copyText(std::string_view text, std::span<char> buffer) {
   if (buffer.empty()) return 0;
   const std::size_t length = text.copy(buffer.data(), buffer.size() - 1);

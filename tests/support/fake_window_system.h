@@ -1,5 +1,5 @@
-// A desktop whose windows a test writes down as a table. Buffers are filled and
-// cut as user32 does it; every call is noted, and can be made to fail.
+// A desktop whose windows a test describes in a table. Buffers are filled and cut as
+// user32 does it. Every call is recorded, and can be made to fail.
 #pragma once
 
 #include <cstddef>
@@ -13,17 +13,18 @@
 
 namespace quorrix::test {
 
-// Title is what GetWindowTextA gives, text what WM_GETTEXT gives.
+// `title` is what GetWindowTextA gives, `text` what WM_GETTEXT gives.
 struct FakeWindow {
   std::string windowClass = {};
   std::string title = {};
   std::string text = {};
   std::vector<FakeWindow> children = {};
-  // The answer to WM_GETTEXTLENGTH, which may exceed what there is to read; none: the text's own.
+  // The answer to WM_GETTEXTLENGTH, which may exceed the length of the text; nullopt:
+  // that length.
   std::optional<std::size_t> announcedLength = {};
 };
 
-// A browser window as most tests need it: an address box, and a status bar.
+// A browser window as most tests need it, with an address box and a status bar.
 [[nodiscard]] FakeWindow browserWindow(std::string title, std::string address,
                                        std::string statusText);
 
@@ -40,22 +41,22 @@ class FakeWindowSystem final : public WindowSystem {
  public:
   struct Call {
     WindowCall kind;
-    std::string windowClass;     // of the window asked about; empty for EnumWindows
-    std::size_t bufferSize = 0;  // what the caller passed
+    std::string windowClass;     // of the window in question; empty for EnumWindows
+    std::size_t bufferSize = 0;  // as the caller passed it
   };
 
-  // The top-level windows from now on, the one used last first. Windows shown
-  // before are gone: asked about, they answer nothing.
+  // Sets the top-level windows, the most recently used one first. The windows shown
+  // before are gone: calls for them return nothing.
   void show(std::vector<FakeWindow> windows);
 
   // From now on these browsers cannot be read.
   void setUnreadable(std::vector<UnreadableBrowser> browsers) { unreadable_ = std::move(browsers); }
 
-  // Runs at the start of each EnumWindows with its number, counted from 1: the
-  // place to show() something else.
+  // Runs at the start of each EnumWindows with its number, counted from 1. It may show()
+  // other windows.
   void atEachEnumeration(std::function<void(int enumeration)> action);
 
-  // Runs before each call is answered; may throw, or show() something else.
+  // Runs before each call is answered; may throw, or show() other windows.
   void beforeEachCall(std::function<void(const Call&)> action);
 
   // The n-th call of this kind from now on throws Failure(number).
@@ -65,7 +66,8 @@ class FakeWindowSystem final : public WindowSystem {
   [[nodiscard]] int enumerations() const { return enumerations_; }
   [[nodiscard]] int preparations() const { return preparations_; }
 
-  // The first window of this class, in the table's order; kNoWindow when there is none.
+  // The first window of this class, in the order of the table; kNoWindow if there is
+  // none.
   [[nodiscard]] WindowHandle windowOfClass(const std::string& windowClass) const;
 
   void prepareForTracking() override { ++preparations_; }
@@ -98,7 +100,8 @@ class FakeWindowSystem final : public WindowSystem {
   void note(WindowCall kind, WindowHandle window, std::size_t bufferSize);
 
   std::vector<Entry> entries_;
-  // Handles are not used again, so that one kept too long names no other window.
+  // Handles are not reused, so a handle that is kept too long does not refer to another
+  // window.
   WindowHandle firstHandle_ = 1;
   std::vector<UnreadableBrowser> unreadable_;
   std::vector<Call> calls_;

@@ -7,11 +7,11 @@
 
 namespace quorrix::test {
 
-// What is to go wrong, and what was called; shared with the open files.
+// The planned faults and the calls so far; shared with the open files.
 struct FaultyFileSystem::Plan {
   struct Fault {
-    std::optional<FileCall> kind;  // none: any call
-    int callsLeft;                 // the fault strikes when this reaches 0
+    std::optional<FileCall> kind;  // nullopt: any call
+    int callsLeft;                 // the call fails when this reaches 0
     int number;
   };
   struct BadSpot {
@@ -53,7 +53,7 @@ struct FaultyFileSystem::Plan {
     }
   }
 
-  // How many of the bytes asked for the present read may return.
+  // How many of the requested bytes the current read may return.
   std::size_t allowedBytes(std::size_t asked) {
     std::size_t allowed = asked;
     for (Cut& cut : cuts) {

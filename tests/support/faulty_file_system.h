@@ -1,6 +1,6 @@
-// Stands between the code under test and a file system that works, counts every
-// call to it and to the files opened through it, and lets a chosen one fail. A
-// call that is to fail does not reach the file system behind.
+// Stands between the code under test and a working file system, counts every call to it
+// and to the files opened through it, and makes chosen calls fail. A call that is to fail
+// does not reach the file system behind.
 #pragma once
 
 #include <cstdint>
@@ -39,33 +39,34 @@ class FaultyFileSystem final : public FileSystem {
   // `behind` must outlive this object and every file opened through it.
   explicit FaultyFileSystem(FileSystem& behind);
 
-  // The n-th call from now on, counted from 1, throws Failure(number), and only that
-  // one; but a read that fails leaves its bytes unreadable until the file is closed.
+  // The n-th call from now on, counted from 1, throws Failure(number). Only that call
+  // fails, except that the bytes of a failed read stay unreadable until the file is
+  // closed.
   void failAtCall(int n, int number);
 
-  // The n-th call of this kind from now on.
+  // The same for the n-th call of this kind from now on.
   void failAtCall(FileCall kind, int n, int number);
 
-  // The next read fails, and succeeds when it is repeated.
+  // The next read fails, but succeeds when it is repeated.
   void failOneRead(int number);
 
-  // Every call from now on, as of a disk that was pulled out.
+  // Every call from now on fails, as if the disk had been removed.
   void failAlways(int number);
 
-  // A bad spot on the disk: reading any of these bytes fails, time and again.
+  // A bad spot on the disk: every read of any of these bytes fails.
   void spoilBytes(std::uint64_t first, std::uint64_t count, int number);
 
-  // The n-th read from now on finds the file ending after so many of the bytes
-  // asked for, as when another program has just cut the file.
+  // The n-th read from now on returns at most `bytes` of the requested bytes, as if
+  // another program had just truncated the file.
   void cutReadShort(int n, std::size_t bytes);
 
   // Called at the beginning of every call.
   void onEveryCall(std::function<void()> look);
 
-  // Nothing fails any more, and no call has been made yet.
+  // Removes all faults and forgets all calls.
   void reset();
 
-  // Every call made, the failed ones too, in order.
+  // Every call made, including the failed ones, in order.
   [[nodiscard]] const std::vector<FileCall>& calls() const;
   [[nodiscard]] int callsOf(FileCall kind) const;
 

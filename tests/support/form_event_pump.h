@@ -1,6 +1,6 @@
-// The pump of a form on screen: pending window events run as they do in the
-// program, pauses cost no time but move a fake clock on, and a test can act in
-// each of them as the user would.
+// The event pump of a form on the screen. Pending window events run as in the program. A
+// pause takes no time but moves a fake clock on. In each pump and pause, a test can act
+// as the user would.
 #pragma once
 
 #include <QCoreApplication>

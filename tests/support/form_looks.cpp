@@ -24,7 +24,7 @@ QString nameOf(const QWidget& widget) {
   return type % QStringLiteral(" \"") % name % QLatin1Char('"');
 }
 
-// Whether the user sees it as one thing, whose insides are the toolkit's own.
+// Whether the user sees the widget as one thing; what is inside belongs to the toolkit.
 bool isControl(const QWidget& widget) {
   return qobject_cast<const QLabel*>(&widget) != nullptr ||
          qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
@@ -55,7 +55,7 @@ QRect placeIn(const QWidget& window, const QWidget& widget) {
   return {widget.mapTo(&window, QPoint()), widget.size()};
 }
 
-// A label that shows the beginning of its text, and the whole of it in a tool tip.
+// A label that shows the beginning of its text, and the whole text in a tool tip.
 bool isShortened(const QWidget& widget) {
   return qobject_cast<const QLabel*>(&widget) != nullptr && !widget.toolTip().isEmpty();
 }
@@ -67,7 +67,7 @@ bool isCutOff(const QWidget& widget) {
         label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
     return label->width() < label->minimumSizeHint().width() || label->height() < needed;
   }
-  // One with an arrow instead of a text is as large as its place.
+  // A button with an arrow instead of a text may have any size.
   const auto* const button = qobject_cast<const QAbstractButton*>(&widget);
   if (button != nullptr && button->text().isEmpty()) return false;
   if (button != nullptr) {
@@ -77,7 +77,7 @@ bool isCutOff(const QWidget& widget) {
   return widget.height() < widget.minimumSizeHint().height();
 }
 
-// The relative luminance of the web's accessibility guidelines.
+// The relative luminance as the accessibility guidelines for the web define it.
 double luminanceOf(const QColor& colour) {
   const auto linear = [](double part) {
     return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
@@ -91,7 +91,7 @@ double contrastBetween(const QColor& one, const QColor& other) {
   return (lighter + 0.05) / (darker + 0.05);
 }
 
-// Of what is painted, half is lighter.
+// Half of the painted pixels are lighter than this.
 double medianLuminanceOf(QWidget& window) {
   const QImage picture = window.grab().toImage();
   std::vector<double> luminances;
@@ -105,13 +105,13 @@ double medianLuminanceOf(QWidget& window) {
   return *middle;
 }
 
-// Whether a reader of the window sees `one` before `other`.
+// Whether someone who reads the window sees `one` before `other`.
 bool standsBefore(const QRect& one, const QRect& other) {
   const bool inOneRow = one.top() <= other.bottom() && other.top() <= one.bottom();
   return inOneRow ? one.right() < other.left() : one.bottom() < other.top();
 }
 
-// The controls that Tab reaches, in its order.
+// The controls that Tab reaches, in the order of Tab.
 std::vector<QWidget*> tabStopsOf(QWidget& window) {
   std::vector<QWidget*> stops;
   const std::vector<QWidget*> controls = controlsOf(window);
@@ -174,7 +174,7 @@ QStringList faultsOfArrangement(QWidget& window) {
     if (!standsBefore(placeIn(window, next), placeIn(window, *stops[i]))) continue;
     faults += nameOf(next) % QStringLiteral(" stands before ") % nameOf(*stops[i]);
   }
-  // From the last one Tab goes back to the first.
+  // Tab goes from the last one back to the first, which is no fault.
   if (faults.size() == 1) faults.clear();
   for (const QWidget* const control : controlsOf(window)) {
     const auto* const label = qobject_cast<const QLabel*>(control);
@@ -207,7 +207,7 @@ QStringList faultsOfTabOrder(QWidget& window) {
   } while (window.focusWidget() != first && ++stops < farTooMany);
   if (stops == farTooMany) faults += QStringLiteral("Tab does not come back to where it began");
   for (const QWidget* const control : unreached) {
-    // Of buttons that exclude each other Tab reaches the one that is chosen.
+    // In a group of exclusive buttons, Tab reaches only the chosen one.
     const auto* const button = qobject_cast<const QAbstractButton*>(control);
     if (button != nullptr && button->autoExclusive() && !button->isChecked()) continue;
     faults += nameOf(*control) % QStringLiteral(" is not reached by Tab");

@@ -1,7 +1,7 @@
-// What a user would find fault with in a window that is on screen: texts that are cut
-// off, controls that overlap, stick out or stand out of order, colours that cannot be read,
-// controls that the keyboard does not reach or a screen reader has no name for. Each answer is a
-// list of sentences, empty when all is well.
+// Finds visible faults in a window that is on the screen: texts that are cut off;
+// controls that overlap, stick out or are out of order; colours that cannot be read;
+// controls that the keyboard does not reach or that have no name for a screen reader.
+// Each function returns a list of sentences, which is empty if there are no faults.
 #pragma once
 
 #include <QStringList>
@@ -12,16 +12,16 @@ namespace quorrix::test {
 
 [[nodiscard]] QStringList faultsOfLayout(QWidget& window);
 
-// Texts stand out from what they are on by 4.5 to 1 at least, and the window as it is
-// painted is as light or as dark as its palette.
+// Texts must have a contrast of at least 4.5 to 1 with their background, and the window
+// as painted must be as light or as dark as its palette.
 [[nodiscard]] QStringList faultsOfColour(QWidget& window);
 
-// Tab goes from left to right and from top to bottom, and a label stands before its control,
-// to the left of it or above it.
+// Tab must go from left to right and from top to bottom, and a label must be to the left
+// of its control or above it.
 [[nodiscard]] QStringList faultsOfArrangement(QWidget& window);
 
-// Tab goes through every control that takes part in it and back to the first, and
-// each has an accessible name.
+// Tab must go through every control that takes part in it and back to the first, and each
+// must have an accessible name.
 [[nodiscard]] QStringList faultsOfTabOrder(QWidget& window);
 
 }  // namespace quorrix::test

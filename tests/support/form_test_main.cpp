@@ -1,5 +1,5 @@
-// Runs the form tests: they need the one QApplication, which has to be there
-// before the first widget and gone after the last.
+// Runs the form tests. They need the one QApplication, which must exist before the first
+// widget and be destroyed after the last.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -8,9 +8,9 @@
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
-  // Form tests need no display, and none of their windows shall show on the user's.
+  // Form tests need no display, and none of their windows may appear on the user's.
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  // Windows that a test closes must not end the program under the next test.
+  // Closing a test's windows must not end the program while the next test runs.
   QApplication::setQuitOnLastWindowClosed(false);
   const QApplication application(argc, argv);
   quorrix::registerResources();

@@ -8,7 +8,7 @@
 namespace quorrix::test {
 namespace {
 
-// One name for a path, however it was written: "/" between folders, none at the end.
+// One name for all spellings of a path: "/" between folders, none at the end.
 std::string nameOf(const Path& path) {
   const std::u8string bytes = path.lexically_normal().generic_u8string();
   std::string name(bytes.begin(), bytes.end());
@@ -16,7 +16,7 @@ std::string nameOf(const Path& path) {
   return name;
 }
 
-// Those of the paths that lie directly in `folder`, by their names there.
+// The names of those paths that are directly in `folder`.
 std::vector<Path> namesIn(const std::string& folder, const std::vector<std::string>& paths) {
   std::vector<std::u8string> names;
   for (const std::string& path : paths) {

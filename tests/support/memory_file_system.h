@@ -1,6 +1,6 @@
-// A file system that lives in memory, so that a test of the logic needs no disk
-// and cannot leave anything behind. It throws the numbers that the real ones
-// throw, and lets a test look at what was left in each file.
+// A file system in memory, so that tests of the logic need no disk and leave nothing
+// behind. It throws the same numbers as the real ones, and lets a test see the content of
+// each file.
 #pragma once
 
 #include <map>
@@ -16,42 +16,42 @@ namespace quorrix::test {
 
 class MemoryFileSystem final : public FileSystem {
  public:
-  // A folder with everything above it.
+  // Makes a folder and all folders above it.
   void givenAFolder(const Path& path);
 
-  // Replaces a file that is there already.
+  // Replaces an existing file.
   void givenAFile(const Path& path, std::string bytes);
   void givenAReadOnlyFile(const Path& path, std::string bytes);
 
-  // What volumes() answers; at first "/" alone.
+  // Sets what volumes() returns; initially "/" alone.
   void givenVolumes(std::vector<Path> volumes) { volumes_ = std::move(volumes); }
 
-  // Listing this folder or one below fails with the number, as on a drive that has
-  // no medium or in a folder that may not be read; 0 lets it be read again.
+  // Makes listing this folder, or one below it, fail with the number, as on a drive
+  // without a medium or in a folder that may not be read. 0 makes it readable again.
   void failListing(const Path& folder, int number);
 
   [[nodiscard]] bool holdsFile(const Path& path) const;
 
-  // Throws Failure 53 when there is no such file.
+  // Throws Failure 53 if the file does not exist.
   [[nodiscard]] const std::string& bytesOf(const Path& path) const;
 
-  // False while something was written to the file after its last sync.
+  // False if something was written to the file after its last sync.
   [[nodiscard]] bool isSynced(const Path& path) const;
 
-  // Files opened and not closed yet.
+  // The number of files that are open.
   [[nodiscard]] int openFiles() const;
 
   [[nodiscard]] bool folderExists(const Path& path) override;
   [[nodiscard]] bool fileExists(const Path& path) override;
   Path makeFolder(const Path& path) override;
 
-  // 75 also for a file that is open already, unless both are for reading: the lock
-  // would not be had.
+  // Also throws 75 for a file that is already open, unless both are for reading, because
+  // the lock would be refused.
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openRandomAccess(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
 
-  // Each 75 for a read-only file and one that is open.
+  // Deleting, copying over and replacing a file throw 75 if it is read-only or open.
   void deleteFile(const Path& path) override;
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void copyFile(const Path& from, const Path& to) override;

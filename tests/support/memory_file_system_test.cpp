@@ -1,4 +1,4 @@
-// Where the file system in memory says that a file is in use, as the real ones do.
+// When the file system in memory reports that a file is in use, like the real ones.
 #include "support/memory_file_system.h"
 
 #include <gtest/gtest.h>

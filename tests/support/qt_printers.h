@@ -1,4 +1,4 @@
-// Lets a failed expectation show Qt's values as text instead of as bytes.
+// Makes failed expectations show Qt's values as text instead of as bytes.
 #pragma once
 
 #include <QPoint>

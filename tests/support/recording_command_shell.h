@@ -1,4 +1,4 @@
-// Writes down the lines that it is told to run, and opens nothing.
+// Records the lines that it is told to run, and opens nothing.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ class RecordingCommandShell final : public CommandShell {
   }
 
   std::vector<std::string> lines;
-  int failure = 0;  // what every run fails with; 0: none fails
+  int failure = 0;  // the number with which every run fails; 0: none fails
 };
 
 }  // namespace quorrix::test

@@ -5,12 +5,12 @@
 
 namespace {
 
-int allocationsUntilFailure = 0;  // 0 for no failure
+int allocationsUntilFailure = 0;  // 0: no failure
 
 }  // namespace
 
-// These have a file of their own because GCC, where it can inline them, warns of memory that comes
-// from "new" and goes to "free".
+// These are in a file of their own because GCC, where it can inline them, warns about
+// memory that comes from "new" and goes to "free".
 void* operator new(std::size_t size) {
   if (allocationsUntilFailure > 0 && --allocationsUntilFailure == 0) throw std::bad_alloc();
   if (void* const memory = std::malloc(size > 0 ? size : 1)) return memory;

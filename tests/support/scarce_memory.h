@@ -1,10 +1,11 @@
-// Lets memory run out. A test program that has scarce_memory.cpp among its sources has an
+// Makes memory run out. A test program with scarce_memory.cpp among its sources has an
 // operator new that can be made to fail.
 #pragma once
 
 namespace quorrix::test {
 
-// While one lives, the n-th allocation after its beginning fails. One at a time.
+// While this object exists, the n-th allocation since its construction fails. Only one
+// may exist at a time.
 class ScarceMemory {
  public:
   explicit ScarceMemory(int n);

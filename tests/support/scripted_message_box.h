@@ -1,5 +1,5 @@
-// A message box that answers from a script. One that nobody expected, or that was
-// expected and never shown, fails the test.
+// A message box that answers from a script. The test fails if one is shown that was not
+// expected, or if one was expected and not shown.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -27,18 +27,18 @@ class ScriptedMessageBox final : public MessageBox {
     }
   }
 
-  // Boxes come in the order in which they are expected. `whileOpen` runs before
-  // the answer is given: what the user does in other windows while the box is open.
+  // Boxes must come in the order in which they are expected. `whileOpen` runs before the
+  // box is answered; it does what the user does in other windows while the box is open.
   void expect(std::string_view text, MessageBoxStyle style,
               MessageBoxButton answer = MessageBoxButton::Ok,
               std::function<void()> whileOpen = nullptr) {
     script_.push_back({std::string(text), style, answer, std::move(whileOpen)});
   }
 
-  // Whether everything expected so far was shown.
+  // Whether everything expected so far has been shown.
   [[nodiscard]] bool isThrough() const { return script_.empty(); }
 
-  // All boxes shown, the unexpected ones too.
+  // The number of boxes shown, including unexpected ones.
   [[nodiscard]] int shown() const { return shown_; }
 
   MessageBoxButton show(std::string_view text, MessageBoxStyle style) override {

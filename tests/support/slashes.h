@@ -1,5 +1,5 @@
-// Tests write paths with "/" between the folders. On Windows the program puts "\\"
-// there, so what it shows is read back through here.
+// Tests write paths with "/" between the folders. On Windows the program uses "\\", so
+// these functions convert what it shows.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace quorrix::test {
   return text;
 }
 
-// A path's bytes; on Windows in the system's character set.
+// The bytes of a path; on Windows in the system's character set.
 [[nodiscard]] inline std::string bytesWithSlashes(const Path& path) {
   return withSlashes(pathText(path));
 }

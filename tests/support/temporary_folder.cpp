@@ -16,7 +16,8 @@ TemporaryFolder::TemporaryFolder() {
   } while (!fs::create_directory(path_));
 }
 
-// A test may have taken rights away; what cannot be removed is no failure of the test.
+// A test may have removed permissions. Failing to delete something does not fail the
+// test.
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   for (const auto& entry : fs::recursive_directory_iterator(path_, ignored)) {

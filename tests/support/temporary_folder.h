@@ -1,4 +1,4 @@
-// A folder of its own for one test, empty at first and gone with the object.
+// A folder for one test, empty at first and removed with the object.
 #pragma once
 
 #include <filesystem>
@@ -19,10 +19,10 @@ class TemporaryFolder {
     return path_ / name;
   }
 
-  // Makes the file or replaces its content; returns its path.
+  // Creates the file or replaces its content; returns its path.
   std::filesystem::path givenAFile(const std::filesystem::path& name, std::string_view bytes) const;
 
-  // The file's whole content; fails the test and gives "" when it cannot be read.
+  // The whole content of the file. If it cannot be read, fails the test and returns "".
   [[nodiscard]] std::string bytesOf(const std::filesystem::path& name) const;
 
  private:

@@ -45,7 +45,7 @@ class BrowserScanTest : public testing::Test {
     return reading_.haveValidAddress;
   }
 
-  // The sizes of the buffers for the class names of such windows.
+  // The sizes of the buffers that were passed for the class name of such windows.
   std::vector<std::size_t> classBuffersOf(const std::string& windowClass) {
     std::vector<std::size_t> sizes;
     for (const auto& call : windows_.calls()) {
@@ -304,7 +304,7 @@ TEST_F(BrowserScanTest, ReadsAddressesOfAnyLength) {
 }
 
 TEST_F(BrowserScanTest, CutsATextToWhatWasCopied) {
-  // The announced length may exceed the text, which may also shrink in between.
+  // The announced length may exceed the text, which may also become shorter in between.
   EXPECT_EQ(addressOf({browserWith({{.windowClass = "ComboBox",
                                      .children = {{.windowClass = "Edit",
                                                    .text = "one.two.three",

@@ -30,14 +30,14 @@ constexpr const char* kTooMuchData =
     "Archive the presently displayed sites to correct the problem. Quorrix will not be able to "
     "record site data until the current display is archived.";
 
-// A record as it lies in the file: 300 bytes of address, the flag, 21 bytes of stamp.
+// A record as stored in the file: 300 bytes of address, the flag, 21 bytes of stamp.
 std::string record(std::string address, char flag, std::string stamp = "7/9/26 3:04:05 PM~") {
   address.resize(300, ' ');
   stamp.resize(21, ' ');
   return address + flag + stamp;
 }
 
-// So many segments: "one.two.three" and then "/s", time and again.
+// An address of this many segments: "one.two.three", then "/s" repeatedly.
 std::string addressOfLevels(int levels) {
   std::string address = "one.two.three";
   for (int k = 2; k <= levels; ++k) address += "/s";
@@ -52,7 +52,7 @@ FakeWindow connectingBrowser(std::string address) {
   return test::browserWindow("A page - Netscape", std::move(address), "Connect: Contacting host");
 }
 
-// A tree, an empty site file, a desktop, and a loop that tracks it.
+// A tree, an empty site file, a desktop, and the loop that tracks it.
 struct TrackingSession {
   explicit TrackingSession(std::size_t maxSearchedNodes = kMaxSearchedNodes)
       : loop_({.windows = windows_,
@@ -69,14 +69,14 @@ struct TrackingSession {
     files_.reset();
   }
 
-  // The user stops tracking in the events after so many passes.
+  // The user stops tracking after this many passes, while events are processed.
   void stopAfter(int passes) {
     events_.atEachPump([this, left = passes](int) mutable {
       if (loop_.isTracking() && --left == 0) loop_.stopTracking();
     });
   }
 
-  // Tracks for as many passes as there are windows: in each pass, one is there.
+  // Tracks for as many passes as there are windows, showing one of them in each pass.
   void trackWhileShowing(std::vector<FakeWindow> windows) {
     stopAfter(static_cast<int>(windows.size()));
     const int before = windows_.enumerations();
@@ -134,7 +134,7 @@ TEST_F(TrackingLoopTest, SaysThatItTracksUntilItIsStopped) {
     EXPECT_EQ(display_.statuses(), Texts{"Tracking websites."});
     loop_.stopTracking();
     EXPECT_FALSE(loop_.isTracking());
-    EXPECT_EQ(events_.pumps(), 3);  // stopping lets pending events run once
+    EXPECT_EQ(events_.pumps(), 3);  // stopping processes pending events once
   });
   loop_.startTracking();
   EXPECT_EQ(events_.pumps(), 3);
@@ -163,7 +163,7 @@ TEST_F(TrackingLoopTest, LeavesEverythingAsItIsWithoutABrowser) {
   EXPECT_EQ(display_.nodesMadeVisible(), std::vector<NodeId>{});
 }
 
-// Six lines of fifty for the address, then the flag, then the stamp.
+// The address in six lines of fifty, then the flag, then the stamp.
 TEST_F(TrackingLoopTest, RecordsAVisitInTheTreeAndInTheFile) {
   visit("https://www.example.org/manual/intro.html/");
   EXPECT_EQ(tree_.size(), 4U);
@@ -232,7 +232,7 @@ TEST_F(TrackingLoopTest, SpendsTheFirstPassAlsoOnAnAddressThatIsTooLong) {
 }
 
 TEST_F(TrackingLoopTest, ForgetsAVisitThatItDidNotRecord) {
-  // The pass of the visit shows no address yet; the one after it is no visit.
+  // In the pass of the visit there is no address yet; the next pass is not a visit.
   trackWhileShowing({idleBrowser(""), connectingBrowser(""), idleBrowser("http://one.two.three")});
   EXPECT_EQ(tree_.size(), 1U);
 }
@@ -313,7 +313,7 @@ TEST_F(TrackingLoopTest, StampsTheFirstRecordOfASiteThatWasClearedInBetween) {
 }
 
 TEST_F(TrackingLoopTest, WritesAnAddressThatBeginsWithABlankOnlyOnce) {
-  // It does not read back as a site, so there is no record to update.
+  // It does not read back as a site, so no record is found to update.
   visit(" one.two.three");
   EXPECT_TRUE(isInTree(" one.two.three"));
   visit(" one.two.three");
@@ -466,7 +466,7 @@ TEST_F(TrackingLoopTest, LeavesANodeWhoseRecordCouldNotBeWritten) {
 
 // --- a file that another program has locked --------------------------------------------------
 
-// Holds the site file from the second pass on, for so many passes.
+// Holds the site file open from the second pass until pass `last`.
 struct OtherProgram {
   void atPass(int pass, TrackingSession& session, int last) {
     if (pass == 2) file = session.memory_.openRandomAccess(session.paths_.currentNodesFile);
@@ -582,14 +582,14 @@ TEST_F(TrackingLoopTest, RunsASecondLoopInsideTheFirst) {
     EXPECT_FALSE(loop_.isTracking());
   });
   events_.atPump(4, [this] {
-    // The second loop has a first pass of its own.
+    // The second loop has its own first pass.
     EXPECT_EQ(files_.callsOf(FileCall::WriteAt), 2);
     loop_.stopTracking();
   });
   loop_.startTracking();
   EXPECT_EQ(display_.statuses(),
             (Texts{"Tracking websites.", "Tracking websites.", "Tracking websites stopped."}));
-  EXPECT_EQ(windows_.enumerations(), 4);  // two of each loop
+  EXPECT_EQ(windows_.enumerations(), 4);  // two in each loop
   EXPECT_EQ(events_.pumps(), 5);
 }
 
@@ -725,7 +725,7 @@ TEST_F(TrackingLoopTest, BringsTheSameTreeBackAtTheNextStart) {
   }
 }
 
-// In these tests a tree of more than three nodes cannot be searched.
+// In these tests, a tree of more than three nodes cannot be searched.
 class CrowdedTrackingLoopTest : public testing::Test, protected TrackingSession {
  protected:
   CrowdedTrackingLoopTest() : TrackingSession(3) {}
@@ -733,7 +733,7 @@ class CrowdedTrackingLoopTest : public testing::Test, protected TrackingSession 
 
 TEST_F(CrowdedTrackingLoopTest, RecordsWhileTheTreeCanBeSearched) {
   visit("http://one.two.three/a");
-  visit("http://one.two.three/b/c");  // three nodes are searched, then there are five
+  visit("http://one.two.three/b/c");  // three nodes are searched; then there are five
   EXPECT_EQ(tree_.size(), 5U);
   EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/b/c", 'N'));
 }

@@ -1,4 +1,4 @@
-"""What the steps of the soak are made of: act, see what the user now sees, say what is due."""
+"""Building blocks of the soak's steps: act, find out what the user sees, state what is expected."""
 
 import random
 import time
@@ -13,10 +13,10 @@ from support.waiting import TimedOut, holds_for, wait_until
 # A host with one dot, which is not recorded.
 HOME = "http://home.test/"
 
-# What the browser does by itself; it is slow on a busy machine.
+# The longest wait for the browser, which is slow on a busy machine.
 SLOW_SECONDS = 15
 
-# By then an address that was typed has been asked for, or never will be.
+# A typed address that the browser has not asked for by then is never asked for.
 ANSWER_SECONDS = 4
 
 STANDING_SECONDS = 1.2
@@ -24,11 +24,11 @@ LOOK_SECONDS = 0.6
 
 
 class NotCarriedOut(AssertionError):
-    """The browser shows something else than the step was to lead to."""
+    """The browser does not show what the step should lead to."""
 
 
 class Browsing(Places):
-    """The browser, the site, the model of what is shown, and the tally, together."""
+    """Combines the browser, the site, the model of what is shown, and the tally."""
 
     def __init__(self, browser: Hands, site: SoakSite, quorrix, model: Model, tally: Tally,
                  random_numbers: random.Random, pages=0):
@@ -67,22 +67,22 @@ class Browsing(Places):
     # --- acting ----------------------------------------------------------------------------------
 
     def begin(self):
-        """What is written before this is not of the visit that follows."""
+        """Writes before this moment do not belong to the visit that follows."""
         self.since = time.time()
 
     def type_url(self, url):
-        """For an address that the site was never asked for, which it is when this returns."""
+        """Types an address that was never asked for; returns once the site is asked for it."""
         def ask():
             self.browser.type_address(url)
             self.begin()
-            # Delete removes what the browser has added behind the typed text from its history.
+            # Delete removes the completion that the browser has appended from its history.
             self.browser.press_key("Delete", "Return")
             try:
                 return wait_until(lambda: self.site.times_asked(url), url, ANSWER_SECONDS)
             except TimedOut:
                 return False
 
-        # A tab that is still being made takes away what is typed; a user then types once more.
+        # A tab that is still opening may discard the typed text; a user then types it again.
         self.wait(ask, f"the browser to ask for {url}")
 
     def click(self, cell, **options):
@@ -102,25 +102,25 @@ class Browsing(Places):
         self.wait(lambda: self.site.times_asked(url) > before, f"the site to be asked for {url}")
 
     def wait_for_page(self, *urls, what=("show",)):
-        """Until the page says that it is shown and the window's title says so, too."""
+        """Waits until both the page and the window's title indicate that the page is shown."""
         beacon = self.wait(lambda: self.site.heard(self.since, what, urls), f"{what} of {urls}")
         self.wait(lambda: self.shows(beacon.at), f"the title of {beacon.at}")
         return beacon
 
     def stay(self, seconds):
-        """Nothing is to be written in this time; what is, the tally finds at fault."""
+        """Waits. The tally counts any unexpected write during this time as a fault."""
         holds_for(seconds, lambda: self.tally.absorb() or True, "the page is looked at")
 
-    # --- what follows ----------------------------------------------------------------------------
+    # --- expecting -------------------------------------------------------------------------------
 
     def load_into_tab(self, url, kind="new page"):
-        """After an act that leads to a new document at the end of the tab's history."""
+        """For an action that leads to a new document at the end of the tab's history."""
         beacon = self.wait_for_page(url)
         self.tab.go_to(Entry(url, beacon.base))
         self.expect_presented(kind, beacon.time)
 
     def move_in_tab(self, what):
-        """After an act that gives the document another address: the entry, and the time."""
+        """For an action that gives the document another address. Returns the entry and the time."""
         beacon = self.wait(lambda: self.site.heard(self.since, (what,)), f"{what} of the page")
         self.wait(lambda: self.shows(beacon.at), f"the title of {beacon.at}")
         return Entry(beacon.at, beacon.base), beacon.time
@@ -130,24 +130,24 @@ class Browsing(Places):
         if address:
             self.tally.expect(kind, address, self.since, committed)
         elif self.model.presented is None:
-            # Whether a page that is not recorded stood in between makes the next one a visit or
-            # not; it stands long enough to be seen.
+            # Returning from this page, which is not recorded, to the previous one is a visit only
+            # if the program notices this page. So it is shown long enough to be noticed.
             self.stay(LOOK_SECONDS)
 
     def expect_chosen(self, kind):
-        """For a page that was loaded before. No page says when it comes to the front, and a title
-        is seen late; so the time runs from the key or the click."""
+        """For a page that was loaded before. A page does not report when it comes to the front, and
+        a title is noticed late, so the time runs from the key press or click."""
         self.expect_presented(kind, self.since)
 
     def expect_moved(self, kind, committed):
-        """For an address without a new document, which is a visit when it has stood for a second:
-        it stands for longer, also when it is recorded sooner."""
+        """For a new address without a new document. It counts as a visit after one second. It is
+        shown for longer than that, even if it is recorded sooner."""
         self.expect_presented(kind, committed)
         self.wait(self.tally.absorb, "the record")
         self.stay(max(0.0, committed + STANDING_SECONDS - time.time()))
 
     def expect_again(self, kind, committed):
-        """After a load that ended on the address that it began on."""
+        """For a load that ended at the address that it started from."""
         if not self.window.private:
             self.tally.expect(kind, self.entry.address, self.since, committed)
 
@@ -157,7 +157,7 @@ class Browsing(Places):
     # --- windows and tabs ------------------------------------------------------------------------
 
     def see_which_tab(self):
-        """After another tab has come to the front: the title says which."""
+        """Call this after another tab has come to the front. The title tells which one."""
         before = self.tab
 
         def tab_shown():
@@ -181,12 +181,12 @@ class Browsing(Places):
         self.browser.window = handle
 
     def start(self):
-        """A browser that has just been started, with one window on a page that is not recorded."""
+        """Starts the browser with one window on a page that is not recorded."""
         self.browser.start(HOME)
         self.model.windows = [Window(self.browser.window, [Tab([Entry(None)])])]
         self.model.presented = self.model.presented_before = None
         self.model.last_closed_in = None
-        # A browser that has just started loses clicks; what is typed is typed again.
+        # A browser that has just started may lose clicks, whereas typing is repeated if necessary.
         self.pages += 1
         ready = f"{HOME}{self.pages}"
         self.type_url(ready)

@@ -14,7 +14,7 @@ def memory_mib(process_id):
 
 
 def descriptors(process_id):
-    """None where the system does not let us look."""
+    """The number of open descriptors, or None if the system denies access."""
     try:
         return len(os.listdir(f"/proc/{process_id}/fd"))
     except PermissionError:
@@ -34,7 +34,7 @@ def bus_processes():
 
 
 class Meter:
-    """Processor seconds of groups of processes; what one has used that ended stays counted."""
+    """Processor seconds of groups of processes. Processes that have ended stay counted."""
 
     def __init__(self):
         self._seconds = {}

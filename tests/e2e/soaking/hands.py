@@ -1,6 +1,6 @@
-"""The soak's own hands on a browser: profiles with bookmarks, and one press or click each.
+"""Browser control for the soak: profiles with bookmarks, and single key presses and clicks.
 
-A method presses and returns; the steps wait for what it leads to.
+The methods that press or click return immediately; the steps wait for the effect.
 """
 
 import html
@@ -17,13 +17,13 @@ SHELF = [*BOOKMARKS, SLOW_BOOKMARK]
 
 
 class Hands:
-    """What both browsers have in common, over `support.browsers`."""
+    """What both browsers have in common, in addition to `support.browsers`."""
 
-    page_top = 0  # where the page begins in a window
+    page_top = 0  # the offset of the page from the top of the window
     bookmark_places = ()  # centres of the bookmarks on their bar
     first_tab = (150, 21)
     new_private_window = ""
-    move_tab_keys = ()  # what moves it to a new window, in the menu of a tab
+    move_tab_keys = ()  # in the menu of a tab, move it to a new window
     reader = None  # the key for the reading view
 
     def press_key(self, *keys):
@@ -50,7 +50,7 @@ class Hands:
                 for window in self.screen.windows_of(self.family()) if window.title}
 
     def new_window_since(self, before, what):
-        """The window that has opened since `before`, a result of `window_titles`."""
+        """Waits for a new active window. `before` is an earlier result of `window_titles`."""
         def new_window():
             for window in self.screen.windows_of(self.family()):
                 if window.number not in before and window.is_active():
@@ -80,7 +80,7 @@ class SoakFirefox(Hands, Firefox):
             "browser.places.importBookmarksHTML": "true",
             "browser.toolbars.bookmarks.visibility": '"always"',
             "browser.toolbars.bookmarks.showOtherBookmarks": "false",
-            # Panels that take the next click for themselves.
+            # Prevents panels that would consume the next click.
             "browser.download.alwaysOpenPanel": "false",
             "browser.download.panel.shown": "true",
         }
@@ -105,6 +105,6 @@ class SoakChromium(Hands, Chromium):
         with open(os.path.join(folder, "Bookmarks"), "w", encoding="ascii") as file:
             json.dump({"version": 1, "roots": roots}, file)
         with open(os.path.join(folder, "Preferences"), "w", encoding="ascii") as file:
-            # Without the list of downloads that unfolds over the page.
+            # Without the list of downloads, which opens over the page.
             json.dump({"bookmark_bar": {"show_on_all_tabs": True},
                        "download_bubble": {"partial_view_enabled": False}}, file)

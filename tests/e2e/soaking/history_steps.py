@@ -12,7 +12,7 @@ def _go_in_history(browsing, key, indices):
     urls = {tab.entries[index].url for index in indices} - {None}
     browsing.press(key)
     beacon = browsing.wait_for_page(*urls, what=("show", "move"))
-    # Browsers leave out entries that pages have added by themselves.
+    # Browsers skip entries that pages have added without user action.
     tab.index = next(index for index in indices if tab.entries[index].url == beacon.at)
     tab.entry.base = beacon.base
     kind = "Back" if key == "alt+Left" else "Forward"
@@ -76,7 +76,7 @@ def push_many(browsing):
 
 
 def _passing(browsing):
-    """The beacons of all addresses of a burst but the last, in order, or None."""
+    """The beacons of all addresses of a burst except the last, in order; None until all exist."""
     beacons = sorted(beacon for beacon in list(browsing.site.beacons)
                      if beacon.time >= browsing.since and beacon.what == "passing")
     return beacons if len(beacons) == CHANGES_IN_A_BURST - 1 else None

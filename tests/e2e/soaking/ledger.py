@@ -1,8 +1,8 @@
 """Every record that the program writes, with the time and the address.
 
-The stamps have a resolution of one second, so that a record written twice within a second has the
-same bytes; and a file watch tells of a write, but not of which record. So the program runs under
-strace, which stops it at pwrite64 alone, and says what is written where.
+The stamps have a resolution of one second, so a record that is written twice within a second has
+the same bytes. A file watch reports a write, but not the record. So the program runs under strace,
+which stops it at pwrite64 only, and reports which bytes are written to which file.
 """
 
 import os
@@ -14,7 +14,7 @@ from support.tracing import tracer
 
 Write = namedtuple("Write", "time address")
 
-# Stops the program at no other call, and prints whole records.
+# Stops the program only at the traced call, and prints whole records.
 _OPTIONS = ("--seccomp-bpf", "-ttt", "--decode-fds=path", f"--string-limit={RECORD_BYTES}")
 _WRITE = re.compile(r'(?:\d+ +)?(\d+\.\d+) pwrite64\(\d+<[^>]*/nodes\.dat>, "((?:[^"\\]|\\.)*)", '
                     r"(\d+), \d+")
@@ -27,11 +27,11 @@ class Ledger:
         self._rest = ""
 
     def launcher(self):
-        """To be put in front of the program's command."""
+        """A prefix for the program's command."""
         return tracer("pwrite64", self._path, *_OPTIONS)
 
     def new_writes(self):
-        """The records that were written since the last call, in order."""
+        """The writes since the last call, in order."""
         try:
             with open(self._path, encoding="latin-1") as file:
                 file.seek(self._read)

@@ -1,4 +1,4 @@
-"""Steps that lead to another document in the tab, or to the same one again."""
+"""Steps that load another document in the tab, or the same one again."""
 
 from soaking.hands import BOOKMARKS
 from soaking.steps import on_a_page, step

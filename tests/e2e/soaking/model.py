@@ -1,8 +1,7 @@
 """What the user sees: windows, tabs and their histories, and which address is presented.
 
-The soak's steps keep it up to date from what the pages and the window titles say. `presented` is
-what makes a visit: the address that the window of the user shows, when it differs from the one
-presented before.
+The soak's steps update the model with what the pages and the window titles report. `presented` is
+the address that the user's window shows. A change to another address is a visit.
 """
 
 from dataclasses import dataclass, field
@@ -10,12 +9,12 @@ from dataclasses import dataclass, field
 
 @dataclass
 class Entry:
-    """One entry of a tab's history. A page without an address that may be recorded (a new tab, an
+    """One entry of a tab's history. A page without an address that can be recorded (a new tab, an
     error page of the browser) has the url None."""
 
     url: str | None
     base: str = ""  # the address that the document was loaded from
-    is_stopped: bool = False  # loaded in part; it may not tell when it is shown again
+    is_stopped: bool = False  # partly loaded; it may not report when it is shown again
 
     @property
     def address(self):
@@ -35,7 +34,7 @@ class Tab:
         return self.entries[self.index]
 
     def go_to(self, entry):
-        """A new entry takes the place of the ones that Forward led to."""
+        """Adds a new entry, which replaces those that Forward would lead to."""
         self.entries[self.index + 1:] = [entry]
         self.index += 1
 
@@ -58,10 +57,10 @@ class Window:
 
 class Model:
     def __init__(self):
-        self.windows = []  # the one used last comes first
+        self.windows = []  # most recently used first
         self.presented = None
         self.presented_before = None
-        self.last_closed_in = None  # the window that the browser would restore a tab in
+        self.last_closed_in = None  # the window in which the browser would restore a tab
 
     @property
     def window(self):
@@ -75,9 +74,10 @@ class Model:
         self.windows.insert(0, window)
 
     def present(self):
-        """The address that is to be recorded for what the user sees now, or None.
+        """Updates `presented`; returns the address that must now be recorded, or None.
 
-        A private window presents nothing; the page of the ordinary window below stays presented."""
+        A private window presents nothing: the page of the ordinary window below it remains
+        presented."""
         if self.window.private:
             return None
         address = self.window.entry.address

@@ -1,4 +1,4 @@
-"""Steps that lead to no page of the site: nothing is to be recorded."""
+"""Steps that do not lead to a page of the site: nothing must be recorded."""
 
 from soaking.browsing import NotCarriedOut
 from soaking.hands import SLOW_BOOKMARK
@@ -42,7 +42,7 @@ def no_content(browsing):
     browsing.expect_nothing()
 
 
-# Chromium asks in a private window where to put it.
+# In a private window, Chromium asks where to save a download.
 @step("download", 2, lambda browsing: not browsing.window.private)
 def download_a_file(browsing):
     url = browsing.new_place()

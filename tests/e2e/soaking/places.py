@@ -1,4 +1,4 @@
-"""Where the soak's steps lead: addresses that were never used, and the links of the present page."""
+"""Where the soak's steps lead: addresses that were never used, and links of the current page."""
 
 from soaking.site import LINKS, link_from
 from soaking.tally import PRIVATE_HOST
@@ -10,7 +10,7 @@ class Places:
     """A part of `Browsing`."""
 
     def __init__(self, pages):
-        self.pages = pages  # so many addresses have been made
+        self.pages = pages  # the number of addresses made so far
         self._special = set()
 
     def new_url(self):
@@ -19,11 +19,11 @@ class Places:
         return f"http://{host}/p/{self.pages}-"
 
     def unused_links(self):
-        """Cells of the present page whose links lead to a page that was never asked for."""
+        """Cells of the current page with links to pages that were never asked for."""
         return [cell for cell in LINKS if not self.site.times_asked(self.link(cell))]
 
     def plain_links(self):
-        """Cells whose links lead to a page, in no tab already."""
+        """Cells with links to ordinary pages that are not open in any tab."""
         open_addresses = self.model.open_addresses()
         return [cell for cell in LINKS if self.link(cell) not in self._special
                 and self.link(cell).removeprefix("http://") not in open_addresses]
@@ -32,12 +32,12 @@ class Places:
         return link_from(self.entry.base, cell)
 
     def mark_as_special(self, url):
-        """From now on no step takes the link there for an ordinary one."""
+        """From now on no step treats a link to this address as an ordinary one."""
         self._special.add(url)
 
     def new_place(self):
-        """A page that was never asked for: a link's, or one to be typed. The step puts there what
-        it likes; no step takes a link there for an ordinary one."""
+        """An address that was never asked for, of a link or to be typed. The step can put anything
+        there: no step treats a link to it as an ordinary one."""
         links = self.unused_links() if self.is_on_a_page() else []
         if links and self.random.random() < 0.6:
             url = self.link(self.random.choice(links))
@@ -47,7 +47,7 @@ class Places:
         return url
 
     def go_to(self, url):
-        """By the link where the page has one there, else by typing."""
+        """Goes there by a link on the page if it has one, otherwise by typing."""
         for cell in self.unused_links() if self.is_on_a_page() else []:
             if self.link(cell) == url:
                 return self.click(cell)

@@ -1,9 +1,9 @@
-"""The site that the soak browses: pages that say for themselves what the browser does with them.
+"""The site that the soak browses: its pages report what the browser does with them.
 
 Each page asks the site for /beacon when it is shown, when its address changes without a new
-document, when it is hidden, and when its size changes. What a beacon says comes from the page
-alone, not from the program under test. Its time is that of the page's own clock, which is this
-machine's: a beacon may be late, and what it tells of was when it says.
+document, when it is hidden, and when its size changes. A beacon comes from the page alone, not
+from the program under test. Its time is the time of the event, by the clock of this machine, even
+if the beacon arrives late.
 """
 
 from collections import namedtuple
@@ -12,7 +12,7 @@ from urllib.parse import parse_qs, urlsplit
 from support.web_pages import CACHEABLE, NoContent, Page
 from support.web_site import WebSite
 
-Beacon = namedtuple("Beacon", "time what at base")  # base: what the document was loaded from
+Beacon = namedtuple("Beacon", "time what at base")  # base: where the document was loaded from
 
 # Cells of the page that a user can click, in columns and rows of equal size; see `place_of_cell`.
 COLUMNS, CELL_WIDTH, CELL_HEIGHT = 4, 220, 190
@@ -44,19 +44,19 @@ _STYLE = f"""
 article {{ margin-top: {CELL_HEIGHT * 3}px; }}
 """
 
-# Enough of it for a browser to offer a reading view.
+# Long enough for a browser to offer a reading view.
 _ARTICLE = "".join(f"<p>{'A sentence of a page that is long enough to read. ' * 8}</p>"
                    for _ in range(6))
 
 
 def place_of_cell(cell):
-    """Centre of a cell, from the page's upper left corner."""
+    """The centre of a cell, relative to the upper left corner of the page."""
     row, column = divmod(CELLS.index(cell), COLUMNS)
     return column * CELL_WIDTH + CELL_WIDTH // 2, row * CELL_HEIGHT + CELL_HEIGHT // 2
 
 
 def link_from(base, letter):
-    """Where a link of the page leads that was loaded from the address `base`."""
+    """The target of a link on the page that was loaded from the address `base`."""
     return base + letter
 
 
@@ -100,7 +100,8 @@ class SoakSite(WebSite):
         return Page(soak_page(host, path))
 
     def page_for(self, url, status=200, caching=CACHEABLE):
-        """What would be at an address; for a test that puts a slow form of it there."""
+        """The page that is at an address by default, for a step that puts a slow or failing
+        version of it there."""
         parts = urlsplit(url)
         return Page(soak_page(parts.hostname, parts.path), status, caching=caching)
 

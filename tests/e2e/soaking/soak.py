@@ -1,15 +1,15 @@
-"""One run: a session, the program under trace, a browser, and so many steps."""
+"""One run: a session, the traced program, a browser, and a number of steps."""
 
 import os
 import random
 import subprocess
 import time
 
-# How much larger Quorrix may be at the end than after warming up. The tree grows, too.
+# How much Quorrix may grow between the warm-up and the end. The tree also grows.
 MOST_MORE_MIB = 8
 MOST_MORE_DESCRIPTORS = 4
 
-# Each registers its steps.
+# Each of these modules registers its steps.
 from soaking import (history_steps, load_steps, no_page_steps, view_steps,  # noqa: F401
                      window_steps)
 from soaking.browsing import Browsing
@@ -26,14 +26,14 @@ from support.quorrix import Quorrix, make_program_folder
 
 BROWSERS = {"firefox": SoakFirefox, "chromium": SoakChromium}
 
-# A step that the browser did not carry out says nothing about the program; more than this share of
-# them says that the soak itself is broken.
+# A step that the browser does not carry out says nothing about the program. A larger share of them
+# than this means that the soak itself is broken.
 MOST_NOT_CARRIED_OUT = 0.02
 
-# The first steps fill caches; memory is compared from there.
+# The first steps fill caches, so memory growth is measured after them.
 WARM_UP_STEPS = 20
 
-# Browsers end processes, whose time would be lost with them.
+# Read regularly, because the processor time of a browser process is lost when it ends.
 STEPS_BETWEEN_READINGS = 5
 
 LONGEST_LOOK = 0.6
@@ -105,7 +105,7 @@ class Soak:
         self.browsing.start()
 
     def _do(self, number, numbers):
-        # Numbers of its own for each step, so that a step that goes wrong leaves the next as is.
+        # Each step has its own random numbers, so that a failed step does not change the next.
         self.browsing.random = random.Random(numbers.getrandbits(64))
         step = self._chooser.choose(self.browsing)
         self.tally.step = (number, step.name)
@@ -142,7 +142,7 @@ class Soak:
             self.session.screen.save_picture(os.path.join(folder, name + ".png"))
 
     def _check_against_the_file(self):
-        """That the trace has not overlooked what the file holds."""
+        """Checks that the trace contains the same addresses as the file."""
         in_file = {record.address for record in self.quorrix.records()}
         if in_file != self.tally.written:
             raise AssertionError(f"the trace and nodes.dat differ in {in_file ^ self.tally.written}")

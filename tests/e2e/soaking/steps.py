@@ -1,4 +1,4 @@
-"""The steps that the soak chooses from, each with how often it is chosen and when it can be."""
+"""The steps that the soak chooses from, each with its weight and the condition for choosing it."""
 
 from collections import namedtuple
 
@@ -6,7 +6,7 @@ Step = namedtuple("Step", "name weight is_possible act")
 
 STEPS = []
 
-# A step that was not done for so long is twice as likely.
+# The chance of a step doubles when it has not been done for this many steps.
 STEPS_TO_DOUBLE = 15
 
 
@@ -22,8 +22,8 @@ def on_a_page(browsing):
 
 
 class Chooser:
-    """Chooses by weight among what is possible, the more likely the longer ago it was done, so that
-    a short run has something of everything."""
+    """Chooses among the possible steps by weight. A step becomes more likely the longer ago it was
+    done, so that a short run contains a bit of everything."""
 
     def __init__(self):
         self._number = 0

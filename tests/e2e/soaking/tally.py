@@ -1,4 +1,4 @@
-"""What was to be written against what was: recorded, missed, written twice, wrong, private."""
+"""Compares expected with actual writes: recorded, missed, written twice, wrong, private."""
 
 import math
 import time
@@ -6,7 +6,7 @@ from collections import defaultdict, namedtuple
 from dataclasses import dataclass
 from statistics import median
 
-# How long after the commit a record may take before the visit counts as missed.
+# If there is no record this long after the commit, the visit counts as missed.
 PATIENCE_SECONDS = 2.5
 
 # Aims, as shares of the visits.
@@ -22,9 +22,9 @@ Fault = namedtuple("Fault", "kind step name address detail")
 class Visit:
     step: int
     name: str
-    kind: str  # of the commit; they are timed apart
+    kind: str  # of the commit; the delays are reported by kind
     address: str
-    since: float  # a write before this time is not of this visit
+    since: float  # a write before this time does not belong to this visit
     committed: float
     written: float | None = None
 
@@ -48,13 +48,13 @@ class Tally:
         self._open.append(Visit(*self.step, kind, address, since, committed))
 
     def absorb(self):
-        """Takes note of what has been written; returns whether nothing is waited for."""
+        """Processes the new writes; returns whether no expected write is still pending."""
         for write in self._ledger.new_writes():
             self._take(write)
         return not any(visit.is_due() for visit in self._open)
 
     def close_step(self):
-        """After the wait: what is not there now is missed."""
+        """Call this after waiting: visits without a record now count as missed."""
         for visit in self._open:
             self.visits.append(visit)
             if visit.written is None:
@@ -70,7 +70,8 @@ class Tally:
         return sum(fault.kind == kind for fault in self.faults)
 
     def forget_open(self):
-        """What was expected of a step that the browser did not carry out, and what came of it."""
+        """For a step that the browser did not carry out: discards the expected visits, and accepts
+        all writes except private ones."""
         self._open = []
         for write in self._ledger.new_writes():
             self.written.add(write.address)
@@ -117,7 +118,7 @@ class Tally:
                 and self.count("wrong") == 0 and self.count("private") == 0)
 
     def milliseconds_by_kind(self):
-        """(minimum, median, 95th percentile, maximum) from commit to record, and how many."""
+        """(minimum, median, 95th percentile, maximum, count) of delays from commit to record."""
         delays = defaultdict(list)
         for visit in self.recorded():
             delays[visit.kind].append((visit.written - visit.committed) * 1000)

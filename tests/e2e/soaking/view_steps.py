@@ -1,4 +1,4 @@
-"""Steps that change how a page is looked at, and not which page: nothing of them is a visit."""
+"""Steps that change how a page is shown, not which page."""
 
 from soaking.browsing import NotCarriedOut
 from soaking.model import Entry, Tab
@@ -30,13 +30,13 @@ def zoom(browsing):
 
 
 def _links_at_the_left(browsing):
-    """Not under the notice in the middle of how to leave full screen."""
+    """Cells that are not covered by the notice about leaving full screen, in the middle."""
     return [cell for cell in browsing.plain_links() if cell in LINKS[:2]]
 
 
 @step("full screen", 3, lambda browsing: on_a_page(browsing) and _links_at_the_left(browsing))
 def full_screen(browsing):
-    """A link is clicked there, where the browser shows no bars."""
+    """Clicks a link in full screen, where the browser shows no bars."""
     browsing.press("F11")
     _wait_for_resize(browsing)
     browsing.stay(0.5)
@@ -63,7 +63,7 @@ def developer_tools(browsing):
 @step("view-source", 2, lambda browsing: on_a_page(browsing)
       and "#" not in browsing.entry.url)
 def view_source(browsing):
-    """It opens in a tab of its own; closing that is choosing the page's tab."""
+    """The source opens in a new tab. Closing that tab brings another one to the front."""
     url, tab, window = browsing.entry.url, browsing.tab, browsing.window
     browsing.press("ctrl+u")
     browsing.wait(lambda: not browsing.shows(url), "the source's tab")
@@ -73,7 +73,7 @@ def view_source(browsing):
     browsing.stay(0.8)
     browsing.press("ctrl+w")
     window.tabs.remove(window.tab)
-    # A tab closed later is not what the browser would restore first.
+    # The browser would now restore the source first, not a tab that was closed before.
     browsing.model.last_closed_in = None
     window.closed.clear()
     browsing.see_which_tab()
@@ -84,7 +84,7 @@ def view_source(browsing):
 @step("reading view", 2, lambda browsing: browsing.browser.reader and on_a_page(browsing)
       and "#" not in browsing.entry.url)
 def reading_view(browsing):
-    """The view is a page of the browser's own; leaving it shows the site's page again."""
+    """The reading view is a page of the browser. Leaving it shows the site's page again."""
     url = browsing.entry.url
     browsing.press(browsing.browser.reader)
     browsing.wait(lambda: browsing.site.heard(browsing.since, ("hide",), (url,)),

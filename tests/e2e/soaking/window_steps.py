@@ -1,4 +1,4 @@
-"""Steps between tabs and windows, private ones among them."""
+"""Steps between tabs and windows, including private ones."""
 
 from soaking.model import Entry, Tab
 from soaking.site import title_at
@@ -16,14 +16,14 @@ def _has_tabs(browsing):
 
 
 def _all_tabs_differ(browsing):
-    """Between two tabs with the same address it could not be seen which is shown, and a page that
-    is presented already would not be a visit."""
+    """If two tabs had the same address, the steps could not tell which one is shown, and switching
+    between them would not be a visit."""
     addresses = [address for address in browsing.model.open_addresses() if address]
     return len(set(addresses)) == len(addresses)
 
 
 def _tabs_can_be_told(browsing):
-    """By their titles, when one of them comes to the front."""
+    """Whether the title tells which tab is in front."""
     return (_has_tabs(browsing) and _all_tabs_differ(browsing)
             and all(tab.entry.url for tab in browsing.window.tabs))
 
@@ -94,7 +94,7 @@ def _only_window(browsing):
 @step("tab into a new window", 2, lambda browsing: _only_window(browsing)
       and _tabs_can_be_told(browsing))
 def move_tab(browsing):
-    """The first tab is moved, which is chosen for that if it is not in front."""
+    """Moves the first tab, after choosing it if it is not in front."""
     shown = browsing.entry.url
     browsing.press("alt+1")
     try:
@@ -113,7 +113,7 @@ def move_tab(browsing):
     browsing.add_window(handle, tab)
     browsing.wait(lambda: browsing.shows(tab.entry.url), "the tab in its new window")
     source.tab = browsing.wait(lambda: _tab_in_front(source), "another tab in the old window")
-    # The same page, with no load: nothing is visited.
+    # It is the same page and is not loaded again, so there is no visit.
     browsing.expect_nothing()
 
 
@@ -162,7 +162,7 @@ def leave_private_window(browsing):
 
 
 def _may_close_window(browsing):
-    """Then the one used before comes to the front, which has to be a normal one."""
+    """The window that comes to the front must be a normal one: the one used before."""
     windows = browsing.model.windows
     return len(windows) > 1 and not windows[1].private and _all_tabs_differ(browsing)
 
@@ -180,7 +180,7 @@ def close_window(browsing):
     program = browsing.quorrix.main_window()
     browsing.wait(lambda: following.handle.is_active() or program.is_active(),
                   "the window used before to be in front")
-    # Where that was the program's own, the browser's last one is still the one that is read.
+    # If that is Quorrix's own window, the browser window used last is still the one that is read.
     browsing.browser.use()
     browsing.expect_chosen("window closed")
 
@@ -190,5 +190,5 @@ def another_program(browsing):
     browsing.quorrix.main_window().use()
     browsing.stay(0.3)
     browsing.browser.use()
-    # The page that is shown is the one that was shown.
+    # The browser still shows the same page.
     browsing.expect_nothing(0.4)

@@ -1,7 +1,8 @@
-"""The accessibility bus, asked without a library in between.
+"""Direct access to the accessibility bus, without a library.
 
-A library would cache what it has seen and lose its connection for good when the bus is restarted;
-these tests need the present state, their own time limits, and to go on afterwards.
+A library would cache what it has seen, and would lose its connection permanently when the bus
+restarts. These tests need the current state and their own time limits, and continue after a
+restart.
 """
 
 from gi.repository import Gio, GLib
@@ -29,13 +30,13 @@ class AccessibilityBus:
             self.connection.close_sync()
 
     def application_of(self, process_id):
-        """The application that a process put on the bus, or None."""
+        """The application that a process has registered on the bus, or None."""
         for application in Accessible(self, "org.a11y.atspi.Registry", ROOT).children():
             try:
                 if self._process_of(application.owner) == process_id:
                     return application
             except GLib.Error:
-                continue  # It left while we were asking.
+                continue  # It disappeared during the call.
         return None
 
     def _process_of(self, owner):
@@ -51,7 +52,7 @@ class AccessibilityBus:
                 if name.startswith(":") and self._process_of(name) == process_id:
                     names.append(name)
             except GLib.Error:
-                continue  # It left while we were asking.
+                continue  # It disappeared during the call.
         return names
 
     def call(self, owner, path, interface, method, arguments=None, milliseconds=3000):
@@ -67,7 +68,7 @@ class AccessibilityBus:
 
 
 class StateWatch:
-    """Hears what gets a state ("focused", "showing"), as a screen reader does."""
+    """Listens for objects that enter a state ("focused", "showing"), as a screen reader does."""
 
     REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry")
 
@@ -85,7 +86,7 @@ class StateWatch:
             self._heard.append(Accessible(self.bus, owner, path))
 
     def heard(self):
-        """What has got the state since the watch began, the latest first."""
+        """The objects that have entered the state since the watch began, latest first."""
         while GLib.MainContext.default().iteration(False):
             pass
         return self._heard[::-1]
@@ -96,14 +97,14 @@ class StateWatch:
 
 
 class FocusWatch(StateWatch):
-    """The only way to a popup menu, which is in no window's list of children."""
+    """The only way to find a popup menu, which is not a child of any window."""
 
     def __init__(self, bus):
         super().__init__(bus, "focused")
 
 
 class Accessible:
-    """One object on the bus. Nothing is remembered: every question goes to its program."""
+    """One object on the bus. Nothing is cached: every query goes to its program."""
 
     FIRST_ACTION = ("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (0,)))
 
@@ -133,11 +134,12 @@ class Accessible:
 
     @property
     def text(self):
-        """All of a text box's text."""
+        """The whole text of a text box."""
         return self._ask("GetText", GLib.Variant("(ii)", (0, -1)), "org.a11y.atspi.Text")[0]
 
     def insert_text(self, text):
-        """At the beginning of a text box, as dictation does; for what no key gives."""
+        """Inserts text at the beginning of a text box, as dictation does. For characters that no
+        key produces."""
         self._ask("InsertText", GLib.Variant("(isi)", (0, text, len(text))),
                   "org.a11y.atspi.EditableText")
 
@@ -145,7 +147,7 @@ class Accessible:
         return [Accessible(self.bus, owner, path) for owner, path in self._ask("GetChildren")[0]]
 
     def embedded(self):
-        """What it says it shows of another program or process."""
+        """The objects of other programs or processes that it claims to embed."""
         return [Accessible(self.bus, owner, path)
                 for kind, targets in self._ask("GetRelationSet")[0] if kind == RELATION_EMBEDS
                 for owner, path in targets]
@@ -166,13 +168,13 @@ class Accessible:
         return left + width // 2, top + height // 2
 
     def press(self):
-        """The first action. The answer is not awaited: an entry that opens a modal window, or
-        that runs for long, answers only when that is over."""
+        """Invokes the first action without waiting for the answer. A menu entry that opens a modal
+        window or runs for a long time answers only at the end."""
         self.bus.call_without_answer(self.owner, self.path, *self.FIRST_ACTION)
 
     def press_and_wait(self):
-        """The first action, as a screen reader has it done: it waits for the answer, and fails
-        without one."""
+        """Invokes the first action as a screen reader does: waits for the answer, and fails if none
+        arrives."""
         self.bus.call(self.owner, self.path, *self.FIRST_ACTION)
 
     def everything_below(self):

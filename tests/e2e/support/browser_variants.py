@@ -6,7 +6,7 @@ import os
 
 from support.browsers import Chromium, Firefox
 
-# Where the buttons are after the user has taken Firefox View out of the tool bar.
+# The positions of the buttons after the user has removed Firefox View from the tool bar.
 WITHOUT_FIREFOX_VIEW = {
     "placements": {
         "widget-overflow-fixed-list": [],
@@ -40,7 +40,7 @@ class FirefoxWith(Firefox):
 
 
 def firefox_with(*preferences):
-    """What to give to a test that asks for a kind of browser."""
+    """For tests that take a browser class: Firefox with these preferences."""
     together = functools.reduce(lambda all_of, some: all_of | some, preferences)
     return functools.partial(FirefoxWith, preferences=together)
 
@@ -52,7 +52,7 @@ def firefox_in(language):
 
 
 class LocalisedChromium(Chromium):
-    """Its messages come in `language`; `profiles` are the names of its profiles by folder."""
+    """Its user interface is in `language`; `profiles` maps folders to names of profiles."""
 
     def __init__(self, session, site, language, profiles=None):
         self._language = language
@@ -81,7 +81,7 @@ def chromium_in(language, profiles=None):
 
 
 class VetoedChromium(Chromium):
-    """Its user, or a script, has switched accessibility off for it."""
+    """The user, or a script, has turned accessibility off in this Chromium."""
 
     def environment(self):
         return super().environment() | {"ACCESSIBILITY_ENABLED": "0"}

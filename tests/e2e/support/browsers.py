@@ -1,8 +1,8 @@
 """Firefox and Chromium as Debian packages them, in fresh profiles, driven by the keyboard.
 
-No flag and no preference touches accessibility. The browsers are watched through the titles of
-their windows, never through the accessibility bus: asking there is what wakes them up, and that
-has to be the program's own doing.
+No option or preference affects accessibility. The browsers are observed through the titles of their
+windows, never through the accessibility bus: a query on the bus makes a browser turn its
+accessibility on, and only the program under test may cause that.
 """
 
 import os
@@ -15,13 +15,13 @@ from support.web_pages import title_of
 
 
 def is_titled(title, url):
-    """Whether a window's title begins with a page's. Lithuanian has it in quotes, and languages
-    that are written to the left have marks in front of it."""
+    """Whether a window's title begins with the title of a page. In Lithuanian the title is in
+    quotes; in right-to-left languages, direction marks precede it."""
     return re.match(r"[\u200f\u202a„]*" + re.escape(title_of(url)) + "[“ ]", title) is not None
 
 
 class Browser:
-    """One running browser with one profile; `window` is the one last opened or chosen."""
+    """One running browser with one profile. `window` is the last one opened or chosen."""
 
     name = ""
     command = ""
@@ -47,7 +47,7 @@ class Browser:
         return self._wait_for_new_window(set(), url)
 
     def start_private(self, url, option=None):
-        """Starts the browser with a private window and nothing else."""
+        """Starts the browser with only a private window."""
         self.process = self._run(*self.normal_options(), option or self.private_option, url)
         return self._wait_for_new_window(set(), url)
 
@@ -61,7 +61,7 @@ class Browser:
         return self._wait_for_new_window(before, url)
 
     def open_popup(self, key, shows):
-        """Presses a key at which the page opens a popup, and waits until that shows a page."""
+        """Presses a key that makes the page open a popup; waits until the popup shows a page."""
         before = set(self._window_numbers())
 
         def open_it():
@@ -71,7 +71,7 @@ class Browser:
             except TimedOut:
                 return False
 
-        # As with an address: a browser that has just started may take the keyboard away again.
+        # As for an address: a browser that has just started may move the focus again.
         wait_until(open_it, "the popup to open", 10)
         return self._wait_for_new_window(before, shows)
 
@@ -79,7 +79,7 @@ class Browser:
         return self.process is not None
 
     def start_over(self, url):
-        """Goes on with the oldest window alone, at that page."""
+        """Closes all windows except the oldest, and goes to that page."""
         self.window, *others = self.screen.windows_of(self.family())
         for window in others:
             window.close()
@@ -89,13 +89,13 @@ class Browser:
             self.visit(url)
 
     def close_window(self):
-        """Closes the window that was last opened or chosen; another one must be left."""
+        """Closes the window that was last opened or chosen; it must not be the only one."""
         number = self.window.number
         self.window.close()
         wait_until(lambda: number not in self._window_numbers(), "the window to close")
 
     def close(self):
-        """Ends the browser with all its processes, stopped ones included."""
+        """Kills all processes of the browser, including stopped ones."""
         if self.process:
             processes.end_family(self.process)
             self.process = None
@@ -104,7 +104,7 @@ class Browser:
         return [self.process.pid, *processes.children_of(self.process.pid)]
 
     def stop_all(self):
-        """Stops every process of the browser, as a debugger or a swapped-out machine would."""
+        """Stops every process of the browser, as a debugger would or a machine that is swapping."""
         processes.send(signal.SIGSTOP, self.family())
 
     def continue_all(self):
@@ -121,32 +121,33 @@ class Browser:
         self.wait_until_it_shows(shows or url)
 
     def ask_for(self, url):
-        """Types an address and presses Return, and does not wait for the page's answer."""
+        """Types an address and presses Return. Returns once the browser asks for the page or shows
+        it, without waiting for the answer."""
         asked_before = self.site.times_asked(url)
         shown_before = self.shows(url)
 
         def is_asked():
-            # A page that the browser has kept it shows without asking the site.
+            # A browser shows a cached page without asking the site.
             asked = self.site.times_asked(url) > asked_before
             return asked or (self.shows(url) and not shown_before)
 
         def ask():
             self.type_address(url)
-            # Delete removes what the browser has added behind the typed text from its history.
+            # Delete removes the completion that the browser has appended from its history.
             self.screen.press("Delete", "Return")
             try:
                 return wait_until(is_asked, url, 3)
             except TimedOut:
                 return False
 
-        # A browser that has just started may take the keyboard away again while it gets ready;
-        # a user then types once more.
+        # A browser that has just started may move the focus while it initialises; a user then
+        # types the address again.
         wait_until(ask, lambda: f"{self.name} to ask for {url}", 10)
 
     def type_address(self, text):
         self.use()
-        # The key for it (ctrl+l) goes to the page's process first, and what is typed before it
-        # has come back is lost; a click in the address bar is the browser's own at once.
+        # The key for it (ctrl+l) goes to the page's process first. Text that is typed before the
+        # key comes back is lost. A click in the address bar has an immediate effect.
         self.window.click_and_type(*self.address_bar, text)
 
     def give_up_typing(self):
@@ -176,7 +177,7 @@ class Browser:
         self.screen.press(key)
 
     def wait_until_it_shows(self, url):
-        """A window takes a page's title when the page has committed and its head is read."""
+        """A window takes the title of a page when the page is committed and its head is parsed."""
         wait_until(lambda: self.shows(url),
                    lambda: f"{self.name} to show {url}; its title is {self.window.title!r}", 20)
         self._shown = title_of(url)
@@ -230,7 +231,7 @@ class Firefox(Browser):
         with open(os.path.join(self.profile, "user.js"), "w", encoding="ascii") as file:
             for preference, value in self._preferences().items():
                 file.write(f'user_pref("{preference}", {value});\n')
-        # The exceptions that a user makes by hand on the warning page are kept in this file.
+        # This file contains the exceptions that a user adds on the warning page.
         with open(os.path.join(self.profile, "cert_override.txt"), "w", encoding="ascii") as file:
             for host in self.site.secure_hosts:
                 file.write(f"{host}:443:\tOID.2.16.840.1.101.3.4.2.1\t"
@@ -243,7 +244,7 @@ class Firefox(Browser):
             "network.proxy.type": "1",
             "network.proxy.http": '"127.0.0.1"', "network.proxy.http_port": port,
             "network.proxy.ssl": '"127.0.0.1"', "network.proxy.ssl_port": port,
-            # An address typed with http:// stays one.
+            # An address typed with http:// keeps that scheme.
             "dom.security.https_first": "false",
             "dom.security.https_first_schemeless": "false",
             "dom.security.https_only_mode": "false",
@@ -264,7 +265,7 @@ class Firefox(Browser):
         return ["--profile", self.profile]
 
     def environment(self):
-        # The reporter takes a killed Firefox for a crashed one and opens a window about it.
+        # The reporter would treat a killed Firefox as crashed and open a window.
         return {"MOZ_CRASHREPORTER_DISABLE": "1"}
 
 
@@ -274,7 +275,7 @@ class Chromium(Browser):
     private_option = "--incognito"
 
     def prepare_profile(self):
-        # Its presence is how Chromium knows that it has run before.
+        # If this file exists, Chromium assumes that it has run before.
         with open(os.path.join(self.profile, "First Run"), "w", encoding="ascii"):
             pass
 

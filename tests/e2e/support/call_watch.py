@@ -1,4 +1,4 @@
-"""What a program asks on the accessibility bus, and how long the answers take."""
+"""The calls that a program makes on the accessibility bus, and how long the answers take."""
 
 import os
 import signal
@@ -10,12 +10,12 @@ from support.waiting import wait_until
 
 Pass = namedtuple("Pass", "calls milliseconds")
 
-# Calls of one pass follow each other at once; between two passes the program pauses.
+# The calls of one pass follow each other without a pause; the program pauses between two passes.
 PAUSE_SECONDS = 0.010
 
 
 class CallWatch:
-    """Watches the bus for as long as the `with` block runs; then `passes` tells what it saw."""
+    """Watches the bus while the `with` block runs. After that, `passes` contains the result."""
 
     def __init__(self, session, quorrix):
         self.session = session
@@ -59,9 +59,9 @@ class CallWatch:
                     if line.startswith(("mc", "mr", "err"))]
 
     def _messages(self):
-        """(kind, time) of every question that the program asked and every answer that it got.
+        """(kind, time) of every call of the program and every answer to it.
 
-        The tests' own questions to the program are left out, and its answers to them.
+        Calls from the tests to the program, and its answers to them, are left out.
         """
         return [(line[0], float(line[1])) for line in self._lines()
                 if (line[3] if line[0] == "mc" else line[4]) in self._names]
@@ -74,6 +74,6 @@ class CallWatch:
                 groups.append([])
             if groups:
                 groups[-1].append((kind, when))
-        # The first and the last may have been cut off by the watch.
+        # The first and the last pass may be incomplete.
         return [Pass(sum(kind == "mc" for kind, _ in group), (group[-1][1] - group[0][1]) * 1000)
                 for group in groups[1:-1]]

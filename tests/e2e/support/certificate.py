@@ -1,4 +1,4 @@
-"""A throw-away certificate for the secure hosts of the tests' web site."""
+"""A temporary certificate for the secure hosts of the tests' web site."""
 
 import hashlib
 import os
@@ -7,7 +7,7 @@ import subprocess
 
 
 def make_certificate(folder, hosts):
-    """A certificate for the given hosts; returns its file and its key's file."""
+    """Makes a certificate for the given hosts; returns the paths of its file and its key's file."""
     certificate, key = os.path.join(folder, "site.crt"), os.path.join(folder, "site.key")
     names = ",".join(f"DNS:{host}" for host in hosts) or "DNS:none.example"
     subprocess.run(

@@ -1,5 +1,5 @@
-"""GNOME Web as Debian packages it: each window is named after its page and nothing else, and
-incognito windows have a process of their own."""
+"""GNOME Web as Debian packages it: the title of a window is only the title of its page, and
+incognito windows run in a separate process."""
 
 import subprocess
 from urllib.parse import urlsplit
@@ -39,7 +39,7 @@ class GnomeWeb(Browser):
         self._has_tabs = False
 
     def can_start_over(self):
-        # It asks before it closes a window with several tabs.
+        # It asks for confirmation before it closes a window with several tabs.
         return super().can_start_over() and not self._has_tabs
 
     def family(self):
@@ -47,8 +47,8 @@ class GnomeWeb(Browser):
         return ids + [child for each in ids for child in processes.children_of(each)]
 
     def stop_all(self):
-        """Its toolkit holds the whole display for moments. Stopped in one of them, it would stop
-        every other program with it; so it is stopped again then."""
+        """Its toolkit briefly grabs the whole display now and then. If it were stopped at such a
+        moment, every other program would hang, so it is then continued and stopped again."""
         def stop():
             super(GnomeWeb, self).stop_all()
             if self._display_answers():
@@ -73,8 +73,8 @@ class GnomeWeb(Browser):
         super().open_tab(url)
 
     def visit(self, url, shows=None):
-        """As for any browser. Nothing but its warning lets this one trust the site's certificate,
-        and it remembers that while it runs."""
+        """As for any browser. This one trusts the site's certificate only after the user accepts it
+        on the warning page, until the browser ends."""
         parts = urlsplit(url)
         if parts.scheme == "https" and parts.hostname not in self._trusted:
             self._accept_certificate_of(url)
@@ -88,7 +88,7 @@ class GnomeWeb(Browser):
         wait_until(lambda: self.window.title == WARNING, WARNING)
 
         def accept():
-            # The button's access key. The page may have its title before it has the button.
+            # The button's access key. The page may have a title before it has the button.
             self.screen.press("alt+p")
             try:
                 return wait_until(lambda: self.window.title != WARNING, url, 2)
@@ -101,7 +101,7 @@ class GnomeWeb(Browser):
     # --- what differs ----------------------------------------------------------------------------
 
     def prepare_profile(self):
-        """It takes no profile for its ordinary windows; their files go into its home."""
+        """Ordinary windows cannot be given a profile; their files are in the home folder."""
 
     def normal_options(self):
         return []
@@ -112,6 +112,6 @@ class GnomeWeb(Browser):
                 "no_proxy": "127.0.0.1"}
 
     def is_named_after(self, url, window):
-        # What is no page of HTML has its host for a title.
+        # The title of a document that is not HTML is its host.
         host = urlsplit(url).hostname
         return window.title == (host if url.endswith(".pdf") else title_of(url))

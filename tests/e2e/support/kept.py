@@ -1,8 +1,8 @@
 """One program and one browser for all tests of a class.
 
-To start both takes longer than most scenarios do. Before each test the program's display and site
-file are emptied, and the browser goes on in one window with one tab. It keeps its cache, so a page
-that differs from the plain one needs an address of its own.
+Starting both takes longer than most scenarios. Before each test the program's display and site file
+are emptied, and the browser continues in one window with one tab. It keeps its cache, so a page
+that differs from the plain one needs its own address.
 """
 
 import os

@@ -1,7 +1,7 @@
-"""Someone who uses the program with the keyboard alone and sees the titles of its windows.
+"""A user who operates the program with the keyboard only and sees the titles of its windows.
 
-That much is the same for the program of this system and for that of Windows under Wine, so both can
-be led through the very same steps.
+This works the same for the program of this system and for the Windows program under Wine, so both
+can be taken through the same steps.
 """
 
 import os
@@ -14,7 +14,7 @@ ENTRIES_BEFORE_NOTES = 3  # of the popup menu
 
 class KeyboardUser:
     def __init__(self, quorrix):
-        """The program runs, and shows its main window alone."""
+        """The program must be running, with only its main window open."""
         self.quorrix = quorrix
         self.screen = quorrix.session.screen
         self._main_number = quorrix.main_window().number
@@ -22,15 +22,15 @@ class KeyboardUser:
     # --- windows ---------------------------------------------------------------------------------
 
     def wait_for_window(self, title):
-        """Of that title, and not the main window; clicks on it if it has not the keyboard, as it
-        may be when the window in front of it has closed under Wine."""
+        """Waits for a window with that title other than the main window, and gives it the focus. It
+        may lack the focus under Wine after the window in front of it has closed."""
         window = wait_until(lambda: self._open(title),
                             lambda: f"the window {title!r}; open are {self._titles()}")
         self._use(window)
         return window
 
     def _use(self, window):
-        """Until what is typed reaches it: it answers only after it has taken the keyboard."""
+        """Returns when typed text reaches the window: it answers only once it has the focus."""
         window.use()
         with ResponseWatch(window):
             pass
@@ -49,7 +49,7 @@ class KeyboardUser:
     # --- the main window -------------------------------------------------------------------------
 
     def choose(self, *keys):
-        """An entry of the File menu, by the letters on the way to it."""
+        """Chooses an entry of the File menu by the letters that lead to it."""
         self._use(self.quorrix.main_window())
         self.screen.press("alt+f", *keys)
 
@@ -60,7 +60,7 @@ class KeyboardUser:
         self.choose("s")
 
     def select_host(self, number):
-        """Counted from 1, in the order of the first visits."""
+        """Selects a host by its number, counted from 1, in the order of first visits."""
         self._use(self.quorrix.main_window())
         self.screen.press("Home", *["Down"] * number)
 
@@ -69,7 +69,7 @@ class KeyboardUser:
         self.screen.press("Home", "asterisk", "Home")
 
     def open_notes(self, key):
-        """Of the site that is selected."""
+        """Opens the notes of the selected site, whose key is `key`."""
         self.screen.press("Menu")
         self.quorrix.wait_for_caption(f"Quorrix - {key}")
         self.screen.press(*["Down"] * (ENTRIES_BEFORE_NOTES + 1), "Return")
@@ -83,7 +83,7 @@ class KeyboardUser:
     # --- message boxes ---------------------------------------------------------------------------
 
     def confirm_question(self):
-        """OK and Cancel, of which Cancel has the keyboard."""
+        """Presses OK in a question with OK and Cancel, where Cancel has the focus."""
         box = self.wait_for_window("Quorrix")
         self.screen.press("Tab", "space")
         self._wait_until_gone(box)
@@ -120,12 +120,12 @@ class KeyboardUser:
         self.wait_for_window("Archive Sites")
 
     def confirm_archiving(self):
-        """OK has the keyboard once a new folder is made."""
+        """Presses OK, which has the focus once a new folder is made, and confirms the question."""
         self.screen.press("space")
         self.confirm_question()
 
     def type_over(self, text):
-        """Replaces what is in the box that has the keyboard."""
+        """Replaces the text of the box that has the focus."""
         self.screen.press("ctrl+a", "BackSpace")
         self.screen.type(text)
 
@@ -137,11 +137,11 @@ class KeyboardUser:
         self.screen.press("Tab", "Tab", "Tab", "space")  # past files and path to OK
         last_archive = self._bytes_of("load.txt")
         self.confirm_question()
-        # Written last, while the main window is alone already.
+        # load.txt is written last, when only the main window is still open.
         wait_until(lambda: self._bytes_of("load.txt") != last_archive, "load.txt to tell of it")
 
     def _choose_drive(self, letter):
-        """The list of folders has the keyboard when a dialog opens; the drives are before it."""
+        """The folder list has the focus when a dialog opens; the drive list precedes it."""
         self.screen.press("shift+Tab")
         if letter:
             self.screen.press(letter)

@@ -1,13 +1,13 @@
-"""Pictures of windows, judged before they are kept."""
+"""Checks pictures of windows before they are kept."""
 
 import subprocess
 
-# A window that has not been painted is black; of one that has, hardly anything is.
+# A window that is not painted yet is black; a painted one contains hardly any black.
 MOST_BLACK = 0.2
 
 
 def share_of_black(path):
-    """Of a picture's points, from 0 to 1."""
+    """The share of black pixels in a picture, from 0 to 1."""
     counted = subprocess.run(
         ["convert", path, "-alpha", "off", "-fill", "white", "+opaque", "black",
          "-colorspace", "gray", "-format", "%[fx:1-mean]", "info:"],
@@ -20,6 +20,6 @@ def is_painted(path):
 
 
 def signature(path):
-    """The same for two pictures that show the same."""
+    """A value that is equal for two pictures with the same content."""
     return subprocess.run(["identify", "-format", "%#", path], check=True, timeout=20,
                           capture_output=True, text=True).stdout

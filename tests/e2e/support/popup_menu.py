@@ -1,4 +1,4 @@
-"""The popup menu of the site tree, opened with the mouse on a row and used entry by entry."""
+"""The popup menu of the site tree, opened with the mouse on a row."""
 
 from gi.repository import GLib
 
@@ -16,7 +16,7 @@ class PopupMenu:
         watch = FocusWatch(quorrix.bus)
         try:
             quorrix.click_row(row, 3)
-            # The entry that a key has chosen says which menu it is in.
+            # The menu is the parent of the entry that a key has focused.
             entry = wait_until(lambda: self._entry_after_a_key(watch), f"the menu of {row}")
             return [thing for thing in entry.parent.children() if thing.role == "menu item"]
         finally:
@@ -29,7 +29,7 @@ class PopupMenu:
                 if thing.role == "menu item":
                     return thing
             except GLib.Error:
-                continue  # It has gone again.
+                continue  # It has disappeared again.
         return None
 
     def captions(self):

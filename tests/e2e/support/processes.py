@@ -1,8 +1,8 @@
 """Starting processes so that none of them outlives the tests.
 
-Three nets, one below the other: everything is ended when a session closes; the same happens when
-the interpreter leaves or is told to (SIGTERM, SIGINT); and if it is killed outright, the kernel
-kills the processes that it started, whose own children then lose their display and their bus.
+There are three levels of protection. All processes are killed when a session closes. They are also
+killed when the interpreter exits or gets SIGTERM, SIGINT or SIGHUP. If the interpreter is killed,
+the kernel kills the processes that it started, and their children lose their display and bus.
 """
 
 import atexit
@@ -21,7 +21,7 @@ _started = []
 
 
 def become_their_keeper():
-    """Orphans among our descendants become our children, so that they can be found and ended."""
+    """Makes this process adopt its orphaned descendants, so that they can be found and killed."""
     if ctypes.CDLL(None, use_errno=True).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0:
         raise OSError(ctypes.get_errno(), "prctl")
     atexit.register(end_everything)
@@ -36,8 +36,8 @@ def _leave(number, _frame):
 
 
 def start(command, env, **options):
-    """Starts a command in a process group of its own. To be called from the main thread only:
-    the kernel ties the death signal to the thread that started the process."""
+    """Starts a command in its own session. Call this from the main thread only: the kernel ties the
+    death signal to the thread that started the process."""
     process = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "--", *command],
                                env=env, start_new_session=True, stdin=subprocess.DEVNULL, **options)
     _started.append(process)
@@ -67,8 +67,8 @@ def children_of(process_id):
 
 
 def with_environment(name, value):
-    """Our descendants that were started with that variable. One that keeps its memory from us is
-    told by the value in its command line instead."""
+    """Our descendants that were started with that environment variable. If a process denies access
+    to its environment, it counts if its command line contains the value."""
     wanted = f"{name}={value}".encode()
     found = []
     for process_id in children_of(os.getpid()):
@@ -80,7 +80,7 @@ def with_environment(name, value):
             if value.encode() in _command_line(process_id):
                 found.append(process_id)
         except OSError:
-            continue  # It ended, or is about to.
+            continue  # It has ended or is about to.
     return found
 
 
@@ -93,7 +93,7 @@ def _command_line(process_id):
 
 
 def _stat(process_id):
-    """State, parent and what follows them in /proc/PID/stat; None for a process that is gone."""
+    """The fields of /proc/PID/stat from the state on; None if the process is gone."""
     try:
         with open(f"/proc/{process_id}/stat", encoding="ascii", errors="replace") as file:
             return file.read().rpartition(")")[2].split()
@@ -107,7 +107,7 @@ def is_running(process_id):
 
 
 def processor_seconds(process_id):
-    """User and system time that a process has used so far."""
+    """User and system time in seconds that a process has used so far. It must exist."""
     fields = _stat(process_id)
     return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 

@@ -1,7 +1,7 @@
-"""The program under test in a folder of its own, driven from outside.
+"""The program under test in its own folder, driven from outside.
 
-It is started as a user would start it and used over the accessibility bus, on which it appears
-like every other program; what it keeps is judged by the bytes in its data folder.
+It is started as a user would start it and used through the accessibility bus, where it appears like
+every other program. The tests check the bytes in its data folder.
 """
 
 import os
@@ -21,12 +21,12 @@ READY = "Right click site address for site menu."
 TRACKING = "Tracking websites."
 STOPPED = "Tracking websites stopped."
 
-# In the environment of the program, and so of every process that it starts.
+# A variable in the environment of the program, and so of every process that it starts.
 MARK = "STARTED_BY_PROGRAM_IN"
 
 
 def make_program_folder(program):
-    """A fresh copy of the installed folder: the program, its manual, empty data files, no archive
+    """A new folder like an installed one: the program, its manual, empty data files, no archive
     loaded."""
     folder = processes.temporary_folder()
     shutil.copy2(program, os.path.join(folder, "Quorrix"))
@@ -49,8 +49,8 @@ class Quorrix:
     def __init__(self, session, folder):
         self.session = session
         self.folder = folder
-        self.more_environment = {}  # for the program alone, on top of the session's
-        self.launcher = []  # a command that ends by becoming the program that it is given
+        self.more_environment = {}  # for the program only, in addition to the session's
+        self.launcher = []  # a command that finally executes the program that follows it
         self.process = None
         self.bus = None
         self._application = None
@@ -65,7 +65,7 @@ class Quorrix:
                MARK: self.folder})
 
     def start_and_wait(self):
-        """Starts the program if need be, and waits until its start-up windows are gone."""
+        """Starts the program if necessary, and waits until its start-up windows are closed."""
         if self.process is None:
             self.start()
         if not self._is_ready:
@@ -85,7 +85,7 @@ class Quorrix:
         return self.process.poll() is None
 
     def processes(self):
-        """Ids of the program's process and of all that it has started, however far away by now."""
+        """IDs of the program's process and of all its descendants, including orphaned ones."""
         return processes.with_environment(MARK, self.folder)
 
     def end(self):
@@ -100,7 +100,7 @@ class Quorrix:
                    f"{self.session.log('quorrix.log')[-2000:]}"
         return f"the program to be ready; windows {[w.title for w in self.windows()]}"
 
-    # --- windows, as the display has them --------------------------------------------------------
+    # --- windows, from the display ---------------------------------------------------------------
 
     def windows(self):
         return self.session.screen.windows_of([self.process.pid])
@@ -114,7 +114,7 @@ class Quorrix:
     def caption(self):
         return self.main_window().title
 
-    # --- controls, as the accessibility bus has them ---------------------------------------------
+    # --- controls, from the accessibility bus ----------------------------------------------------
 
     def application(self):
         """The program's object on the bus; waits until the program has registered itself."""
@@ -137,7 +137,7 @@ class Quorrix:
         raise NotThere("no main window on the bus")
 
     def texts(self):
-        """Names of all labels that the main window shows, the status bar's panels among them."""
+        """Names of all labels that the main window shows, including the status bar's panels."""
         return [thing.name for thing in self.frame().everything_below()
                 if thing.role == "label" and thing.has_state(STATE_SHOWING)]
 
@@ -153,7 +153,7 @@ class Quorrix:
         wait_until(lambda: self.shows_text(text), lambda: f"{text!r}; shown are {self.texts()}")
 
     def tree(self):
-        """Texts of the tree's rows from top to bottom; rows of collapsed branches are not there."""
+        """Texts of the tree's rows from top to bottom, without rows of collapsed branches."""
         return [row.name for row in self.tree_rows()]
 
     def tree_rows(self):
@@ -178,7 +178,7 @@ class Quorrix:
         self.main_window().click(x - window_x + width // 2, y - window_y + height // 2, button)
 
     def choose(self, *captions):
-        """Chooses a menu entry by the captions on the way to it, without their mnemonics."""
+        """Chooses a menu entry by its path of captions, without their mnemonics."""
         self.menu_entry(*captions).press()
 
     def menu_entry(self, *captions):
@@ -190,7 +190,7 @@ class Quorrix:
         return entry
 
     def notice(self):
-        """The strip that tells of browsers that cannot be read, or None; its name is its text."""
+        """The notice about browsers that cannot be read, or None. Its name is its text."""
         strip = self.frame().find("notification")
         return strip if strip and strip.has_state(STATE_SHOWING) else None
 
@@ -199,7 +199,7 @@ class Quorrix:
         return strip and strip.name
 
     def wait_for_notice(self, text, seconds):
-        """Waits for the notice of that text; None for no notice."""
+        """Waits for the notice with that text, or for no notice if `text` is None."""
         wait_until(lambda: self.notice_text() == text,
                    lambda: f"the notice {text!r}; it is {self.notice_text()!r}", seconds)
 
@@ -212,11 +212,11 @@ class Quorrix:
         self.wait_for_text(STOPPED)
 
     def message(self):
-        """Text of the message box that is open, or None."""
+        """The text of the open message box, or None."""
         box = self._message_box()
         if box is None:
             return None
-        # A box without an icon keeps an empty label in the icon's place.
+        # A box without an icon has an empty label instead of the icon.
         return next((thing.name for thing in box.everything_below()
                      if thing.role == "label" and thing.name), None)
 
@@ -245,7 +245,8 @@ class Quorrix:
         wait_until(lambda: not self._message_if_any(), "the message box to close")
 
     def answer_message_before(self, button, following):
-        """Of two messages, the second of which may come before anyone sees that the first went."""
+        """Presses a button in a message box that another one follows, and waits for that message.
+        It may appear before the tests can see that the first box has closed."""
         self._message_box().find("push button", button).press()
         wait_until(lambda: self._message_if_any() == following, f"the message {following!r}")
 

@@ -1,4 +1,4 @@
-"""A dialog of the program that is open: its controls as the accessibility bus names them, used
+"""An open dialog of the program: its controls, found through the accessibility bus by name and used
 with keys and clicks."""
 
 from gi.repository import GLib
@@ -8,7 +8,7 @@ from support.accessibility import (STATE_CHECKED, STATE_FOCUSED, STATE_SELECTED,
 from support.popup_menu import PopupMenu
 from support.waiting import wait_until
 
-# What Tab can stop at.
+# The roles of controls that Tab can reach.
 CONTROLS = ("combo box", "text", "list", "push button")
 
 
@@ -20,7 +20,7 @@ class RecordDialog:
         return cls(quorrix, caption)
 
     def __init__(self, quorrix, caption):
-        """Waits until the dialog of that caption shows and has the keyboard."""
+        """Waits until the dialog with that caption is open and has the focus."""
         self.quorrix = quorrix
         self.screen = quorrix.session.screen
         self.caption = caption
@@ -45,7 +45,7 @@ class RecordDialog:
         wait_until(lambda: self.window() is None,
                    lambda: f"the dialog {self.caption!r} to close; open are "
                            f"{[window.title for window in self.quorrix.windows()]}")
-        # The window beneath has the keyboard again before anything else is typed or clicked.
+        # The window beneath must have the focus before anything else is typed or clicked.
         wait_until(lambda: any(window.is_active() for window in self.quorrix.windows()),
                    "the window beneath to be active")
 
@@ -58,7 +58,7 @@ class RecordDialog:
                 if window.role == "dialog" and window.name == self.caption:
                     return window if window.has_state(STATE_SHOWING) else None
         except GLib.Error:
-            pass  # It was about to come or to go.
+            pass  # It is opening or closing.
         return None
 
     # --- what it shows ---------------------------------------------------------------------------
@@ -67,17 +67,17 @@ class RecordDialog:
         return self._control("text", box).text
 
     def entries(self):
-        """Of the list, from top to bottom."""
+        """The entries of the only list, from top to bottom."""
         return [entry.name for entry in self._control("list").children()
                 if entry.role == "list item"]
 
     def entries_of(self, name):
-        """Of one list among several, from top to bottom."""
+        """The entries of the list with that name, from top to bottom."""
         return [entry.name for entry in self._control("list", name).children()
                 if entry.role == "list item"]
 
     def labels(self):
-        """Line by line from the top, each from the left."""
+        """The labels' texts, line by line from the top, each line from the left."""
         labels = [thing for thing in self._on_bus().children() if thing.role == "label"]
         return [label.name for label in sorted(labels, key=lambda label: label.extents()[1::-1])]
 
@@ -85,7 +85,7 @@ class RecordDialog:
         return self._control(role, name).has_state(STATE_SENSITIVE)
 
     def focused(self):
-        """Name of the control that has the keyboard, or None."""
+        """The name of the focused control, or None."""
         for control in self._on_bus().children():
             if control.role in CONTROLS and control.has_state(STATE_FOCUSED):
                 return control.name
@@ -115,7 +115,7 @@ class RecordDialog:
         wait_until(lambda: self.text_of(box) == "", f"the box {box!r} to be empty")
 
     def type_into(self, box, text):
-        """Replaces what is in the box."""
+        """Replaces the text in the box."""
         self.clear(box)
         for number, line in enumerate(text.split("\n")):
             if number > 0:
@@ -125,8 +125,8 @@ class RecordDialog:
                    lambda: f"{text!r} in the box {box!r}; it has {self.text_of(box)!r}")
 
     def insert_into(self, box, text, shown=None):
-        """Puts a text in front of what is in the box, without the keyboard, and waits for it, or
-        for what the box makes of it."""
+        """Inserts a text at the beginning of the box without the keyboard. Waits until the box
+        begins with it, or with `shown` if the box changes the text."""
         shown = shown or text
         self._control("text", box).insert_text(text)
         wait_until(lambda: self.text_of(box).startswith(shown),
@@ -138,10 +138,10 @@ class RecordDialog:
         wait_until(lambda: option.has_state(STATE_CHECKED), f"the option {name!r} to be chosen")
 
     def choose_drive(self, drive):
-        """By typing its name, in a dialog that opens with the keyboard on the folder list, which
-        follows the drive list."""
+        """Chooses a drive by typing its name. The focus must be on the folder list, as when the
+        dialog opens; it follows the drive list."""
         self.screen.press("shift+Tab")
-        # On the bus the list has the name of the drive that it shows.
+        # On the bus, the list's name is the drive that it shows.
         drives = self._control("combo box")
         wait_until(lambda: drives.has_state(STATE_FOCUSED), "the drive list to have the focus")
         self.screen.type(drive)
@@ -153,17 +153,18 @@ class RecordDialog:
         wait_until(lambda: control.has_state(STATE_FOCUSED), f"the box {box!r} to have the focus")
 
     def double_click_entry(self, name, number):
-        """Of one list among several; counted from 0."""
+        """Double-clicks an entry of the list with that name, counted from 0."""
         entry = [thing for thing in self._control("list", name).children()
                  if thing.role == "list item"][number]
         self.screen.click(*entry.centre())
         self.screen.click(*entry.centre())
 
     def click_entry(self, number):
-        """Counted from 0."""
+        """Clicks an entry of the only list, counted from 0."""
         entry = [thing for thing in self._control("list").children()
                  if thing.role == "list item"][number]
-        # Each time at another place: two clicks at one would be a double click, which opens it.
+        # Each click is at another place: two at the same place would be a double click, which
+        # opens the entry.
         self._clicks += 1
         left, top, _width, height = entry.extents()
         self.screen.click(left + 20 * self._clicks, top + height // 2)

@@ -1,4 +1,4 @@
-"""Pages that do not wait for their reader."""
+"""Pages that navigate without user action."""
 
 from support.waiting import wait_until
 
@@ -6,8 +6,7 @@ RELOADS = 3
 
 
 class RestlessPages:
-    """Two pages, each of which goes on to the next by itself, and a last one that reloads itself
-    again and again."""
+    """Two pages that automatically go to the next one, and a last one that keeps reloading."""
 
     def __init__(self, site, place):
         self._site = site

@@ -1,4 +1,4 @@
-"""What the scenarios share: one session and web site a process, a fresh program for each test."""
+"""Shared by the scenarios: one session and web site per process, a new program for each test."""
 
 import os
 import unittest
@@ -11,12 +11,12 @@ from support.site_file import WriteCount, time_of
 from support.waiting import holds_for, wait_until
 from support.web_site import WebSite
 
-# Two names and one dot: a page that every browser can start on and that is never recorded.
+# A host with a single dot is never recorded, so every browser can start on this page.
 HOME = "http://home.test/"
 SECURE_HOSTS = ("www.secure.example", "shop.secure.example", "www.garden.example")
 
-# How long what must not happen is given to happen: some passes of the tracking loop, and longer
-# than the second in which a stamp would not change.
+# How long to wait, in seconds, to check that something does not happen: some passes of the tracking
+# loop, and longer than the second in which a stamp would not change.
 LONG_ENOUGH = 1.5
 
 _sessions = {}
@@ -24,8 +24,8 @@ _sites = []
 
 
 def private_session(kind=PrivateSession):
-    """This process's own session of that kind; made by the first test that asks and ended with
-    the process."""
+    """The session of that kind in this process. The first call makes it; it ends with the
+    process."""
     if not _sessions:
         processes.become_their_keeper()
     if kind not in _sessions:
@@ -40,12 +40,12 @@ def web_site():
 
 
 def tell(sentence):
-    """A measured figure, for whoever reads the test's output."""
+    """Prints a measured value for readers of the test's output."""
     print(f"measured: {sentence}", flush=True)
 
 
 class QuorrixTest(unittest.TestCase):
-    """Speaks in the verbs of the scenarios. Each test has a program folder of its own."""
+    """Provides the verbs of the scenarios. Each test has its own program folder."""
 
     accessibility = True
     session_class = PrivateSession
@@ -73,7 +73,7 @@ class QuorrixTest(unittest.TestCase):
         return path
 
     def tearDown(self):
-        """After a failure, leaves a picture of the screen in the folder named for that."""
+        """After a failure, saves a picture of the screen in $QUORRIX_EVIDENCE if that is set."""
         folder = os.environ.get("QUORRIX_EVIDENCE")
         if folder and self.has_failed():
             os.makedirs(folder, exist_ok=True)
@@ -97,7 +97,8 @@ class QuorrixTest(unittest.TestCase):
         self.quorrix.start_tracking()
 
     def given_a_starting_program(self):
-        """Its start-up windows take their three seconds while a browser starts."""
+        """Starts the program without waiting. A browser can start during the three seconds for
+        which the start-up windows are open."""
         self.quorrix.start()
 
     def given_a_browser(self, browser_class, url=HOME):
@@ -114,7 +115,8 @@ class QuorrixTest(unittest.TestCase):
     def start_browser(self, browser, url):
         browser.start(url)
         if self.quorrix.process:
-            # Its main window takes the keyboard when it opens, which no browser should lose then.
+            # The main window takes the focus when it opens, and must not take it from a browser
+            # later.
             self.quorrix.start_and_wait()
 
     def restart(self):
@@ -137,7 +139,7 @@ class QuorrixTest(unittest.TestCase):
             return file.read()
 
     def wait_for_record(self, address, seconds=1.0):
-        """The record of an address; by default it must come within a second."""
+        """Waits for the record of an address, which must appear within a second by default."""
         wait_until(lambda: self.quorrix.record_of(address),
                    lambda: f"the record of {address}; there are "
                            f"{self.quorrix.addresses_and_flags()}", seconds)
@@ -153,7 +155,8 @@ class QuorrixTest(unittest.TestCase):
         wait_until(lambda: datetime.now() >= stamped + timedelta(seconds=1), "the next second")
 
     def assert_sites(self, *expected):
-        """The whole file: every record's address and scheme letter, in order of first visit."""
+        """Checks the whole file: every record's address and scheme letter, in order of first visit,
+        and that each was stamped during the test."""
         self.assertEqual(list(expected), self.quorrix.addresses_and_flags())
         for record in self.quorrix.records():
             self.assert_stamped_since(self.began, record)
@@ -168,7 +171,7 @@ class QuorrixTest(unittest.TestCase):
                   lambda: f"{why}; nodes.dat has {self.quorrix.stamps()}")
 
     def assert_tracking_goes_on(self, browser, url, address, flag="N"):
-        """Proves by a visit that what was not recorded before was not for want of tracking."""
+        """Proves by a visit that tracking works, so that it is not why other pages are missing."""
         browser.visit(url)
         record = self.wait_for_record(address)
         self.assertEqual(flag, record.flag)

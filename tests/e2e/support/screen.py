@@ -1,7 +1,7 @@
-"""The display as the window manager and a user's hands see it: windows, titles, keys, clicks.
+"""The display as the window manager and the user see it: windows, titles, keys, clicks.
 
-Everything here goes through the X server, so that it still tells the truth when the accessibility
-bus is stopped or gone.
+Everything here goes through the X server, so it remains correct when the accessibility bus is
+stopped or gone.
 """
 
 import ctypes
@@ -34,7 +34,7 @@ for _name in ("XDefaultRootWindow", "XFlush", "XPending", "XConnectionNumber", "
     getattr(_x, _name).argtypes = [c_void_p]
 _x.XNextEvent.argtypes = [c_void_p, c_void_p]
 
-# A window may go between two questions about it; the default handler would end the interpreter.
+# A window may close between two requests; the default handler would end the interpreter.
 _on_error = ctypes.CFUNCTYPE(c_int, c_void_p, c_void_p)(lambda _display, _error: 0)
 _x.XSetErrorHandler(_on_error)
 
@@ -132,12 +132,12 @@ class Window:
         wait_until(self.is_active, f"the window {self.title!r} to be active")
 
     def close(self):
-        """What the close box does: the window is asked to close, and may still refuse."""
+        """Asks the window to close, as its close button does. It may refuse."""
         connection = self.screen.connection
         connection.send_message(connection.root, self.number, "_NET_CLOSE_WINDOW", [0, 2])
 
     def frame_widths(self):
-        """Left, right, top and bottom of what the window manager puts around the window."""
+        """The widths of the window manager's frame: left, right, top and bottom."""
         return self.screen.connection.property(self.number, "_NET_FRAME_EXTENTS")
 
     def move(self, left, top):
@@ -148,7 +148,7 @@ class Window:
                             "click", str(button))
 
     def click_and_type(self, x, y, text):
-        """Clicks into a box and replaces what is in it."""
+        """Clicks into a box and replaces its text."""
         self.screen.command("mousemove", "--window", str(self.number), str(x), str(y),
                             "click", "1", "key", "--clearmodifiers", "ctrl+a",
                             "type", "--delay", "1", text)
@@ -193,8 +193,8 @@ class Screen:
                        stdout=subprocess.DEVNULL)
 
     def save_picture(self, path, window=None):
-        """Of the screen as it is, or of a window with its frame: once no other window lies on it
-        and it is painted."""
+        """Saves a picture of the screen as it is, or of a window with its frame. Waits until the
+        window is in front and painted."""
         if not window:
             return self._import(path, "-window", "root")
         before = None
@@ -217,10 +217,10 @@ class Screen:
 
 
 class ResponseWatch:
-    """Asks a window again and again whether it still answers, and keeps the longest wait.
+    """Pings a window repeatedly, and stores the longest response time.
 
-    The question is the window manager's own (_NET_WM_PING), which a program answers from its
-    event loop: what is measured is how long a user's click would have waited.
+    It uses the window manager's ping (_NET_WM_PING), which a program answers from its event loop.
+    So the response time is how long a user's click would have waited.
     """
 
     LONGEST_WAIT = 10.0
@@ -232,7 +232,7 @@ class ResponseWatch:
 
     def __enter__(self):
         self._connection = _Connection(self.window.screen.environment["DISPLAY"])
-        # Toolkits send their answers to the one or the other.
+        # Toolkits send their answers with one or the other of these event masks.
         _x.XSelectInput(self._connection.display, self._connection.root,
                         STRUCTURE_NOTIFY | SUBSTRUCTURE_NOTIFY)
         self._stopping = threading.Event()

@@ -1,6 +1,6 @@
-"""A desktop session of the tests' own: display, window manager, session bus, accessibility bus.
+"""A private desktop session: display, window manager, session bus, accessibility bus.
 
-It shares nothing with the session that the tests are started from, so that they neither see nor
+It shares nothing with the session from which the tests are started, so the tests neither see nor
 disturb the user's browsers and settings.
 """
 
@@ -28,7 +28,7 @@ class PrivateSession:
             "TZ": os.environ.get("TZ", ""),
             "XDG_RUNTIME_DIR": self._make_folder("runtime"),
             "TMPDIR": self._make_folder("tmp"),
-            # Browsers, portals and the settings service then keep to what they find here.
+            # Browsers, portals and the settings service then only use the settings of this session.
             "GSETTINGS_BACKEND": "memory",
         }
         if not self.environment["TZ"]:
@@ -44,7 +44,7 @@ class PrivateSession:
         processes.end_everything()
 
     def start(self, command, log=None, **more_environment):
-        """Starts a command in this session; its output goes to the named log in our folder."""
+        """Starts a command in this session; its output is appended to `log` in our folder."""
         with open(os.path.join(self.folder, log or "session.log"), "ab") as output:
             return processes.start(command, {**self.environment, **more_environment},
                                    stdout=output, stderr=output, cwd=self.home)
@@ -56,7 +56,7 @@ class PrivateSession:
     # --- accessibility ---------------------------------------------------------------------------
 
     def accessibility_address(self):
-        """Address of the accessibility bus, which this question starts when it is not there."""
+        """The address of the accessibility bus. The call starts the bus if it is not running."""
         return self._ask_launcher("org.a11y.Bus", "GetAddress", None).unpack()[0]
 
     def accessibility_is_on(self):
@@ -70,13 +70,13 @@ class PrivateSession:
                                                   GLib.Variant("b", on))))
 
     def kill_accessibility_bus(self):
-        """Kills the accessibility bus and what keeps it; the next question starts a new one."""
+        """Kills the accessibility bus and its launcher; the next call to it starts a new one."""
         launcher = self._process_of("org.a11y.Bus")
         processes.send(9, self.accessibility_processes())
         wait_until(lambda: self._process_of("org.a11y.Bus") != launcher, "the bus to be gone")
 
     def accessibility_processes(self):
-        """Ids of the accessibility bus and of what keeps it."""
+        """IDs of the accessibility bus's processes and of its launcher."""
         launcher = self._process_of("org.a11y.Bus")
         return [*processes.children_of(launcher), launcher]
 
@@ -115,7 +115,8 @@ class PrivateSession:
                                                 f"--print-address={fd}"])
 
     def _start_and_read(self, command):
-        """Starts a server that writes one line, where it can be reached, to a file descriptor."""
+        """Starts a server that writes its address to a file descriptor, as one line. Returns the
+        address."""
         reading, writing = os.pipe()
         with open(os.path.join(self.folder, "session.log"), "ab") as output:
             server = processes.start(command(writing), self.environment, pass_fds=[writing],

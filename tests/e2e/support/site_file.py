@@ -1,4 +1,4 @@
-"""nodes.dat as its format page describes it, read by nothing that the program shares."""
+"""Reads nodes.dat as the documentation describes it, without any code of the program."""
 
 import ctypes
 import os
@@ -13,7 +13,7 @@ STAMP_BYTES = 21
 
 Record = namedtuple("Record", "address flag stamp")
 
-# M/d/yy h:mm:ss AM~ : no leading zeros but in minutes and seconds.
+# M/d/yy h:mm:ss AM~ : leading zeros only in minutes and seconds.
 _STAMP = re.compile(r"([1-9]|1[0-2])/([1-9]|[12][0-9]|3[01])/([0-9]{2}) "
                     r"([1-9]|1[0-2]):([0-5][0-9]):([0-5][0-9]) (AM|PM)~ *")
 
@@ -36,7 +36,7 @@ def read_record(data):
 
 
 def time_of(stamp):
-    """A stamp's local date and time; a stamp in any other format is a failure."""
+    """The local date and time of a stamp. Fails if the stamp has any other format."""
     if len(stamp) != STAMP_BYTES or not _STAMP.fullmatch(stamp):
         raise AssertionError(f"not a stamp: {stamp!r}")
     month, day, year, hour, minute, second, half = _STAMP.fullmatch(stamp).groups()
@@ -45,14 +45,14 @@ def time_of(stamp):
 
 
 class WriteCount:
-    """Counts the writes to a file, the ones that leave its bytes as they were included."""
+    """Counts the writes to a file, including those that do not change its bytes."""
 
     IN_MODIFY, IN_OPEN, IN_CLOSE_WRITE = 0x2, 0x20, 0x8
     _libc = ctypes.CDLL(None, use_errno=True)
 
     def __init__(self, path):
         self._descriptor = self._libc.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC)
-        # Opening and closing are watched only so that two writes in a row are not merged into one.
+        # Opening and closing are watched only so that two successive writes are not merged.
         self._libc.inotify_add_watch(self._descriptor, os.fsencode(path),
                                      self.IN_MODIFY | self.IN_OPEN | self.IN_CLOSE_WRITE)
         self._count = 0

@@ -1,7 +1,7 @@
-"""A program with one window that only looks like a browser's: its title and program name are what
-the arguments say, and an entry in it holds an address. It is started as a program of its own.
+"""A program with one window that imitates a browser's: the arguments are the window's title, the
+program name and an address, which is shown in an entry field. It runs as a separate process.
 
-GTK is called without a binding; the browsers need its library, too.
+GTK is called without a binding, because the browsers already need its library.
 """
 
 import ctypes

@@ -1,11 +1,11 @@
-"""Watching the system calls of a program that the tests start."""
+"""Tracing the system calls of a program that the tests start."""
 
 import subprocess
 
 
 def tracer(calls, output, *options):
-    """The command to be put in front of a program's, which ends by becoming that program; what it
-    does with these system calls is written to the file `output`."""
+    """A prefix for a program's command. It finally executes the program, whose system calls named
+    in `calls` are logged in the file `output`."""
     return ["strace", "--follow-forks", "--daemonize", "--quiet=all", f"--trace={calls}",
             f"--output={output}", *options]
 

@@ -1,6 +1,6 @@
 """Waiting on conditions.
 
-Nothing else in these tests pauses: whoever wants to wait says for what, and until when.
+Nothing else in these tests pauses: every wait states its condition and its deadline.
 """
 
 import time
@@ -9,7 +9,7 @@ POLL_SECONDS = 0.01
 
 
 class TimedOut(AssertionError):
-    """The condition did not come true before its deadline."""
+    """The condition did not become true before its deadline."""
 
 
 def wait_until(condition, what, seconds=10.0):
@@ -29,9 +29,9 @@ def wait_until(condition, what, seconds=10.0):
 
 
 def holds_for(seconds, condition, what):
-    """Fails as soon as the condition is false; returns when it was true for all that time.
+    """Fails as soon as the condition is false; returns if it stays true for the whole time.
 
-    For what must *not* happen: the time is how long it is given to happen.
+    This is for checking that something does *not* happen within that time.
     """
     deadline = time.monotonic() + seconds
     while time.monotonic() < deadline:

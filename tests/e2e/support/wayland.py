@@ -1,8 +1,8 @@
-"""A Wayland session of the tests' own, its browsers, and the program in it.
+"""A private Wayland session, with browsers and the program.
 
-Wayland lets nobody look at another program's window or type into it. So browsers are sent to a
-page by being called again with its address; that they have come there is seen by the site. The
-program is used over the accessibility bus alone.
+On Wayland, a program can neither see nor type into another program's window. So the tests send a
+browser to a page by calling it again with the address, and the site sees that it asks for the page.
+The program is used only through the accessibility bus.
 """
 
 import os
@@ -25,8 +25,8 @@ X_SERVER = re.compile(r"xserver listening on display (:\d+)")
 class WaylandSession(PrivateSession):
     """A compositor without XWayland: X clients find no display.
 
-    The compositor itself shows on an X display, which only `screen` knows: without any display it
-    would have no keyboard, and no window would ever be the active one.
+    The compositor itself runs on an X display, which only `screen` knows. Without any display it
+    would have no keyboard, and no window would ever be active.
     """
 
     options = ()
@@ -45,11 +45,11 @@ class WaylandSession(PrivateSession):
         self.environment["WAYLAND_DISPLAY"] = SOCKET
 
     def _start_window_manager(self):
-        """The compositor is one."""
+        """The compositor is the window manager."""
 
 
 class XWaylandSession(WaylandSession):
-    """A compositor with XWayland, as most desktops have it."""
+    """A compositor with XWayland, as on most desktops."""
 
     options = ("--xwayland",)
 
@@ -60,7 +60,7 @@ class XWaylandSession(WaylandSession):
 
 
 class WaylandBrowser:
-    """To be mixed into a browser."""
+    """A mixin for browsers."""
 
     def start(self, url):
         self.process = self._call(url)
@@ -69,7 +69,7 @@ class WaylandBrowser:
         self.process = self._call(self.private_option, url)
 
     def visit(self, url):
-        """Opens a page in a new tab, unless there is no ordinary window yet."""
+        """Opens a page in a new tab, or in a window if there is no ordinary window yet."""
         self._call(url)
 
     def open_window(self, url):
@@ -86,8 +86,8 @@ class WaylandBrowser:
         def is_asked():
             nonlocal process
             if process.poll() == -signal.SIGSEGV:
-                # Of Firefox, the program that only passes an address on crashes now and then; its
-                # user calls it again.
+                # The Firefox process that only passes an address on crashes now and then; a user
+                # would call it again.
                 tell(f"{self.name} crashed when it was called with {url}")
                 process = self._run(*self.normal_options(), *options)
             return self.site.times_asked(url) > before

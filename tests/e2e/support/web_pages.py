@@ -1,6 +1,6 @@
-"""What the tests' web site can put at an address.
+"""The kinds of pages that the tests' web site can serve.
 
-Each kind answers a request by calling back the server's `send`, `begin`, `go_on` and `reset`.
+Each kind answers a request by calling the server's `send`, `begin`, `go_on` and `reset`.
 """
 
 import hashlib
@@ -11,22 +11,22 @@ from urllib.parse import urlsplit
 
 HTML = "text/html; charset=utf-8"
 
-# Like most pages of real sites: the browser may show it again without asking, and asks with the
-# tag after a reload.
+# As for most pages of real sites: the browser may show the page again without asking, and asks with
+# the tag on a reload.
 CACHEABLE = "max-age=3600"
 LAST_MODIFIED = "Tue, 03 Mar 2026 10:00:00 GMT"
 
 
 def place_of(url):
-    """Host and path: what an address is found by on the site."""
+    """Host and path, which identify a page of the site."""
     parts = urlsplit(url)
     return parts.hostname, parts.path or "/"
 
 
 def title_of(url):
-    """A plain page's title, unique to its host and path, so that a window's title says which page
-    it shows. It is not the bare address: Firefox names a tab after that while it loads, and then
-    leaves a title that says the same out of the window's title."""
+    """The title of a plain page. It is unique to its host and path, so that a window's title tells
+    which page it shows. It is not the plain address: Firefox uses that as the tab's title while the
+    page loads, and then omits a page title that is the same from the window's title."""
     return "Page " + "".join(place_of(url))
 
 
@@ -70,7 +70,7 @@ class Redirect:
 
 
 class NoContent:
-    """An answer after which the browser goes on showing the page that it shows."""
+    """An answer after which the browser keeps showing the current page."""
 
     def answer(self, request):
         request.send(204, {})
@@ -84,7 +84,7 @@ class Broken:
 
 
 class HeldBack:
-    """An answer of which the browser gets nothing, or only the beginning, until it is released."""
+    """An answer that is withheld, completely or except for its beginning, until it is released."""
 
     def __init__(self, page):
         self.page = page
@@ -106,7 +106,7 @@ class SlowPage(HeldBack):
 
 
 class SlowBody(HeldBack):
-    """The head of the page and the first half of it come at once."""
+    """The headers and the first half of the body are sent immediately."""
 
     def answer(self, request):
         half = len(self.page.body) // 2
@@ -117,7 +117,7 @@ class SlowBody(HeldBack):
 
 
 def slow_body(url):
-    """Its first half holds the title and enough text for a browser to show."""
+    """The first half contains the title and enough text for a browser to show."""
     return SlowBody(Page(plain_page(title_of(url), "<p>and more text</p>" * 400)))
 
 
@@ -132,7 +132,7 @@ def error(url, status):
 
 
 def pdf(title):
-    """A document of one empty sheet."""
+    """A document with one empty page."""
     objects = [b"<</Type/Catalog/Pages 2 0 R>>",
                b"<</Type/Pages/Kids[3 0 R]/Count 1>>",
                b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 300]>>",

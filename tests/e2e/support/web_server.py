@@ -1,6 +1,6 @@
-"""The server under the tests' web site: an HTTP/1.1 proxy that answers for its hosts itself.
+"""The server for the tests' web site: an HTTP/1.1 proxy that answers for its hosts itself.
 
-A connection is kept for further requests, as the browsers expect of a proxy and of a site.
+Connections are kept open for further requests, as the browsers expect from a proxy and a site.
 """
 
 import socket
@@ -10,7 +10,7 @@ import sys
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from urllib.parse import urlsplit
 
-# Both browsers ask for it somewhere to find out whether a network wants a login first.
+# Browsers ask for this path on some host to find out whether the network requires a login.
 NO_LOGIN_PAGE = "/generate_204"
 
 
@@ -18,7 +18,7 @@ class Server(ThreadingHTTPServer):
     daemon_threads = True
 
     def handle_error(self, _request, _client):
-        """A browser that is killed, or that stops a load, breaks its connections off."""
+        """Ignores broken connections: a browser that is killed, or stops a load, causes them."""
         if not isinstance(sys.exc_info()[1], OSError):
             super().handle_error(_request, _client)
 
@@ -45,7 +45,7 @@ class Handler(BaseHTTPRequestHandler):
         self.secure_host = host
         self.rfile = self.connection.makefile("rb")
         self.wfile = self.connection.makefile("wb", 0)
-        # The answer to CONNECT carries no length; what follows on this connection is https.
+        # The answer to CONNECT has no length; HTTPS follows on this connection.
         self.close_connection = False
         return None
 
@@ -60,7 +60,7 @@ class Handler(BaseHTTPRequestHandler):
         return page.answer(self) if page else self.send(404)
 
     def do_POST(self):
-        """Answered like a question for the page; what was sent along is read and forgotten."""
+        """Answered like GET; the request body is read and discarded."""
         self.rfile.read(int(self.headers.get("Content-Length", 0)))
         return self.do_GET()
 
@@ -74,7 +74,7 @@ class Handler(BaseHTTPRequestHandler):
         self.begin(status, headers or {}, len(body), body)
 
     def begin(self, status, headers, length, first=b""):
-        """The head of an answer, and as much of its body as is to go with it."""
+        """Sends the headers of an answer with the first part of its body."""
         self.send_response(status)
         for name, value in headers.items():
             self.send_header(name, value)
@@ -88,7 +88,7 @@ class Handler(BaseHTTPRequestHandler):
         self._write(part)
 
     def reset(self):
-        """Without lingering, closing a connection resets it."""
+        """Resets the connection: closing it with a linger time of zero does that."""
         self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
         self.close_connection = True
 
@@ -96,7 +96,7 @@ class Handler(BaseHTTPRequestHandler):
         try:
             self.wfile.write(data)
         except OSError:
-            self.close_connection = True  # The browser was closed, or asked for another page.
+            self.close_connection = True  # The browser was closed or asked for another page.
 
 
 def _is_ours(host):

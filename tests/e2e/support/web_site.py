@@ -1,7 +1,7 @@
-"""A web on loopback: a proxy that is itself every host below .example and .test.
+"""A web on loopback: a proxy that acts as every host below .example and .test.
 
-Browsers are pointed at it as their proxy for http and https, so that any host name can be visited
-and nothing they do by themselves leaves the machine: every other host is refused.
+Browsers use it as their proxy for http and https. So any host name below these can be visited, and
+no request leaves the machine: every other host is refused.
 """
 
 import socket
@@ -16,7 +16,7 @@ from support.web_server import Handler, Server
 
 
 class WebSite:
-    """Any path of any host is a plain page, unless a test has given it something else."""
+    """Any path of any host is a plain page, unless a test has put something else there."""
 
     def __init__(self, folder, secure_hosts=()):
         self.secure_hosts = secure_hosts
@@ -27,7 +27,7 @@ class WebSite:
         self._special = {}
         self._asked = []
         self._lock = threading.Lock()
-        # Bound and not listening: who connects is refused, and nobody else can take the port.
+        # Bound but not listening: connections are refused, and nobody else can take the port.
         self._refusing = socket.socket()
         self._refusing.bind(("127.0.0.1", 0))
         self._server = Server(("127.0.0.1", 0), Handler)
@@ -42,13 +42,13 @@ class WebSite:
         self._refusing.close()
 
     def times_asked(self, url):
-        """How many times a page has been asked for. What a browser keeps it does not ask for
-        again, but for a reload."""
+        """How many times a page has been asked for. A browser asks for a cached page again only
+        on a reload."""
         with self._lock:
             return self._asked.count(place_of(url))
 
     def forget_pages(self):
-        """Back to plain pages, and to none asked for."""
+        """Makes all pages plain again, and resets the numbers of requests."""
         for page in self._special.values():
             if isinstance(page, HeldBack):
                 page.release()
@@ -56,7 +56,7 @@ class WebSite:
             self._special.clear()
             self._asked.clear()
 
-    # --- what a test may put at an address -------------------------------------------------------
+    # --- what a test can put at an address -------------------------------------------------------
 
     def given(self, url, page):
         self._special[place_of(url)] = page
@@ -89,20 +89,20 @@ class WebSite:
         self.given(url, web_pages.pdf(title_of(url)))
 
     def given_an_error(self, url, status):
-        """A page of the site's own that says what went wrong."""
+        """An error page of the site."""
         self.given(url, web_pages.error(url, status))
 
     def given_a_broken_connection(self, url):
         self.given(url, Broken())
 
     def refused_url(self):
-        """An address on this machine, which browsers ask without a proxy, where none listens."""
+        """An address on this machine where nothing listens. Browsers do not use a proxy for it."""
         return f"http://127.0.0.1:{self._refusing.getsockname()[1]}/refused.html"
 
     # --- the server's side -----------------------------------------------------------------------
 
     def page_at(self, host, path, _query):
-        """The page, or None where the site has nothing."""
+        """The page, or None if the site has none there."""
         with self._lock:
             self._asked.append((host, path))
         if path == "/favicon.ico":

@@ -1,7 +1,7 @@
-"""Programs for Windows in a session of the tests' own, run by Wine in a prefix of their own.
+"""Windows programs in a private session, run by Wine in a private prefix.
 
-Wine draws their windows on the session's display, one X window for each, so that what is done with
-keys and seen of windows is the same as for a program of this system.
+Wine shows each of their windows as an X window on the session's display. So keys and windows work
+the same as for a program of this system.
 """
 
 import os
@@ -11,7 +11,7 @@ from support import processes
 from support.quorrix import MARK, Quorrix
 from support.waiting import wait_until
 
-# What the tests see in a picture: Wine has fonts of its own only where they are installed.
+# The font for pictures: Wine has its own fonts only if they are installed.
 FONT = "DejaVu Sans"
 FONTS_OF_DIALOGS = ("MS Shell Dlg", "MS Shell Dlg 2", "Segoe UI", "Tahoma", "MS Sans Serif")
 
@@ -19,7 +19,7 @@ PROGRAM_FOLDER = "C:\\Quorrix"
 
 
 class Wine:
-    """A prefix with a drive C:, and a second drive D: that is an empty folder at first."""
+    """A prefix with a drive C:, and a second drive D:, an initially empty folder."""
 
     def __init__(self, session):
         self.session = session
@@ -29,18 +29,18 @@ class Wine:
         self.environment = {
             "WINEPREFIX": self.prefix,
             "WINEDEBUG": "-all",
-            # Neither .NET nor a web engine, whose installers would show windows; no menu builder,
-            # which writes outside the prefix.
+            # Without .NET and a web engine, whose installers would show windows, and without the
+            # menu builder, which writes outside the prefix.
             "WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe=d",
         }
-        # In front, so that it ends with the tests; it serves the prefix until then.
+        # In the foreground, so that it ends with the tests; it serves the prefix until then.
         self.start_tool("wineserver", "-f", "-p")
         self._run("wineboot", "-i")
         for font in FONTS_OF_DIALOGS:
             self.set_registry("HKCU\\Software\\Wine\\Fonts\\Replacements", font, FONT)
 
     def _lay_out_drives(self):
-        """Wine lists the drives that are there when its server starts."""
+        """Must run before the server starts, because Wine lists the drives that exist then."""
         drives = os.path.join(self.prefix, "dosdevices")
         os.makedirs(drives, 0o700)
         os.mkdir(os.path.join(self.prefix, "drive_c"))
@@ -48,7 +48,7 @@ class Wine:
             os.symlink(folder, os.path.join(drives, letter))
 
     def path(self, windows_path):
-        """Where a file of drive C: lies on this system."""
+        """The path of a file of drive C: on this system."""
         return os.path.join(self.prefix, "drive_c", *windows_path.split("\\")[1:])
 
     def start(self, program, *arguments, log="wine.log", **more_environment):
@@ -69,11 +69,11 @@ class Wine:
 
 
 class WindowsQuorrix(Quorrix):
-    """The program for Windows. It is not on the accessibility bus: what it has done is seen in its
-    windows' titles and in its files."""
+    """The program for Windows. It is not on the accessibility bus, so the tests check the titles of
+    its windows and its files."""
 
     def __init__(self, wine, installed):
-        """`installed` is the program's folder as it was installed; it is copied."""
+        """`installed` is the installed folder of the program, which is copied."""
         super().__init__(wine.session, wine.path(PROGRAM_FOLDER))
         self.wine = wine
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -124,7 +124,7 @@ class TestBrowser:
         self.wine.session.screen.press(*keys)
 
     def hang(self):
-        """For good: no message to its windows is answered any more."""
+        """From now on it never answers a message to its windows."""
         self.press("F12")
 
     def close(self):

@@ -7,7 +7,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// One browser window after another, pass by pass, as a window system reads them.
+// Presents what is read from browser windows, one pass at a time.
 class BrowserPresentationTest : public testing::Test {
  protected:
   Presented see(const std::string& document, const std::string& address) {
@@ -27,7 +27,7 @@ class BrowserPresentationTest : public testing::Test {
     return presentation_.present(window_, page, now_);
   }
 
-  // Sees the same in so many milliseconds of passes; how many of them were visits.
+  // Reads the same page in every pass for this long; returns how many passes were visits.
   int visitsIn(milliseconds time, const std::string& document, const std::string& address) {
     int visits = 0;
     for (milliseconds passed{0}; passed < time; passed += kPass) {
@@ -35,7 +35,7 @@ class BrowserPresentationTest : public testing::Test {
     }
     return visits;
   }
-  // A page that has been presented for a while.
+  // A page that has been shown for a while.
   void rest(const std::string& document, const std::string& address) {
     static_cast<void>(visitsIn(milliseconds(2000), document, address));
   }
@@ -117,8 +117,8 @@ TEST_F(BrowserPresentationTest, SignalsAPageWithASlowBodyAfterASecondAndNotAgain
   EXPECT_EQ(visitsIn(milliseconds(2000), "4", "http://b.test/"), 1);
 }
 
-// The first look at a window, in the moment when a page is committed: the address is that
-// of the new page, the document still that of the one before it.
+// The first reading of a window at the moment when a page is committed: the address is
+// that of the new page, but the document is still that of the page before.
 TEST_F(BrowserPresentationTest, SignalsAPageOnceWhoseDocumentComesAfterItsAddress) {
   const PageReading old{
       .document = "1", .address = "http://b.test/", .isComplete = true, .isAddressNewer = true};
@@ -207,7 +207,7 @@ TEST_F(BrowserPresentationTest, TakesADocumentThatIsReplacedAtOnceForTheSameVisi
   EXPECT_EQ(visitsIn(milliseconds(2000), "3", "http://www.a.test/"), 1);
 }
 
-// Firefox shows a page that it kept, and then fetches it again.
+// Firefox first shows a page that it kept, then fetches it again.
 TEST_F(BrowserPresentationTest, TakesARestoredTabThatIsSlowlyFetchedAgainForOneVisit) {
   rest("1", "http://a.test/");
   EXPECT_TRUE(see("2", "http://b.test/").isVisit);
@@ -288,7 +288,7 @@ TEST_F(BrowserPresentationTest, SignalsNothingForATabThatIsMovedToAnotherWindow)
   window_ = "other";
   EXPECT_EQ(visitsIn(milliseconds(2000), "1", "http://a.test/"), 0);
   EXPECT_EQ(visitsIn(milliseconds(2000), "2", "http://a.test/"), 1);
-  // Chromium does not tell the document of such a tab until it loads another page.
+  // Chromium does not report the document of such a tab until it loads another page.
   window_ = "third";
   for (int i = 0; i < 30; ++i) EXPECT_FALSE(seeIncomplete("x", "http://a.test/").isVisit);
 }

@@ -47,8 +47,8 @@ std::string takeUntil(char separator, std::string_view& text) {
   return taken;
 }
 
-// Characters that cannot be seen are written as \\u and four hexadecimal digits; as
-// UTF-8 they take two or three bytes.
+// Invisible characters are written as \\u and four hexadecimal digits; in UTF-8 they take
+// two or three bytes.
 std::string withInvisibleCharacters(std::string_view text) {
   std::string result;
   for (auto at = text.find("\\u"); at != std::string_view::npos; at = text.find("\\u")) {
@@ -93,7 +93,8 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 std::string titleOf(const Row& row, std::string_view page, std::string_view profile) {
   const auto at = row.title.find(kPage);
   if (at == std::string::npos) return replaced(row.title, kProfile, profile);
-  // Neither text may be taken for a place of the other.
+  // Page and profile are inserted separately, so that a placeholder in one is not
+  // replaced by the other.
   return replaced(row.title.substr(0, at), kProfile, profile) + std::string(page) +
          replaced(row.title.substr(at + kPage.size()), kProfile, profile);
 }
@@ -156,8 +157,9 @@ const std::vector<std::string>& profiles() {
   return kProfiles;
 }
 
-// In Persian and Scottish Gaelic the words of a private window of Firefox 140 stand
-// before the page's title, in Czech after it. No other sign tells the two apart.
+// In Persian and Scottish Gaelic, the title of a private window of Firefox 140 has its
+// words before the page's title, in Czech after it. Nothing else distinguishes such a
+// name from that of an ordinary window.
 bool readsLikeAPrivateWindowOfFirefox(std::string_view name) {
   return name.starts_with("مرور خصوصی ") || name.starts_with("Brabhsadh prìobhaideach ") ||
          name.find("Anonymní prohlížení — ") != std::string_view::npos;
@@ -241,7 +243,7 @@ TEST(BrowserTitle, IsNeverOrdinaryForAPrivateWindowWhateverThePageIsCalled) {
   EXPECT_GT(refused, 10'000);
 }
 
-// A page may be called what an ordinary window is called in another language.
+// A page's title may look like the name of an ordinary window in another language.
 TEST(BrowserTitle, IsNeverOrdinaryForAPrivateWindowOnAPageThatImitatesAnOrdinaryOne) {
   const std::vector<Row> rows = readRows();
   std::set<std::string> imitations;
@@ -306,7 +308,7 @@ TEST(BrowserTitle, IsNeverOrdinaryForAPrivateWindowOnAPageOfRandomPieces) {
 TEST(BrowserTitle, IsNotOrdinaryForAnAppUnlessItsPageSaysSo) {
   int refused = 0;
   forEveryName([&](const Row& row, const std::string& page, const std::string& name) {
-    // An app's window is called what its page is called, and there the page decides.
+    // The name of an app's window is its page's title, so the page decides.
     if (!row.isApp() || page.find("Chromium") != std::string::npos ||
         name.find("Chromium") != std::string::npos) {
       return;
@@ -317,7 +319,7 @@ TEST(BrowserTitle, IsNotOrdinaryForAnAppUnlessItsPageSaysSo) {
   EXPECT_GT(refused, 1'000);
 }
 
-// Its packages are not in Debian; its texts are known to differ in the name alone.
+// Debian has no packages of it; its texts are known to differ only in the name.
 TEST(BrowserTitle, OfGoogleChromeIsReadLikeThatOfChromium) {
   forEveryName([](const Row& row, const std::string&, const std::string& name) {
     const std::string chrome = replaced(name, "Chromium", "Google Chrome");
@@ -337,7 +339,7 @@ TEST(BrowserTitle, OfAnIncognitoWindowIsNotTakenForAPageAndAProfile) {
   EXPECT_EQ(chromium("X - Chromium - Chromium (Incognito)"), TitleKind::NotOrdinary);
   EXPECT_EQ(chromium("X – Chromium (Work – Chromium (инкогнито)"), TitleKind::NotOrdinary);
   EXPECT_EQ(chromium("X – Chromium (Work – Chromium（无痕）"), TitleKind::NotOrdinary);
-  // An incognito app's window has no browser's name of its own.
+  // The name of an incognito app's window does not contain the browser's name.
   EXPECT_EQ(chromium("X - Chromium - Work (Incognito)"), TitleKind::NotOrdinary);
   EXPECT_EQ(chromium(" (инкогнито)"), TitleKind::NotOrdinary);
 }
@@ -368,7 +370,7 @@ TEST(BrowserTitle, WithAProfileNamedLikeAPrivateWindowIsNotOrdinary) {
   EXPECT_EQ(chromium("X - Chromium - Guests"), TitleKind::Ordinary);
 }
 
-// Marks of direction after the word must not hide it.
+// Direction marks after the word must not hide it.
 TEST(BrowserTitle, IsReadWithoutMarksOfDirection) {
   EXPECT_EQ(chromium("\u202bX - Chromium (مجزا)\u202c"), TitleKind::NotOrdinary);
   EXPECT_EQ(chromium("X - Chromium - Y - Chromium (Incognito)\u200f"), TitleKind::NotOrdinary);
@@ -390,8 +392,8 @@ TEST(BrowserTitle, OfAnotherProgramOrChannelIsNotOrdinary) {
   }
 }
 
-// As the accessibility bus gave them, with the marks of direction that a
-// right-to-left Chromium adds to its texts.
+// As the accessibility bus reported them, with the direction marks that a right-to-left
+// Chromium adds to its texts.
 TEST(BrowserTitle, IsReadAsRunningBrowsersGiveIt) {
   for (const std::string_view name :
        {"Roses – Chromium", "Roses – Chromium (Пользователь\u00a01)",

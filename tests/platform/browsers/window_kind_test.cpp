@@ -66,7 +66,7 @@ TEST_F(WindowKindsTest, WaitsForTheFinalNameOfANewWindow) {
   EXPECT_EQ(firefox(findings, WindowKinds::kNaming), WindowKind::Private);
 }
 
-// A private window is called "Mozilla Firefox" for its first moments.
+// At first, a private window is called "Mozilla Firefox".
 TEST_F(WindowKindsTest, RefusesAPrivateWindowThatHasAnOrdinaryNameYet) {
   WindowFindings findings = firefoxWindow("Mozilla Firefox");
   findings.hasBars = false;
@@ -99,7 +99,7 @@ TEST_F(WindowKindsTest, LetsPopupsFollowTheirProcess) {
   EXPECT_EQ(firefox(popup(kOrdinary), kOld), WindowKind::Unsettled);
 }
 
-// As of a Firefox that was started with "--private".
+// A Firefox that was started with "--private" has such windows.
 TEST_F(WindowKindsTest, RefusesAWindowWithItsMarkWhereTheSettingsSayThatItNeverRemembers) {
   WindowFindings findings = ordinaryFirefox();
   findings.remembersHistory = false;
@@ -117,7 +117,7 @@ TEST_F(WindowKindsTest, AsksTheSettingsOfAMainWindowThatShowsNoPrivateMark) {
   EXPECT_FALSE(wants(neverRemembering()));
 }
 
-// A private popup is called "Mozilla Firefox" for its first moments, and has no marks.
+// At first, a private popup is called "Mozilla Firefox" and has no marks.
 TEST_F(WindowKindsTest, WaitsForTheFinalNameOfAPopup) {
   EXPECT_EQ(firefox(ordinaryFirefox()), WindowKind::Ordinary);
   EXPECT_EQ(firefox(popup("Mozilla Firefox")), WindowKind::Unsettled);
@@ -139,8 +139,8 @@ TEST_F(WindowKindsTest, ReadsNoMainWindowWithoutAMarkBesideOneThatHasIt) {
   EXPECT_EQ(firefox(firefoxWindow(kOrdinary), kOld), WindowKind::Unsettled);
 }
 
-// A Firefox that is told "--private" while it runs: its new windows are private under
-// ordinary names, and so are their popups.
+// A Firefox that receives "--private" while it runs: its new windows and their popups are
+// private, but have ordinary names.
 TEST_F(WindowKindsTest, ReadsNoPopupsOnceAWindowCanEndItsSession) {
   EXPECT_EQ(firefox(ordinaryFirefox()), WindowKind::Ordinary);
   EXPECT_EQ(firefox(neverRemembering(), kOld), WindowKind::Private);

@@ -32,19 +32,20 @@ using test::FakeObject;
 
 constexpr const char* kRegistry = "org.a11y.atspi.Registry";
 
-// A pass that is not waited for, on a machine that has other things to do as well.
+// A pass shorter than kAtOnce waits for no answer, even on a machine with other work to
+// do.
 constexpr std::chrono::milliseconds kAtOnce{15};
 constexpr std::chrono::milliseconds kLongestPass{150};
 
-// What the scan gets to see in one pass.
+// What the scan sees in one pass.
 struct Seen {
   std::vector<std::string> titles;
   std::string address;  // of the first window
   std::string status;
 };
 
-// A system clock that tests move on: the accessibility service is real, and so are the
-// waits for its answers, but what has to stand for a second stands in no time.
+// The clock is moved on by the tests. The accessibility service is real, and so are the
+// waits for its answers, but conditions that must hold for a second take no real time.
 class AccessibleWindowSystemTest : public testing::Test {
  protected:
   AccessibleWindowSystemTest() {
@@ -103,7 +104,7 @@ class AccessibleWindowSystemTest : public testing::Test {
     return seen;
   }
 
-  // Passes until one shows `address`; the status text of that pass.
+  // Passes until one shows `address`. Returns the status text of that pass.
   std::string statusWhenSeen(const std::string& address) {
     Seen seen;
     EXPECT_TRUE(test::eventually([&] {
@@ -126,7 +127,7 @@ class AccessibleWindowSystemTest : public testing::Test {
     return seen.status;
   }
 
-  // So many passes; how many of them reported a visit.
+  // Runs this many passes; returns how many of them reported a visit.
   int visitsIn(int passes) {
     int visits = 0;
     for (int i = 0; i < passes; ++i) visits += pass().status.starts_with("Connect:") ? 1 : 0;
@@ -137,8 +138,8 @@ class AccessibleWindowSystemTest : public testing::Test {
     return windows_.passStatistics().duration;
   }
 
-  // Whether the program waits in none of the next passes. On a busy machine one or the
-  // other pass may wait for the registry, which answers as soon as it gets to run.
+  // Whether the program has stopped waiting in its passes. On a busy machine, a few
+  // passes may still wait for the registry, which answers as soon as it gets to run.
   [[nodiscard]] bool waitsNoMore() {
     constexpr int kPasses = 12;
     int waits = 0;
@@ -300,7 +301,7 @@ TEST_F(AccessibleWindowSystemTest, TakesNoAddressOfAPageThatFirefoxCouldNotGet) 
   }
 }
 
-// A document that never gets any content is a page after two seconds.
+// A document that never gets any content counts as a page after two seconds.
 TEST_F(AccessibleWindowSystemTest, ReportsAReloadOfAnEmptyPageOfFirefox) {
   FakeFirefox browser(bus_.address());
   browser.show("/one", firefoxWindow("A", "http://www.a.test/"));
@@ -386,7 +387,7 @@ TEST_F(AccessibleWindowSystemTest, FollowsTheSelectedTabOfFirefox) {
     object.children = {path + "/tools", path + "/browser"};
     browser.program().set(path, object);
   };
-  // The developer tools are a page, too.
+  // The developer tools are a page as well.
   FakeObject toolsPage;
   toolsPage.addressAttribute = "DocURL";
   toolsPage.address = "about:devtools-toolbox";
@@ -530,7 +531,7 @@ TEST_F(AccessibleWindowSystemTest, ReadsTheTopmostOfSeveralUnusedWindows) {
   FakeFirefox first(bus_.address());
   FakeChromium second(bus_.address());
   first.show("/one", firefoxWindow("1", "http://a.test/"));
-  // The desktop's titles lack the profile.
+  // The window titles of the desktop lack the profile.
   second.show("/one", {.name = "2 - Chromium - Work", .address = "http://b.test/"});
   list({&first, &second});
   stack_ = std::nullopt;
@@ -563,7 +564,7 @@ TEST_F(AccessibleWindowSystemTest, ReadsTheTopmostWindowBesideAProgramThatNeverA
   stack_ = {"2 - Chromium", "1 \xE2\x80\x94 Mozilla Firefox"};
   never.freeze();
   EXPECT_EQ(statusWhenSeen("http://b.test/"), "Connect: b.test");
-  // Passes are as far apart as without that program.
+  // The interval between passes is the same as without that program.
   for (int i = 0; i < 30; ++i) static_cast<void>(pass());
   EXPECT_EQ(windows_.timeToNextPass(), WindowSystem::kUsualWait);
   never.thaw();
@@ -599,7 +600,7 @@ TEST_F(AccessibleWindowSystemTest, TakesNoAnswerFromBeforeTrackingStarted) {
   used.show("/one", chromiumWindow("B", "http://b.test/"));
   list({&left, &used});
   static_cast<void>(statusWhenSeen("http://a.test/"));
-  // Later than the pass that asked, and before the next one.
+  // The answer arrives after the pass that asked for it and before the next one.
   left.program().setAnswerTime(std::chrono::milliseconds(40));
   static_cast<void>(left.program().takeCalls());
   static_cast<void>(pass());
@@ -713,7 +714,7 @@ TEST_F(AccessibleWindowSystemTest, ShowsNoProgramThatOnlyCallsItsWindowABrowser)
   }
 }
 
-// As while a browser rebuilds its tool bars.
+// This happens while a browser rebuilds its tool bars.
 TEST_F(AccessibleWindowSystemTest, SettlesNoWindowWhosePartsCannotBeRead) {
   FakeChromium chromium(bus_.address());
   FakeFirefox firefox(bus_.address());
@@ -919,7 +920,7 @@ TEST_F(AccessibleWindowSystemTest, ReadsABrowserBesideProgramsThatAnswerLateOrNe
   for (int i = 0; i < 16; ++i) {
     const std::string address = "http://www.b.test/" + std::to_string(i);
     browser.load("/one", "/one/next" + std::to_string(i), address);
-    // In the pass that begins after it, or soon after on a busy machine.
+    // In the pass that begins afterwards, or soon after that on a busy machine.
     EXPECT_EQ(visitsIn(3), 1) << address;
   }
   EXPECT_TRUE(waitsNoMore());
@@ -942,7 +943,7 @@ TEST_F(AccessibleWindowSystemTest, SurvivesABrowserWithAnAbsurdName) {
 
 class UnreadableBrowsersTest : public AccessibleWindowSystemTest {
  protected:
-  // As "name reason", after so many seconds of passes.
+  // The browsers reported after this many seconds of passes, each as "name reason".
   std::vector<std::string> toldAfter(int seconds) {
     for (int i = 0; i < seconds * 10; ++i) static_cast<void>(pass());
     std::vector<std::string> told;
@@ -976,7 +977,7 @@ TEST_F(UnreadableBrowsersTest, TellsNothingOfBrowsersThatAreOnTheBus) {
   processes_ = {{.id = static_cast<std::uint32_t>(browser.program().process()),
                  .kind = BrowserKind::Chromium}};
   EXPECT_EQ(toldAfter(20), std::vector<std::string>{});
-  // One in a sandbox has another process id there.
+  // A sandboxed browser has another process id on the bus.
   processes_ = {{.id = 4711, .kind = BrowserKind::Chromium}};
   EXPECT_EQ(toldAfter(20), std::vector<std::string>{});
 }
@@ -1029,7 +1030,7 @@ TEST_F(AccessibleWindowSystemTest, SoonWaitsNoMoreForAFrozenBus) {
   list({&browser});
   static_cast<void>(statusWhenSeen("http://a.test/"));
   bus_.freeze();
-  // Once for the browser, and once for the list of programs.
+  // One wait for the browser, and one for the list of programs.
   int waits = 0;
   for (int i = 0; i < 20; ++i) {
     EXPECT_EQ(pass().status, "Done");

@@ -36,8 +36,8 @@ class BrowserProcessesTest : public testing::Test {
     for (const std::string& text : texts) stream << text << '\0';
   }
 
-  // A Chromium as it is once it runs: its arguments are one text, and zeros stand where
-  // its environment was.
+  // A Chromium that is running: its arguments have become one text, and its environment
+  // is overwritten with zeros.
   void givenChromium(int number, const std::string& arguments, int start) {
     given(number, "chromium", {arguments}, std::vector<std::string>(40));
     givenStart(number, start);
@@ -52,7 +52,7 @@ class BrowserProcessesTest : public testing::Test {
         << " 7000000\n";
   }
 
-  // As "number kind".
+  // Each process as "number kind".
   std::vector<std::string> found() {
     std::vector<std::string> found;
     for (const BrowserProcess& process : browserProcesses(processes_, kBus)) {

@@ -26,14 +26,14 @@ constexpr const char* kButtonInTheMenu =
     R"(user_pref("browser.uiCustomization.state", "{\"placements\":{)"
     R"(\"widget-overflow-fixed-list\":[\"firefox-view-button\"],)"
     R"(\"TabsToolbar\":[\"tabbrowser-tabs\"]},\"seen\":[]}");)";
-// Where it does not show as long as the bookmarks tool bar is hidden.
+// There, the button is not visible while the bookmarks tool bar is hidden.
 constexpr const char* kButtonOnTheBookmarksToolBar =
     R"(user_pref("browser.uiCustomization.state", "{\"placements\":{)"
     R"(\"PersonalToolbar\":[\"firefox-view-button\",\"personal-bookmarks\"],)"
     R"(\"TabsToolbar\":[\"tabbrowser-tabs\"]},\"seen\":[]}");)";
 constexpr const char* kNeverRemember = R"(user_pref("browser.privatebrowsing.autostart", true);)";
 
-// A process with the number 7 that holds the lock of a profile open.
+// Process 7 holds the lock of a profile open.
 class FirefoxSettingsTest : public testing::Test {
  protected:
   FirefoxSettingsTest() {

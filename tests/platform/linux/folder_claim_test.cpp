@@ -30,7 +30,7 @@ TEST(FolderClaimOnLinux, SeesTheFolderThroughALink) {
   EXPECT_EQ(second.claim(link, "", kNoPatience), ClaimResult::Unanswered);
 }
 
-// The first program's answer is not waited for: a request stays until it is taken.
+// The second program does not wait for the answer; its request stays until it is taken.
 TEST(FolderClaimOnLinux, PassesTheActivationTokenOn) {
   const TemporaryFolder folder;
   FolderClaim first;
@@ -44,7 +44,8 @@ TEST(FolderClaimOnLinux, PassesTheActivationTokenOn) {
   }
 }
 
-// A process that the claim's program has started, such as a browser, does not keep the claim.
+// A process started by the program that has the claim, such as a browser, does not keep
+// the claim.
 TEST(FolderClaimOnLinux, IsNotInheritedByProgramsThatAreStarted) {
   const TemporaryFolder folder;
   FolderClaim claim;
@@ -52,7 +53,7 @@ TEST(FolderClaimOnLinux, IsNotInheritedByProgramsThatAreStarted) {
   EXPECT_NE(::fcntl(static_cast<int>(claim.signal()), F_GETFD) & FD_CLOEXEC, 0);
 }
 
-// A process of another user under the name that this user's first program would have.
+// A process of another user, under the name that this user's first program would have.
 class Squatter {
  public:
   explicit Squatter(const Path& folder) {

@@ -1,4 +1,4 @@
-// What only Linux has: permission bits, pipes, devices, flock, file size limits.
+// What exists only on Linux: permission bits, pipes, devices, flock, file size limits.
 #include "platform/linux/posix_file_system.h"
 
 #include <fcntl.h>
@@ -36,7 +36,7 @@ class PosixFileSystemTest : public testing::Test {
     return status.st_mode & 0777U;
   }
 
-  // How many descriptors of this program are open on the file.
+  // The number of descriptors that this program has open on the file.
   static int openCountOf(const Path& path) {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
@@ -210,7 +210,7 @@ TEST_F(PosixFileSystemTest, LeavesNoHalfRecordWhenTheDiskFillsUp) {
 TEST_F(PosixFileSystemTest, LeavesTheOldFileWhenTheDiskFillsUpDuringACopy) {
   const Path from = folder_.givenAFile("nodes.dat", std::string(400'000, 'n'));
   const Path to = folder_.givenAFile("copy", "old");
-  const test::FileSizeLimit limit(300'000);  // in the second block
+  const test::FileSizeLimit limit(300'000);  // reached in the second block
   EXPECT_EQ(failureNumberOf([&] { files_.copyFile(from, to); }), 61);
   EXPECT_EQ(folder_.bytesOf("copy"), "old");
   EXPECT_FALSE(files_.fileExists(folder_ / "copy.quorrix-new"));
@@ -274,8 +274,8 @@ TEST_F(PosixFileSystemTest, LeavesAFileThatIsCopiedOntoItselfThroughALink) {
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "kept");
 }
 
-// In a folder that others may write to, another user may have put something under the name of
-// the replacement, and would then own the copy and read it.
+// In a folder that others may write to, another user may have created something with the
+// name of the replacement, and would then own the copy and be able to read it.
 using Replacement = PosixFileSystemTest;
 
 TEST_F(Replacement, IsNeverWrittenIntoAFileThatHasItsName) {
@@ -296,7 +296,7 @@ TEST_F(Replacement, IsNeverWrittenIntoAFileOfAnotherUser) {
   ASSERT_EQ(::chmod(planted.c_str(), 0666), 0);
   ASSERT_EQ(::chown(planted.c_str(), 65534, 65534), 0);
   const FileDescriptor other(::open(planted.c_str(), O_RDWR | O_CLOEXEC));
-  ASSERT_EQ(::flock(other.number(), LOCK_EX), 0);  // for ever
+  ASSERT_EQ(::flock(other.number(), LOCK_EX), 0);  // never released
   files_.copyFile(folder_.givenAFile("nodes.dat", "secret"), folder_ / "copy");
   struct stat status {};
   ASSERT_EQ(::stat((folder_ / "copy").c_str(), &status), 0);
@@ -392,7 +392,8 @@ TEST_F(PosixFileSystemTest, KnowsAFileAgainThroughALinkToItsFolder) {
   EXPECT_TRUE(files_.isSameFile(path, folder_ / "May" / "nodes.dat"));
 }
 
-// What matters is which of the two deleting the first one would delete.
+// The question is what deleting the first one would delete: deleting the link keeps the
+// file.
 TEST_F(PosixFileSystemTest, TellsALinkFromTheFileThatItLeadsTo) {
   const Path path = folder_.givenAFile("nodes.dat", "");
   std::filesystem::create_symlink(path, folder_ / "link");
@@ -401,7 +402,7 @@ TEST_F(PosixFileSystemTest, TellsALinkFromTheFileThatItLeadsTo) {
   EXPECT_TRUE(files_.isSameFile(folder_ / "link", folder_ / "link"));
 }
 
-// A user other than root, whom permissions bind.
+// Runs as a user other than root, because permissions do not restrict root.
 TEST_F(PosixFileSystemTest, OpensForReadingOnlyWhenWritingIsNotPermitted) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can become another user";
   const Path path = folder_.givenAFile("notes.dat", "kept");

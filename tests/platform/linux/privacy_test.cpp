@@ -39,7 +39,8 @@ TEST(Privacy, ClosesTheMemoryToOtherPrograms) {
 
 class PrivacyOfAFolder : public testing::Test {
  protected:
-  // The permission bits after the folder that had these has been closed.
+  // Closes the folder to others, starting from these permission bits. Returns the bits
+  // afterwards.
   [[nodiscard]] unsigned closed(mode_t before) const {
     ::chmod(data_.c_str(), before);
     closeToOthers(data_);

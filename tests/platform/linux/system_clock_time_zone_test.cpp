@@ -9,7 +9,7 @@
 namespace quorrix {
 namespace {
 
-// The time zone of this program, put back at the end.
+// Changes the time zone of this program, and restores it at the end.
 class TimeZone {
  public:
   TimeZone() {

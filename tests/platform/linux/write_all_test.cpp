@@ -8,7 +8,8 @@
 namespace quorrix {
 namespace {
 
-// Writes into a string as much at a time as a list says; a negative count is an errno.
+// Writes into a string, each time as many bytes as the list says; a negative number is an
+// errno.
 class Disk {
  public:
   explicit Disk(std::vector<int> answers) : answers_(std::move(answers)) {}

@@ -1,4 +1,4 @@
-// The scan and its window system against real windows of user32.
+// The scan and its window system with real windows of user32.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -63,7 +63,7 @@ class BrowserWindowTest : public testing::Test {
     return reading;
   }
 
-  // Patient, so that a busy machine is not taken for a browser that hangs.
+  // With a long timeout, so that a busy machine does not look like a browser that hangs.
   User32WindowSystem windows_{20s};
   TestBrowserWindow browser_{L"A page - Netscape"};
 };

@@ -28,8 +28,8 @@ TEST(AsOneArgument, IsUtf8) {
   EXPECT_EQ(asOneArgument("http://a.b.c/\xE9"), "http://a.b.c/\xC3\xA9");
 }
 
-// With a browser of our own for addresses that begin with "quorrix-test:", which writes
-// down what it is given. It is registered as browsers are.
+// Registers a test browser, as browsers are registered, for addresses that begin with
+// "quorrix-test:". It writes down what it is given.
 class WindowsCommandShellTest : public testing::Test {
  protected:
   WindowsCommandShellTest() {
@@ -48,11 +48,11 @@ class WindowsCommandShellTest : public testing::Test {
 
   std::filesystem::path opened() const { return folder_ / "opened by it"; }
 
-  // How many arguments the browser was given, and each on a line.
+  // The number of arguments that the browser was given, then each on a line.
   std::string whenRun(const std::string& line) {
     std::filesystem::remove(opened());
     WindowsCommandShell().run(line);
-    // There, but for a moment not yet for everybody.
+    // The file exists, but for a moment not every program can open it.
     EXPECT_TRUE(test::eventually([this] { return std::ifstream(opened()).is_open(); }));
     return folder_.bytesOf(opened().filename());
   }

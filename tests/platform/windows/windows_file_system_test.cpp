@@ -1,4 +1,4 @@
-// What the file system of Windows promises beyond what every one does.
+// What the file system of Windows promises in addition to the common contract.
 #include "platform/windows/windows_file_system.h"
 
 #include <gtest/gtest.h>
@@ -24,14 +24,14 @@ using test::failureNumberOf;
 
 class WindowsFileSystemTest : public testing::Test {
  protected:
-  // Another program that has the file open as Quorrix has it, until release().
+  // Starts another program that has the file open as Quorrix has it, until release().
   std::unique_ptr<test::Helper> givenAnotherProgramWith(const Path& path) {
     auto other = std::make_unique<test::Helper>(L"hold \"" + path.wstring() + L"\"");
     EXPECT_TRUE(test::eventually([&] { return std::filesystem::exists(signOf(path)); }));
     return other;
   }
 
-  // The other program may be looking at the sign at this moment.
+  // The other program may be checking the file at this moment.
   static void release(const Path& path) {
     EXPECT_TRUE(test::eventually([&] {
       std::error_code inUse;
@@ -100,12 +100,12 @@ TEST_F(WindowsFileSystemTest, KeepsTheSystemFromAskingForAMedium) {
   EXPECT_NE(::GetThreadErrorMode() & SEM_FAILCRITICALERRORS, 0U);
 }
 
-// What a virus scanner or an indexer does with a file, and keeps doing for a moment.
-// Wine, other than Windows, opens such a file still: what it cannot show is tested as
-// mayEndSoon().
+// A virus scanner or an indexer may hold a file open for a moment while it is deleted.
+// Unlike on Windows, such a file loses its name at once under Wine, so these tests are
+// skipped there. mayEndSoon() is tested everywhere.
 class BeingDeleted : public WindowsFileSystemTest {
  protected:
-  // Deleted, but open: its name stays until letGo().
+  // The file is deleted but still open, so its name stays until letGo().
   BeingDeleted() {
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     scanned_ =

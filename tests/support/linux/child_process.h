@@ -1,4 +1,4 @@
-// For tests in which a program dies, or needs a world of its own: a forked child
+// For tests in which a program dies or needs an environment of its own: a forked child
 // that runs one operation and ends without destructors.
 #pragma once
 
@@ -9,8 +9,9 @@ namespace quorrix::test {
 
 inline constexpr int kChildThrew = 99;
 
-// What waitpid() tells of a child that exits with what `operation` returns, and
-// with kChildThrew when an exception leaves it; -1 when there was no child.
+// Returns the status that waitpid() reports for a child that exits with the result of
+// `operation`, or with kChildThrew if an exception leaves it. Returns -1 if there was no
+// child.
 template <typename Operation>
 [[nodiscard]] int waitStatusOfAChild(Operation operation) {
   const pid_t child = ::fork();

@@ -18,7 +18,8 @@
 namespace quorrix::test {
 namespace {
 
-// Lines between the test and the program end with this, and fields are apart by a tab.
+// Ends each line between the test and the program. The fields of a line are separated by
+// tabs.
 constexpr char kEnd = '\n';
 
 constexpr const char* kNowhere = ATSPI_DBUS_PATH_NULL;
@@ -45,7 +46,7 @@ void writeLine(int channel, std::string line) {
   if (write(channel, line.data(), line.size()) != static_cast<ssize_t>(line.size())) _exit(1);
 }
 
-// The inside of the process.
+// The part that runs in the new process.
 class Program {
  public:
   Program(const std::string& bus, const std::string& name, int channel) : channel_(channel) {
@@ -273,7 +274,7 @@ class Program {
     dbus_message_iter_close_container(&out, &list);
   }
 
-  // The attributes of a document are those of its page, asked for over another interface.
+  // Asked through the document interface, an object returns the attributes of its page.
   static bool appendAttributes(DBusMessage* call, const FakeObject& object, DBusMessageIter& out) {
     std::map<std::string, std::string> attributes = object.attributes;
     if (std::string(dbus_message_get_interface(call)) == ATSPI_DBUS_INTERFACE_DOCUMENT) {

@@ -1,7 +1,7 @@
-// A program with accessible objects, described by the test: a browser, the registry
-// that lists the programs, or the session's accessibility service. It is a process
-// of its own, so that it can be frozen and killed as a real one. Like Chromium, it
-// says that a window is active only to a client that has greeted it.
+// A program with accessible objects, described by the test: a browser, the registry that
+// lists the programs, or the session's accessibility service. It is a process of its own,
+// so that it can be frozen and killed like a real one. Like Chromium, it says that a
+// window is active only to a client that has greeted it.
 //
 // An object's parent is the object that lists it as a child.
 #pragma once
@@ -27,16 +27,17 @@ struct FakeObject {
   std::string text;
   std::string description;
   std::map<std::string, std::string> attributes;  // of the object itself, such as "class"
-  // Paths in the same program, or "bus name" + path for another one's.
+  // Paths in the same program, or "bus name" + path for an object of another program.
   std::vector<std::string> children;
-  bool listsChildren = true;  // else they are counted and told one by one, but not listed
+  bool listsChildren = true;  // false: they are counted and returned one by one, but not listed
 };
 
 class FakeAccessibleProgram {
  public:
   static constexpr const char* kRoot = "/org/a11y/atspi/accessible/root";
 
-  // Is on the bus when the constructor returns, under `wellKnownName` if given.
+  // The program is on the bus when the constructor returns, under `wellKnownName` if
+  // given.
   explicit FakeAccessibleProgram(const std::string& busAddress,
                                  const std::string& wellKnownName = "");
   ~FakeAccessibleProgram();
@@ -49,20 +50,20 @@ class FakeAccessibleProgram {
   // What the program calls itself and its toolkit; empty at first.
   void setNames(const std::string& name, const std::string& toolkit);
 
-  // Each returns once it has taken effect.
+  // Both return once the change has taken effect.
   void set(const std::string& path, const FakeObject& object);
   void remove(const std::string& path);
 
-  // Gives an object a name of so many bytes.
+  // Gives an object a name of this many bytes.
   void setLongName(const std::string& path, std::size_t bytes);
 
-  // How long each answer takes from now on, one after the other.
+  // From now on each answer takes this long, one after the other.
   void setAnswerTime(std::chrono::milliseconds time);
 
   // The calls received since the last time, as "path member".
   [[nodiscard]] std::vector<std::string> takeCalls();
 
-  // As org.a11y.Bus: the answer to GetAddress, and the state of the switch.
+  // Plays org.a11y.Bus: the answer to GetAddress, and the state of the switch.
   void serveBusAddress(const std::string& address);
   [[nodiscard]] bool isSwitchedOn();
 

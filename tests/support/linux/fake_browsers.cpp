@@ -104,7 +104,7 @@ void FakeChromium::showParts(const std::string& path, const FakeBrowserWindow& w
        {});
   part(path + "/contents", ATSPI_ROLE_PANEL, "class=MultiContentsView",
        {path + "/side", path + "/side2"});
-  // There even while the view is not split.
+  // Exists even while the view is not split.
   part(path + "/side2", ATSPI_ROLE_PANEL, "class=ContentsContainerView", {path + "/bar2"});
   part(path + "/bar2", ATSPI_ROLE_PANEL, "class=MultiContentsViewMiniToolbar", {path + "/label2"});
   label(path + "/label2", "", 0);
@@ -132,7 +132,7 @@ void FakeChromium::embed(const std::string& path, const std::string& document) {
   program_.set(path, object);
 }
 
-// That of the view while it is not split.
+// The side that is used while the view is not split.
 void FakeChromium::showSide(const std::string& path, const std::vector<std::string>& children) {
   FakeObject side;
   side.role = ATSPI_ROLE_PANEL;
@@ -170,7 +170,7 @@ void FakeChromium::push(const std::string& path, const std::string& address) {
   label(path + "/label", address, 0);
 }
 
-// Of the two halves, the one that is not in use shows its label.
+// The half that is not in use shows its label.
 void FakeChromium::split(const std::string& path, const std::string& document,
                          const std::string& address, bool isSecondActive) {
   FakeObject page;
@@ -193,7 +193,7 @@ void FakeChromium::label(const std::string& path, const std::string& address,
   program_.set(path, label);
 }
 
-// The second tab's paths begin with "/tab" and the window's.
+// The paths of the second tab begin with "/tab", followed by the path of the window.
 void FakeGnomeWeb::showParts(const std::string& path, const FakeBrowserWindow& window) {
   FakeObject object = frame(window);
   object.children = {path + "/tools", path + "/tabs"};

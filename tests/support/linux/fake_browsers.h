@@ -1,6 +1,6 @@
-// Browsers as they show themselves on the accessibility bus: the parts of a window
-// that say what kind it is, and the way to its page. A window's paths begin with its
-// name, such as "/one": "/one/pane".
+// Browsers as they appear on the accessibility bus: the parts of a window that say what
+// kind it is, and the path to its page. All paths of a window begin with its own, such as
+// "/one": "/one/pane".
 #pragma once
 
 #include <cstdint>
@@ -24,11 +24,11 @@ class FakeBrowser {
               const std::string& wellKnownName = "");
   virtual ~FakeBrowser() = default;
 
-  // Opens a window, or changes the one at that path.
+  // Opens a window, or changes the one with that path.
   void show(const std::string& path, const FakeBrowserWindow& window);
   void close(const std::string& path);
 
-  // Another document in the window's tab.
+  // Loads another document in the window's tab.
   virtual void load(const std::string& path, const std::string& document,
                     const std::string& address, std::uint64_t documentStates = 0) = 0;
 
@@ -66,29 +66,29 @@ class FakeChromium final : public FakeBrowser {
   void load(const std::string& path, const std::string& document, const std::string& address,
             std::uint64_t documentStates = 0) override;
 
-  // The committed address alone, as history.pushState does.
+  // Changes only the committed address, as history.pushState does.
   void push(const std::string& path, const std::string& address);
 
-  // Opens a side panel, whose document the frame embeds from then on.
+  // Opens a side panel. From then on, the frame embeds its document.
   void openSidePanel(const std::string& path);
 
-  // Another tab, while a side panel is open: the frame then embeds nothing.
+  // Chooses another tab while a side panel is open. The frame then embeds nothing.
   void chooseTab(const std::string& path, const std::string& document, const std::string& address);
 
-  // Splits the view, or changes its second half, which shows another document.
+  // Splits the view or changes its second half, which shows another document.
   void split(const std::string& path, const std::string& document, const std::string& address,
              bool isSecondActive);
 
  private:
   void label(const std::string& path, const std::string& address, std::uint64_t states);
-  void embed(const std::string& path, const std::string& document);  // empty: none
+  void embed(const std::string& path, const std::string& document);  // empty: nothing
   void showSide(const std::string& path, const std::vector<std::string>& children);
 
   void showParts(const std::string& path, const FakeBrowserWindow& window) override;
 };
 
 // Its pages are in another process. Only the process of the ordinary windows owns the
-// browser's name on the session bus, which here is the accessibility bus as well.
+// browser's name on the session bus, which here is also the accessibility bus.
 class FakeGnomeWeb final : public FakeBrowser {
  public:
   FakeGnomeWeb(const std::string& busAddress, FakeBrowserWindow::Mark kind)
@@ -99,16 +99,17 @@ class FakeGnomeWeb final : public FakeBrowser {
   void load(const std::string& path, const std::string& document, const std::string& address,
             std::uint64_t documentStates = 0) override;
 
-  // Shows the window's second tab, or the first one again.
+  // Shows the window's second tab (2), or the first one again (1).
   void chooseTab(const std::string& path, int number);
 
-  // Shows the second tab without a page, which it gets when it is chosen next.
+  // Shows the second tab without a page; it gets one when it is chosen again.
   void openEmptyTab(const std::string& path);
 
-  // A page at another site, in another process. The one before it is kept and empty.
+  // Loads a page of another site, in another process. The page before it is kept, but is
+  // empty.
   void loadElsewhere(const std::string& path, const std::string& address);
 
-  // Back to the one before, after which the view goes on naming the other one.
+  // Goes back to the page before. The view keeps naming the other process.
   void goBack(const std::string& path, const std::string& document, const std::string& address);
 
   [[nodiscard]] FakeAccessibleProgram& pages() { return pages_; }

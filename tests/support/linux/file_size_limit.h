@@ -1,4 +1,5 @@
-// Lets no file of this program grow beyond a length, as on a disk that fills up.
+// Keeps the files of this program from growing beyond a length, as on a disk that fills
+// up.
 #pragma once
 
 #include <sys/resource.h>

@@ -1,5 +1,5 @@
-// Gives this process a small file system of its own at a folder. Only for a forked
-// child: it leaves the mounts of the program that runs the tests alone.
+// Mounts a small file system at a folder, for this process only. Only for a forked child,
+// so that the mounts of the test program stay unchanged.
 #pragma once
 
 #include <sched.h>
@@ -19,8 +19,8 @@ inline bool wrote(const Path& path, const std::string& text) {
   return static_cast<bool>(file.flush());
 }
 
-// A mount needs rights that other users than root have in a user namespace of their
-// own, where they are root.
+// A mount needs rights that a user other than root has only in a user namespace of its
+// own, as its root.
 inline bool enterOwnMounts() {
   const std::string user = std::to_string(::geteuid());
   const std::string group = std::to_string(::getegid());
@@ -30,7 +30,7 @@ inline bool enterOwnMounts() {
          wrote("/proc/self/gid_map", "0 " + group + " 1");
 }
 
-// False where that is not permitted.
+// Returns false if that is not permitted.
 [[nodiscard]] inline bool mountOneMegabyteAt(const Path& folder) {
   return enterOwnMounts() && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
          ::mount("quorrix-test", folder.c_str(), "tmpfs", 0, "size=1m,mode=0700") == 0;

@@ -31,7 +31,7 @@ TestBus::~TestBus() {
 
 std::string TestBus::address() const { return "unix:path=" + (folder_ / "bus").string(); }
 
-// The daemon writes its address once it listens, so reading that is the wait.
+// The daemon writes its address once it listens, so reading that waits for it.
 void TestBus::start() {
   int ready[2];
   if (pipe(ready) != 0) throw std::runtime_error("no pipe");

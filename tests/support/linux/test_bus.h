@@ -1,4 +1,4 @@
-// A message bus of the test's own: a real dbus-daemon in a temporary folder.
+// A message bus for one test: a real dbus-daemon in a temporary folder.
 #pragma once
 
 #include <sys/types.h>
@@ -10,14 +10,14 @@ namespace quorrix::test {
 
 class TestBus {
  public:
-  TestBus();  // started, and answering
+  TestBus();  // returns when the bus answers
   ~TestBus();
   TestBus(const TestBus&) = delete;
   TestBus& operator=(const TestBus&) = delete;
 
   [[nodiscard]] std::string address() const;
 
-  void kill();     // as a crash would
+  void kill();     // ends it like a crash
   void restart();  // at the same address
   void freeze();
   void thaw();

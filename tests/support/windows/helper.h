@@ -1,4 +1,4 @@
-// Runs the helper program, which lies beside the test program.
+// Runs the helper program, which is in the same folder as the test program.
 #pragma once
 
 #include <filesystem>
@@ -8,10 +8,10 @@ namespace quorrix::test {
 
 [[nodiscard]] std::filesystem::path helperPath();
 
-// A running helper; ended with the object if it has not ended by itself.
+// A running helper. The destructor ends it if it is still running.
 class Helper {
  public:
-  // `arguments` as a command line has them, after the program's name.
+  // `arguments` as on a command line, after the program's name.
   explicit Helper(const std::wstring& arguments);
   ~Helper();
   Helper(const Helper&) = delete;

@@ -25,7 +25,7 @@ int hold(const Texts& texts) {
   return 0;
 }
 
-// Under another name first, so that nobody reads half of it.
+// Written under another name first, so that nobody reads half of it.
 int write(const Texts& texts) {
   const std::filesystem::path part = texts[1] + L".part";
   {

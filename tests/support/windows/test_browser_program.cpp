@@ -5,7 +5,7 @@
 //   Return   "Connect: contacting host"
 //   F5       "42% of page"
 //   Escape   "Document: Done"
-//   F12      nothing any more: from then on it hangs
+//   F12      nothing more: it hangs from then on
 #include <windows.h>
 
 #include <commctrl.h>

@@ -33,7 +33,7 @@ void registerFrameClass() {
   description.lpfnWndProc = frameProcedure;
   description.hInstance = ::GetModuleHandleW(nullptr);
   description.lpszClassName = kFrameClass;
-  ::RegisterClassW(&description);  // fails for the second window, which is fine
+  ::RegisterClassW(&description);  // fails for the second window, which is harmless
   const INITCOMMONCONTROLSEX controls{sizeof(INITCOMMONCONTROLSEX), ICC_BAR_CLASSES};
   ::InitCommonControlsEx(&controls);
 }
@@ -108,8 +108,8 @@ void TestBrowserWindow::says(const std::wstring& status) {
   runThere([&] { ::SetWindowTextW(toHwnd(status_), status.c_str()); });
 }
 
-// Sent messages are taken in their order: nothing sent after this is answered,
-// even if the thread has not yet begun to wait. A posted one could be overtaken.
+// Sent messages are handled in order, so nothing sent after this one is answered, even if
+// the thread has not yet begun to wait. A posted message could be overtaken.
 void TestBrowserWindow::hangs() {
   ::SendNotifyMessageW(toHwnd(frame_), kHang, 0, reinterpret_cast<LPARAM>(&untilAwake_));
 }

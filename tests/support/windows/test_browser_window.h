@@ -1,9 +1,9 @@
-// A window that looks to user32 like a browser's: a title, an address box that is
-// the edit of a real combo box, and a real status bar. It lives on a thread of its
-// own, so that reading it sends messages across threads, as with a browser.
+// A window that looks to user32 like a browser's: a title, an address box that is the
+// edit of a real combo box, and a real status bar. It has a thread of its own, so that
+// reading it sends messages across threads, as with a browser.
 //
-// It is never shown. Nothing that the scan asks depends on that, and two threads
-// that paint text at once can lock each other out for good in Wine 8.
+// It is never shown. The scan does not depend on that, and in Wine 8 two threads that
+// paint text at the same time can deadlock.
 #pragma once
 
 #include <functional>
@@ -17,7 +17,7 @@ namespace quorrix::test {
 
 class TestBrowserWindow {
  public:
-  // Returns once the window is there, in front of every other one.
+  // Returns once the window exists, in front of all others.
   explicit TestBrowserWindow(const std::wstring& title);
   ~TestBrowserWindow();
   TestBrowserWindow(const TestBrowserWindow&) = delete;
@@ -27,8 +27,8 @@ class TestBrowserWindow {
   void typeAddress(const std::wstring& address);
   void says(const std::wstring& status);
 
-  // Answers no message any more, like a program that hangs, until it wakes up or
-  // is destroyed. Both are for once.
+  // Stops answering messages, like a program that hangs, until it wakes up or is
+  // destroyed. A window can hang only once.
   void hangs();
   void wakesUp();
 
@@ -41,7 +41,7 @@ class TestBrowserWindow {
   void live(const std::wstring& title, std::promise<void>& ready);
   void createControls(const std::wstring& title);
 
-  // On the window's thread; returns when the operation has.
+  // Runs the operation on the window's thread, and returns when it has ended.
   void runThere(const std::function<void()>& operation);
 
   WindowHandle frame_ = kNoWindow;
