@@ -1,5 +1,5 @@
 # The Debian package, made by: cpack --config BUILD/CPackConfig.cmake
-# What it holds is installed as the component "debian", and by nothing else.
+# Its contents are the component "debian", which nothing else installs.
 set(parts ${PROJECT_SOURCE_DIR}/packaging/linux)
 set(icons ${PROJECT_SOURCE_DIR}/resources/icons)
 
@@ -21,7 +21,7 @@ foreach(size 16 22 24 32 48 64 128 256 512)
 endforeach()
 install_for_debian(FILES ${parts}/debian/copyright DESTINATION share/doc/quorrix)
 
-# Debian has its manual pages and changelogs compressed.
+# Debian requires compressed manual pages and changelogs.
 function(install_compressed source name destination)
   set(compressed ${CMAKE_CURRENT_BINARY_DIR}/debian/${name})
   add_custom_command(OUTPUT ${compressed} DEPENDS ${source}
@@ -49,7 +49,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Through it the address is read; the libraries alone do not ask for it.
+# Needed to read the address, but no library depends on it.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS at-spi2-core)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt6-wayland)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION

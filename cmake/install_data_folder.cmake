@@ -1,5 +1,5 @@
-# Makes the working data folder beside the installed program: what is there
-# already stays as it is.
+# Creates the working data folder beside the installed program. Files that exist already
+# stay as they are.
 set(data "${CMAKE_INSTALL_PREFIX}/Data")
 if(NOT IS_ABSOLUTE "${data}")
   get_filename_component(data "${data}" ABSOLUTE)

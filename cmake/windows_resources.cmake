@@ -1,6 +1,6 @@
-# What a Windows program carries in itself: icon, version and manifest. The parts of a
-# static Qt that no source names (its windows, its style, its GIF reader) are in the
-# program's Qt libraries' own lists and come by themselves.
+# The resources of a Windows program: icon, version and manifest. The plugins of a static
+# Qt (platform, style, GIF reader) need no entry here: the Qt libraries that the program
+# links list them.
 enable_language(RC)
 
 function(add_windows_resources target)
@@ -12,7 +12,7 @@ function(add_windows_resources target)
     "${PROJECT_SOURCE_DIR}/resources/icons/quorrix.ico;${PROJECT_BINARY_DIR}/quorrix.manifest")
   target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/quorrix.rc)
   if(MSVC)
-    # Its linker makes the manifest's resource, of this file and its own.
+    # Its linker makes the manifest's resource from this file and its own.
     target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/quorrix.manifest)
   else()
     set_property(SOURCE ${PROJECT_BINARY_DIR}/quorrix.rc

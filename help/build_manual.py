@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Makes the help file of one piece: build_manual.py SOURCE ROOT VERSION OUTPUT
+"""Builds the self-contained help file: build_manual.py SOURCE ROOT VERSION OUTPUT
 
-SOURCE is the manual with pictures named by their paths below ROOT, which may be missing nowhere;
-in OUTPUT each is part of the page, not wider than a help window of the usual size shows.
+SOURCE is the manual, which names its pictures by their paths below ROOT. A missing picture is an
+error. In OUTPUT each picture is embedded in the page, scaled down to the width that a help window
+of the usual size can show.
 """
 
 import base64
@@ -16,7 +17,7 @@ PICTURE = re.compile(r'<img src="([^"]+\.png)"')
 
 
 def size_of(png):
-    """Width and height, which every PNG has at the same place."""
+    """Width and height in pixels, which are at the same offset in every PNG."""
     if png[:8] != b"\x89PNG\r\n\x1a\n":
         raise ValueError("no PNG")
     return struct.unpack(">II", png[16:24])

@@ -1,8 +1,8 @@
-# What install and uninstall have in common. It is read by both, not run.
+# Shared by install and uninstall, which source it.
 # shellcheck shell=sh
 
-# Everything that an update replaces, the program last: until its name stands for
-# the new file, the old program is the one that starts.
+# Everything that an update replaces. The program is last: until it is replaced, the
+# old program is the one that starts.
 program_files='lib qt.conf Quorrix.hlp installation.sh uninstall Quorrix'
 
 fail() {
@@ -28,9 +28,10 @@ data_home() {
   esac
 }
 
-# Whether the program of that folder runs. Its own process tells nobody which file
-# it is, since it keeps passwords; but the system lets no file be written that runs,
-# and a program that was started by its whole name has that name on its command line.
+# Whether the program of that folder is running. Its process hides which file it was
+# started from, because it handles passwords. But the system refuses to open a running
+# program for writing, and a program that was started by its full path has that path on
+# its command line.
 is_running() {
   case "$( (LC_ALL=C; export LC_ALL; [ ! -e "$1/Quorrix" ] || : >> "$1/Quorrix") 2>&1)" in
     *'Text file busy'*) return 0 ;;
@@ -42,7 +43,8 @@ is_running() {
   return 1
 }
 
-# Keeps others out of the folder until this script ends.
+# Locks the folder against other installations until this script ends. Fails if Quorrix
+# is running.
 lock_folder() {
   exec 9< "$1"
   flock -n 9 || fail "Another installation works on $1. Try again when it is done."
@@ -53,12 +55,13 @@ menu_entry() {
   printf '%s' "$(data_home)/applications/quorrix.desktop"
 }
 
-# The menu entry's line for a program: quoted as its format asks for.
+# The menu entry's line for a program, quoted as the format requires.
 exec_line() {
   printf 'Exec="%s"\n' "$(printf '%s' "$1" | sed 's/\\/\\\\\\\\/g; s/["`$]/\\\\&/g; s/%/%%/g')"
 }
 
-# Lets a running desktop notice the change; one that has no such tools looks itself.
+# Notifies a running desktop of the change. A desktop without these tools notices it by
+# itself.
 tell_desktop() {
   touch -c -- "$(data_home)/icons/hicolor" 2>/dev/null || true
   update-desktop-database -q "$(data_home)/applications" 2>/dev/null || true

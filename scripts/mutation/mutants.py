@@ -1,8 +1,8 @@
 """Makes the mutants of a C++ source: each changes one operator, constant, condition, statement or
 returned value.
 
-Operators are told from the marks of types and templates as the sources are formatted: an operator
-between two operands has a blank on both sides."""
+Binary operators are distinguished from the "*", "&", "<" and ">" of types and templates by the
+formatting of the sources: a binary operator has a blank on both sides."""
 
 import hashlib
 import re
@@ -19,7 +19,7 @@ BINARY = {
 }
 UNARY = {"++": "--", "--": "++"}
 BOOLEANS = {"true": "false", "false": "true"}
-# What is left of a value in "return": no use in emptying it.
+# Returned values that are not replaced by an empty value.
 EMPTY_VALUES = ("{}", "true", "false", "nullptr", "0", "*this")
 
 
@@ -31,7 +31,7 @@ class Mutant:
     start: int
     end: int
     replacement: str
-    before: str  # the lines that change, as one line
+    before: str  # the changed lines, as one line
     after: str
 
     def applied_to(self, source):
@@ -39,11 +39,11 @@ class Mutant:
 
     @property
     def key(self):
-        """What stays the same when other lines of the file change."""
+        """Identifies the mutant. It stays the same when other lines of the file change."""
         return self.path, self.before, self.after
 
     def rank(self, seed):
-        """A number that chooses at random, and the same again after an edit elsewhere."""
+        """A pseudo-random sort key. It stays the same when other lines of the file change."""
         return hashlib.sha256("\n".join((str(seed), *self.key)).encode()).digest()
 
 
@@ -102,7 +102,7 @@ def conditions(source, tokens):
         if token.text in ("if", "while") and tokens[index + 1].text == "(":
             first, last = index + 2, closing_of(tokens, index + 1) - 1
             semicolons = [at for at in range(first, last) if tokens[at].text == ";"]
-            # An initialisation before the condition; not one within a function in it.
+            # Skip an init-statement, but not a semicolon in the body of a lambda.
             if semicolons and "{" not in (each.text for each in tokens[first:semicolons[0]]):
                 first = semicolons[0] + 1
         elif token.text == "?":

@@ -1,17 +1,17 @@
-"""Reads and writes lists of mutants. A block names the file, the line before and after the change,
-and why no test can tell the two apart:
+"""Reads and writes lists of mutants. A block contains the file, the line before and after the
+change, and the reason why no test can distinguish the two:
 
     src/sitetree/key_index.cpp
     - if (slotsFor(count) > slots_.size()) rebuild(slotsFor(count));
     + if (slotsFor(count) >= slots_.size()) rebuild(slotsFor(count));
       Rebuilding for the same number of slots gives the same index.
 
-A line that begins with "#" is a comment.
+Lines that begin with "#" are comments.
 """
 
 
 def read_reasons(path):
-    """(file, before, after) -> reason."""
+    """A dict from (file, before, after) to the reason. Raises ValueError for malformed blocks."""
     with open(path, encoding="utf-8") as file:
         text = "\n".join(line for line in file.read().splitlines() if not line.startswith("#"))
     reasons = {}

@@ -1,4 +1,4 @@
-"""A copy of the source tree with a build of its own, in which mutants are built and tested. The
+"""A copy of the source tree with its own build folder, in which mutants are built and tested. The
 checkout itself is never changed."""
 
 import json
@@ -11,13 +11,13 @@ from .trials import Trial
 LOGIC_TESTS, FORM_TESTS = "quorrix_logic_tests", "quorrix_form_tests"
 CONFIGURATION = (
     "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g0", "-DQUORRIX_E2E=OFF",
-    # So that building a mutant does not also run it.
+    # So that building a mutant does not run it to list its tests.
     "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST")
 
 
 class Scratch:
     def __init__(self, root, folder, jobs, thorough):
-        """Takes the sources from `root`, and builds the tests of them as they are."""
+        """Copies the sources from `root`, and builds their tests without mutants."""
         self._source, self._build = folder / "source", folder / "build"
         self._jobs = [f"-j{jobs}"] if jobs else []
         copy_tree(root, self._source)
@@ -33,7 +33,7 @@ class Scratch:
     def result(self, mutant):
         """"killed", "timed out", "survived" or "not compiled"."""
         path = self._source / mutant.path
-        # The logic tests do not hold the forms; the form tests hold the logic, too.
+        # The logic tests do not contain the forms; the form tests also contain the logic.
         programs = [FORM_TESTS] if str(path) in self._form_sources else [LOGIC_TESTS, FORM_TESTS]
         original = path.read_text(encoding="utf-8")
         path.write_text(mutant.applied_to(original), encoding="utf-8")
@@ -68,7 +68,7 @@ class Scratch:
 
 
 def copy_tree(root, to):
-    """Copies the files that git has or would add."""
+    """Copies the files that git tracks or would add."""
     listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                             cwd=root, stdout=subprocess.PIPE, check=True).stdout
     for name in filter(None, os.fsdecode(listed).split("\0")):
@@ -77,7 +77,7 @@ def copy_tree(root, to):
 
 
 def copy_changed(original, copy):
-    """Leaves a copy that is the same as it is, so that it is not built again."""
+    """Does not touch a copy that is identical, so that it is not built again."""
     if not copy.is_file() or copy.read_bytes() != original.read_bytes():
         copy.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy(original, copy)

@@ -1,6 +1,6 @@
 """Finds the statements of a C++ source that are a call or an assignment, by their tokens.
 
-Declarations are told from them as the sources are formatted: the "*", "&" or "<" of a type has no
+Declarations are recognised by the formatting of the sources: the "*", "&" or "<" of a type has no
 blank before it."""
 
 from dataclasses import dataclass
@@ -17,11 +17,11 @@ ASSIGNMENTS = frozenset("= += -= *= /= %= &= |= ^= <<= >>= ++ --".split())
 
 @dataclass(frozen=True)
 class Statement:
-    start: int  # where it begins in the source
-    end: int  # after its ";"
+    start: int  # the offset of its beginning in the source
+    end: int  # the offset after its ";"
     first: int  # the index of its first token
     last: int  # the index of its ";"
-    controlled: bool  # it is the whole body of an if, else or loop
+    controlled: bool  # whether it is the whole body of an if, else or loop
 
 
 def statements_of(tokens):
@@ -47,7 +47,7 @@ def closes_condition(tokens, closing):
 
 
 def end_of_statement(tokens, first):
-    """The index of the ";" of a call or an assignment that begins here; None for anything else."""
+    """The index of the ";" of the call or assignment that begins at `first`, or None."""
     if tokens[first].text == "emit":
         first += 1
     if tokens[first].text in OTHER_STATEMENTS or is_declaration(tokens, first):
@@ -75,7 +75,8 @@ def end_of_statement(tokens, first):
 
 
 def is_declaration(tokens, first):
-    """A type, which may be qualified and have arguments, and a name."""
+    """Whether a declaration begins at `first`: a type, possibly qualified and with template
+    arguments, and a name."""
     index = first
     while index + 1 < len(tokens) and tokens[index].kind == "word":
         after = tokens[index + 1]

@@ -1,5 +1,5 @@
-"""The tokens of a C++ source: words, numbers, literals and signs, each with its place in the text.
-Comments, blanks and preprocessor lines are left out."""
+"""The tokens of a C++ source: words, numbers, literals and signs, each with its offsets in the
+text. Comments, blanks and preprocessor lines are left out."""
 
 import re
 from dataclasses import dataclass

@@ -1,4 +1,4 @@
-"""Chooses and runs the tests that a mutant has to pass."""
+"""Chooses and runs the tests for a mutant."""
 
 import json
 import os
@@ -10,22 +10,24 @@ import sys
 from dataclasses import dataclass
 from pathlib import Path
 
-# A slower test, in seconds, runs only in a thorough trial, and for the sources of its folder.
+# Tests that take this many seconds or more run only in a thorough trial, and only for the sources
+# of their folder.
 SLOW = 1
-# What a mutant that runs wild may take, in bytes.
+# Limits for a mutant that is out of control, in bytes.
 MEMORY, FILE_SIZE = 4 << 30, 1 << 30
 
 
 @dataclass(frozen=True)
 class Test:
-    name: str  # with its suite, as in a filter
-    file: Path  # below tests
+    name: str  # with its suite, as in --gtest_filter
+    file: Path  # relative to the folder tests
     seconds: float
 
 
 class Trial:
-    """One test program, of which a mutant is tried as `program`. How the `original` does is
-    measured once, and again after it has changed."""
+    """One test program. `program` is built from a mutant, `original` from the unchanged sources.
+    `original` is run once, and again after it changes, to find out which tests pass and how long
+    they take."""
 
     def __init__(self, program, original, tests_folder, temporary, thorough):
         self._program, self._temporary, self._thorough = program, temporary, thorough
@@ -36,13 +38,13 @@ class Trial:
                                program.parent.parent)
 
     def result(self, path):
-        """What becomes of a mutant of this source: "killed", "timed out" or None."""
+        """The result for a mutant of this source: "killed", "timed out", or None if it survived."""
         for tests in rounds_for(path, self._tests, self._thorough):
-            # Enough for a machine that is busy with something else.
+            # Enough for a busy machine, in seconds.
             limit = 10 + 5 * sum(test.seconds for test in tests)
             names = ":".join(test.name for test in tests)
             try:
-                # On a busy machine a test may fail that measures time: it has to fail again.
+                # A test that measures time may fail on a busy machine, so it has to fail twice.
                 if self._fails(names, limit) and self._fails(names, limit):
                     return "killed"
             except subprocess.TimeoutExpired:
@@ -63,7 +65,7 @@ class Trial:
 
 
 def tests_of(report, tests_folder, build):
-    """Those that the sources as they are pass; of the others it tells."""
+    """The tests that pass without mutants. The others are named on standard error."""
     tests = []
     for suite in report["testsuites"]:
         for test in suite["testsuite"]:
@@ -78,8 +80,8 @@ def tests_of(report, tests_folder, build):
 
 
 def rounds_for(path, tests, thorough):
-    """The tests of the file that mirrors the source and those of the same folder; in a thorough
-    trial also all others, and then the slow ones of the folder."""
+    """A list of rounds, each a list of tests: those of the file that mirrors the source, then the
+    others of its folder; in a thorough trial also all others, then the slow ones of the folder."""
     mirror = Path(path).relative_to("src").with_suffix("")
     mirror = mirror.with_name(mirror.name + "_test.cpp")
     own, beside, others, slow = [], [], [], []
@@ -94,10 +96,11 @@ def rounds_for(path, tests, thorough):
 
 
 def run_tests(program, temporary, limit, *flags):
-    """The exit code. All that the tests start and write is gone afterwards."""
+    """Returns the exit code. Processes that the tests leave running are killed, and `temporary` is
+    emptied before each run. Raises TimeoutExpired after `limit` seconds."""
     shutil.rmtree(temporary, ignore_errors=True)
     temporary.mkdir(parents=True)
-    # A command line has not the room for a filter that names every test.
+    # A filter that names every test is too long for a command line.
     flag_file = temporary.with_name("flags")
     flag_file.write_text("\n".join(flags), encoding="utf-8")
     environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen", "HOME": str(temporary),
