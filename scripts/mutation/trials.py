@@ -25,9 +25,9 @@ class Test:
 
 
 class Trial:
-    """One test program. `program` is built from a mutant, `original` from the unchanged sources.
-    `original` is run once, and again after it changes, to find out which tests pass and how long
-    they take."""
+    """Runs one test program against mutants. `program` is built from a mutant, `original` from the
+    unchanged sources. `original` is run once, and again after it changes, to find out which tests
+    pass and how long they take."""
 
     def __init__(self, program, original, tests_folder, temporary, thorough):
         self._program, self._temporary, self._thorough = program, temporary, thorough
@@ -60,7 +60,7 @@ class Trial:
         measured.unlink(missing_ok=True)
         run_tests(original, self._temporary, None, f"--gtest_output=json:{measured}")
         if not measured.exists():
-            raise SystemExit(f"mutants: {original.name} does not come to its end")
+            raise SystemExit(f"mutants: {original.name} does not finish")
         measured.replace(report)
 
 
@@ -71,7 +71,7 @@ def tests_of(report, tests_folder, build):
         for test in suite["testsuite"]:
             name = f"{suite['name']}.{test['name']}"
             if "failures" in test:
-                print(f"mutants: left out, since the sources as they are fail it: {name}",
+                print(f"mutants: skipped, because it fails on the unchanged sources: {name}",
                       file=sys.stderr)
             else:
                 tests.append(Test(name, Path(os.path.relpath(build / test["file"], tests_folder)),
@@ -80,8 +80,9 @@ def tests_of(report, tests_folder, build):
 
 
 def rounds_for(path, tests, thorough):
-    """A list of rounds, each a list of tests: those of the file that mirrors the source, then the
-    others of its folder; in a thorough trial also all others, then the slow ones of the folder."""
+    """Returns lists of tests in the order to run them: those of the source's own test file, then
+    the others of its folder. A thorough trial adds all other fast tests, then the folder's slow
+    ones."""
     mirror = Path(path).relative_to("src").with_suffix("")
     mirror = mirror.with_name(mirror.name + "_test.cpp")
     own, beside, others, slow = [], [], [], []

@@ -66,8 +66,8 @@ void ArchiveDialog::NewButton_Click() {
     dialog.Form_Load();
     const bool isMade = newArchiveLoadedOK && dialog.exec() == QDialog::Accepted;
     if (isMade) OKButton().setFocus();  // the next step
-    // The question and the New Archive dialog close together, and the keyboard focus goes
-    // elsewhere.
+    // Takes the focus back. When the question and New Archive close together, it goes to
+    // another window.
     activateWindow();
   });
 }

@@ -16,8 +16,8 @@ namespace quorrix {
 [[nodiscard]] bool holdsArchiveFiles(FileSystem& files, const Path& folder);
 
 // Loading: only nodes.dat is required. If one of the other three is missing, the load
-// fails when it copies that file. Requiring them here would hide the sites of an
-// incomplete archive, which the tree shows before the copies begin.
+// fails when it copies that file. The tree shows the archive's sites before the
+// files are copied, so the user sees them even if the archive is incomplete.
 [[nodiscard]] bool canBeLoaded(FileSystem& files, const Path& folder);
 
 // Deleting: whether a file of this name is deleted with the archive. There are eight

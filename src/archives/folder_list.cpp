@@ -52,7 +52,7 @@ class FolderDelegate final : public QStyledItemDelegate {
   }
 
  private:
-  // The icon's own size, because styles leave more room for icons than theirs need.
+  // The icon's own size, because styles reserve more space than the icon needs.
   static QSize iconSize(const QStyleOptionViewItem& option, const QModelIndex& index) {
     return index.data(Qt::DecorationRole).value<QIcon>().actualSize(option.decorationSize);
   }
@@ -60,7 +60,7 @@ class FolderDelegate final : public QStyledItemDelegate {
   static int indentOf(const QModelIndex& index) { return kIndent * index.data(kDepthRole).toInt(); }
 };
 
-// Gives a folder the same path with and without a separator at its end.
+// Without a trailing separator, so that both spellings of a path compare equal.
 Path withoutLastSeparator(const Path& path) {
   return path.has_filename() || path == path.root_path() ? path : path.parent_path();
 }

@@ -12,7 +12,7 @@ namespace quorrix {
 
 [[nodiscard]] QString textOfPath(const Path& path);
 
-// On one line: each control character is shown as its symbol.
+// The path on one line: characters below U+0020 are replaced by their symbols.
 [[nodiscard]] QString rowTextOfPath(const Path& path);
 
 // The whole path for a message box, in UTF-8.
@@ -22,9 +22,8 @@ namespace quorrix {
 // name that begins with a separator is still appended to the folder.
 [[nodiscard]] Path joinedPath(const Path& folder, const QString& name);
 
-// The path that the user typed; a path that does not begin at a root begins at `folder`.
-// Leading and trailing blanks are ignored. A "~", alone or before a "/" at the beginning,
-// is the user's home folder.
+// The path that the user typed. A relative path is relative to `folder`. Leading and
+// trailing blanks are ignored. "~" and a leading "~/" stand for the home folder.
 [[nodiscard]] Path typedPath(const Path& folder, const QString& text);
 
 }  // namespace quorrix

@@ -67,8 +67,8 @@ std::string accessStampText(const LocalDateTime& moment) {
 
 CalendarDate readCalendarDate(std::string_view text) {
   if (text.size() < kShortestDate || text.size() > kLongestDate) failToReadDate();
-  // Even after two digits each for month and day, the second "/" is within the shortest
-  // date.
+  // No bounds check is needed: the second "/" is at most the sixth character, and the
+  // shortest date has six.
   const char* rest = text.data();
   const ShortNumber month(rest);
   rest += month.digits;

@@ -13,7 +13,7 @@ namespace quorrix {
 // Follows every stamp in a record and marks its end.
 inline constexpr char kStampEnd = '~';
 
-// A calendar day. Month and day count from 1, and the year has all its digits. An earlier
+// A calendar day. Month and day count from 1, and `year` is the full year, such as 2026. An earlier
 // day compares less than a later one.
 struct CalendarDate {
   int year = 0;
@@ -28,10 +28,10 @@ struct CalendarDate {
   return digits + (digits == 99 ? 1900 : 2000);
 }
 
-// "M/d/yy h:mm:ss AM" or "PM", at most 20 characters. The year has two digits.
+// "M/d/yy h:mm:ss AM" or "PM", at most 20 characters.
 [[nodiscard]] std::string accessStampText(const LocalDateTime& moment);
 
-// Reads "M/d/yy", whose year has the same meaning as in a stamp, or "M/d/yyyy". Month and
+// Reads "M/d/yy", whose yy follows yearOfTwoDigits(), or "M/d/yyyy". Month and
 // day may have a leading zero. No other character may be around or between the parts.
 // Throws kTypeMismatch for anything else and for a day that does not exist.
 [[nodiscard]] CalendarDate readCalendarDate(std::string_view text);

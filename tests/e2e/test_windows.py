@@ -1,5 +1,5 @@
-"""The whole program for Windows, under Wine: with the same steps as the program of this system, it
-must write the same bytes."""
+"""Tests the complete Windows program under Wine. The same steps must write the same bytes as in the
+Linux program."""
 
 import os
 import shutil
@@ -22,7 +22,7 @@ VISITS = ("http://www.garden.example/roses/climbing.html",
           "https://www.secure.example/account",
           "http://www.garden.example/herbs")
 
-# Replaces each stamp after its format and time have been checked; 21 characters, like a stamp.
+# Replaces each stamp once its format and time are checked. It has 21 bytes, the width of the field.
 STAMP = b"M/D/YY H:MM:SS XM~   "
 
 
@@ -45,7 +45,7 @@ _desk = {}
 
 
 def wine():
-    """The prefix of this process. It is shared, because making one takes seconds."""
+    """Returns the Wine prefix that all tests share, because creating one takes seconds."""
     if not _desk:
         _desk["wine"] = Wine(private_session())
     return _desk["wine"]
@@ -59,8 +59,8 @@ def setting(name):
 
 
 def without_stamps(name, data, began):
-    """The bytes of a data file, with all stamps replaced by STAMP. Fails if a stamp is from before
-    `began` or from the future."""
+    """Returns `data`. In nodes.dat, each stamp is replaced by STAMP; a stamp from before `began` or
+    from the future fails the test."""
     if name != "nodes.dat":
         return data
     records = [data[start:start + RECORD_BYTES] for start in range(0, len(data), RECORD_BYTES)]
@@ -77,7 +77,7 @@ def without_stamps(name, data, began):
 
 
 class Journey:
-    """Performs the steps; returns the contents of the files after each of them."""
+    """Runs the same user steps in one program and keeps the data files after each step."""
 
     def __init__(self, quorrix, visit, archive, drive_letter=None):
         self.quorrix = quorrix
@@ -178,7 +178,7 @@ class WindowsTest(unittest.TestCase):
 
 
 class StartedAgain(WindowsTest):
-    def test_the_window_that_is_open_comes_up(self):
+    def test_a_second_start_shows_the_open_window(self):
         self.quorrix.start_and_wait()
         window = self.quorrix.main_window()
         window.minimise()
@@ -269,7 +269,7 @@ class DataFolders(WindowsTest):
         shutil.rmtree(target.data_folder)
         shutil.copytree(source.data_folder, target.data_folder)
 
-    def test_of_windows_is_used_here(self):
+    def test_linux_uses_a_windows_data_folder(self):
         last_archive = b"D:\\\xc9t\xe9\r\n"
         self.given_data(self.quorrix, last_archive)
         self.quorrix.start_and_wait()
@@ -289,7 +289,7 @@ class DataFolders(WindowsTest):
         self.assert_data({**OLD_DATA, "notes.dat": notes, "load.txt": last_archive},
                          here.data_folder)
 
-    def test_of_this_system_is_used_on_windows(self):
+    def test_windows_uses_a_linux_data_folder(self):
         last_archive = "/home/anna/\u00c9t\u00e9\r\n".encode()
         here = self.linux_quorrix()
         self.given_data(here, last_archive)
@@ -336,7 +336,7 @@ class WhatGoesWrong(WindowsTest):
         user.stop_tracking()
         self.close(self.quorrix)
 
-    def test_a_name_that_is_a_device_makes_no_archive(self):
+    def test_a_device_name_is_refused_as_a_folder_name(self):
         self.given_sites()
         user = KeyboardUser(self.quorrix)
         user.open_new_archive("d")
@@ -348,7 +348,7 @@ class WhatGoesWrong(WindowsTest):
             user.wait_for_window("New Archive")
         self.assertEqual([], os.listdir(self.wine.second_drive))
 
-    def test_dots_and_blanks_behind_a_name_are_lost_with_no_harm(self):
+    def test_trailing_dots_and_blanks_are_removed_from_a_name(self):
         self.given_sites()
         user = KeyboardUser(self.quorrix)
         user.archive_into_new_folder("May . ", "d")
@@ -359,7 +359,7 @@ class WhatGoesWrong(WindowsTest):
         self.assertEqual(b"D:\\May\r\n", bytes_in(self.quorrix.data_folder, "load.txt"))
         self.close(self.quorrix)
 
-    def test_a_drive_that_vanishes_takes_nothing_along(self):
+    def test_archiving_to_a_vanished_drive_loses_no_data(self):
         self.given_sites()
         user = KeyboardUser(self.quorrix)
         user.make_archive_folder("May", "d")

@@ -1,5 +1,5 @@
-// A data folder in memory with the three record files, and their records written out as
-// stored.
+// A fixture with an empty data folder in memory, and functions that return the bytes of
+// each kind of record.
 #pragma once
 
 #include <gtest/gtest.h>

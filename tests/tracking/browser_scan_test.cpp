@@ -45,7 +45,8 @@ class BrowserScanTest : public testing::Test {
     return reading_.haveValidAddress;
   }
 
-  // The sizes of the buffers that were passed for the class name of such windows.
+  // The sizes of the buffers that were passed for the class names of windows of class
+  // `windowClass`.
   std::vector<std::size_t> classBuffersOf(const std::string& windowClass) {
     std::vector<std::size_t> sizes;
     for (const auto& call : windows_.calls()) {
@@ -68,7 +69,7 @@ TEST(IsBrowserTitle, TakesTheNameAtTheBeginningOrAtTheEnd) {
   EXPECT_TRUE(isBrowserTitle("xNetscape"));
 }
 
-TEST(IsBrowserTitle, RefusesTheNameElsewhere) {
+TEST(IsBrowserTitle, RejectsOtherPositionsLetterCasesAndPartialNames) {
   EXPECT_FALSE(isBrowserTitle("About Netscape 4"));
   EXPECT_FALSE(isBrowserTitle(" Netscape "));
   EXPECT_FALSE(isBrowserTitle("netscape"));
@@ -126,7 +127,7 @@ TEST_F(BrowserScanTest, ReadsNoSecondBrowserWhenTheFirstShowsNoAddress) {
             "");
 }
 
-TEST_F(BrowserScanTest, PassesOverWindowsOfOtherNames) {
+TEST_F(BrowserScanTest, SkipsWindowsWithOtherTitles) {
   EXPECT_EQ(addressOf({browserWindow("X - Chromium (Incognito)", "a.secret.place", "Connect: "),
                        browserWindow("A page \x97 Mozilla Firefox", "another.secret.place", ""),
                        browserWindow("A page - Netscape", "one.two.three", "")}),
@@ -146,7 +147,7 @@ TEST_F(BrowserScanTest, ReadsTitlesInto1024Characters) {
   EXPECT_EQ(windows_.calls()[1].bufferSize, 1024U);
 }
 
-TEST_F(BrowserScanTest, KnowsATitleByTheEndThatTheBufferHolds) {
+TEST_F(BrowserScanTest, MatchesTheEndOfATruncatedTitle) {
   const auto title = [](std::size_t inFront, std::string behind) {
     return std::string(inFront, 'x') + "Netscape" + behind;
   };
@@ -162,14 +163,14 @@ TEST_F(BrowserScanTest, AsksForClassNamesOf256Characters) {
   EXPECT_EQ(classBuffersOf("Edit").front(), 256U);
 }
 
-TEST_F(BrowserScanTest, AsksForTheClassOfAnEditsParentInFourCharacters) {
+TEST_F(BrowserScanTest, ReadsTheParentsClassIntoAFourByteBuffer) {
   scan({browserWindow("A page - Netscape", "one.two.three", "")});
   const std::vector<std::size_t> sizes = classBuffersOf("ComboBox");
   ASSERT_FALSE(sizes.empty());
   EXPECT_EQ(sizes.back(), 4U);
 }
 
-TEST_F(BrowserScanTest, TakesAnEditInAnythingThatBeginsWithCom) {
+TEST_F(BrowserScanTest, AcceptsAnEditWhoseParentClassBeginsWithCom) {
   const auto boxOf = [](std::string parentClass) {
     return browserWith({{.windowClass = std::move(parentClass),
                          .children = {{.windowClass = "Edit", .text = "one.two.three"}}}});
@@ -231,11 +232,11 @@ TEST_F(BrowserScanTest, TakesTheLastAddressBoxThatHoldsSomething) {
             "four.five.six");
 }
 
-TEST_F(BrowserScanTest, ReadsABrowserWindowThatIsItselfAnEditAsNoAddressBox) {
+TEST_F(BrowserScanTest, IgnoresTheTextOfABrowserWindowOfClassEdit) {
   EXPECT_EQ(addressOf({{.windowClass = "Edit", .title = "Netscape", .text = "one.two.three"}}), "");
 }
 
-TEST_F(BrowserScanTest, SeesAVisitInAPercentageOfOneToThreeDigits) {
+TEST_F(BrowserScanTest, SeesAVisitInAPercentSignAtTheSecondToFourthCharacter) {
   EXPECT_TRUE(isVisit("5% of 12K"));
   EXPECT_TRUE(isVisit("42% of 12K"));
   EXPECT_TRUE(isVisit("100%"));
@@ -274,12 +275,12 @@ TEST_F(BrowserScanTest, SeesTheStatusBarHoweverDeepItIs) {
   EXPECT_EQ(reading_.webAddress, "");
 }
 
-TEST_F(BrowserScanTest, SeesAnyOfSeveralStatusBars) {
+TEST_F(BrowserScanTest, SeesAVisitInAnyOfSeveralStatusBars) {
   scan({browserWith({kStatusBarAlone, {.windowClass = "msctls_statusbar32", .text = "Done"}})});
   EXPECT_TRUE(reading_.haveValidAddress);
 }
 
-TEST_F(BrowserScanTest, BelievesNoOtherWindowsText) {
+TEST_F(BrowserScanTest, IgnoresVisitTextOutsideAStatusBar) {
   scan({browserWith({{.windowClass = "msctls_statusbar", .text = "Connect:"},
                      {.windowClass = "Static", .text = "Connect:"},
                      addressBox("Connect:")})});
@@ -304,7 +305,7 @@ TEST_F(BrowserScanTest, ReadsAddressesOfAnyLength) {
 }
 
 TEST_F(BrowserScanTest, CutsATextToWhatWasCopied) {
-  // The announced length may exceed the text, which may also become shorter in between.
+  // The announced length may be too large, and the text may shrink before it is read.
   EXPECT_EQ(addressOf({browserWith({{.windowClass = "ComboBox",
                                      .children = {{.windowClass = "Edit",
                                                    .text = "one.two.three",

@@ -1,5 +1,6 @@
-// One private connection to a message bus that never blocks longer than requested. The
-// usual ways to connect cannot be used here: dbus_bus_register() waits 25 seconds for a
+// A private connection to a message bus. exchange() waits no longer than requested; open()
+// waits only if the bus's queue of connections is full. The usual ways to connect cannot
+// be used here: dbus_bus_register() waits 25 seconds for a
 // bus that does not answer, and a connection from dbus_bus_get() ends the program when
 // the bus goes away.
 #pragma once

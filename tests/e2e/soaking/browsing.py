@@ -16,10 +16,13 @@ HOME = "http://home.test/"
 # The longest wait for the browser, which is slow on a busy machine.
 SLOW_SECONDS = 15
 
-# A typed address that the browser has not asked for by then is never asked for.
+# If the browser has not requested a typed address after this time, it never will.
 ANSWER_SECONDS = 4
 
+# Longer than an address without a new document must last to count as a visit.
 STANDING_SECONDS = 1.2
+
+# Long enough for the program to notice a page.
 LOOK_SECONDS = 0.6
 
 
@@ -67,11 +70,11 @@ class Browsing(Places):
     # --- acting ----------------------------------------------------------------------------------
 
     def begin(self):
-        """Writes before this moment do not belong to the visit that follows."""
+        """Marks the start of the next visit. Earlier writes do not count for it."""
         self.since = time.time()
 
     def type_url(self, url):
-        """Types an address that was never asked for; returns once the site is asked for it."""
+        """Types a new address and waits until the browser requests it."""
         def ask():
             self.browser.type_address(url)
             self.begin()
@@ -114,13 +117,13 @@ class Browsing(Places):
     # --- expecting -------------------------------------------------------------------------------
 
     def load_into_tab(self, url, kind="new page"):
-        """For an action that leads to a new document at the end of the tab's history."""
+        """Waits for the page of a new history entry and expects its visit."""
         beacon = self.wait_for_page(url)
         self.tab.go_to(Entry(url, beacon.base))
         self.expect_presented(kind, beacon.time)
 
     def move_in_tab(self, what):
-        """For an action that gives the document another address. Returns the entry and the time."""
+        """Waits until the document has a new address. Returns the new entry and the time."""
         beacon = self.wait(lambda: self.site.heard(self.since, (what,)), f"{what} of the page")
         self.wait(lambda: self.shows(beacon.at), f"the title of {beacon.at}")
         return Entry(beacon.at, beacon.base), beacon.time
@@ -130,8 +133,8 @@ class Browsing(Places):
         if address:
             self.tally.expect(kind, address, self.since, committed)
         elif self.model.presented is None:
-            # Returning from this page, which is not recorded, to the previous one is a visit only
-            # if the program notices this page. So it is shown long enough to be noticed.
+            # This page is not recorded, but a later return from it counts as a visit if the program
+            # noticed it. So stay long enough for that.
             self.stay(LOOK_SECONDS)
 
     def expect_chosen(self, kind):
@@ -140,14 +143,14 @@ class Browsing(Places):
         self.expect_presented(kind, self.since)
 
     def expect_moved(self, kind, committed):
-        """For a new address without a new document. It counts as a visit after one second. It is
-        shown for longer than that, even if it is recorded sooner."""
+        """For a new address without a new document. The address counts as a visit after one
+        second. The page always stays for STANDING_SECONDS."""
         self.expect_presented(kind, committed)
         self.wait(self.tally.absorb, "the record")
         self.stay(max(0.0, committed + STANDING_SECONDS - time.time()))
 
     def expect_again(self, kind, committed):
-        """For a load that ended at the address that it started from."""
+        """Expects a visit after a reload."""
         if not self.window.private:
             self.tally.expect(kind, self.entry.address, self.since, committed)
 

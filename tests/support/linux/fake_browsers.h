@@ -1,6 +1,6 @@
 // Browsers as they appear on the accessibility bus: the parts of a window that say what
-// kind it is, and the path to its page. All paths of a window begin with its own, such as
-// "/one": "/one/pane".
+// kind it is, and the path to its page. The parts of window "/one" have paths
+// such as "/one/pane". In FakeGnomeWeb, the second tab's paths begin with "/tab/one".
 #pragma once
 
 #include <cstdint>
@@ -69,13 +69,14 @@ class FakeChromium final : public FakeBrowser {
   // Changes only the committed address, as history.pushState does.
   void push(const std::string& path, const std::string& address);
 
-  // Opens a side panel. From then on, the frame embeds its document.
+  // Opens a side panel. Until the next load() or chooseTab(), the frame embeds the panel's
+  // document.
   void openSidePanel(const std::string& path);
 
   // Chooses another tab while a side panel is open. The frame then embeds nothing.
   void chooseTab(const std::string& path, const std::string& document, const std::string& address);
 
-  // Splits the view or changes its second half, which shows another document.
+  // Splits the view, or changes the page in its second half.
   void split(const std::string& path, const std::string& document, const std::string& address,
              bool isSecondActive);
 
@@ -105,11 +106,11 @@ class FakeGnomeWeb final : public FakeBrowser {
   // Shows the second tab without a page; it gets one when it is chosen again.
   void openEmptyTab(const std::string& path);
 
-  // Loads a page of another site, in another process. The page before it is kept, but is
-  // empty.
+  // Loads a page of another site in another process. The previous page's process stays,
+  // without content.
   void loadElsewhere(const std::string& path, const std::string& address);
 
-  // Goes back to the page before. The view keeps naming the other process.
+  // Goes back to the previous page. The view still refers to the other process.
   void goBack(const std::string& path, const std::string& document, const std::string& address);
 
   [[nodiscard]] FakeAccessibleProgram& pages() { return pages_; }
