@@ -21,13 +21,12 @@ constexpr unsigned digitOf(char character) {
 
 constexpr bool isDigit(char character) { return digitOf(character) <= 9; }
 
-// A number of one or two digits. Their count varies from date to date, so a branch on it
-// would often be mispredicted. The sum below is faster because it needs no branch.
+// A number of one or two digits at the beginning of a text.
 struct ShortNumber {
   explicit ShortNumber(const char* text)
       : isNumber(isDigit(text[0])),
         digits(isDigit(text[1]) ? 2U : 1U),
-        value(digitOf(text[0]) + (digits - 1) * (9 * digitOf(text[0]) + digitOf(text[1]))) {}
+        value(digits == 1 ? digitOf(text[0]) : 10 * digitOf(text[0]) + digitOf(text[1])) {}
 
   bool isNumber;
   unsigned digits;
