@@ -8,9 +8,16 @@
 #include <string>
 
 #include "bench_data.h"
+#include "platform/code_page.h"
 #include "sizes.h"
 
 namespace quorrix::bench {
+
+// The code page in which the text of the benchmarks is stored.
+inline const CodePage& westernCodePage() {
+  static const CodePage codePage(1252);
+  return codePage;
+}
 
 inline constexpr int kRepetitions = timed(5);  // their median is reported
 

@@ -124,7 +124,7 @@ using Search = std::function<Found(VisitedSites&)>;
 Search siteFileSearch(UserSearchType type) {
   return [type](VisitedSites& sites) {
     PosixFileSystem files;
-    return searchSiteFile(files, sites.paths(), {type, kText, kDate});
+    return searchSiteFile(files, sites.paths(), westernCodePage(), {type, kText, kDate});
   };
 }
 

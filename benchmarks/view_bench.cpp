@@ -53,7 +53,7 @@ void fillWithHosts(SiteTree& tree, BenchData&) {
 void measureExpanding(benchmark::State& state, SiteTree& tree,
                       const std::function<void(SiteTreeView&)>& expand) {
   for ([[maybe_unused]] auto _ : state) {
-    SiteTreeView view(tree);
+    SiteTreeView view(tree, westernCodePage());
     view.resize(800, 600);
     view.show();
     QApplication::processEvents();
@@ -121,7 +121,7 @@ class ExpandedTree {
     const AddressList& addresses = data.addresses(kSites);
     for (std::size_t i = 0; tree_.size() < kSites; ++i)
       tree_.addMissingLevels(addressLevels(addresses[i]), 'N');
-    view_ = std::make_unique<SiteTreeView>(tree_);
+    view_ = std::make_unique<SiteTreeView>(tree_, westernCodePage());
     view_->resize(800, 600);
     view_->show();
     view_->expandAll(tree_.root(), false);
@@ -183,7 +183,7 @@ void registerViewBenchmarks(BenchData& data) {
         std::vector<std::string> found;
         for (std::size_t i = 0; i < kResults; ++i) found.emplace_back(addresses[i]);
         for ([[maybe_unused]] auto _ : state) {
-          ResultList list(nullptr);
+          ResultList list(westernCodePage(), nullptr);
           list.resize(400, 200);
           state.SetIterationTime(timeUntilPainted(*list.viewport(), [&] {
             list.showAddresses(std::move(found));
@@ -202,7 +202,7 @@ void registerViewBenchmarks(BenchData& data) {
           const AddressList& addresses = data.addresses(kResults);
           std::vector<std::string> found;
           for (std::size_t i = 0; i < kResults; ++i) found.emplace_back(addresses[i]);
-          ResultList list(nullptr);
+          ResultList list(westernCodePage(), nullptr);
           list.resize(400, 200);
           list.showAddresses(std::move(found));
           list.show();

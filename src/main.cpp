@@ -1,16 +1,19 @@
 // Makes the real parts, hands them to the main window, and runs it.
 
 #include <QApplication>
+#include <QLocale>
 #include <QMetaObject>
 #include <memory>
 
 #include "main_window/desktop_platform.h"
 #include "main_window/main_form.h"
+#include "platform/code_page.h"
 #include "platform/failure.h"
 #include "platform/folder_claim.h"
 #include "platform/privacy.h"
 #include "platform/program_folder.h"
 #include "platform/system_clock.h"
+#include "platform/system_code_page.h"
 #include "shell/bring_up.h"
 #include "shell/failure_messages.h"
 #include "shell/qt_event_pump.h"
@@ -40,7 +43,10 @@ namespace {
 using RealFileSystem = quorrix::WindowsFileSystem;
 using RealCommandShell = quorrix::WindowsCommandShell;
 
-quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/) { return {}; }
+quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/,
+                                         const quorrix::CodePage& codePage) {
+  return quorrix::User32WindowSystem(codePage);
+}
 
 std::unique_ptr<QWinEventNotifier> notifierOf(const quorrix::FolderClaim& claim) {
   return std::make_unique<QWinEventNotifier>(reinterpret_cast<Qt::HANDLE>(claim.signal()));
@@ -57,10 +63,12 @@ xcb_connection_t* x11Connection() {
   return x11 ? x11->connection() : nullptr;
 }
 
-quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock) {
+quorrix::AccessibleWindowSystem windowSystem(quorrix::Clock& clock,
+                                             const quorrix::CodePage& codePage) {
   const auto stack = std::make_shared<quorrix::X11WindowStack>(x11Connection());
   const std::string sessionBus = quorrix::sessionBusAddress();
   return {clock,
+          codePage,
           {.stack = [stack] { return stack->titles(); },
            .browserProcesses =
                [sessionBus] { return quorrix::browserProcesses("/proc", sessionBus); }}};
@@ -95,6 +103,8 @@ int main(int argc, char* argv[]) {
   const std::string activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN").toStdString();
   quorrix::DesktopArguments arguments(argc, argv, chosenPlatform());
   QApplication application(arguments.count(), arguments.values());
+  QApplication::setLayoutDirection(
+      quorrix::desktopDirection(QLocale::system().uiLanguages()));
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
   quorrix::registerResources();
   QApplication::setWindowIcon(quorrix::applicationIcon());
@@ -104,10 +114,11 @@ int main(int argc, char* argv[]) {
 
   quorrix::SystemClock clock;
   RealFileSystem files;
-  auto windows = windowSystem(clock);
+  const quorrix::CodePage codePage(quorrix::systemCodePage());
+  auto windows = windowSystem(clock, codePage);
   quorrix::QtEventPump events;
   quorrix::QtMessageBox messageBox;
-  RealCommandShell commandShell;
+  RealCommandShell commandShell(codePage);
   quorrix::Path folder;
   try {
     folder = quorrix::programFolder();
@@ -128,6 +139,8 @@ int main(int argc, char* argv[]) {
     return 1;
   }
   quorrix::MainForm form({.paths = paths,
+                          .codePage = codePage,
+                          .locale = QLocale::system(),
                           .files = files,
                           .clock = clock,
                           .events = events,

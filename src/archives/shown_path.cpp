@@ -14,7 +14,9 @@ constexpr char16_t kFirstPrintable = 0x20;
 // A path consists of wide characters on Windows, some of which have no UTF-8 form, and of
 // arbitrary bytes on Linux. Each system uses one of the two overloads.
 [[maybe_unused]] QString textOf(const std::wstring& path) { return QString::fromStdWString(path); }
-[[maybe_unused]] QString textOf(const std::string& path) { return fromPlatformText(path); }
+[[maybe_unused]] QString textOf(const std::string& path) {
+  return fromUtf8(path).value_or(QString::fromLatin1(path));
+}
 
 // Appends a name to a path, in the path's own kind of characters.
 [[maybe_unused]] void append(const QString& name, std::wstring& path) {

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QStringBuilder>
 #include <QVBoxLayout>
 
 #include "platform/failure.h"
@@ -18,6 +19,19 @@ constexpr QSize kIconSize{64, 64};  // pixels
 constexpr int kMargin = 20;
 constexpr double kTitleScale = 1.6;  // relative to the size of the other texts
 
+struct Script {
+  unsigned codePage;
+  QLatin1StringView name;
+};
+
+constexpr Script kScripts[] = {
+    {874, QLatin1StringView("Thai")},      {1250, QLatin1StringView("Central European")},
+    {1251, QLatin1StringView("Cyrillic")}, {1252, QLatin1StringView("Western")},
+    {1253, QLatin1StringView("Greek")},    {1254, QLatin1StringView("Turkish")},
+    {1255, QLatin1StringView("Hebrew")},   {1256, QLatin1StringView("Arabic")},
+    {1257, QLatin1StringView("Baltic")},   {1258, QLatin1StringView("Vietnamese")},
+};
+
 QFont enlarged(QFont font) {
   font.setPointSizeF(font.pointSizeF() * kTitleScale);
   font.setBold(true);
@@ -32,6 +46,14 @@ QString versionText(const ProgramVersion& version) {
            QString::number(version.revision));
 }
 
+QString codePageText(const CodePage& codePage) {
+  QString name = QString::number(codePage.number());
+  for (const auto& [number, script] : kScripts) {
+    if (number == codePage.number()) name += QLatin1String(" (") % script % QLatin1Char(')');
+  }
+  return QStringLiteral("Stores text in code page %1.").arg(name);
+}
+
 QString librariesText(const QString& qtVersion) {
   return QStringLiteral(
              "Made with Qt %1, which is used under the GNU Lesser General\n"
@@ -40,12 +62,13 @@ QString librariesText(const QString& qtVersion) {
       .arg(qtVersion);
 }
 
-AboutBox::AboutBox(QWidget& mainWindow)
+AboutBox::AboutBox(QWidget& mainWindow, const CodePage& codePage)
     : QDialog(&mainWindow),
       mainWindow_(mainWindow),
       picIcon_(makeLabel("picIcon", {}, this)),
       lblTitle_(makeLabel("lblTitle", {}, this)),
       lblVersion_(makeLabel("lblVersion", {}, this)),
+      lblCodePage_(makeLabel("lblCodePage", codePageText(codePage), this)),
       lblLibraries_(makeLabel("lblLibraries", {}, this)) {
   setObjectName(QStringLiteral("AboutBox"));
   keepInFront(*this);
@@ -71,6 +94,7 @@ AboutBox::AboutBox(QWidget& mainWindow)
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kMargin);
   layout->addLayout(top);
+  layout->addWidget(lblCodePage_);
   layout->addWidget(lblLibraries_);
   layout->addLayout(buttons);
   layout->setSizeConstraint(QLayout::SetFixedSize);

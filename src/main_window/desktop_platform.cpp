@@ -1,5 +1,6 @@
 #include "main_window/desktop_platform.h"
 
+#include <QLocale>
 #include <utility>
 
 namespace quorrix {
@@ -7,6 +8,10 @@ namespace quorrix {
 std::string preferredPlatform(const DesktopEnvironment& environment) {
   const bool mayChoose = !environment.hasChosenPlatform && environment.hasWaylandDisplay;
   return mayChoose && environment.hasX11Display ? "xcb;wayland" : "";
+}
+
+Qt::LayoutDirection desktopDirection(const QStringList& languages) {
+  return languages.isEmpty() ? Qt::LeftToRight : QLocale(languages.first()).textDirection();
 }
 
 // The platform goes after the program's name and before the user's own arguments, because

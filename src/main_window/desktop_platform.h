@@ -1,6 +1,9 @@
-// Which of Qt's platforms to run on.
+// What the program takes from the desktop before its first window: which of Qt's
+// platforms to run on, and the direction of the layout.
 #pragma once
 
+#include <QStringList>
+#include <Qt>
 #include <string>
 #include <vector>
 
@@ -15,6 +18,10 @@ struct DesktopEnvironment {
 // Qt's name of the platform to run on, or empty for Qt's own choice. On Wayland a program
 // cannot place its own windows, so XWayland comes first if it is available.
 [[nodiscard]] std::string preferredPlatform(const DesktopEnvironment& environment);
+
+// The direction of the desktop's first language, such as "ar-EG". Qt would take it from a
+// translation of the program, and there is none.
+[[nodiscard]] Qt::LayoutDirection desktopDirection(const QStringList& languages);
 
 // The program's arguments for Qt, including the platform. The platform is not set as an
 // environment variable, because every program that this one starts, such as the browser,

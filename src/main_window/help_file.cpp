@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "platform/failure.h"
-#include "platform/text_encoding.h"
+#include "platform/utf8.h"
 
 namespace quorrix {
 namespace {

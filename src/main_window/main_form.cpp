@@ -108,7 +108,7 @@ MainForm::MainForm(const Parts& parts)
   // The tree is positioned by layOut(). Its space also changes with the heights of the
   // menu bar and the status bar, for example after a change of font or style.
   setCentralWidget(new QWidget(this));
-  treeView_ = new SiteTreeView(tree(), centralWidget());
+  treeView_ = new SiteTreeView(tree(), parts_.codePage, centralWidget());
   treeView_->describeBy([this](NodeId node) { return describe(node); });
   unreadableBrowserNotice_ = new UnreadableBrowserNotice(
       centralWidget(), [this](const std::function<void()>& work) { runCommand(work); });
@@ -234,13 +234,14 @@ void MainForm::FileSearch_Click() {
 
 SearchWindows::Parts MainForm::searchParts() {
   return {
+      .codePage = parts_.codePage,
       .tree = tree(),
       .clock = parts_.clock,
       .messageBox = parts_.messageBox,
       .mainWindow = *this,
       .search =
           [this](const SearchCriteria& criteria) {
-            return searchSiteFile(parts_.files, sites_.paths(), criteria);
+            return searchSiteFile(parts_.files, sites_.paths(), parts_.codePage, criteria);
           },
       .locate = [this](NodeId node) { locate(node); },
       .describe = [this](const std::string& address) { return describe(address); },
@@ -322,7 +323,9 @@ std::function<void()> MainForm::onPopupSite(void (MainForm::*handler)()) {
 }
 
 RecordDialogParts MainForm::recordDialogParts() {
-  return {.files = parts_.files,
+  return {.codePage = parts_.codePage,
+          .locale = parts_.locale,
+          .files = parts_.files,
           .clock = parts_.clock,
           .messageBox = parts_.messageBox,
           .paths = sites_.paths(),
@@ -372,6 +375,10 @@ void MainForm::TreeView_MouseUp(int button, int /*shift*/, int x, int y) {
   popupSite_ = tree().selected();
   popupMenu_->setSiteSelected(popupSite_ != tree().root());
   popupMenu_->popup(treeView_->viewport()->mapToGlobal(QPoint(x, y)));
+}
+
+QString MainForm::toQString(std::string_view text) const {
+  return quorrix::toQString(parts_.codePage, text);
 }
 
 void MainForm::setCaption() {
@@ -480,7 +487,7 @@ void MainForm::locate(NodeId node) {
 void MainForm::showHosts() { treeView_->expandDNSNodes(); }
 
 void MainForm::showLastArchive(std::string_view name) {
-  statusBar_->setPanelText(1, kLastArchiveLoaded % fromPlatformText(name));
+  statusBar_->setPanelText(1, kLastArchiveLoaded % fromPlatformText(parts_.codePage, name));
 }
 
 void MainForm::showLastArchiveFolder(const Path& folder) {

@@ -2,6 +2,7 @@
 // sites and the tracking loop, runs the start-up, and opens every dialog.
 #pragma once
 
+#include <QLocale>
 #include <QMainWindow>
 #include <QPointer>
 #include <chrono>
@@ -11,6 +12,7 @@
 #include "main_window/site_collection.h"
 #include "main_window/two_panel_status_bar.h"
 #include "platform/clock.h"
+#include "platform/code_page.h"
 #include "platform/command_shell.h"
 #include "platform/event_pump.h"
 #include "platform/file_system.h"
@@ -35,9 +37,11 @@ class MainForm final : public QMainWindow, private TrackingDisplay, private Site
   Q_OBJECT
 
  public:
-  // What the form works with; all must outlive it.
+  // What the form works with; all references must outlive it.
   struct Parts {
     AppPaths paths;
+    const CodePage& codePage;
+    QLocale locale;  // how the user writes dates
     FileSystem& files;
     Clock& clock;
     EventPump& events;
@@ -100,6 +104,7 @@ class MainForm final : public QMainWindow, private TrackingDisplay, private Site
   void layOut();
   void Form_Unload();
   void setCaption();
+  [[nodiscard]] QString toQString(std::string_view text) const;
   void locate(NodeId node);
   [[nodiscard]] QString describe(const std::string& address);
   [[nodiscard]] QString describe(NodeId node);

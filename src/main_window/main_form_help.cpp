@@ -39,14 +39,15 @@ void MainForm::showHelp(const std::string& page) {
 void MainForm::openAddress(const QUrl& address) {
   guarded(*this, parts_.messageBox, FailureFamily::LinkInBrowser, [this, &address] {
     parts_.commandShell.run(
-        std::string(kStartCommand).append(fromQString(address.toString(QUrl::FullyEncoded))));
+        std::string(kStartCommand)
+            .append(fromQString(parts_.codePage, address.toString(QUrl::FullyEncoded))));
   });
 }
 
 void MainForm::HelpAbout_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::About, [this] {
     const Hourglass hourglass(*this);
-    AboutBox box(*this);
+    AboutBox box(*this, parts_.codePage);
     box.Form_Load();
     box.exec();
   });

@@ -2,7 +2,7 @@
 // the names and the behaviour of user32 calls, so that the scan reads the same
 // everywhere: windows/user32_window_system.h forwards them to user32, and
 // linux/accessible_window_system.h emulates them on top of the accessibility bus. Texts
-// are single-byte (Windows-1252).
+// are single-byte (platform/code_page.h).
 #pragma once
 
 #include <chrono>

@@ -5,14 +5,16 @@
 #include <QLineEdit>
 #include <cstddef>
 
+#include "platform/code_page.h"
+
 namespace quorrix {
 
 class LineBox final : public QLineEdit {
   Q_OBJECT
 
  public:
-  // Typing and pasting stop at `limit` characters.
-  LineBox(std::size_t limit, QWidget* parent);
+  // Typing and pasting stop at `limit` stored characters. `codePage` must outlive the box.
+  LineBox(std::size_t limit, const CodePage& codePage, QWidget* parent);
 };
 
 }  // namespace quorrix

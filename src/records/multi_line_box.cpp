@@ -10,8 +10,8 @@
 
 namespace quorrix {
 
-MultiLineBox::MultiLineBox(std::size_t limit, QWidget* parent)
-    : QPlainTextEdit(parent), limit_(limit) {
+MultiLineBox::MultiLineBox(std::size_t limit, const CodePage& codePage, QWidget* parent)
+    : QPlainTextEdit(parent), limit_(limit), codePage_(codePage) {
   setTabChangesFocus(true);
   connect(document(), &QTextDocument::contentsChange, this, &MultiLineBox::noteChange);
   // The document may be changed again only after it has notified everyone of the change.
@@ -23,7 +23,7 @@ void MultiLineBox::showStored(std::string stored) {
   const auto last = stored_.find_last_not_of(' ');
   const std::size_t length = last == std::string::npos ? 0 : last + 1;
   isHolding_ = true;
-  setPlainText(toQString(std::string_view(stored_).substr(0, length)));
+  setPlainText(toQString(codePage_, std::string_view(stored_).substr(0, length)));
   isHolding_ = false;
   shown_ = text_ = rawText();
   longTexts_ = {shown_};
@@ -32,7 +32,7 @@ void MultiLineBox::showStored(std::string stored) {
 std::string MultiLineBox::value() const {
   const QString raw = rawText();
   if (raw == shown_) return stored_;
-  std::string text = storedText(cutToStore(asReadBack(raw), limit_));
+  std::string text = storedText(codePage_, cutToStore(asReadBack(codePage_, raw), limit_));
   if (!text.empty()) text.resize(std::max(text.size(), stored_.size()), ' ');
   return text;
 }
@@ -54,15 +54,17 @@ void MultiLineBox::holdToStore() {
   const QString text = rawText();
   if (text != text_ && !longTexts_.contains(text)) admit(text, changedIn(text));
   text_ = rawText();
-  if (storedText(text_).size() > limit_) longTexts_.insert(text_);
+  if (storedText(codePage_, text_).size() > limit_) longTexts_.insert(text_);
 }
 
 // Replaces `part` of `text`, which was entered last, with the form in which it will be
 // stored.
 void MultiLineBox::admit(const QString& text, Range part) {
   const QString entered = text.mid(part.first, part.count);
-  const std::size_t others = storedText(text).size() - storedText(entered).size();
-  const QString admitted = cutToStore(asReadBack(entered), others < limit_ ? limit_ - others : 0);
+  const std::size_t others =
+      storedText(codePage_, QString(text).remove(part.first, part.count)).size();
+  const QString admitted =
+      cutToStore(asReadBack(codePage_, entered), others < limit_ ? limit_ - others : 0);
   if (admitted == inLines(entered)) return;
   const qsizetype end = part.first + part.count;
   const qsizetype position = textCursor().position();

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <string>
 
+#include "platform/code_page.h"
+
 namespace quorrix {
 
 class MultiLineBox final : public QPlainTextEdit {
@@ -16,8 +18,9 @@ class MultiLineBox final : public QPlainTextEdit {
 
  public:
   // A change cannot make the text longer than `limit` stored characters. A stored text
-  // that exceeds the limit can only be made shorter. Tab leaves the box.
-  MultiLineBox(std::size_t limit, QWidget* parent);
+  // that exceeds the limit can only be made shorter. Tab leaves the box. `codePage` must
+  // outlive the box.
+  MultiLineBox(std::size_t limit, const CodePage& codePage, QWidget* parent);
 
   // Shows a stored text without its trailing blanks, so that a user who clicks after the
   // text and types continues right where it ends. The text may exceed the limit.
@@ -46,6 +49,7 @@ class MultiLineBox final : public QPlainTextEdit {
   [[nodiscard]] QString rawText() const;
 
   std::size_t limit_;
+  const CodePage& codePage_;
   std::string stored_;
   QString shown_;            // as showStored() showed it
   QString text_;             // as of the last change

@@ -6,9 +6,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "datafiles/access_stamp.h"
 #include "datafiles/record_layouts.h"
 #include "records/multi_line_box.h"
+#include "records/purchase_date_text.h"
 #include "shell/centre_over.h"
 #include "shell/controls.h"
 #include "shell/plain_text.h"
@@ -42,7 +42,7 @@ NewPurchaseDialog::NewPurchaseDialog(const RecordDialogParts& parts, OnDeleted o
   Text3_ = makeLineBox("Text3", QStringLiteral("Price"), kPrice.width);
   Text4_ = makeLineBox("Text4", QStringLiteral("Quantity"), kQuantity.width);
   Text2_ = makeLineBox("Text2", QStringLiteral("Payment Method"), kPaymentMethod.width);
-  Text5_ = new MultiLineBox(kDescription.width - kFieldMargin, this);
+  Text5_ = new MultiLineBox(kDescription.width - kFieldMargin, parts.codePage, this);
   Text5_->setObjectName(QStringLiteral("Text5"));
   Text5_->setAccessibleName(QStringLiteral("Description"));
   Text5_->setFixedHeight(Text5_->fontMetrics().lineSpacing() * (kLinesOfDescription + 1));
@@ -87,7 +87,7 @@ void NewPurchaseDialog::Form_Load() {
   runLoadGuarded(FailureFamily::OpenNewPurchase, [this] {
     centreOver(*this, parts().mainWindow);
     showSiteInCaption();
-    Text6_->setText(toQString(accessStampText(parts().clock.now())));
+    Text6_->setText(purchaseDateText(parts().clock.now(), parts().locale, parts().codePage));
   });
 }
 

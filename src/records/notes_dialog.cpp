@@ -23,7 +23,7 @@ NotesDialog::NotesDialog(const RecordDialogParts& parts)
     : RecordDialog(parts, "NotesDialog", QStringLiteral("Notes")),
       notes_(parts.files, parts.paths) {
   QLabel* const prompt = makePrompt(QStringLiteral("Enter notes for this website location."));
-  Text1_ = new MultiLineBox(notes_record::kNotesText.width - kFieldMargin, this);
+  Text1_ = new MultiLineBox(notes_record::kNotesText.width - kFieldMargin, parts.codePage, this);
   Text1_->setObjectName(QStringLiteral("Text1"));
   Text1_->setAccessibleName(QStringLiteral("Notes"));
   prompt->setBuddy(Text1_);

@@ -26,6 +26,14 @@ std::string RecordDialog::siteKey() const {
   return std::string(parts_.tree.key(parts_.tree.selected()));
 }
 
+QString RecordDialog::toQString(std::string_view text) const {
+  return quorrix::toQString(parts_.codePage, text);
+}
+
+std::string RecordDialog::fromQString(const QString& text) const {
+  return quorrix::fromQString(parts_.codePage, text);
+}
+
 void RecordDialog::showSiteInCaption() {
   setWindowTitle(caption_ % QStringLiteral(" - ") % asWindowTitle(toQString(siteKey())));
 }
@@ -59,7 +67,7 @@ void RecordDialog::resizeToWidth(int width) { resize(width, layout()->totalHeigh
 
 QLineEdit* RecordDialog::makeLineBox(const char* name, const QString& label,
                                      std::size_t fieldWidth) {
-  return named(new LineBox(fieldWidth - kFieldMargin, this), name, label);
+  return named(new LineBox(fieldWidth - kFieldMargin, parts_.codePage, this), name, label);
 }
 
 }  // namespace quorrix

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QLocale>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
@@ -11,6 +12,7 @@
 
 #include "datafiles/working_folder.h"
 #include "platform/clock.h"
+#include "platform/code_page.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"
 #include "shell/failure_messages.h"
@@ -25,6 +27,8 @@ namespace quorrix {
 
 // All must outlive the dialog.
 struct RecordDialogParts {
+  const CodePage& codePage;
+  const QLocale& locale;  // how the user writes dates
   FileSystem& files;
   Clock& clock;
   MessageBox& messageBox;
@@ -41,6 +45,10 @@ class RecordDialog : public QDialog {
 
   [[nodiscard]] const RecordDialogParts& parts() const { return parts_; }
   [[nodiscard]] std::string siteKey() const;
+
+  // The functions of the same names, with the dialog's code page.
+  [[nodiscard]] QString toQString(std::string_view text) const;
+  [[nodiscard]] std::string fromQString(const QString& text) const;
 
   // Sets the window title to the plain caption, " - " and the site's key.
   void showSiteInCaption();

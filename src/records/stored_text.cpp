@@ -11,17 +11,22 @@ QString inLines(QString text) {
   return text.replace(lineBreak, QStringLiteral("\n"));
 }
 
-std::string storedText(const QString& text) {
-  return fromQString(inLines(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+std::string storedText(const CodePage& codePage, const QString& text) {
+  return fromQString(codePage, inLines(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
 }
 
-QString asReadBack(const QString& text) { return toQString(fromQString(inLines(text))); }
+QString asReadBack(const CodePage& codePage, const QString& text) {
+  return toQString(codePage, fromQString(codePage, inLines(text)));
+}
 
 QString cutToStore(const QString& text, std::size_t room) {
   qsizetype length = 0;
   for (std::size_t stored = 0; length < text.size(); ++length) {
     stored += text[length] == QLatin1Char('\n') ? 2U : 1U;
     if (stored > room) break;
+  }
+  if (length < text.size()) {
+    while (length > 0 && text[length].isMark()) --length;
   }
   return text.left(length);
 }

@@ -7,19 +7,22 @@
 #include <cstddef>
 #include <string>
 
+#include "platform/code_page.h"
+
 namespace quorrix {
 
 // The stored form of a text as Qt's documents hold it, in which Unicode separators break
 // lines.
-[[nodiscard]] std::string storedText(const QString& text);
+[[nodiscard]] std::string storedText(const CodePage& codePage, const QString& text);
 
 // Such a text with "\n" for every kind of line break.
 [[nodiscard]] QString inLines(QString text);
 
 // The text as it will be read back once stored; lines end in "\n".
-[[nodiscard]] QString asReadBack(const QString& text);
+[[nodiscard]] QString asReadBack(const CodePage& codePage, const QString& text);
 
-// The longest beginning of such a text whose stored form has at most `room` characters.
+// The longest beginning of a text that was read back whose stored form has at most `room`
+// characters. A letter is not separated from its marks.
 [[nodiscard]] QString cutToStore(const QString& text, std::size_t room);
 
 }  // namespace quorrix

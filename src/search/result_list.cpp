@@ -6,8 +6,6 @@
 #include <QStyledItemDelegate>
 #include <algorithm>
 
-#include "platform/case_folding.h"
-#include "platform/text_encoding.h"
 #include "shell/plain_text.h"
 #include "shell/select_first.h"
 
@@ -39,7 +37,7 @@ int ResultListModel::rowCount(const QModelIndex& parent) const {
 
 QVariant ResultListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  if (role == Qt::DisplayRole) return toQString(address(index.row()));
+  if (role == Qt::DisplayRole) return toQString(codePage_, address(index.row()));
   if (role == Qt::ToolTipRole && describe_) return asToolTip(describe_(address(index.row())));
   return {};
 }
@@ -49,11 +47,11 @@ QModelIndexList ResultListModel::match(const QModelIndex& start, int role, const
   if (role != Qt::DisplayRole || hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap)) {
     return QAbstractListModel::match(start, role, value, hits, flags);
   }
-  const auto text = exactWindows1252FromUtf8(value.toString().toStdString());
+  const auto text = codePage_.exactFromUtf8(value.toString().toStdString());
   if (!text) return {};
   const auto first = addresses_.begin() + start.row();
-  const auto isMatch = [&text](const std::string& address) {
-    return beginsWithIgnoringCase(address, *text);
+  const auto isMatch = [this, &text](const std::string& address) {
+    return codePage_.beginsWithIgnoringCase(address, *text);
   };
   auto found = std::find_if(first, addresses_.end(), isMatch);
   if (found == addresses_.end()) {
@@ -63,7 +61,8 @@ QModelIndexList ResultListModel::match(const QModelIndex& start, int role, const
   return {index(static_cast<int>(found - addresses_.begin()))};
 }
 
-ResultList::ResultList(QWidget* parent) : QListView(parent) {
+ResultList::ResultList(const CodePage& codePage, QWidget* parent)
+    : QListView(parent), model_(codePage) {
   setModel(&model_);
   setItemDelegate(new NarrowDelegate(this));
   setUniformItemSizes(true);

@@ -10,13 +10,16 @@
 #include <string>
 #include <vector>
 
+#include "platform/code_page.h"
+
 namespace quorrix {
 
 class ResultListModel final : public QAbstractListModel {
   Q_OBJECT
 
  public:
-  using QAbstractListModel::QAbstractListModel;
+  // `codePage` must outlive the model.
+  explicit ResultListModel(const CodePage& codePage) : codePage_(codePage) {}
 
   void setAddresses(std::vector<std::string> addresses);
 
@@ -38,6 +41,7 @@ class ResultListModel final : public QAbstractListModel {
                                       int hits, Qt::MatchFlags flags) const override;
 
  private:
+  const CodePage& codePage_;
   std::vector<std::string> addresses_;
   std::function<QString(const std::string&)> describe_;
 };
@@ -46,7 +50,8 @@ class ResultList final : public QListView {
   Q_OBJECT
 
  public:
-  explicit ResultList(QWidget* parent);
+  // `codePage` must outlive the list.
+  ResultList(const CodePage& codePage, QWidget* parent);
 
   // Sets the function that returns the tool tip of an address; it must not throw.
   void describeBy(std::function<QString(const std::string&)> describe) {

@@ -41,7 +41,7 @@ SearchResultsDialog::SearchResultsDialog(Parts parts)
   Label4_ = new LiteralLabel("Label4", this);
   QLabel* const Label5 = makeLabel("Label5", QStringLiteral("Accessed after:"), this);
   Label6_ = new LiteralLabel("Label6", this);
-  List1_ = new ResultList(this);
+  List1_ = new ResultList(parts_.codePage, this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->describeBy(parts_.describe);
   List1_->copyBy(parts_.withScheme);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/code_page.h"
 #include "platform/message_box.h"
 #include "search/search_criteria.h"
 #include "sitetree/site_tree.h"
@@ -24,6 +25,7 @@ class SearchResultsDialog final : public QDialog {
  public:
   // All must outlive the dialog.
   struct Parts {
+    const CodePage& codePage;
     SiteTree& tree;
     MessageBox& messageBox;
     QWidget& mainWindow;

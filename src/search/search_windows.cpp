@@ -61,7 +61,8 @@ void SearchWindows::loadSearch() {
 void SearchWindows::loadResults(const SearchCriteria& criteria,
                                 const std::vector<std::string>& addresses) {
   auto dialog = std::make_unique<SearchResultsDialog>(
-      SearchResultsDialog::Parts{.tree = parts_.tree,
+      SearchResultsDialog::Parts{.codePage = parts_.codePage,
+                                 .tree = parts_.tree,
                                  .messageBox = parts_.messageBox,
                                  .mainWindow = parts_.mainWindow,
                                  .locate = parts_.locate,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/clock.h"
+#include "platform/code_page.h"
 #include "platform/message_box.h"
 #include "search/search_dialog.h"
 #include "search/search_results_dialog.h"
@@ -19,6 +20,7 @@ class SearchWindows {
  public:
   // All must outlive this.
   struct Parts {
+    const CodePage& codePage;
     SiteTree& tree;
     Clock& clock;
     MessageBox& messageBox;

@@ -7,7 +7,6 @@
 #include "datafiles/access_stamp.h"
 #include "datafiles/fixed_record_file.h"
 #include "datafiles/site_record.h"
-#include "platform/text_encoding.h"
 #include "search/text_search.h"
 
 namespace quorrix {
@@ -15,8 +14,8 @@ namespace {
 
 class RecordMatcher {
  public:
-  explicit RecordMatcher(const SearchCriteria& criteria)
-      : criteria_(criteria), text_(soughtText(criteria)) {}
+  RecordMatcher(const CodePage& codePage, const SearchCriteria& criteria)
+      : criteria_(criteria), text_(soughtText(codePage, criteria)) {}
 
   // `field` is the address with its padding. Searching it is cheaper than cutting off the
   // padding, and a text that is not in the field is not in the address.
@@ -39,9 +38,10 @@ class RecordMatcher {
     return text_ && text_->isIn(field) && text_->isIn(fieldText(field));
   }
 
-  static std::optional<TextSearch> soughtText(const SearchCriteria& criteria) {
-    const auto text = exactWindows1252FromUtf8(criteria.searchText);
-    return text ? std::optional<TextSearch>(*text) : std::nullopt;
+  static std::optional<TextSearch> soughtText(const CodePage& codePage,
+                                              const SearchCriteria& criteria) {
+    const auto text = codePage.exactFromUtf8(criteria.searchText);
+    return text ? std::optional<TextSearch>(std::in_place, codePage, *text) : std::nullopt;
   }
 
   // If no record has an address, the search date is never read.
@@ -65,11 +65,11 @@ std::string_view stampOf(std::span<const char> record) {
 }  // namespace
 
 std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& paths,
-                                        const SearchCriteria& criteria) {
+                                        const CodePage& codePage, const SearchCriteria& criteria) {
   FixedRecordFile file(files, paths.currentNodesFile, site_record::kLength, FileAccess::Read);
   std::vector<std::string> found;
   if (criteria.userSearchType == UserSearchType::Url && criteria.searchText.empty()) return found;
-  RecordMatcher matcher(criteria);
+  RecordMatcher matcher(codePage, criteria);
   file.scan(file.recordsBegun(), FixedRecordFile::ReadFailures::Throw,
             [&](std::uint64_t, std::span<const char> record) {
               const auto field = fieldOf(record, site_record::kSiteAddress);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "datafiles/working_folder.h"
+#include "platform/code_page.h"
 #include "platform/file_system.h"
 #include "search/search_criteria.h"
 
@@ -22,6 +23,7 @@ namespace quorrix {
 // with Url. It applies to the date searched for unless the type is Url, as soon as there
 // is a record to compare it with.
 [[nodiscard]] std::vector<std::string> searchSiteFile(FileSystem& files, const WorkingPaths& paths,
+                                                      const CodePage& codePage,
                                                       const SearchCriteria& criteria);
 
 }  // namespace quorrix

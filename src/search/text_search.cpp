@@ -2,15 +2,14 @@
 
 #include <algorithm>
 
-#include "platform/case_folding.h"
-
 namespace quorrix {
 
-TextSearch::TextSearch(std::string_view sought) : sought_(sought) {
-  for (char& character : sought_) character = folded(character);
+TextSearch::TextSearch(const CodePage& codePage, std::string_view sought)
+    : codePage_(codePage), sought_(sought) {
+  for (char& character : sought_) character = codePage_.folded(character);
   if (sought_.empty()) return;
-  first_ = bothCasesOf(sought_.front());
-  last_ = bothCasesOf(sought_.back());
+  first_ = formsOf(sought_.front());
+  last_ = formsOf(sought_.back());
 }
 
 bool TextSearch::isIn(std::string_view text) const noexcept {
@@ -18,17 +17,20 @@ bool TextSearch::isIn(std::string_view text) const noexcept {
   if (sought_.empty()) return true;
   if (!endsAreIn(text)) return false;
   return std::search(text.begin(), text.end(), sought_.begin(), sought_.end(),
-                     [](char character, char small) { return folded(character) == small; }) !=
-         text.end();
+                     [this](char character, char folded) {
+                       return codePage_.folded(character) == folded;
+                     }) != text.end();
 }
 
-TextSearch::EitherCase TextSearch::bothCasesOf(char character) {
-  EitherCase either{.small = folded(character), .capital = character};
-  for (int byte = 0; byte < 256; ++byte) {
+TextSearch::Forms TextSearch::formsOf(char character) const {
+  Forms forms;
+  forms.fill(character);
+  std::size_t count = 0;
+  for (int byte = 0; byte < 256 && count < forms.size(); ++byte) {
     const char other = static_cast<char>(byte);
-    if (folded(other) == either.small && other != either.small) either.capital = other;
+    if (codePage_.folded(other) == codePage_.folded(character)) forms[count++] = other;
   }
-  return either;
+  return forms;
 }
 
 // Whether the first and the last character of the text sought appear anywhere in `text`
@@ -39,14 +41,14 @@ bool TextSearch::endsAreIn(std::string_view text) const noexcept {
   const std::size_t places = text.size() - sought_.size() + 1;
   const char* const firsts = text.data();
   const char* const lasts = firsts + (sought_.size() - 1);
-  const EitherCase first = first_;
-  const EitherCase last = last_;
+  const Forms first = first_;
+  const Forms last = last_;
   unsigned char isThere = 0;
   for (std::size_t i = 0; i < places; ++i) {
-    const auto isFirst =
-        static_cast<unsigned char>((firsts[i] == first.small) | (firsts[i] == first.capital));
-    const auto isLast =
-        static_cast<unsigned char>((lasts[i] == last.small) | (lasts[i] == last.capital));
+    const auto isFirst = static_cast<unsigned char>(
+        (firsts[i] == first[0]) | (firsts[i] == first[1]) | (firsts[i] == first[2]));
+    const auto isLast = static_cast<unsigned char>((lasts[i] == last[0]) | (lasts[i] == last[1]) |
+                                                   (lasts[i] == last[2]));
     isThere = static_cast<unsigned char>(isThere | (isFirst & isLast));
   }
   return isThere != 0;

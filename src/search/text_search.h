@@ -2,30 +2,33 @@
 // once, and the texts that are searched are not copied.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
+
+#include "platform/code_page.h"
 
 namespace quorrix {
 
 class TextSearch {
  public:
-  explicit TextSearch(std::string_view sought);
+  // `codePage` decides which letters differ only in case, and must outlive this.
+  TextSearch(const CodePage& codePage, std::string_view sought);
 
   // The empty text is in every text.
   [[nodiscard]] bool isIn(std::string_view text) const noexcept;
 
  private:
-  // The two forms in which a character may appear in a text.
-  struct EitherCase {
-    char small = '\0';
-    char capital = '\0';
-  };
-  [[nodiscard]] static EitherCase bothCasesOf(char character);
+  // The forms in which a character may appear in a text. A letter has two at most, except
+  // sigma, which has three. Unused places repeat the first form.
+  using Forms = std::array<char, 3>;
+  [[nodiscard]] Forms formsOf(char character) const;
   [[nodiscard]] bool endsAreIn(std::string_view text) const noexcept;
 
+  const CodePage& codePage_;
   std::string sought_;  // folded
-  EitherCase first_;
-  EitherCase last_;
+  Forms first_{};
+  Forms last_{};
 };
 
 }  // namespace quorrix

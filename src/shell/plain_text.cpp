@@ -3,20 +3,18 @@
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <QStringList>
-
-#include "platform/text_encoding.h"
+#include <algorithm>
 
 namespace quorrix {
 
 namespace {
 
-// Decodes the system's character set on Windows, and the logic's single-byte text
-// elsewhere.
-QString fromSystemText(std::string_view text) {
+// On Windows the system's character set may have more than one byte for a character.
+QString fromSystemText([[maybe_unused]] const CodePage& codePage, std::string_view text) {
 #ifdef _WIN32
   return QString::fromLocal8Bit(text.data(), static_cast<qsizetype>(text.size()));
 #else
-  return toQString(text);
+  return toQString(codePage, text);
 #endif
 }
 
@@ -39,22 +37,31 @@ QStringList broken(QString line) {
 
 }  // namespace
 
-QString toQString(std::string_view text) {
-  const std::string utf8 = utf8FromWindows1252(text);
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+QString toQString(const CodePage& codePage, std::string_view text) {
+  QString result(static_cast<qsizetype>(text.size()), Qt::Uninitialized);
+  std::transform(text.begin(), text.end(), result.begin(),
+                 [&codePage](char byte) { return QChar(codePage.character(byte)); });
+  return result;
 }
 
-std::string fromQString(const QString& text) {
-  return windows1252FromUtf8(text.toUtf8().toStdString());
+std::string fromQString(const CodePage& codePage, const QString& text) {
+  const auto exact = codePage.exactFromUtf8(text.toStdString());
+  if (exact) return *exact;
+  return codePage.fromUtf8(text.normalized(QString::NormalizationForm_C).toStdString());
 }
 
-QString fromPlatformText(std::string_view text) {
+std::optional<QString> fromUtf8(std::string_view text) {
   // Stateless, because otherwise a sequence cut off by the end of the text waits for more
   // input and is not an error.
   QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-  const QString decoded =
+  QString decoded =
       decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-  return decoder.hasError() ? fromSystemText(text) : decoded;
+  return decoder.hasError() ? std::nullopt : std::optional<QString>(std::move(decoded));
+}
+
+QString fromPlatformText(const CodePage& codePage, std::string_view text) {
+  const std::optional<QString> decoded = fromUtf8(text);
+  return decoded ? *decoded : fromSystemText(codePage, text);
 }
 
 QString asToolTip(const QString& text) {

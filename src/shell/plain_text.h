@@ -3,20 +3,27 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/code_page.h"
+
 namespace quorrix {
 
-[[nodiscard]] QString toQString(std::string_view text);
+[[nodiscard]] QString toQString(const CodePage& codePage, std::string_view text);
 
-// A character that is not in the code page becomes "?".
-[[nodiscard]] std::string fromQString(const QString& text);
+// A character that is not in the code page becomes "?". If there is any, letters with
+// separate marks are first composed, because most pages have them only in that form.
+[[nodiscard]] std::string fromQString(const CodePage& codePage, const QString& text);
 
-// Decodes a text in the platform's encoding, such as a path read from a file. Valid UTF-8
-// is decoded as such, on Windows too, because a data folder may come from Linux. Any
-// other text is single-byte text, on Windows in the system's own character set.
-[[nodiscard]] QString fromPlatformText(std::string_view text);
+// nullopt if the text is malformed.
+[[nodiscard]] std::optional<QString> fromUtf8(std::string_view text);
+
+// Decodes a path that was read from a file. Valid UTF-8 is decoded as such, on Windows
+// too, because a data folder may come from Linux. Any other text is single-byte text, on
+// Windows in the system's own character set.
+[[nodiscard]] QString fromPlatformText(const CodePage& codePage, std::string_view text);
 
 // For setToolTip, which interprets text that looks like markup, and would break short
 // lines but not a long address. Line breaks are kept; a line of more than 80 characters

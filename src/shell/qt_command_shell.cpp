@@ -10,7 +10,7 @@
 namespace quorrix {
 
 void QtCommandShell::run(std::string_view line) {
-  const QString address = toQString(line.substr(kStartCommand.size()));
+  const QString address = toQString(codePage_, line.substr(kStartCommand.size()));
   QProcess opener;
   opener.setProgram(QStringLiteral("xdg-open"));
   opener.setArguments({address});

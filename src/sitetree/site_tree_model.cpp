@@ -15,8 +15,8 @@ static_assert(kSpread * kGather == 1);
 
 }  // namespace
 
-SiteTreeModel::SiteTreeModel(SiteTree& tree, QObject* parent)
-    : QAbstractItemModel(parent), tree_(tree) {
+SiteTreeModel::SiteTreeModel(SiteTree& tree, const CodePage& codePage)
+    : tree_(tree), codePage_(codePage) {
   tree_.setObserver(this);
 }
 
@@ -52,7 +52,7 @@ bool SiteTreeModel::hasChildren(const QModelIndex& parent) const { return rowCou
 
 QVariant SiteTreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  if (role == Qt::DisplayRole) return toQString(tree_.text(nodeOf(index)));
+  if (role == Qt::DisplayRole) return toQString(codePage_, tree_.text(nodeOf(index)));
   if (role != Qt::ToolTipRole || !describe_) return {};
   const QString description = describe_(nodeOf(index));
   return description.isEmpty() ? QVariant() : asToolTip(description);

@@ -5,6 +5,7 @@
 #include <QAbstractItemModel>
 #include <functional>
 
+#include "platform/code_page.h"
 #include "sitetree/site_tree.h"
 
 namespace quorrix {
@@ -13,7 +14,8 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
   Q_OBJECT
 
  public:
-  explicit SiteTreeModel(SiteTree& tree, QObject* parent = nullptr);
+  // Both must outlive the model.
+  SiteTreeModel(SiteTree& tree, const CodePage& codePage);
   ~SiteTreeModel() override;
 
   // Sets the function that returns the tool tip of a node; it must not throw.
@@ -43,6 +45,7 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
   void selectionChanged(NodeId node) override;
 
   SiteTree& tree_;
+  const CodePage& codePage_;
   std::function<QString(NodeId)> describe_;
 };
 

@@ -11,8 +11,6 @@
 #include <algorithm>
 
 #include "datafiles/site_address.h"
-#include "platform/case_folding.h"
-#include "platform/text_encoding.h"
 #include "shell/plain_text.h"
 
 namespace quorrix {
@@ -41,8 +39,8 @@ int shiftCodeOf(Qt::KeyboardModifiers modifiers) {
 
 }  // namespace
 
-SiteTreeView::SiteTreeView(SiteTree& tree, QWidget* parent)
-    : QTreeView(parent), tree_(tree), model_(tree) {
+SiteTreeView::SiteTreeView(SiteTree& tree, const CodePage& codePage, QWidget* parent)
+    : QTreeView(parent), tree_(tree), codePage_(codePage), model_(tree, codePage) {
   setObjectName(QStringLiteral("TreeView"));
   setAccessibleName(QStringLiteral("Recorded sites"));
   setModel(&model_);
@@ -96,7 +94,7 @@ void SiteTreeView::keyboardSearch(const QString& search) {
       sinceTyping_.isValid() && !sinceTyping_.hasExpired(QApplication::keyboardInputInterval());
   sinceTyping_.start();
   if (!isGoingOn || search.isEmpty()) typed_.clear();
-  const auto typed = exactWindows1252FromUtf8(search.toStdString());
+  const auto typed = codePage_.exactFromUtf8(search.toStdString());
   // No address has a character outside the code page, and an empty tree has no rows.
   if (search.isEmpty() || !typed || tree_.root() == kNoNode) return;
   typed_ += *typed;
@@ -106,7 +104,7 @@ void SiteTreeView::keyboardSearch(const QString& search) {
   const bool isFirstPassed = !isGoingOn || (isRepeated && typed_.size() > 1);
   NodeId node = isFirstPassed ? below(first) : first;
   do {
-    if (!beginsWithIgnoringCase(tree_.text(node), sought)) {
+    if (!codePage_.beginsWithIgnoringCase(tree_.text(node), sought)) {
       node = below(node);
       continue;
     }
@@ -175,8 +173,8 @@ void SiteTreeView::keyPressEvent(QKeyEvent* event) {
 void SiteTreeView::copyAddress() const {
   const NodeId node = tree_.selected();
   if (node == tree_.root()) return;
-  QApplication::clipboard()->setText(toQString(schemePrefix(tree_.tag(node))) %
-                                     toQString(tree_.key(node)));
+  QApplication::clipboard()->setText(toQString(codePage_, schemePrefix(tree_.tag(node))) %
+                                     toQString(codePage_, tree_.key(node)));
 }
 
 // The position is near the beginning of the row's text, because a long row ends outside

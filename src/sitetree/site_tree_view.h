@@ -6,6 +6,7 @@
 #include <QTreeView>
 #include <string>
 
+#include "platform/code_page.h"
 #include "sitetree/site_tree.h"
 #include "sitetree/site_tree_model.h"
 
@@ -22,7 +23,8 @@ class SiteTreeView final : public QTreeView {
   Q_OBJECT
 
  public:
-  explicit SiteTreeView(SiteTree& tree, QWidget* parent = nullptr);
+  // The tree and the page must outlive the view.
+  SiteTreeView(SiteTree& tree, const CodePage& codePage, QWidget* parent = nullptr);
 
   // Sets the function that returns the tool tip of a node; it must not throw.
   void describeBy(std::function<QString(NodeId)> describe) {
@@ -82,6 +84,7 @@ class SiteTreeView final : public QTreeView {
   void widenToVisibleRows();
 
   SiteTree& tree_;
+  const CodePage& codePage_;
   SiteTreeModel model_;
   int widestRow_ = 0;  // in pixels, among the rows that have been on screen
   std::string typed_;

@@ -13,6 +13,7 @@
 #include "archives/folder_list.h"
 #include "main_window/main_form.h"
 #include "support/agreeing_message_box.h"
+#include "support/code_pages.h"
 #include "support/fake_clock.h"
 #include "support/fake_window_system.h"
 #include "support/form_event_pump.h"
@@ -24,6 +25,8 @@ class ProgramOnDisk {
  public:
   ProgramOnDisk(FileSystem& files, const Path& programFolder)
       : form_({.paths = AppPaths(programFolder),
+               .codePage = westernCodePage(),
+               .locale = QLocale(QLocale::English, QLocale::UnitedStates),
                .files = files,
                .clock = clock_,
                .events = events_,

@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include "shell/resources.h"
+#include "support/code_pages.h"
 #include "support/qt_printers.h"
 
 static void takeResourcesAway() { Q_CLEANUP_RESOURCE(quorrix); }
@@ -28,7 +29,7 @@ class AboutBoxTest : public testing::Test {
   QPushButton* button() { return box_.findChild<QPushButton*>(); }
 
   QWidget owner_;
-  AboutBox box_{owner_};
+  AboutBox box_{owner_, test::westernCodePage()};
 };
 
 TEST(VersionText, HasThreePlainNumbers) {

@@ -234,7 +234,7 @@ const Form kForms[] = {
     {"Help", ofTheHelp, {"Find", "Back", "Forward", "Next", "Previous"}},
     {"About",
      ofACommand<kAbout>,
-     {"Quorrix", "Version 1.0.0",
+     {"Quorrix", "Version 1.0.0", "Stores text in code page 1252 (Western).",
       "Made with Qt " + std::string(qVersion()) +
           ", which is used under the GNU Lesser General\nPublic License, version 3. The manual "
           "names "

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "main_window/main_form.h"
+#include "support/code_pages.h"
 #include "support/fake_clock.h"
 #include "support/fake_window_system.h"
 #include "support/faulty_file_system.h"
@@ -108,6 +109,8 @@ class MainFormStage {
   FakeWindowSystem windows;
   RecordingCommandShell commandShell;
   MainForm form{{.paths = AppPaths("/Quorrix"),
+                 .codePage = westernCodePage(),
+                 .locale = QLocale(QLocale::English, QLocale::UnitedStates),
                  .files = files,
                  .clock = clock,
                  .events = events,

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QTest>
 
+#include "support/code_pages.h"
 #include "support/qt_printers.h"
 
 namespace quorrix {
@@ -18,7 +19,7 @@ class LineBoxTest : public testing::Test {
     box_.paste();
   }
 
-  LineBox box_{5, nullptr};
+  LineBox box_{5, test::westernCodePage(), nullptr};
 };
 
 TEST_F(LineBoxTest, StopsAtItsLimit) {

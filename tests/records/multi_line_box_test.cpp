@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "shell/plain_text.h"
+#include "support/code_pages.h"
 #include "support/qt_printers.h"
 
 namespace quorrix {
@@ -65,7 +66,7 @@ class MultiLineBoxTest : public testing::Test {
     QApplication::sendEvent(box_.viewport(), &event);
   }
 
-  MultiLineBox box_{9, nullptr};  // for a field of ten characters
+  MultiLineBox box_{9, test::westernCodePage(), nullptr};  // for a field of ten characters
 };
 
 TEST_F(MultiLineBoxTest, IsEmptyAtFirst) { EXPECT_EQ(box_.value(), ""); }
@@ -290,7 +291,8 @@ TEST_F(MultiLineBoxTest, LimitsKeysWhoseCharacterDoesNotPrint) {
     box_.clear();
     for (int i = 0; i < 12; ++i) pressKeyOf(key);
     EXPECT_LE(box_.value().size(), 9U);
-    EXPECT_EQ(box_.toPlainText().toStdString(), toQString(box_.value()).toStdString());
+    EXPECT_EQ(box_.toPlainText().toStdString(),
+              toQString(test::westernCodePage(), box_.value()).toStdString());
   }
 }
 

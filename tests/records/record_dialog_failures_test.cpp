@@ -45,7 +45,9 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
   using Step = std::function<void(QDialog&)>;
 
   RecordDialogParts agreeingParts() {
-    return {.files = files_,
+    return {.codePage = *codePage_,
+            .locale = locale_,
+            .files = files_,
             .clock = clock_,
             .messageBox = agreeing_,
             .paths = paths_,
@@ -234,7 +236,9 @@ TEST_F(RecordDialogFailuresTest, OfOpeningGiveTheMainWindowItsPointerBack) {
 
 TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
   BrokenClock broken;
-  NewPurchaseDialog dialog({.files = files_,
+  NewPurchaseDialog dialog({.codePage = *codePage_,
+                            .locale = locale_,
+                            .files = files_,
                             .clock = broken,
                             .messageBox = messageBox_,
                             .paths = paths_,
@@ -250,7 +254,9 @@ TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
 TEST_F(RecordDialogFailuresTest, OfOpeningAPurchaseGiveTheListItsPointerBack) {
   givenRecords();
   BrokenClock broken;
-  PurchasesDialog dialog({.files = files_,
+  PurchasesDialog dialog({.codePage = *codePage_,
+                          .locale = locale_,
+                          .files = files_,
                           .clock = broken,
                           .messageBox = messageBox_,
                           .paths = paths_,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -11,6 +12,7 @@
 #include "records/record_file_stage.h"
 #include "shell/plain_text.h"
 #include "sitetree/site_file.h"
+#include "support/code_pages.h"
 #include "support/fake_clock.h"
 #include "support/scripted_message_box.h"
 
@@ -25,7 +27,9 @@ class RecordDialogStage : public RecordFileStage {
   }
 
   RecordDialogParts parts() {
-    return {.files = files_,
+    return {.codePage = *codePage_,
+            .locale = locale_,
+            .files = files_,
             .clock = clock_,
             .messageBox = messageBox_,
             .paths = paths_,
@@ -48,6 +52,8 @@ class RecordDialogStage : public RecordFileStage {
 
   static std::string captionOf(QDialog& dialog) { return dialog.windowTitle().toStdString(); }
 
+  const CodePage* codePage_ = &westernCodePage();
+  QLocale locale_{QLocale::English, QLocale::UnitedStates};
   FakeClock clock_;
   ScriptedMessageBox messageBox_;
   SiteTree tree_;

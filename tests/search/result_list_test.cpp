@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "support/code_pages.h"
 #include "support/qt_printers.h"
 
 namespace quorrix {
@@ -31,7 +32,7 @@ class ResultListTest : public testing::Test {
     return list_.viewport()->rect().contains(place.center());
   }
 
-  ResultList list_{nullptr};
+  ResultList list_{test::westernCodePage(), nullptr};
 };
 
 TEST_F(ResultListTest, HasNothingSelectedAtFirst) {

@@ -6,6 +6,7 @@
 #include "platform/failure.h"
 #include "search/search_stage.h"
 #include "shell/plain_text.h"
+#include "support/code_pages.h"
 
 namespace quorrix {
 namespace {
@@ -15,7 +16,8 @@ using Texts = std::vector<std::string>;
 class SearchResultsDialogTest : public test::SearchStage {
  protected:
   SearchResultsDialog::Parts parts() {
-    return {.tree = tree_,
+    return {.codePage = test::westernCodePage(),
+            .tree = tree_,
             .messageBox = messageBox_,
             .mainWindow = mainWindow_,
             .locate =
@@ -26,9 +28,9 @@ class SearchResultsDialogTest : public test::SearchStage {
                 },
             .describe =
                 [](const std::string& address) {
-                  return QStringLiteral("about ") + toQString(address);
+                  return QStringLiteral("about ") + toQString(test::westernCodePage(), address);
                 },
-            .withScheme = toQString,
+            .withScheme = QString::fromStdString,
             .newSearch = [this] { ++newSearches_; }};
   }
 

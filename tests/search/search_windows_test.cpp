@@ -5,6 +5,7 @@
 
 #include "platform/failure.h"
 #include "search/search_stage.h"
+#include "support/code_pages.h"
 
 namespace quorrix {
 namespace {
@@ -22,7 +23,8 @@ class BrokenClock final : public Clock {
 class SearchWindowsTest : public test::SearchStage {
  protected:
   SearchWindows::Parts parts(Clock& clock) {
-    return {.tree = tree_,
+    return {.codePage = test::westernCodePage(),
+            .tree = tree_,
             .clock = clock,
             .messageBox = messageBox_,
             .mainWindow = mainWindow_,
@@ -232,7 +234,8 @@ TEST_F(SearchWindowsTest, TakesBothAlongWhenItEnds) {
 
 TEST_F(SearchWindowsTest, MayOutliveTheMainWindow) {
   auto mainWindow = std::make_unique<QWidget>();
-  SearchWindows windows({.tree = tree_,
+  SearchWindows windows({.codePage = test::westernCodePage(),
+                         .tree = tree_,
                          .clock = clock_,
                          .messageBox = messageBox_,
                          .mainWindow = *mainWindow,

@@ -10,7 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/text_encoding.h"
+#include "support/code_page_samples.h"
+#include "support/code_pages.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
@@ -45,8 +46,8 @@ class SiteSearchTest : public testing::Test {
 
   Addresses search(const SearchCriteria& criteria) {
     SearchCriteria asEntered = criteria;  // the tests' texts are single-byte
-    asEntered.searchText = utf8FromWindows1252(criteria.searchText);
-    return searchSiteFile(files_, paths_, asEntered);
+    asEntered.searchText = test::westernCodePage().toUtf8(criteria.searchText);
+    return searchSiteFile(files_, paths_, test::westernCodePage(), asEntered);
   }
 
   Addresses byText(const std::string& text) { return search({UserSearchType::Url, text, ""}); }
@@ -119,10 +120,11 @@ TEST_F(SiteSearchTest, FindsNothingByACharacterThatNoAddressCanHold) {
   for (const char* text : {"\u0101", "a\u0416", "\U0001F511", "?\u0101"}) {
     for (const auto type : {UserSearchType::Url, UserSearchType::Both}) {
       const SearchCriteria criteria{type, text, "1/1/25"};
-      EXPECT_EQ(searchSiteFile(files_, paths_, criteria), Addresses{}) << text;
+      EXPECT_EQ(searchSiteFile(files_, paths_, test::westernCodePage(), criteria), Addresses{})
+          << text;
     }
     const SearchCriteria byDate{UserSearchType::Date, text, "1/1/25"};
-    EXPECT_EQ(searchSiteFile(files_, paths_, byDate).size(), 2U);
+    EXPECT_EQ(searchSiteFile(files_, paths_, test::westernCodePage(), byDate).size(), 2U);
   }
   EXPECT_EQ(byText("?").size(), 2U);
 }
@@ -130,7 +132,9 @@ TEST_F(SiteSearchTest, FindsNothingByACharacterThatNoAddressCanHold) {
 TEST_F(SiteSearchTest, ReadsDatesWhateverTheTextHolds) {
   givenTheFile(record("a.b.c", "no date"));
   const SearchCriteria criteria{UserSearchType::Url, "\u0101", ""};
-  EXPECT_EQ(failureNumberOf([&] { return searchSiteFile(files_, paths_, criteria); }), 13);
+  EXPECT_EQ(failureNumberOf(
+                [&] { return searchSiteFile(files_, paths_, test::westernCodePage(), criteria); }),
+            13);
 }
 
 TEST_F(SiteSearchTest, SeeksABlankOnlyWhereAnAddressHasOne) {
@@ -543,6 +547,31 @@ TEST_F(SiteSearchTest, AgreesWithThePlainestSearchOnRandomFiles) {
   EXPECT_GT(matches, 2'000);
   EXPECT_GT(failures, 200);
   EXPECT_LT(failures, 3'000);
+}
+
+// The words of the record tests in an address, and the same in capitals in the search.
+TEST_F(SiteSearchTest, IgnoresTheCaseOfLettersInEveryCodePage) {
+  for (const test::CodePageSample& sample : test::kCodePageSamples) {
+    const CodePage codePage(sample.codePage);
+    const std::string address = std::string("one.two.three/") + sample.bytes + ".html";
+    givenTheFile(record("one.two.three/other") + record(address));
+    for (const char* const text : {sample.word, sample.capitals}) {
+      EXPECT_EQ(searchSiteFile(files_, paths_, codePage, {UserSearchType::Url, text, ""}),
+                Addresses{address})
+          << sample.codePage << ' ' << text;
+    }
+  }
+}
+
+TEST_F(SiteSearchTest, SearchesTheBytesOfTheCodePageInUse) {
+  givenTheFile(record("one.two.three/\xC6\xF3\xEA"));  // written under 1251
+  const CodePage cyrillic(1251);
+  const SearchCriteria russian{UserSearchType::Url, "Жук", ""};
+  const SearchCriteria western{UserSearchType::Url, "Æóê", ""};
+  EXPECT_EQ(searchSiteFile(files_, paths_, cyrillic, russian).size(), 1U);
+  EXPECT_EQ(searchSiteFile(files_, paths_, cyrillic, western).size(), 0U);
+  EXPECT_EQ(searchSiteFile(files_, paths_, test::westernCodePage(), russian).size(), 0U);
+  EXPECT_EQ(searchSiteFile(files_, paths_, test::westernCodePage(), western).size(), 1U);
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <string>
 
+#include "support/code_pages.h"
+
 namespace quorrix {
 namespace {
 
@@ -37,7 +39,7 @@ class QtCommandShellTest : public testing::Test {
   // The number of arguments that the opener was given, then each on a line.
   QByteArray whenRun(const std::string& line) {
     QFile::remove(opened());
-    QtCommandShell().run(line);
+    QtCommandShell(test::westernCodePage()).run(line);
     EXPECT_TRUE(QTest::qWaitFor([this] { return QFileInfo::exists(opened()); }));
     QFile file(opened());
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -6,6 +6,7 @@
 #include <QPersistentModelIndex>
 #include <QSignalSpy>
 
+#include "support/code_pages.h"
 #include "support/qt_printers.h"
 
 namespace quorrix {
@@ -46,7 +47,7 @@ class SiteTreeModelTest : public testing::Test {
   }
 
   SiteTree tree_;
-  SiteTreeModel model_{tree_};
+  SiteTreeModel model_{tree_, test::westernCodePage()};
   TesterComplaintsFail complaintsFail_;
   QAbstractItemModelTester tester_{&model_,
                                    QAbstractItemModelTester::FailureReportingMode::Warning};
@@ -230,7 +231,7 @@ TEST_F(SiteTreeModelTells, OfTheTreesSelection) {
 TEST(SiteTreeModel, LetsTheTreeGoOnWithoutIt) {
   SiteTree tree;
   {
-    const SiteTreeModel model(tree);
+    const SiteTreeModel model(tree, test::westernCodePage());
     tree.addRoot();
     EXPECT_EQ(model.rowCount({}), 1);
   }

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "support/code_pages.h"
 #include "support/qt_printers.h"
 
 namespace quorrix {
@@ -77,7 +78,7 @@ class SiteTreeViewTest : public testing::Test {
   }
 
   SiteTree tree_;
-  SiteTreeView view_{tree_};
+  SiteTreeView view_{tree_, test::westernCodePage()};
 };
 
 using SiteTreeViewExpandDNSNodes = SiteTreeViewTest;
@@ -247,7 +248,7 @@ TEST_F(SiteTreeViewTypeAhead, FindsNothingByACharacterThatNoAddressHas) {
 
 TEST(SiteTreeViewWithoutARoot, TakesAKey) {
   SiteTree tree;
-  SiteTreeView view(tree);
+  SiteTreeView view(tree, test::westernCodePage());
   QTest::keyClicks(&view, QStringLiteral("a"));
   EXPECT_FALSE(view.currentIndex().isValid());
 }
@@ -399,7 +400,7 @@ TEST_F(SiteTreeViewFollows, TheSelectionThatWasThereBeforeIt) {
   tree.addRoot();
   tree.addMissingLevels(addressLevels("one.two.three"), 'N');
   tree.select(tree.at("one.two.three"));
-  const SiteTreeView view(tree);
+  const SiteTreeView view(tree, test::westernCodePage());
   EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("one.two.three"));
   EXPECT_EQ(tree.selected(), tree.at("one.two.three"));
 }

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/browsers/address_text.h"
-#include "platform/text_encoding.h"
 
 namespace quorrix {
 namespace {
@@ -40,8 +39,10 @@ std::string shortened(const std::string& title, std::size_t size) {
 
 }  // namespace
 
-AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock, Desktop desktop)
+AccessibleWindowSystem::AccessibleWindowSystem(Clock& clock, const CodePage& codePage,
+                                               Desktop desktop)
     : clock_(clock),
+      codePage_(codePage),
       bus_(clock),
       list_(bus_, clock, std::move(desktop.stack),
             [this](const AccessibleId& frame) {
@@ -143,7 +144,7 @@ void AccessibleWindowSystem::showWindows() {
       !reading_ || (!reading_->name.empty() && list_.takeName(front_, reading_->name));
   for (const BrowserWindows::Window* window : list_.ordinary()) {
     if (windows_.size() == kMostWindows) break;
-    windows_.push_back({.title = windows1252FromUtf8(window->name + std::string(kTitleEnd)),
+    windows_.push_back({.title = codePage_.fromUtf8(window->name + std::string(kTitleEnd)),
                         .address = {},
                         .status = std::string(kNoNews)});
   }
@@ -151,9 +152,9 @@ void AccessibleWindowSystem::showWindows() {
   const std::optional<PageReading> page = reading_ ? reading_->page : std::nullopt;
   const Presented presented =
       presentation_.present(front_.peer + front_.path, page, clock_.elapsed());
-  windows_.front().address = windows1252FromUtf8(presented.address);
+  windows_.front().address = codePage_.fromUtf8(presented.address);
   if (!presented.isVisit) return;
-  windows_.front().status = std::string(kVisit) + windows1252FromUtf8(hostOf(presented.address));
+  windows_.front().status = std::string(kVisit) + codePage_.fromUtf8(hostOf(presented.address));
 }
 
 std::size_t AccessibleWindowSystem::GetWindowTextA(WindowHandle handle, std::span<char> buffer) {

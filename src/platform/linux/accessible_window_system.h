@@ -26,6 +26,7 @@
 
 #include "platform/browsers/browser_presentation.h"
 #include "platform/clock.h"
+#include "platform/code_page.h"
 #include "platform/linux/accessibility_bus.h"
 #include "platform/linux/browser_windows.h"
 #include "platform/linux/page_reader.h"
@@ -53,7 +54,8 @@ class AccessibleWindowSystem final : public WindowSystem {
     std::function<std::vector<BrowserProcess>()> browserProcesses;
   };
 
-  AccessibleWindowSystem(Clock& clock, Desktop desktop);
+  // The clock and the page must outlive this.
+  AccessibleWindowSystem(Clock& clock, const CodePage& codePage, Desktop desktop);
 
   // Makes the session's programs accessible; retries in the following passes until that
   // succeeds.
@@ -80,7 +82,7 @@ class AccessibleWindowSystem final : public WindowSystem {
  private:
   enum class Part : WindowHandle { Frame, ComboBox, Edit, StatusBar };
   struct Window {
-    std::string title;  // Windows-1252, like all texts here
+    std::string title;  // in the code page, like all texts here
     std::string address;
     std::string status;
   };
@@ -100,6 +102,7 @@ class AccessibleWindowSystem final : public WindowSystem {
   [[nodiscard]] static const std::string& textOf(const Target& target);
 
   Clock& clock_;
+  const CodePage& codePage_;
   AccessibilityBus bus_;
   BrowserWindows list_;
   std::map<AccessibleId, std::unique_ptr<PageReader>> readers_;  // by frame

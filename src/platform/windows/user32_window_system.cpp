@@ -7,8 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text_encoding.h"
-
 namespace quorrix {
 namespace {
 
@@ -31,22 +29,14 @@ std::wstring wideBufferFor(std::span<char> buffer) {
 
 int sizeOf(const std::wstring& text) { return static_cast<int>(text.size()); }
 
-std::string windows1252FromWide(std::wstring_view wide) {
+std::string utf8FromWide(std::wstring_view wide) {
   if (wide.empty()) return {};
   const int wideLength = static_cast<int>(wide.size());
   const int length =
       ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, nullptr, 0, nullptr, nullptr);
   std::string utf8(static_cast<std::size_t>(length), '\0');
   ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, utf8.data(), length, nullptr, nullptr);
-  return windows1252FromUtf8(utf8);
-}
-
-// Copies the first `count` characters of `wide`, or as many as fit, and a NUL.
-std::size_t copyText(const std::wstring& wide, std::size_t count, std::span<char> buffer) {
-  const std::string text = windows1252FromWide(std::wstring_view(wide).substr(0, count));
-  const std::size_t copied = std::min(text.size(), buffer.size() - 1);
-  *std::copy_n(text.begin(), copied, buffer.begin()) = '\0';
-  return copied;
+  return utf8;
 }
 
 struct Enumeration {
@@ -114,6 +104,16 @@ std::size_t User32WindowSystem::SendMessageA(WindowHandle window, WindowMessage 
     return 0;
   }
   return wantsText ? copyText(wide, answer, buffer) : std::min<std::size_t>(answer, kLongestText);
+}
+
+// Copies the first `count` characters of `wide`, or as many as fit, and a NUL.
+std::size_t User32WindowSystem::copyText(const std::wstring& wide, std::size_t count,
+                                         std::span<char> buffer) const {
+  const std::string text =
+      codePage_.fromUtf8(utf8FromWide(std::wstring_view(wide).substr(0, count)));
+  const std::size_t copied = std::min(text.size(), buffer.size() - 1);
+  *std::copy_n(text.begin(), copied, buffer.begin()) = '\0';
+  return copied;
 }
 
 }  // namespace quorrix

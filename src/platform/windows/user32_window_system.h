@@ -1,11 +1,15 @@
 // The windows of the Windows desktop. Forwards the calls to user32.
 //
-// user32's own single-byte calls use the code page that the machine is set to. So this
-// class calls the wide ones and converts their results to Windows-1252.
+// user32's own single-byte calls use the system's code page, which may have several bytes
+// for a character. So this class calls the wide ones and converts their results.
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <span>
+#include <string>
 
+#include "platform/code_page.h"
 #include "platform/window_system.h"
 
 namespace quorrix {
@@ -16,8 +20,10 @@ class User32WindowSystem final : public WindowSystem {
   // until then.
   static constexpr std::chrono::milliseconds kAnswerLimit{200};
 
-  User32WindowSystem() = default;
-  explicit User32WindowSystem(std::chrono::milliseconds answerLimit) : answerLimit_(answerLimit) {}
+  // `codePage` must outlive this.
+  explicit User32WindowSystem(const CodePage& codePage,
+                              std::chrono::milliseconds answerLimit = kAnswerLimit)
+      : codePage_(codePage), answerLimit_(answerLimit) {}
 
   void EnumWindows(const std::function<bool(WindowHandle)>& callback) override;
 
@@ -38,7 +44,10 @@ class User32WindowSystem final : public WindowSystem {
                            std::span<char> buffer) override;
 
  private:
-  std::chrono::milliseconds answerLimit_ = kAnswerLimit;
+  std::size_t copyText(const std::wstring& wide, std::size_t count, std::span<char> buffer) const;
+
+  const CodePage& codePage_;
+  std::chrono::milliseconds answerLimit_;
   unsigned long silentThread_ = 0;
 };
 

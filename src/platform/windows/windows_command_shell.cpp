@@ -7,7 +7,6 @@
 #include <string>
 
 #include "platform/failure.h"
-#include "platform/text_encoding.h"
 
 namespace quorrix {
 namespace {
@@ -23,10 +22,10 @@ std::wstring wideFromUtf8(const std::string& utf8) {
 
 }  // namespace
 
-std::string asOneArgument(std::string_view address) {
+std::string asOneArgument(const CodePage& codePage, std::string_view address) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   std::string argument;
-  for (const char character : utf8FromWindows1252(address)) {
+  for (const char character : codePage.toUtf8(address)) {
     const auto byte = static_cast<unsigned char>(character);
     const bool endsArgument = byte <= ' ' || byte == 0x7F || character == '"' || character == '\\';
     if (!endsArgument) {
@@ -39,7 +38,8 @@ std::string asOneArgument(std::string_view address) {
 }
 
 void WindowsCommandShell::run(std::string_view line) {
-  const std::wstring address = wideFromUtf8(asOneArgument(line.substr(kStartCommand.size())));
+  const std::wstring address =
+      wideFromUtf8(asOneArgument(codePage_, line.substr(kStartCommand.size())));
   const auto outcome = reinterpret_cast<INT_PTR>(
       ::ShellExecuteW(nullptr, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
   constexpr INT_PTR kLastError = 32;  // larger values mean success

@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "support/code_pages.h"
 #include "support/eventually.h"
 #include "support/fake_clock.h"
 #include "support/linux/fake_accessible_program.h"
@@ -158,6 +159,7 @@ class AccessibleWindowSystemTest : public testing::Test {
   std::vector<BrowserProcess> processes_;
   AccessibleWindowSystem windows_{
       clock_,
+      test::westernCodePage(),
       {.stack = [this] { return stack_; }, .browserProcesses = [this] { return processes_; }}};
 };
 

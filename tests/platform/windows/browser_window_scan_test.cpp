@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/windows/user32_window_system.h"
+#include "support/code_pages.h"
 #include "support/eventually.h"
 #include "support/windows/test_browser_window.h"
 #include "tracking/browser_scan.h"
@@ -64,7 +65,7 @@ class BrowserWindowTest : public testing::Test {
   }
 
   // With a long timeout, so that a busy machine does not look like a browser that hangs.
-  User32WindowSystem windows_{20s};
+  User32WindowSystem windows_{test::westernCodePage(), 20s};
   TestBrowserWindow browser_{L"A page - Netscape"};
 };
 
@@ -238,7 +239,7 @@ INSTANTIATE_TEST_SUITE_P(Rest, StatusBarText,
                                          StatusCase{L" Connect: host", false}));
 
 TEST_F(BrowserWindowScan, DoesNotHangWithTheBrowser) {
-  User32WindowSystem windows{};
+  User32WindowSystem windows(test::westernCodePage());
   browser_.typeAddress(L"http://one.two.three");
   browser_.hangs();
   const auto start = std::chrono::steady_clock::now();
@@ -250,7 +251,7 @@ TEST_F(BrowserWindowScan, DoesNotHangWithTheBrowser) {
 }
 
 TEST_F(BrowserWindowScan, AsksABrowserThatHungAgainInALaterPass) {
-  User32WindowSystem windows{};
+  User32WindowSystem windows(test::westernCodePage());
   browser_.typeAddress(L"http://one.two.three");
   browser_.hangs();
   EXPECT_EQ(scan(windows).webAddress, "");

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <string>
 
+#include "support/code_pages.h"
 #include "support/eventually.h"
 #include "support/failure_number.h"
 #include "support/temporary_folder.h"
@@ -16,16 +17,17 @@ namespace quorrix {
 namespace {
 
 TEST(AsOneArgument, LeavesAnOrdinaryAddressAsItIs) {
-  EXPECT_EQ(asOneArgument("https://one.two.three/a?b=c&d=%0A|$(e)#f"),
+  EXPECT_EQ(asOneArgument(test::westernCodePage(), "https://one.two.three/a?b=c&d=%0A|$(e)#f"),
             "https://one.two.three/a?b=c&d=%0A|$(e)#f");
 }
 
 TEST(AsOneArgument, EncodesWhatCouldEndTheArgument) {
-  EXPECT_EQ(asOneArgument("http://a.b.c/\" -x \t\n\x7F"), "http://a.b.c/%22%20-x%20%09%0A%7F");
+  EXPECT_EQ(asOneArgument(test::westernCodePage(), "http://a.b.c/\" -x \t\n\x7F"),
+            "http://a.b.c/%22%20-x%20%09%0A%7F");
 }
 
 TEST(AsOneArgument, IsUtf8) {
-  EXPECT_EQ(asOneArgument("http://a.b.c/\xE9"), "http://a.b.c/\xC3\xA9");
+  EXPECT_EQ(asOneArgument(test::westernCodePage(), "http://a.b.c/\xE9"), "http://a.b.c/\xC3\xA9");
 }
 
 // Registers a test browser, as browsers are registered, for addresses that begin with
@@ -51,7 +53,7 @@ class WindowsCommandShellTest : public testing::Test {
   // The number of arguments that the browser was given, then each on a line.
   std::string whenRun(const std::string& line) {
     std::filesystem::remove(opened());
-    WindowsCommandShell().run(line);
+    WindowsCommandShell(test::westernCodePage()).run(line);
     // The file exists, but for a moment not every program can open it.
     EXPECT_TRUE(test::eventually([this] { return std::ifstream(opened()).is_open(); }));
     return folder_.bytesOf(opened().filename());
@@ -74,7 +76,9 @@ TEST_F(WindowsCommandShellTest, LetsNoShellReadTheAddress) {
 }
 
 TEST_F(WindowsCommandShellTest, FailsWhenNothingOpensTheAddress) {
-  EXPECT_EQ(test::failureNumberOf([] { WindowsCommandShell().run("start quorrix-none://a.b.c"); }),
+  EXPECT_EQ(test::failureNumberOf([] {
+              WindowsCommandShell(test::westernCodePage()).run("start quorrix-none://a.b.c");
+            }),
             53);
 }
 

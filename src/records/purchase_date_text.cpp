@@ -1,0 +1,39 @@
+#include "records/purchase_date_text.h"
+
+#include <QDate>
+#include <QRegularExpression>
+#include <QStringBuilder>
+#include <QTime>
+
+#include "datafiles/access_stamp.h"
+#include "datafiles/record_layouts.h"
+#include "shell/plain_text.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::size_t kRoom = purchase_record::kDateStamp.width - kFieldMargin;
+
+// Letters in quotation marks are not part of the pattern's language. Some locales put the
+// zone in brackets.
+QString withoutTimeZone(const QString& pattern) {
+  static const QRegularExpression kZone(QStringLiteral("('[^']*')|\\s*(?:\\(t+\\)|\\[t+\\]|t+)"));
+  QString result = pattern;
+  return result.replace(kZone, QStringLiteral("\\1")).trimmed();
+}
+
+}  // namespace
+
+QString purchaseDateText(const LocalDateTime& moment, const QLocale& locale,
+                         const CodePage& codePage) {
+  const QDate date(moment.year, moment.month, moment.day);
+  const QTime time(moment.hour, moment.minute, moment.second);
+  const QString text =
+      locale.toString(date, QLocale::ShortFormat) % QLatin1Char(' ') %
+      locale.toString(time, withoutTimeZone(locale.timeFormat(QLocale::LongFormat)));
+  const auto stored = codePage.exactFromUtf8(text.toStdString());
+  if (stored && stored->size() <= kRoom) return text;
+  return toQString(codePage, accessStampText(moment));
+}
+
+}  // namespace quorrix
