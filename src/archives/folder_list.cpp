@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QStyle>
 #include <QStyledItemDelegate>
 #include <algorithm>
 #include <utility>
@@ -25,12 +26,15 @@ class FolderDelegate final : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
-    QRect icon = option.rect;
-    icon.setLeft(icon.left() + indentOf(index));
+    const QRect row = option.rect;
+    QRect icon = row;
+    icon.setLeft(row.left() + indentOf(index));
     icon.setWidth(iconSize(option, index).width());
-    index.data(Qt::DecorationRole).value<QIcon>().paint(painter, icon);
     QStyleOptionViewItem name = option;
     name.rect.setLeft(icon.right() + kIconGap);
+    name.rect = QStyle::visualRect(option.direction, row, name.rect);
+    icon = QStyle::visualRect(option.direction, row, icon);
+    index.data(Qt::DecorationRole).value<QIcon>().paint(painter, icon);
     QStyledItemDelegate::paint(painter, name, index);
   }
 

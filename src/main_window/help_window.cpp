@@ -44,6 +44,7 @@ HelpWindow::HelpWindow(std::function<void(const QUrl&)> openAddress, SlotRunner 
   setObjectName(QStringLiteral("HelpWindow"));
   setWindowTitle(QStringLiteral("Quorrix Help"));
   setAttribute(Qt::WA_DeleteOnClose);
+  setLayoutDirection(Qt::LeftToRight);  // the manual is in English
   auto* const layout = new QVBoxLayout(this);
   layout->addLayout(rowOfControls());
 

@@ -2,11 +2,11 @@
 
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QStyle>
-#include <QStyleOption>
-#include <QStylePainter>
 
 #include "shell/plain_text.h"
+#include "shell/single_line.h"
 
 namespace quorrix {
 namespace {
@@ -22,12 +22,11 @@ class Panel final : public QLabel {
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
-    QStylePainter painter(this);
+    QPainter painter(this);
     drawFrame(&painter);
-    const QRect area = contentsRect().adjusted(kTextMargin, 0, -kTextMargin, 0);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
-    painter.drawItemText(area, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
-                         foregroundRole());
+    painter.end();
+    drawSingleLine(*this, contentsRect().adjusted(kTextMargin, 0, -kTextMargin, 0),
+                   Qt::AlignLeft | Qt::AlignVCenter);
   }
 };
 
@@ -74,7 +73,8 @@ void TwoPanelStatusBar::fitHeight() { setFixedHeight(fontMetrics().height() + 2 
 void TwoPanelStatusBar::placePanels() {
   int left = 0;
   for (std::size_t i = 0; i < panels_.size(); ++i) {
-    panels_[i]->setGeometry(left, 0, widths_[i], height());
+    panels_[i]->setGeometry(
+        QStyle::visualRect(layoutDirection(), rect(), QRect(left, 0, widths_[i], height())));
     left += widths_[i];
   }
 }

@@ -1,9 +1,7 @@
 #include "search/literal_label.h"
 
-#include <QPainter>
-#include <QStyle>
-
 #include "shell/plain_text.h"
+#include "shell/single_line.h"
 
 namespace quorrix {
 
@@ -23,11 +21,7 @@ QSize LiteralLabel::sizeHint() const { return {0, QLabel::sizeHint().height()}; 
 QSize LiteralLabel::minimumSizeHint() const { return sizeHint(); }
 
 void LiteralLabel::paintEvent(QPaintEvent* /*event*/) {
-  const QRect room = contentsRect();
-  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
-  QPainter painter(this);
-  style()->drawItemText(&painter, room, static_cast<int>(alignment()), palette(), isEnabled(),
-                        shown, foregroundRole());
+  drawSingleLine(*this, contentsRect(), alignment());
 }
 
 }  // namespace quorrix

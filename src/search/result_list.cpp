@@ -3,23 +3,23 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
-#include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "shell/plain_text.h"
 #include "shell/select_first.h"
+#include "shell/single_line.h"
 
 namespace quorrix {
 namespace {
 
 // Makes every row as wide as the list, whatever its text is.
-class NarrowDelegate final : public QStyledItemDelegate {
+class NarrowDelegate final : public AddressDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  using AddressDelegate::AddressDelegate;
 
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& index) const override {
-    return {1, QStyledItemDelegate::sizeHint(option, index).height()};
+    return {1, AddressDelegate::sizeHint(option, index).height()};
   }
 };
 

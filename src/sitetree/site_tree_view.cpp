@@ -7,11 +7,13 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStringBuilder>
+#include <QStyle>
 #include <QToolTip>
 #include <algorithm>
 
 #include "datafiles/site_address.h"
 #include "shell/plain_text.h"
+#include "shell/single_line.h"
 
 namespace quorrix {
 namespace {
@@ -44,6 +46,7 @@ SiteTreeView::SiteTreeView(SiteTree& tree, const CodePage& codePage, QWidget* pa
   setObjectName(QStringLiteral("TreeView"));
   setAccessibleName(QStringLiteral("Recorded sites"));
   setModel(&model_);
+  setItemDelegate(new AddressDelegate(this));
   setHeaderHidden(true);
   setUniformRowHeights(true);
   setEditTriggers(NoEditTriggers);  // edited text would no longer match the key
@@ -182,8 +185,9 @@ void SiteTreeView::copyAddress() const {
 void SiteTreeView::releaseRightButtonAtCurrentRow(Qt::KeyboardModifiers modifiers) {
   scrollTo(currentIndex());
   const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
-  emit mouseUp(mouse_button::kRight, shiftCodeOf(modifiers), row.left() + row.height(),
-               row.center().y());
+  const QPoint inText(row.left() + row.height(), row.center().y());
+  const QPoint at = QStyle::visualPos(layoutDirection(), row, inText);
+  emit mouseUp(mouse_button::kRight, shiftCodeOf(modifiers), at.x(), at.y());
 }
 
 void SiteTreeView::scrollContentsBy(int dx, int dy) {

@@ -67,28 +67,49 @@ TEST_F(FolderListTest, IndentsEachFolderBelowTheOneThatHoldsIt) {
             folders_.fontMetrics().horizontalAdvance(QStringLiteral("Data")) + 30);
 }
 
-// An icon could not be seen on a highlight of the same colour.
-TEST_F(FolderListTest, HighlightsTheNameAndNotTheIcon) {
-  QPalette palette = folders_.palette();
-  palette.setColor(QPalette::Base, Qt::white);
-  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-    palette.setColor(group, QPalette::Highlight, Qt::magenta);
+class FolderListHighlight : public FolderListTest {
+ protected:
+  static constexpr int kIndentOfTwo = 20;
+
+  FolderListHighlight() {
+    QPalette palette = folders_.palette();
+    palette.setColor(QPalette::Base, Qt::white);
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+      palette.setColor(group, QPalette::Highlight, Qt::magenta);
+    }
+    folders_.setPalette(palette);
+    folders_.setPath("/opt/quorrix");
   }
-  folders_.setPalette(palette);
-  folders_.setPath("/opt/quorrix");
-  const QRect row = folders_.visualItemRect(folders_.currentItem());
-  const QImage picture = folders_.viewport()->grab(row).toImage();
-  const auto shareOfHighlight = [&picture](int left, int right) {
+
+  QImage selectedRow() {
+    return folders_.viewport()->grab(folders_.visualItemRect(folders_.currentItem())).toImage();
+  }
+
+  static double shareOfHighlight(const QImage& picture, int left, int right) {
     int count = 0;
     for (int x = left; x < right; ++x) {
       for (int y = 0; y < picture.height(); ++y) count += picture.pixelColor(x, y) == Qt::magenta;
     }
     return static_cast<double>(count) / ((right - left) * picture.height());
-  };
-  constexpr int kIndentOfTwo = 20;
-  const int iconEnd = kIndentOfTwo + folders_.style()->pixelMetric(QStyle::PM_ListViewIconSize);
-  EXPECT_EQ(shareOfHighlight(0, kIndentOfTwo + 16), 0);
-  EXPECT_GT(shareOfHighlight(iconEnd + 5, picture.width()), 0.5);
+  }
+
+  int iconEnd() const {
+    return kIndentOfTwo + folders_.style()->pixelMetric(QStyle::PM_ListViewIconSize);
+  }
+};
+
+// An icon could not be seen on a highlight of the same colour.
+TEST_F(FolderListHighlight, CoversTheNameAndNotTheIcon) {
+  const QImage row = selectedRow();
+  EXPECT_EQ(shareOfHighlight(row, 0, kIndentOfTwo + 16), 0);
+  EXPECT_GT(shareOfHighlight(row, iconEnd() + 5, row.width()), 0.5);
+}
+
+TEST_F(FolderListHighlight, LeavesTheIconFreeAtTheRightInALayoutFromRightToLeft) {
+  folders_.setLayoutDirection(Qt::RightToLeft);
+  const QImage row = selectedRow();
+  EXPECT_EQ(shareOfHighlight(row, row.width() - kIndentOfTwo - 16, row.width()), 0);
+  EXPECT_GT(shareOfHighlight(row, 0, row.width() - iconEnd() - 5), 0.5);
 }
 
 TEST_F(FolderListTest, TakesAPathWithASeparatorAtItsEnd) {

@@ -57,5 +57,17 @@ TEST(DesktopArguments, AreTheProgramsOwnWithoutAPlatform) {
   EXPECT_EQ(argumentsWith("xcb", {}), Words{});
 }
 
+TEST(DesktopDirection, IsTheOneOfTheFirstLanguage) {
+  for (const char* const language : {"ar-EG", "ar", "fa-IR", "he-IL", "ur-PK", "ckb-IQ"}) {
+    EXPECT_EQ(desktopDirection({QLatin1String(language), QStringLiteral("en-US")}), Qt::RightToLeft)
+        << language;
+  }
+  for (const char* const language : {"en-US", "de-DE", "ru-RU", "th-TH", "zh-CN", "C", ""}) {
+    EXPECT_EQ(desktopDirection({QLatin1String(language), QStringLiteral("ar-EG")}), Qt::LeftToRight)
+        << language;
+  }
+  EXPECT_EQ(desktopDirection({}), Qt::LeftToRight);
+}
+
 }  // namespace
 }  // namespace quorrix

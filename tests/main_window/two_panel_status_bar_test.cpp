@@ -49,6 +49,13 @@ TEST_F(TwoPanelStatusBarPanels, ShareTheBarFromLeftToRight) {
   EXPECT_EQ(panel(2).geometry(), QRect(260, 0, 140, bar_.height()));
 }
 
+TEST_F(TwoPanelStatusBarPanels, ShareTheBarFromRightToLeftInSuchALayout) {
+  bar_.setLayoutDirection(Qt::RightToLeft);
+  bar_.setPanelWidths(240, 140);
+  EXPECT_EQ(panel(1).geometry(), QRect(160, 0, 240, bar_.height()));
+  EXPECT_EQ(panel(2).geometry(), QRect(20, 0, 140, bar_.height()));
+}
+
 TEST_F(TwoPanelStatusBarPanels, KeepTheirWidthsUntilTheyAreGivenOthers) {
   bar_.resize(600, bar_.height());
   EXPECT_EQ(panel(1).geometry(), QRect(0, 0, 260, bar_.height()));

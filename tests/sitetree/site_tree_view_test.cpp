@@ -538,6 +538,14 @@ TEST_F(SiteTreeViewMouseUp, TakesTheMenuKeyForTheRightButtonOnTheSelectedRow) {
   EXPECT_TRUE(view_.visualRect(indexOf("four.five.six")).contains(at));
 }
 
+TEST_F(SiteTreeViewMouseUp, TakesTheMenuKeyAtTheTextInALayoutFromRightToLeft) {
+  view_.setLayoutDirection(Qt::RightToLeft);
+  givenTwoHostsWithSubSites();
+  tree_.select(node("four.five.six"));
+  QTest::keyClick(&view_, Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_GT(lastMouseUp().value(2).toInt(), view_.viewport()->width() / 2);
+}
+
 TEST_F(SiteTreeViewMouseUp, TakesShiftF10ForTheMenuKey) {
   givenTwoHostsWithSubSites();
   tree_.select(node("four.five.six"));

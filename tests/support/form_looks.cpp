@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QStringBuilder>
+#include <QStyle>
 #include <QTest>
 #include <algorithm>
 #include <cmath>
@@ -53,6 +54,11 @@ std::vector<QWidget*> controlsOf(QWidget& window) {
 
 QRect placeIn(const QWidget& window, const QWidget& widget) {
   return {widget.mapTo(&window, QPoint()), widget.size()};
+}
+
+// The place as if the layout went from left to right.
+QRect readingPlaceIn(const QWidget& window, const QWidget& widget) {
+  return QStyle::visualRect(window.layoutDirection(), window.rect(), placeIn(window, widget));
 }
 
 // A label that shows the beginning of its text, and the whole text in a tool tip.
@@ -171,7 +177,7 @@ QStringList faultsOfArrangement(QWidget& window) {
   const std::vector<QWidget*> stops = tabStopsOf(window);
   for (std::size_t i = 0; i < stops.size(); ++i) {
     const QWidget& next = *stops[(i + 1) % stops.size()];
-    if (!standsBefore(placeIn(window, next), placeIn(window, *stops[i]))) continue;
+    if (!standsBefore(readingPlaceIn(window, next), readingPlaceIn(window, *stops[i]))) continue;
     faults += nameOf(next) % QStringLiteral(" stands before ") % nameOf(*stops[i]);
   }
   // Tab goes from the last one back to the first, which is no fault.
@@ -179,7 +185,8 @@ QStringList faultsOfArrangement(QWidget& window) {
   for (const QWidget* const control : controlsOf(window)) {
     const auto* const label = qobject_cast<const QLabel*>(control);
     if (label == nullptr || label->buddy() == nullptr) continue;
-    if (standsBefore(placeIn(window, *label), placeIn(window, *label->buddy()))) continue;
+    if (standsBefore(readingPlaceIn(window, *label), readingPlaceIn(window, *label->buddy())))
+      continue;
     faults += nameOf(*label) % QStringLiteral(" stands after its control");
   }
   return faults;

@@ -16,8 +16,8 @@ namespace quorrix::test {
 // as painted must be as light or as dark as its palette.
 [[nodiscard]] QStringList faultsOfColour(QWidget& window);
 
-// Tab must go from left to right and from top to bottom, and a label must be to the left
-// of its control or above it.
+// Tab must go in the direction of the layout and from top to bottom, and a label must be
+// before its control or above it.
 [[nodiscard]] QStringList faultsOfArrangement(QWidget& window);
 
 // Tab must go through every control that takes part in it and back to the first, and each

@@ -1,0 +1,100 @@
+#include "shell/single_line.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+#include "support/qt_printers.h"
+
+namespace quorrix {
+namespace {
+
+class Line final : public QLabel {
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    drawSingleLine(*this, rect(), Qt::AlignLeft | Qt::AlignVCenter);
+  }
+};
+
+class DrawSingleLine : public testing::Test {
+ protected:
+  QImage picture(Qt::LayoutDirection direction, const QString& text, int spareWidth = 0) {
+    line_.setLayoutDirection(direction);
+    line_.setText(text);
+    line_.resize(line_.fontMetrics().horizontalAdvance(text) + spareWidth, 30);
+    return line_.grab().toImage();
+  }
+
+  static int drawnPixels(const QImage& picture, int column) {
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+      count += picture.pixel(column, y) != picture.pixel(0, 0);
+    }
+    return count;
+  }
+
+  // Whether anything is drawn between the two columns.
+  static bool isDrawn(const QImage& picture, int from, int to) {
+    while (from < to && drawnPixels(picture, from) == 0) ++from;
+    return from < to;
+  }
+
+  // Whether the text ends at the right with its full stop, which is lower than its letters.
+  static bool endsAtTheRight(const QImage& picture) {
+    int first = 0;
+    while (drawnPixels(picture, first) == 0) ++first;
+    int last = picture.width() - 1;
+    while (drawnPixels(picture, last) == 0) --last;
+    return drawnPixels(picture, last) < drawnPixels(picture, first);
+  }
+
+  Line line_;
+};
+
+TEST_F(DrawSingleLine, KeepsTheFullStopAtTheEndOfASentence) {
+  const QString hebrew = QStringLiteral("\u05DD\u05DD\u05DD.");
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    EXPECT_TRUE(endsAtTheRight(picture(direction, QStringLiteral("HHH."))));
+    EXPECT_FALSE(endsAtTheRight(picture(direction, hebrew)));
+  }
+}
+
+TEST_F(DrawSingleLine, BeginsWhereTheLayoutDoes) {
+  constexpr int kSpare = 200;
+  const QString text = QStringLiteral("one");
+  const QImage fromLeft = picture(Qt::LeftToRight, text, kSpare);
+  EXPECT_FALSE(isDrawn(fromLeft, fromLeft.width() - kSpare + 2, fromLeft.width()));
+  const QImage fromRight = picture(Qt::RightToLeft, text, kSpare);
+  EXPECT_FALSE(isDrawn(fromRight, 0, kSpare - 2));
+  EXPECT_TRUE(isDrawn(fromRight, kSpare, fromRight.width()));
+}
+
+TEST_F(DrawSingleLine, ShortensALongText) {
+  line_.setText(QString(200, QLatin1Char('m')));
+  line_.resize(100, 30);
+  EXPECT_NE(line_.grab().toImage(), QImage());
+  line_.setText(QString(300, QLatin1Char('m')));
+  const QImage longer = line_.grab().toImage();
+  line_.setText(QString(200, QLatin1Char('m')));
+  EXPECT_EQ(line_.grab().toImage(), longer);
+}
+
+class AddressDelegateTest : public testing::Test {
+ protected:
+  ~AddressDelegateTest() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
+
+  [[nodiscard]] QString shown() const {
+    return delegate_.displayText(QStringLiteral("a?b="), QLocale::c());
+  }
+
+  AddressDelegate delegate_;
+};
+
+TEST_F(AddressDelegateTest, ShowsAnAddressFromLeftToRightInEveryLayout) {
+  EXPECT_EQ(shown(), QStringLiteral("a?b="));
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  EXPECT_EQ(shown(), QStringLiteral("\u2066a?b=\u2069"));
+}
+
+}  // namespace
+}  // namespace quorrix
