@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QMetaObject>
 #include <memory>
+#include <optional>
 
 #include "main_window/desktop_platform.h"
 #include "main_window/main_form.h"
@@ -88,6 +89,18 @@ void activate(const QWidget& window) {
 constexpr std::chrono::seconds kAnswerPatience{5};
 constexpr std::string_view kDoesNotAnswer =
     "Quorrix is already running on this folder, but it does not answer.";
+constexpr std::string_view kNoCodePage =
+    "This system lacks the character set of your language. Install it and start Quorrix again.";
+
+// The program does not fall back to another page, in which notes would be shown, and kept,
+// as other letters.
+std::optional<quorrix::CodePage> usersCodePage() {
+  try {
+    return quorrix::CodePage(quorrix::systemCodePage());
+  } catch (const quorrix::Failure&) {
+    return std::nullopt;
+  }
+}
 
 std::string chosenPlatform() {
   return quorrix::preferredPlatform(
@@ -103,8 +116,7 @@ int main(int argc, char* argv[]) {
   const std::string activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN").toStdString();
   quorrix::DesktopArguments arguments(argc, argv, chosenPlatform());
   QApplication application(arguments.count(), arguments.values());
-  QApplication::setLayoutDirection(
-      quorrix::desktopDirection(QLocale::system().uiLanguages()));
+  QApplication::setLayoutDirection(quorrix::desktopDirection(QLocale::system().uiLanguages()));
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
   quorrix::registerResources();
   QApplication::setWindowIcon(quorrix::applicationIcon());
@@ -112,13 +124,17 @@ int main(int argc, char* argv[]) {
   // The program ends with its main window, not with the splash screen.
   QApplication::setQuitOnLastWindowClosed(false);
 
+  quorrix::QtMessageBox messageBox;
+  const std::optional<quorrix::CodePage> codePage = usersCodePage();
+  if (!codePage) {
+    messageBox.show(kNoCodePage, quorrix::MessageBoxStyle::Critical);
+    return 1;
+  }
   quorrix::SystemClock clock;
   RealFileSystem files;
-  const quorrix::CodePage codePage(quorrix::systemCodePage());
-  auto windows = windowSystem(clock, codePage);
+  auto windows = windowSystem(clock, *codePage);
   quorrix::QtEventPump events;
-  quorrix::QtMessageBox messageBox;
-  RealCommandShell commandShell(codePage);
+  RealCommandShell commandShell(*codePage);
   quorrix::Path folder;
   try {
     folder = quorrix::programFolder();
@@ -139,7 +155,7 @@ int main(int argc, char* argv[]) {
     return 1;
   }
   quorrix::MainForm form({.paths = paths,
-                          .codePage = codePage,
+                          .codePage = *codePage,
                           .locale = QLocale::system(),
                           .files = files,
                           .clock = clock,

@@ -4,13 +4,11 @@ No browser is needed: nodes.dat contains the sites when the program starts.
 """
 
 import unittest
-from datetime import datetime
 
 from support.popup_menu import PopupMenu
 from support.quorrix import STOPPED, TRACKING
 from support.record_dialog import RecordDialog
 from support.scenario import QuorrixTest
-from support.site_file import time_of
 from support.waiting import wait_until
 
 GARDEN = "www.garden.example"
@@ -261,13 +259,6 @@ class Purchases(SiteRecordsTest):
             self.assertEqual(expected, self.bytes_of("purchases.dat"))
         self.assertEqual(["Rose shears 24.50 3/14/26 10:00:00 AM"] * 2,
                          self.open(PURCHASES).entries())
-
-    def test_a_new_one_has_the_present_date_and_time(self):
-        self.given_the_program()
-        began = datetime.now().replace(microsecond=0)
-        date = self.open(NEW_PURCHASE).text_of("Date")
-        self.assertLessEqual(began, time_of((date + "~").ljust(21)))
-        self.assertLessEqual(time_of((date + "~").ljust(21)), datetime.now())
 
     def test_one_from_the_list_can_only_be_viewed_and_deleted(self):
         other = HARBOUR_KEY + SHEARS[300:]

@@ -116,6 +116,18 @@ class StartAndEnd(QuorrixTest):
         self.assertFalse(self.quorrix.main_window().is_minimised())
         self.assertTrue(self.quorrix.shows_text(TRACKING))
 
+    def test_without_the_code_page_of_the_language_it_says_so_and_ends_with_status_1(self):
+        conversions = os.path.join(self.folder, "conversions")
+        os.mkdir(conversions)
+        with open(os.path.join(conversions, "gconv-modules"), "w", encoding="ascii") as file:
+            file.write("module CP1251// INTERNAL missing 1\nmodule INTERNAL CP1251// missing 1\n")
+        self.quorrix.more_environment.update(LANG="ru_RU.UTF-8", GCONV_PATH=conversions)
+        self.quorrix.start()
+        self.assertEqual("This system lacks the character set of your language. Install it and "
+                         "start Quorrix again.", self.quorrix.wait_for_message())
+        self.quorrix.answer_message("OK")
+        self.assertEqual(1, self.quorrix.exit_status())
+
     def test_starting_it_again_while_a_message_waits_leaves_the_keyboard_with_the_message(self):
         self.given_the_program()
         self.quorrix.choose("File", "Search Display...")

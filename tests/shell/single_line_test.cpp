@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QFontDatabase>
 
 #include "support/qt_printers.h"
 
@@ -39,22 +40,24 @@ class DrawSingleLine : public testing::Test {
     return from < to;
   }
 
-  // Whether the text ends at the right with its full stop, which is lower than its letters.
+  // Whether the full stops, which are lower than the letters, are at the right.
   static bool endsAtTheRight(const QImage& picture) {
-    int first = 0;
-    while (drawnPixels(picture, first) == 0) ++first;
-    int last = picture.width() - 1;
-    while (drawnPixels(picture, last) == 0) --last;
-    return drawnPixels(picture, last) < drawnPixels(picture, first);
+    const int middle = picture.width() / 2;
+    int left = 0;
+    int right = 0;
+    for (int x = 0; x < picture.width(); ++x)
+      (x < middle ? left : right) += drawnPixels(picture, x);
+    return right < left;
   }
 
   Line line_;
 };
 
-TEST_F(DrawSingleLine, KeepsTheFullStopAtTheEndOfASentence) {
-  const QString hebrew = QStringLiteral("\u05DD\u05DD\u05DD.");
+TEST_F(DrawSingleLine, KeepsTheFullStopsAtTheEndOfASentence) {
+  if (QFontDatabase::families().isEmpty()) GTEST_SKIP() << "all letters look the same here";
+  const QString hebrew = QStringLiteral("\u05DD\u05DD\u05DD......");
   for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-    EXPECT_TRUE(endsAtTheRight(picture(direction, QStringLiteral("HHH."))));
+    EXPECT_TRUE(endsAtTheRight(picture(direction, QStringLiteral("HHH......"))));
     EXPECT_FALSE(endsAtTheRight(picture(direction, hebrew)));
   }
 }

@@ -188,6 +188,10 @@ class Screen:
     def type(self, text):
         self.command("type", "--delay", "4", text)
 
+    def set_keyboard(self, layout):
+        """Sets the layout of the keyboard, such as "us"."""
+        subprocess.run(["setxkbmap", layout], env=self.environment, check=True, timeout=20)
+
     def command(self, *words):
         subprocess.run(["xdotool", *words], env=self.environment, check=True, timeout=20,
                        stdout=subprocess.DEVNULL)
