@@ -17,7 +17,8 @@ class CommandShell {
   // the program that opens it as one argument, whatever characters it contains; no shell
   // parses it. If the system builds a command line from it, as Windows does, characters
   // that could end the argument are percent-encoded. Returns at once and does not report
-  // what the opened program does. Throws kFileNotFound if nothing can open the address.
+  // what the opened program does. Throws kFileNotFound if nothing can open the address, and
+  // kOutOfMemory.
   virtual void run(std::string_view line) = 0;
 };
 

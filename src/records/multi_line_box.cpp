@@ -11,8 +11,9 @@
 namespace quorrix {
 
 MultiLineBox::MultiLineBox(std::size_t limit, const CodePage& codePage, QWidget* parent)
-    : QPlainTextEdit(parent), limit_(limit), codePage_(codePage) {
+    : QTextEdit(parent), limit_(limit), codePage_(codePage) {
   setTabChangesFocus(true);
+  setAcceptRichText(false);
   connect(document(), &QTextDocument::contentsChange, this, &MultiLineBox::noteChange);
   // The document may be changed again only after it has notified everyone of the change.
   connect(document(), &QTextDocument::contentsChanged, this, &MultiLineBox::holdToStore);

@@ -4,8 +4,8 @@
 // it is typed, pasted, dropped, or made by an input method or assistive technology.
 #pragma once
 
-#include <QPlainTextEdit>
 #include <QSet>
+#include <QTextEdit>
 #include <cstddef>
 #include <string>
 
@@ -13,7 +13,7 @@
 
 namespace quorrix {
 
-class MultiLineBox final : public QPlainTextEdit {
+class MultiLineBox final : public QTextEdit {
   Q_OBJECT
 
  public:

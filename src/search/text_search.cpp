@@ -3,6 +3,18 @@
 #include <algorithm>
 
 namespace quorrix {
+namespace {
+
+// Without a branch, and in a single byte, so that a loop over it is compiled to operations
+// on sixteen characters.
+template <typename Forms>
+unsigned char isOneOf(char character, const Forms& forms) {
+  return static_cast<unsigned char>(static_cast<unsigned char>(character == forms[0]) |
+                                    static_cast<unsigned char>(character == forms[1]) |
+                                    static_cast<unsigned char>(character == forms[2]));
+}
+
+}  // namespace
 
 TextSearch::TextSearch(const CodePage& codePage, std::string_view sought)
     : codePage_(codePage), sought_(sought) {
@@ -45,10 +57,8 @@ bool TextSearch::endsAreIn(std::string_view text) const noexcept {
   const Forms last = last_;
   unsigned char isThere = 0;
   for (std::size_t i = 0; i < places; ++i) {
-    const auto isFirst = static_cast<unsigned char>(
-        (firsts[i] == first[0]) | (firsts[i] == first[1]) | (firsts[i] == first[2]));
-    const auto isLast = static_cast<unsigned char>((lasts[i] == last[0]) | (lasts[i] == last[1]) |
-                                                   (lasts[i] == last[2]));
+    const auto isFirst = isOneOf(firsts[i], first);
+    const auto isLast = isOneOf(lasts[i], last);
     isThere = static_cast<unsigned char>(isThere | (isFirst & isLast));
   }
   return isThere != 0;

@@ -35,7 +35,7 @@ TEST_F(NotesDialogTest, OpensEmptyWithDeleteDisabledForASiteWithoutNotes) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
   EXPECT_EQ(captionOf(dialog), "Notes - one.two.three/a");
-  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(), QString());
+  EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(), QString());
   EXPECT_FALSE(isEnabled(dialog, "DeleteButton"));
 }
 
@@ -43,9 +43,9 @@ TEST_F(NotesDialogTest, SavesLinesWithTheirLineEndsAndCloses) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
   dialog.show();
-  QTest::keyClicks(&control<QPlainTextEdit>(dialog, "Text1"), QStringLiteral("first"));
-  QTest::keyClick(&control<QPlainTextEdit>(dialog, "Text1"), Qt::Key_Return);
-  QTest::keyClicks(&control<QPlainTextEdit>(dialog, "Text1"), QStringLiteral("second"));
+  QTest::keyClicks(&control<QTextEdit>(dialog, "Text1"), QStringLiteral("first"));
+  QTest::keyClick(&control<QTextEdit>(dialog, "Text1"), Qt::Key_Return);
+  QTest::keyClicks(&control<QTextEdit>(dialog, "Text1"), QStringLiteral("second"));
   press(dialog, "OKButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "first\r\nsecond"));
   EXPECT_FALSE(dialog.isVisible());
@@ -56,7 +56,7 @@ TEST_F(NotesDialogTest, LeavesTheBytesOfNotesThatWereNotChanged) {
   givenNotes("first\r\nsecond\n third");
   NotesDialog dialog(parts());
   dialog.Form_Load();
-  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(),
+  EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(),
             QStringLiteral("first\nsecond\n third"));
   EXPECT_TRUE(isEnabled(dialog, "DeleteButton"));
   press(dialog, "OKButton");
@@ -69,7 +69,7 @@ TEST_F(NotesDialogTest, LetsTheUserTypeBehindStoredNotes) {
   dialog.Form_Load();
   dialog.show();
   // The caret is after the stored text.
-  QTest::keyClicks(&control<QPlainTextEdit>(dialog, "Text1"), QStringLiteral(" and tulips"));
+  QTest::keyClicks(&control<QTextEdit>(dialog, "Text1"), QStringLiteral(" and tulips"));
   press(dialog, "OKButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses and tulips"));
 }
@@ -79,8 +79,8 @@ TEST_F(NotesDialogTest, ChangesNothingWhenTheBoxWasCleared) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
   dialog.show();
-  control<QPlainTextEdit>(dialog, "Text1").selectAll();
-  QTest::keyClick(&control<QPlainTextEdit>(dialog, "Text1"), Qt::Key_Delete);
+  control<QTextEdit>(dialog, "Text1").selectAll();
+  QTest::keyClick(&control<QTextEdit>(dialog, "Text1"), Qt::Key_Delete);
   press(dialog, "OKButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses"));
 }
@@ -88,7 +88,7 @@ TEST_F(NotesDialogTest, ChangesNothingWhenTheBoxWasCleared) {
 TEST_F(NotesDialogTest, TakesNoMoreThan1023StoredCharacters) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
-  auto& box = control<QPlainTextEdit>(dialog, "Text1");
+  auto& box = control<QTextEdit>(dialog, "Text1");
   QApplication::clipboard()->setText(QStringLiteral("a\n") + QString(1100, QLatin1Char('n')));
   box.paste();
   press(dialog, "OKButton");
@@ -108,13 +108,13 @@ TEST_F(NotesDialogTest, DeletesAfterConfirmationAndStaysOpen) {
   EXPECT_EQ(file(), std::string(1324, ' '));
   EXPECT_TRUE(dialog.isVisible());
   EXPECT_FALSE(isEnabled(dialog, "DeleteButton"));
-  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(), QString());
+  EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(), QString());
 }
 
 TEST_F(NotesDialogTest, WorksOnTheSiteThatIsSelectedWhenOKIsPressed) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
-  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("roses"));
+  control<QTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("roses"));
   tree_.select(tree_.at("one.two.three"));
   press(dialog, "OKButton");
   EXPECT_EQ(file(), notesRecord("one.two.three", "roses"));
@@ -127,7 +127,7 @@ TEST_F(NotesDialogTest, TellsOfEachFailure) {
   messageBox_.expect("Unable to open Notes window. Path not found.", MessageBoxStyle::Critical);
   dialog.Form_Load();
   EXPECT_EQ(captionOf(dialog), "Notes");
-  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  control<QTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
   files_.reset();
   files_.failAtCall(test::FileCall::WriteAt, 1, 61);
   messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
@@ -147,7 +147,7 @@ TEST_F(NotesDialogTest, AsksBeforeItReplacesNotesThatWereNeverRead) {
   givenNotes("roses");
   NotesDialog dialog(parts());
   loadInVain(dialog);
-  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  control<QTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
   messageBox_.expect(kReplaceUnread, MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel);
   press(dialog, "OKButton");
   EXPECT_TRUE(dialog.isVisible());
@@ -162,7 +162,7 @@ TEST_F(NotesDialogTest, SavesTheFirstNotesOfASiteEvenIfTheFileCouldNotBeReadBefo
   memory_.givenAFile(paths_.currentURLNotesFile, "");
   NotesDialog dialog(parts());
   loadInVain(dialog);
-  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  control<QTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
   press(dialog, "OKButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "tulips"));
 }
@@ -171,7 +171,7 @@ TEST_F(NotesDialogTest, ReplacesNothingWhileTheFileStillCannotBeRead) {
   givenNotes("roses");
   NotesDialog dialog(parts());
   loadInVain(dialog);
-  control<QPlainTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
+  control<QTextEdit>(dialog, "Text1").insertPlainText(QStringLiteral("tulips"));
   files_.failAtCall(test::FileCall::OpenForReading, 1, 75);
   messageBox_.expect("Unable to save notes. Path/file access error.", MessageBoxStyle::Critical);
   press(dialog, "OKButton");
@@ -186,7 +186,7 @@ TEST_F(NotesDialogTest, ShowsNotesThatWereNeverReadBeforeItDeletesThem) {
   messageBox_.expect("Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Ok);
   messageBox_.expect(
       "Delete notes?", MessageBoxStyle::ConfirmQuestion, MessageBoxButton::Cancel, [&dialog] {
-        EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(), QStringLiteral("roses"));
+        EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(), QStringLiteral("roses"));
       });
   press(dialog, "DeleteButton");
   EXPECT_EQ(file(), notesRecord("one.two.three/a", "roses"));

@@ -39,7 +39,7 @@ TEST_F(PurchaseDialogsTest, EnterANewPurchaseUnderThePresentDate) {
   control<QLineEdit>(dialog, "Text3").insert(QStringLiteral("9.95"));
   control<QLineEdit>(dialog, "Text4").insert(QStringLiteral("1"));
   control<QLineEdit>(dialog, "Text2").insert(QStringLiteral("card"));
-  control<QPlainTextEdit>(dialog, "Text5").insertPlainText(QStringLiteral("brass\nold"));
+  control<QTextEdit>(dialog, "Text5").insertPlainText(QStringLiteral("brass\nold"));
   press(dialog, "OKButton");
   EXPECT_EQ(file(), purchaseRecord("one.two.three/a", {.dateStamp = "1/2/26 3:04:05 PM~",
                                                        .price = "9.95~",
@@ -72,7 +72,7 @@ TEST_F(PurchaseDialogsTest, ShowAPurchaseAsItIsStored) {
   EXPECT_EQ(control<QLineEdit>(dialog, "Text3").text(), QStringLiteral("9.95"));
   EXPECT_EQ(control<QLineEdit>(dialog, "Text4").text(), QStringLiteral("1"));
   EXPECT_EQ(control<QLineEdit>(dialog, "Text2").text(), QStringLiteral("card"));
-  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text5").toPlainText(), QStringLiteral("brass\nold"));
+  EXPECT_EQ(control<QTextEdit>(dialog, "Text5").toPlainText(), QStringLiteral("brass\nold"));
   EXPECT_EQ(control<QLineEdit>(dialog, "Text6").text(), QStringLiteral("1/2/26 3:04:05 PM"));
 }
 
@@ -100,7 +100,7 @@ TEST_F(PurchaseDialogsTest, LetAPurchaseThatIsTooLongForItsBoxesBeRead) {
   dialog.Form_Load();
   dialog.getExistingRecord("1/2/26 3:04:05 PM");
   EXPECT_EQ(control<QLineEdit>(dialog, "Text2").cursorPosition(), 0);
-  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text5").toolTip(),
+  EXPECT_EQ(control<QTextEdit>(dialog, "Text5").toolTip(),
             QStringLiteral("<p style='white-space:pre'>&lt;b&gt;1&lt;/b&gt;"
                            "\n2\n3\n4\n5\n6\n7</p>"));
 }
@@ -125,7 +125,7 @@ TEST_F(PurchaseDialogsTest, OpenAndDeleteAPurchaseWhoseTextsHaveLostTheirTildes)
   QTimer::singleShot(0, &mainWindow_, [&description] {
     auto* const purchase = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(purchase, nullptr);
-    description = control<QPlainTextEdit>(*purchase, "Text5").toPlainText();
+    description = control<QTextEdit>(*purchase, "Text5").toPlainText();
     press(*purchase, "DeleteButton");
     purchase->reject();
   });

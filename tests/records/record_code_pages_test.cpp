@@ -3,6 +3,8 @@
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QTextBlock>
+#include <QTextLayout>
 
 #include "records/new_purchase_dialog.h"
 #include "records/notes_dialog.h"
@@ -63,22 +65,21 @@ TEST_P(RecordCodePages, StoreANote) {
   {
     NotesDialog dialog(parts());
     load(dialog);
-    type(control<QPlainTextEdit>(dialog, "Text1"), word() + QStringLiteral(" \u4E66"));
-    EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(),
+    type(control<QTextEdit>(dialog, "Text1"), word() + QStringLiteral(" \u4E66"));
+    EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(),
               storedWord() + QStringLiteral(" ?"));
     press(dialog, "OKButton");
   }
   EXPECT_EQ(memory_.bytesOf(paths_.currentURLNotesFile), notesRecord(kSite, bytes() + " ?"));
   NotesDialog again(parts());
   load(again);
-  EXPECT_EQ(control<QPlainTextEdit>(again, "Text1").toPlainText(),
-            storedWord() + QStringLiteral(" ?"));
+  EXPECT_EQ(control<QTextEdit>(again, "Text1").toPlainText(), storedWord() + QStringLiteral(" ?"));
 }
 
 TEST_P(RecordCodePages, StoreANoteFromAnInputMethod) {
   NotesDialog dialog(parts());
   load(dialog);
-  commit(control<QPlainTextEdit>(dialog, "Text1"), word());
+  commit(control<QTextEdit>(dialog, "Text1"), word());
   press(dialog, "OKButton");
   EXPECT_EQ(memory_.bytesOf(paths_.currentURLNotesFile), notesRecord(kSite, bytes()));
 }
@@ -106,7 +107,7 @@ TEST_P(RecordCodePages, StoreAPurchase) {
     type(control<QLineEdit>(dialog, "Text1"), word());
     type(control<QLineEdit>(dialog, "Text3"), QStringLiteral("1"));
     type(control<QLineEdit>(dialog, "Text2"), word());
-    type(control<QPlainTextEdit>(dialog, "Text5"), word());
+    type(control<QTextEdit>(dialog, "Text5"), word());
     press(dialog, "OKButton");
   }
   EXPECT_EQ(memory_.bytesOf(paths_.currentPurchasesFile),
@@ -120,7 +121,7 @@ TEST_P(RecordCodePages, StoreAPurchase) {
   load(again);
   again.getExistingRecord("1/2/26 3:04:05 PM");
   EXPECT_EQ(control<QLineEdit>(again, "Text1").text(), storedWord());
-  EXPECT_EQ(control<QPlainTextEdit>(again, "Text5").toPlainText(), storedWord());
+  EXPECT_EQ(control<QTextEdit>(again, "Text5").toPlainText(), storedWord());
 }
 
 INSTANTIATE_TEST_SUITE_P(Page, RecordCodePages, testing::ValuesIn(test::kCodePageSamples),
@@ -139,7 +140,7 @@ TEST_F(TwoMachines, ShowOtherLettersUnderAnotherCodePage) {
   givenNotesInRussian();
   NotesDialog dialog(parts());  // Western
   dialog.Form_Load();
-  EXPECT_EQ(control<QPlainTextEdit>(dialog, "Text1").toPlainText(), QStringLiteral("Æóê"));
+  EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(), QStringLiteral("Æóê"));
 }
 
 TEST_F(TwoMachines, KeepTheBytesThatAreShownAsOtherLetters) {
@@ -148,23 +149,27 @@ TEST_F(TwoMachines, KeepTheBytesThatAreShownAsOtherLetters) {
     NotesDialog western(parts());
     western.Form_Load();
     western.show();
-    control<QPlainTextEdit>(western, "Text1").moveCursor(QTextCursor::End);
-    QTest::keyClicks(&control<QPlainTextEdit>(western, "Text1"), QStringLiteral("!"));
+    control<QTextEdit>(western, "Text1").moveCursor(QTextCursor::End);
+    QTest::keyClicks(&control<QTextEdit>(western, "Text1"), QStringLiteral("!"));
     press(western, "OKButton");
   }
   EXPECT_EQ(memory_.bytesOf(paths_.currentURLNotesFile), notesRecord(kSite, "\xC6\xF3\xEA!"));
   codePage_ = &cyrillic_;
   NotesDialog russian(parts());
   russian.Form_Load();
-  EXPECT_EQ(control<QPlainTextEdit>(russian, "Text1").toPlainText(), QStringLiteral("Жук!"));
+  EXPECT_EQ(control<QTextEdit>(russian, "Text1").toPlainText(), QStringLiteral("Жук!"));
 }
 
-class VietnameseBoxes : public test::RecordDialogStage {
+template <unsigned kNumber>
+class Boxes : public test::RecordDialogStage {
  protected:
-  VietnameseBoxes() { codePage_ = &page_; }
+  Boxes() { codePage_ = &page_; }
 
-  const CodePage page_{1258};
+  const CodePage page_{kNumber};
 };
+
+using VietnameseBoxes = Boxes<1258>;
+using HebrewBoxes = Boxes<1255>;
 
 TEST_F(VietnameseBoxes, CountTheLettersAsTheyAreStored) {
   UIDDialog dialog(parts());
@@ -192,23 +197,30 @@ TEST_F(VietnameseBoxes, TakeBackALetterThatDoesNotFitAndNothingAfterIt) {
 TEST_F(VietnameseBoxes, KeepALetterAndItsToneTogetherAtTheEndOfADescription) {
   NewPurchaseDialog dialog(parts());
   dialog.Form_Load();
-  auto& box = control<QPlainTextEdit>(dialog, "Text5");
+  auto& box = control<QTextEdit>(dialog, "Text5");
   commit(box, QString(98, QLatin1Char('a')) + QStringLiteral("\u1EBF"));  // 100 of 99
   EXPECT_EQ(box.toPlainText(), QString(98, QLatin1Char('a')));
 }
 
-class HebrewBoxes : public test::RecordDialogStage {
- protected:
-  HebrewBoxes() { codePage_ = &page_; }
-
-  const CodePage page_{1255};
-};
+TEST_F(HebrewBoxes, ShowHebrewFromRightToLeftAndEnglishFromLeftToRight) {
+  NotesDialog dialog(parts());
+  dialog.Form_Load();
+  dialog.show();
+  auto& box = control<QTextEdit>(dialog, "Text1");
+  type(box, QStringLiteral("\u05E9\u05DC\u05D5\u05DD"));
+  QTest::keyClick(&box, Qt::Key_Return);
+  QTest::keyClicks(&box, QStringLiteral("shalom"));
+  const int middle = box.viewport()->width() / 2;
+  const QTextBlock hebrew = box.document()->firstBlock();
+  EXPECT_GT(hebrew.layout()->lineAt(0).naturalTextRect().left(), middle);
+  EXPECT_LT(hebrew.next().layout()->lineAt(0).naturalTextRect().right(), middle);
+}
 
 TEST_F(HebrewBoxes, AskAtOnceAboutACharacterInTheMiddleOfText) {
   NotesDialog dialog(parts());
   dialog.Form_Load();
   dialog.show();
-  auto& box = control<QPlainTextEdit>(dialog, "Text1");
+  auto& box = control<QTextEdit>(dialog, "Text1");
   type(box, QStringLiteral("\u05E9\u05DC\u05D5\u05DD abc"));
   box.moveCursor(QTextCursor::Start);
   box.moveCursor(QTextCursor::NextCharacter);

@@ -44,16 +44,7 @@ class RecordDialogFailuresTest : public test::RecordDialogStage {
  protected:
   using Step = std::function<void(QDialog&)>;
 
-  RecordDialogParts agreeingParts() {
-    return {.codePage = *codePage_,
-            .locale = locale_,
-            .files = files_,
-            .clock = clock_,
-            .messageBox = agreeing_,
-            .paths = paths_,
-            .tree = tree_,
-            .mainWindow = mainWindow_};
-  }
+  RecordDialogParts agreeingParts() { return parts(clock_, agreeing_); }
 
   // In each file, a record of another site before and after the site's own.
   void givenRecords() {
@@ -236,14 +227,7 @@ TEST_F(RecordDialogFailuresTest, OfOpeningGiveTheMainWindowItsPointerBack) {
 
 TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
   BrokenClock broken;
-  NewPurchaseDialog dialog({.codePage = *codePage_,
-                            .locale = locale_,
-                            .files = files_,
-                            .clock = broken,
-                            .messageBox = messageBox_,
-                            .paths = paths_,
-                            .tree = tree_,
-                            .mainWindow = mainWindow_});
+  NewPurchaseDialog dialog(parts(broken, messageBox_));
   messageBox_.expect("Unable to open New Purchase window. Out of memory.",
                      MessageBoxStyle::Critical);
   dialog.Form_Load();
@@ -254,14 +238,7 @@ TEST_F(RecordDialogFailuresTest, OfOpeningANewPurchaseAreThoseOfTheClock) {
 TEST_F(RecordDialogFailuresTest, OfOpeningAPurchaseGiveTheListItsPointerBack) {
   givenRecords();
   BrokenClock broken;
-  PurchasesDialog dialog({.codePage = *codePage_,
-                          .locale = locale_,
-                          .files = files_,
-                          .clock = broken,
-                          .messageBox = messageBox_,
-                          .paths = paths_,
-                          .tree = tree_,
-                          .mainWindow = mainWindow_});
+  PurchasesDialog dialog(parts(broken, messageBox_));
   bool somePurchasesToLoad = false;
   dialog.Form_Load(somePurchasesToLoad);
   dialog.findChild<QListWidget*>(QStringLiteral("List1"))->setCurrentRow(0);

@@ -4,9 +4,9 @@
 
 #include <QLineEdit>
 #include <QLocale>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTextEdit>
 
 #include "records/record_dialog.h"
 #include "records/record_file_stage.h"
@@ -26,12 +26,14 @@ class RecordDialogStage : public RecordFileStage {
     clock_.set({.year = 2026, .month = 1, .day = 2, .hour = 15, .minute = 4, .second = 5});
   }
 
-  RecordDialogParts parts() {
+  RecordDialogParts parts() { return parts(clock_, messageBox_); }
+
+  RecordDialogParts parts(Clock& clock, MessageBox& messageBox) {
     return {.codePage = *codePage_,
             .locale = locale_,
             .files = files_,
-            .clock = clock_,
-            .messageBox = messageBox_,
+            .clock = clock,
+            .messageBox = messageBox,
             .paths = paths_,
             .tree = tree_,
             .mainWindow = mainWindow_};

@@ -52,7 +52,7 @@ class RecordDialogTest : public test::RecordDialogStage {
         line->insert(QString(1100, QLatin1Char('x')));
         EXPECT_EQ(line->text().size(), limit) << name;
       } else {
-        auto& text = control<QPlainTextEdit>(dialog, name);
+        auto& text = control<QTextEdit>(dialog, name);
         QApplication::clipboard()->setText(QString(1100, QLatin1Char('x')));
         text.paste();
         EXPECT_EQ(text.toPlainText().size(), limit) << name;

@@ -1,14 +1,7 @@
-// Emulates a window system on top of the accessibility bus, so that the browser scan
-// finds what it looks for in today's browsers:
-//
-//   browser frame                  text: the window's name and " - Netscape"
-//     ComboBox                     text: the address
-//       Edit                       text: the address
-//     msctls_statusbar32           text: "Connect: host" on the one pass in which a
-//                                  visit is seen, else "Done"
-//
-// Only ordinary windows of the known browsers have a window here. Private windows,
-// windows of unknown kind and the windows of all other programs do not.
+// Emulates a window system on top of the accessibility bus: it plays a classic window
+// (browsers/played_windows.h) in front of each ordinary window of the known browsers.
+// Private windows, windows of unknown kind and the windows of all other programs have no
+// window here.
 //
 // One enumeration is one pass. It asks its questions when it begins, and of the pages it
 // reads only that of the first window. A pass waits at most kPassLimit, whatever state
@@ -25,6 +18,7 @@
 #include <vector>
 
 #include "platform/browsers/browser_presentation.h"
+#include "platform/browsers/played_windows.h"
 #include "platform/clock.h"
 #include "platform/code_page.h"
 #include "platform/linux/accessibility_bus.h"
@@ -80,29 +74,13 @@ class AccessibleWindowSystem final : public WindowSystem {
   [[nodiscard]] const PassStatistics& passStatistics() const { return statistics_; }
 
  private:
-  enum class Part : WindowHandle { Frame, ComboBox, Edit, StatusBar };
-  struct Window {
-    std::string title;  // in the code page, like all texts here
-    std::string address;
-    std::string status;
-  };
-  struct Target {
-    const Window* window = nullptr;  // null for a handle of another pass
-    std::size_t index = 0;
-    Part part = Part::Frame;
-  };
-
   void beginPass();
   void ask(const Deadline& deadline);
   [[nodiscard]] bool advance();
   void readFront();
   void showWindows();
-  [[nodiscard]] WindowHandle handleOf(std::size_t index, Part part) const;
-  [[nodiscard]] Target targetOf(WindowHandle handle) const;
-  [[nodiscard]] static const std::string& textOf(const Target& target);
 
   Clock& clock_;
-  const CodePage& codePage_;
   AccessibilityBus bus_;
   BrowserWindows list_;
   std::map<AccessibleId, std::unique_ptr<PageReader>> readers_;  // by frame
@@ -114,8 +92,7 @@ class AccessibleWindowSystem final : public WindowSystem {
   std::chrono::milliseconds readingSince_{};
   std::optional<WindowReading> reading_;  // of this pass
 
-  std::vector<Window> windows_;  // of this pass
-  WindowHandle pass_ = 0;
+  PlayedWindows windows_;
   bool isThrough_ = true;
   std::chrono::milliseconds lastThrough_{};
   unsigned connectionNumber_ = 0;
