@@ -47,8 +47,7 @@ void CodePage::readCharacters() {
   }
 }
 
-// The Vietnamese page has most letters only as a letter and one of five marks. Keyboards
-// type them as one character.
+// Keyboards type a letter with a tone as one character.
 void CodePage::readComposedLetters() {
   std::vector<std::string> pairs;
   for (unsigned mark = kFirstUpperByte; mark < kBytes; ++mark) {
@@ -64,7 +63,10 @@ void CodePage::readComposedLetters() {
   }
   const std::vector<std::u16string> composed = decoded(number_, letters);
   for (std::size_t i = 0; i < letters.size(); ++i) {
-    if (composed[i].size() == 1) bytes_.try_emplace(composed[i].front(), letters[i]);
+    if (composed[i].size() != 1) continue;
+    if (bytes_.try_emplace(composed[i].front(), letters[i]).second) {
+      composed_.emplace(letters[i], composed[i].front());
+    }
   }
 }
 
@@ -112,11 +114,32 @@ std::optional<std::string> CodePage::exactFromUtf8(std::string_view utf8) const 
   return text;
 }
 
+std::u16string CodePage::toUtf16(std::string_view text) const {
+  std::u16string characters;
+  characters.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto pair =
+        composed_.empty() ? composed_.end() : composed_.find(std::string(text.substr(i, 2)));
+    if (pair == composed_.end()) {
+      characters.push_back(characters_[indexOf(text[i])]);
+    } else {
+      characters.push_back(pair->second);
+      ++i;
+    }
+  }
+  return characters;
+}
+
 std::string CodePage::toUtf8(std::string_view text) const {
   std::string utf8;
   utf8.reserve(text.size());
-  for (const char byte : text) appendUtf8(utf8, character(byte));
+  for (const char16_t character : toUtf16(text)) appendUtf8(utf8, character);
   return utf8;
+}
+
+std::size_t CodePage::storedLength(char16_t character) const {
+  const std::string* const bytes = find(character);
+  return bytes == nullptr ? 0 : bytes->size();
 }
 
 bool CodePage::beginsWithIgnoringCase(std::string_view text, std::string_view beginning) const {

@@ -1,9 +1,10 @@
 // The single-byte code page of the data files. A stored character is one byte, so that a
-// field's width is its length in bytes; everything outside the program uses UTF-8.
+// field's width is its length in bytes.
 //
 // Every byte has a character and is stored again as the same byte. A byte that the page
 // does not assign stands for the control character with its number, or from 0xA0 on for a
-// private-use character.
+// private-use character. The Vietnamese page has most letters with a tone only as two
+// bytes, the letter and its mark; they are read as one character.
 #pragma once
 
 #include <array>
@@ -22,20 +23,26 @@ class CodePage {
 
   [[nodiscard]] unsigned number() const { return number_; }
 
-  [[nodiscard]] char16_t character(char byte) const { return characters_[indexOf(byte)]; }
-
   // Each character that is missing from the page, and each malformed sequence, becomes
-  // "?". A letter that the page has only as a letter and a mark becomes these two.
+  // "?".
   [[nodiscard]] std::string fromUtf8(std::string_view utf8) const;
 
   // nullopt when any character would become "?".
   [[nodiscard]] std::optional<std::string> exactFromUtf8(std::string_view utf8) const;
 
+  [[nodiscard]] std::u16string toUtf16(std::string_view text) const;
   [[nodiscard]] std::string toUtf8(std::string_view text) const;
 
+  // How many bytes the character takes: 1 or 2; 0 if it is missing from the page.
+  [[nodiscard]] std::size_t storedLength(char16_t character) const;
+
+  // The most bytes that a character takes.
+  [[nodiscard]] std::size_t longestCharacter() const { return composed_.empty() ? 1 : 2; }
+
   // Two characters are equal except for letter case if and only if this is the same for
-  // both. The same in every locale: "I" and "i" are a pair in the Turkish page, too, and
-  // the letters with and without a dot that have no such partner equal only themselves.
+  // both. It does not depend on the language: in the Turkish page too, "I" and "i" are a
+  // pair, and the capital with a dot and the small letter without one equal only
+  // themselves.
   [[nodiscard]] char folded(char byte) const { return folded_[indexOf(byte)]; }
 
   [[nodiscard]] bool beginsWithIgnoringCase(std::string_view text,
@@ -52,7 +59,8 @@ class CodePage {
 
   unsigned number_;
   std::array<char16_t, kBytes> characters_{};
-  std::map<char16_t, std::string> bytes_;  // one or two for each character
+  std::map<char16_t, std::string> bytes_;     // one or two for each character
+  std::map<std::string, char16_t> composed_;  // characters of two bytes
   std::array<char, kBytes> folded_{};
 };
 

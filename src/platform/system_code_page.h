@@ -14,8 +14,9 @@ namespace quorrix {
 [[nodiscard]] unsigned systemCodePage();
 
 // The characters of each text in the code page. A letter followed by a mark is composed
-// into one character if there is one. Empty for a text with an unassigned byte. Throws
-// kFileNotFound if the system lacks the page.
+// into one character if there is one; for Hebrew only some systems do that. A byte that
+// the page does not assign makes its text empty, or is a control or private-use
+// character. Throws kFileNotFound if the system lacks the page.
 [[nodiscard]] std::vector<std::u16string> decoded(unsigned codePage,
                                                   const std::vector<std::string>& texts);
 

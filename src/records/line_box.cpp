@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "records/stored_text.h"
+#include "shell/plain_text.h"
 
 namespace quorrix {
 namespace {
@@ -19,8 +20,8 @@ class Storing final : public QValidator {
   // the text after the cursor stays.
   State validate(QString& input, int& cursor) const override {
     const QString after = onOneLine(input.mid(cursor));
-    const auto taken = std::min(static_cast<std::size_t>(after.size()), limit_);
-    const QString before = cutToStore(onOneLine(input.left(cursor)), limit_ - taken);
+    const std::size_t taken = std::min(fromQString(codePage_, after).size(), limit_);
+    const QString before = cutToStore(codePage_, onOneLine(input.left(cursor)), limit_ - taken);
     input = before + after;
     cursor = static_cast<int>(before.size());
     return Acceptable;

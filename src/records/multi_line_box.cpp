@@ -33,16 +33,18 @@ void MultiLineBox::showStored(std::string stored) {
 std::string MultiLineBox::value() const {
   const QString raw = rawText();
   if (raw == shown_) return stored_;
-  std::string text = storedText(codePage_, cutToStore(asReadBack(codePage_, raw), limit_));
+  std::string text =
+      storedText(codePage_, cutToStore(codePage_, asReadBack(codePage_, raw), limit_));
   if (!text.empty()) text.resize(std::max(text.size(), stored_.size()), ' ');
   return text;
 }
 
 void MultiLineBox::insertFromMimeData(const QMimeData* source) {
   if (!source->hasText()) return;
-  // A stored character comes from at most two characters of the text. The rest is cut off
+  // A stored character comes from a few characters of the text at most. The rest is cut off
   // here, because laying out a long text takes long.
-  insertPlainText(source->text().left(2 * static_cast<qsizetype>(limit_)));
+  constexpr qsizetype kMostForOne = 4;
+  insertPlainText(source->text().left(kMostForOne * static_cast<qsizetype>(limit_)));
   ensureCursorVisible();
 }
 
@@ -65,7 +67,7 @@ void MultiLineBox::admit(const QString& text, Range part) {
   const std::size_t others =
       storedText(codePage_, QString(text).remove(part.first, part.count)).size();
   const QString admitted =
-      cutToStore(asReadBack(codePage_, entered), others < limit_ ? limit_ - others : 0);
+      cutToStore(codePage_, asReadBack(codePage_, entered), others < limit_ ? limit_ - others : 0);
   if (admitted == inLines(entered)) return;
   const qsizetype end = part.first + part.count;
   const qsizetype position = textCursor().position();
@@ -90,6 +92,8 @@ MultiLineBox::Range MultiLineBox::changedIn(const QString& text) const {
     --oldEnd;
   }
   while (first < end && first < oldEnd && text[first] == text_[first]) ++first;
+  // A mark is stored together with its letter.
+  while (first > 0 && first < end && text[first].isMark()) --first;
   return {first, end - first};
 }
 

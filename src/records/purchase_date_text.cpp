@@ -22,15 +22,21 @@ QString withoutTimeZone(const QString& pattern) {
   return result.replace(kZone, QStringLiteral("\\1")).trimmed();
 }
 
+// Some locales put narrow blanks between the parts, which no code page has.
+QString withPlainBlanks(QString text) {
+  static const QRegularExpression kNarrowBlank(QStringLiteral("[\\x{2009}\\x{202F}]"));
+  return text.replace(kNarrowBlank, QStringLiteral(" "));
+}
+
 }  // namespace
 
 QString purchaseDateText(const LocalDateTime& moment, const QLocale& locale,
                          const CodePage& codePage) {
   const QDate date(moment.year, moment.month, moment.day);
   const QTime time(moment.hour, moment.minute, moment.second);
-  const QString text =
+  const QString text = withPlainBlanks(
       locale.toString(date, QLocale::ShortFormat) % QLatin1Char(' ') %
-      locale.toString(time, withoutTimeZone(locale.timeFormat(QLocale::LongFormat)));
+      locale.toString(time, withoutTimeZone(locale.timeFormat(QLocale::LongFormat))));
   const auto stored = codePage.exactFromUtf8(text.toStdString());
   if (stored && stored->size() <= kRoom) return text;
   return toQString(codePage, accessStampText(moment));

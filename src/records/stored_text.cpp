@@ -19,10 +19,11 @@ QString asReadBack(const CodePage& codePage, const QString& text) {
   return toQString(codePage, fromQString(codePage, inLines(text)));
 }
 
-QString cutToStore(const QString& text, std::size_t room) {
+QString cutToStore(const CodePage& codePage, const QString& text, std::size_t room) {
   qsizetype length = 0;
   for (std::size_t stored = 0; length < text.size(); ++length) {
-    stored += text[length] == QLatin1Char('\n') ? 2U : 1U;
+    const QChar character = text[length];
+    stored += character == QLatin1Char('\n') ? 2U : codePage.storedLength(character.unicode());
     if (stored > room) break;
   }
   if (length < text.size()) {

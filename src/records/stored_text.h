@@ -23,6 +23,6 @@ namespace quorrix {
 
 // The longest beginning of a text that was read back whose stored form has at most `room`
 // characters. A letter is not separated from its marks.
-[[nodiscard]] QString cutToStore(const QString& text, std::size_t room);
+[[nodiscard]] QString cutToStore(const CodePage& codePage, const QString& text, std::size_t room);
 
 }  // namespace quorrix

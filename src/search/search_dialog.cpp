@@ -143,9 +143,10 @@ void SearchDialog::Form_Load() {
 // open and destroy the dialog.
 void SearchDialog::OKButton_Click() {
   guarded(*this, parts_.messageBox, FailureFamily::ProcessSearch, [this] {
-    const SearchCriteria criteria{.userSearchType = userSearchType(),
-                                  .searchText = Text3_->text().toStdString(),
-                                  .searchDate = searchDate()};
+    const SearchCriteria criteria{
+        .userSearchType = userSearchType(),
+        .searchText = Text3_->text().normalized(QString::NormalizationForm_C).toStdString(),
+        .searchDate = searchDate()};
     if (criteria.userSearchType != UserSearchType::Url) focusWrongDatePart(criteria.searchDate);
     const std::vector<std::string> found = matchesOf(criteria);
     if (found.empty()) {

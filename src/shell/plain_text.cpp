@@ -3,7 +3,6 @@
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <QStringList>
-#include <algorithm>
 
 namespace quorrix {
 
@@ -38,16 +37,21 @@ QStringList broken(QString line) {
 }  // namespace
 
 QString toQString(const CodePage& codePage, std::string_view text) {
-  QString result(static_cast<qsizetype>(text.size()), Qt::Uninitialized);
-  std::transform(text.begin(), text.end(), result.begin(),
-                 [&codePage](char byte) { return QChar(codePage.character(byte)); });
-  return result;
+  return QString::fromStdU16String(codePage.toUtf16(text));
 }
 
 std::string fromQString(const CodePage& codePage, const QString& text) {
-  const auto exact = codePage.exactFromUtf8(text.toStdString());
-  if (exact) return *exact;
-  return codePage.fromUtf8(text.normalized(QString::NormalizationForm_C).toStdString());
+  std::string stored;
+  for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
+    end = begin + (text[begin].isHighSurrogate() ? 2 : 1);
+    while (end < text.size() && text[end].isMark()) ++end;
+    const QString letter = text.mid(begin, end - begin);
+    const auto exact = codePage.exactFromUtf8(letter.toStdString());
+    stored +=
+        exact ? *exact
+              : codePage.fromUtf8(letter.normalized(QString::NormalizationForm_C).toStdString());
+  }
+  return stored;
 }
 
 std::optional<QString> fromUtf8(std::string_view text) {

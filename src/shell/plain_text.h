@@ -13,8 +13,8 @@ namespace quorrix {
 
 [[nodiscard]] QString toQString(const CodePage& codePage, std::string_view text);
 
-// A character that is not in the code page becomes "?". If there is any, letters with
-// separate marks are first composed, because most pages have them only in that form.
+// A character that is not in the code page becomes "?". A letter and its separate marks
+// are first composed if the page does not have them apart.
 [[nodiscard]] std::string fromQString(const CodePage& codePage, const QString& text);
 
 // nullopt if the text is malformed.

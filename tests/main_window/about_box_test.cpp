@@ -8,6 +8,7 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QTest>
+#include <utility>
 
 #include "shell/resources.h"
 #include "support/code_pages.h"
@@ -36,6 +37,22 @@ TEST(VersionText, HasThreePlainNumbers) {
   EXPECT_EQ(versionText({.major = 1, .minor = 0, .revision = 3}), QStringLiteral("Version 1.0.3"));
   EXPECT_EQ(versionText({.major = 12, .minor = 1000, .revision = 0}),
             QStringLiteral("Version 12.1000.0"));
+}
+
+TEST(CodePageText, NamesNumberAndScript) {
+  for (const auto& [number, text] :
+       {std::pair{874U, "Stores text in code page 874 (Thai)."},
+        std::pair{1250U, "Stores text in code page 1250 (Central European)."},
+        std::pair{1251U, "Stores text in code page 1251 (Cyrillic)."},
+        std::pair{1252U, "Stores text in code page 1252 (Western)."},
+        std::pair{1253U, "Stores text in code page 1253 (Greek)."},
+        std::pair{1254U, "Stores text in code page 1254 (Turkish)."},
+        std::pair{1255U, "Stores text in code page 1255 (Hebrew)."},
+        std::pair{1256U, "Stores text in code page 1256 (Arabic)."},
+        std::pair{1257U, "Stores text in code page 1257 (Baltic)."},
+        std::pair{1258U, "Stores text in code page 1258 (Vietnamese)."}}) {
+    EXPECT_EQ(codePageText(CodePage(number)), QString::fromLatin1(text));
+  }
 }
 
 TEST_F(AboutBoxTest, TellsNameAndVersion) {

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <algorithm>
 
 #include "records/new_purchase_dialog.h"
 #include "records/notes_dialog.h"
@@ -38,23 +39,18 @@ void commit(QWidget& box, const QString& text) {
   QApplication::sendEvent(&box, &event);
 }
 
+template <typename Dialog>
+void load(Dialog& dialog) {
+  dialog.Form_Load();
+  dialog.show();
+}
+
 class RecordCodePages : public test::RecordDialogStage,
                         public testing::WithParamInterface<CodePageSample> {
  protected:
   RecordCodePages() { codePage_ = &page_; }
 
-  template <typename Dialog>
-  void load(Dialog& dialog) {
-    dialog.Form_Load();
-    dialog.show();
-  }
-
   [[nodiscard]] static QString word() { return QString::fromUtf8(GetParam().word); }
-
-  // The word as it comes back: the Vietnamese page has a letter and its tone apart.
-  [[nodiscard]] static QString storedWord() {
-    return GetParam().codePage == 1258 ? QStringLiteral("Ti\u00EA\u0301ng") : word();
-  }
 
   [[nodiscard]] static std::string bytes() { return GetParam().bytes; }
 
@@ -66,14 +62,13 @@ TEST_P(RecordCodePages, StoreANote) {
     NotesDialog dialog(parts());
     load(dialog);
     type(control<QTextEdit>(dialog, "Text1"), word() + QStringLiteral(" \u4E66"));
-    EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(),
-              storedWord() + QStringLiteral(" ?"));
+    EXPECT_EQ(control<QTextEdit>(dialog, "Text1").toPlainText(), word() + QStringLiteral(" ?"));
     press(dialog, "OKButton");
   }
   EXPECT_EQ(memory_.bytesOf(paths_.currentURLNotesFile), notesRecord(kSite, bytes() + " ?"));
   NotesDialog again(parts());
   load(again);
-  EXPECT_EQ(control<QTextEdit>(again, "Text1").toPlainText(), storedWord() + QStringLiteral(" ?"));
+  EXPECT_EQ(control<QTextEdit>(again, "Text1").toPlainText(), word() + QStringLiteral(" ?"));
 }
 
 TEST_P(RecordCodePages, StoreANoteFromAnInputMethod) {
@@ -96,8 +91,8 @@ TEST_P(RecordCodePages, StoreAUserIDAndPassword) {
             userIDPasswordRecord(kSite, bytes() + "1", bytes()));
   UIDDialog again(parts());
   load(again);
-  EXPECT_EQ(control<QLineEdit>(again, "Text1").text(), storedWord());
-  EXPECT_EQ(control<QLineEdit>(again, "Text2").text(), storedWord() + QLatin1Char('1'));
+  EXPECT_EQ(control<QLineEdit>(again, "Text1").text(), word());
+  EXPECT_EQ(control<QLineEdit>(again, "Text2").text(), word() + QLatin1Char('1'));
 }
 
 TEST_P(RecordCodePages, StoreAPurchase) {
@@ -120,8 +115,36 @@ TEST_P(RecordCodePages, StoreAPurchase) {
   NewPurchaseDialog again(parts());
   load(again);
   again.getExistingRecord("1/2/26 3:04:05 PM");
-  EXPECT_EQ(control<QLineEdit>(again, "Text1").text(), storedWord());
-  EXPECT_EQ(control<QTextEdit>(again, "Text5").toPlainText(), storedWord());
+  EXPECT_EQ(control<QLineEdit>(again, "Text1").text(), word());
+  EXPECT_EQ(control<QTextEdit>(again, "Text5").toPlainText(), word());
+}
+
+// All but blanks and line breaks, which the boxes treat in their own ways, and NUL.
+TEST_P(RecordCodePages, KeepEveryByteOfNotesThatAreContinued) {
+  std::string all;
+  for (int byte = 0x21; byte < 0x100; ++byte) all.push_back(static_cast<char>(byte));
+  memory_.givenAFile(paths_.currentURLNotesFile, notesRecord(kSite, all));
+  NotesDialog dialog(parts());
+  load(dialog);
+  type(control<QTextEdit>(dialog, "Text1"), QStringLiteral("!"));
+  press(dialog, "OKButton");
+  EXPECT_EQ(memory_.bytesOf(paths_.currentURLNotesFile), notesRecord(kSite, all + "!"));
+}
+
+TEST_P(RecordCodePages, KeepEveryByteOfAUserIDThatIsSavedAgain) {
+  for (int first = 0x21; first < 0x100; first += 29) {
+    std::string userID;
+    for (int byte = first; byte < std::min(first + 29, 0x100); ++byte) {
+      userID.push_back(static_cast<char>(byte));
+    }
+    memory_.givenAFile(paths_.currentUserIDPasswordFile, userIDPasswordRecord(kSite, "", userID));
+    UIDDialog dialog(parts());
+    load(dialog);
+    control<QLineEdit>(dialog, "Text2").insert(QStringLiteral("new"));
+    press(dialog, "OKButton");
+    EXPECT_EQ(memory_.bytesOf(paths_.currentUserIDPasswordFile),
+              userIDPasswordRecord(kSite, "new", userID));
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Page, RecordCodePages, testing::ValuesIn(test::kCodePageSamples),
@@ -160,6 +183,21 @@ TEST_F(TwoMachines, KeepTheBytesThatAreShownAsOtherLetters) {
   EXPECT_EQ(control<QTextEdit>(russian, "Text1").toPlainText(), QStringLiteral("Жук!"));
 }
 
+TEST_F(TwoMachines, ShowAndDeleteAPurchaseOfTheOther) {
+  const std::string record =
+      purchaseRecord(kSite, {.dateStamp = "2 \xED\xEE\xFF 2026~", .item = "\xC6\xF3\xEA~"});
+  memory_.givenAFile(paths_.currentPurchasesFile, record);
+  NewPurchaseDialog dialog(parts());
+  load(dialog);
+  dialog.getExistingRecord("2 \xED\xEE\xFF 2026");
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QStringLiteral("Æóê"));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text6").text(), QStringLiteral("2 íîÿ 2026"));
+  messageBox_.expect("Delete purchase information?", MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Ok);
+  press(dialog, "DeleteButton");
+  EXPECT_EQ(memory_.bytesOf(paths_.currentPurchasesFile), std::string(542, ' '));
+}
+
 template <unsigned kNumber>
 class Boxes : public test::RecordDialogStage {
  protected:
@@ -176,11 +214,23 @@ TEST_F(VietnameseBoxes, CountTheLettersAsTheyAreStored) {
   dialog.Form_Load();
   auto& box = control<QLineEdit>(dialog, "Text1");
   type(box, QString(14, QChar(0x1EBF)));  // fourteen letters with a tone: 28 of 29 characters
+  EXPECT_EQ(box.text(), QString(14, QChar(0x1EBF)));
   EXPECT_EQ(fromQString(page_, box.text()).size(), 28U);
   type(box, QStringLiteral("\u1EBF"));  // does not fit, with its tone
   EXPECT_EQ(fromQString(page_, box.text()).size(), 28U);
   type(box, QStringLiteral("x"));
   EXPECT_EQ(fromQString(page_, box.text()).size(), 29U);
+}
+
+// As input methods do that correct the letter before: one backspace for each letter.
+TEST_F(VietnameseBoxes, TakeBackALetterWithItsToneAtOnce) {
+  UIDDialog dialog(parts());
+  dialog.Form_Load();
+  auto& box = control<QLineEdit>(dialog, "Text1");
+  type(box, QStringLiteral("m\u1EE7a"));
+  QTest::keyClick(&box, Qt::Key_Backspace);
+  QTest::keyClick(&box, Qt::Key_Backspace);
+  EXPECT_EQ(box.text(), QStringLiteral("m"));
 }
 
 TEST_F(VietnameseBoxes, TakeBackALetterThatDoesNotFitAndNothingAfterIt) {
@@ -229,6 +279,17 @@ TEST_F(HebrewBoxes, AskAtOnceAboutACharacterInTheMiddleOfText) {
   press(dialog, "OKButton");
   EXPECT_EQ(memory_.bytesOf(paths_.currentURLNotesFile),
             notesRecord(kSite, "\xF9?\xEC\xE5\xED abc"));
+}
+
+TEST_F(HebrewBoxes, AskAtOnceAboutACharacterInTheMiddleOfAUserID) {
+  UIDDialog dialog(parts());
+  dialog.Form_Load();
+  auto& box = control<QLineEdit>(dialog, "Text1");
+  type(box, QStringLiteral("\u05E9\u05DC\u05D5\u05DD"));
+  box.setCursorPosition(1);
+  type(box, QStringLiteral("\u0416"));
+  EXPECT_EQ(box.text(), QStringLiteral("\u05E9?\u05DC\u05D5\u05DD"));
+  EXPECT_EQ(box.cursorPosition(), 2);
 }
 
 // A letter with its point as one character, as some programs put it on the clipboard.

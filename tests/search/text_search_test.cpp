@@ -55,6 +55,19 @@ TEST(TextSearch, IgnoresTheCaseOfLettersWithMarks) {
   EXPECT_TRUE(isIn("\x8A\x8E", "\x9A\x9E"));
 }
 
+// Sigma has a second small letter at the end of words.
+TEST(TextSearch, FindsALetterInEachOfThreeForms) {
+  const CodePage greek(1253);
+  const std::string words[] = {greek.fromUtf8("ΣΟΦΟΣ"), greek.fromUtf8("σοφος"),
+                               greek.fromUtf8("ςοφοσ")};
+  for (const std::string& sought : words) {
+    for (const std::string& text : words) {
+      EXPECT_TRUE(TextSearch(greek, sought).isIn("/" + text + "/")) << sought << ' ' << text;
+    }
+    EXPECT_FALSE(TextSearch(greek, sought).isIn(greek.fromUtf8("ζοφος")));
+  }
+}
+
 TEST(TextSearch, TellsLettersFromTheSameLettersWithMarks) {
   EXPECT_FALSE(isIn("cafe", "caf\xE9.example"));
   EXPECT_FALSE(isIn("caf\xE9", "cafe.example"));

@@ -45,6 +45,10 @@ TEST(FromQString, LeavesLettersAndMarksThatTheCodePageHasApart) {
   EXPECT_EQ(fromQString(CodePage(1258), QStringLiteral("e\u0301 \u00E9")), "e\xEC \xE9");
 }
 
+TEST(FromQString, ComposesOnlyTheLettersThatNeedIt) {
+  EXPECT_EQ(fromQString(CodePage(1258), QStringLiteral("e\u0301\u0416")), "e\xEC?");
+}
+
 TEST(FromPlatformText, ReadsUtf8) {
   EXPECT_EQ(fromPlatformText(test::westernCodePage(), "/home/Zo\xc3\xab/\xe6\x97\xa5"),
             QStringLiteral("/home/Zo\u00eb/\u65e5"));

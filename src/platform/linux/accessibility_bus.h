@@ -14,9 +14,9 @@
 #include <vector>
 
 #include "platform/clock.h"
+#include "platform/deadline.h"
 #include "platform/linux/accessibility_service.h"
 #include "platform/linux/bus_connection.h"
-#include "platform/linux/deadline.h"
 #include "platform/linux/question.h"
 
 namespace quorrix {

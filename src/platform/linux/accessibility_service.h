@@ -10,8 +10,8 @@
 #include <string>
 
 #include "platform/clock.h"
+#include "platform/deadline.h"
 #include "platform/linux/bus_connection.h"
-#include "platform/linux/deadline.h"
 
 namespace quorrix {
 

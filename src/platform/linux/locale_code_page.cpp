@@ -17,10 +17,19 @@ struct Script {
 };
 
 constexpr Script kScripts[] = {
-    {"az", "cyrillic", 1251},       {"be", "latin", 1250},   {"bs", "cyrillic", 1251},
-    {"ks", "devanagari", kWestern}, {"ku", "IQ", 1256},      {"ku", "IR", 1256},
-    {"mn", "CN", kWestern},         {"pa", "PK", 1256},      {"sd", "devanagari", kWestern},
-    {"sr", "latin", 1250},          {"tt", "iqtelif", 1254}, {"uz", "cyrillic", 1251},
+    {"az", "cyrillic", 1251},
+    {"az", "IR", 1256},
+    {"be", "latin", 1250},
+    {"bs", "cyrillic", 1251},
+    {"ks", "devanagari", kWestern},
+    {"ku", "IQ", 1256},
+    {"ku", "IR", 1256},
+    {"mn", "CN", kWestern},
+    {"pa", "PK", 1256},
+    {"sd", "devanagari", kWestern},
+    {"sr", "latin", 1250},
+    {"tt", "iqtelif", 1254},
+    {"uz", "cyrillic", 1251},
 };
 
 struct Language {
@@ -31,6 +40,8 @@ struct Language {
 constexpr Language kLanguages[] = {
     // Central European
     {"bs", 1250},
+    {"csb", 1250},
+    {"szl", 1250},
     {"cs", 1250},
     {"hr", 1250},
     {"hu", 1250},
@@ -42,6 +53,7 @@ constexpr Language kLanguages[] = {
     {"sq", 1250},
     {"tk", 1250},
     // Cyrillic
+    {"ab", 1251},
     {"ba", 1251},
     {"be", 1251},
     {"bg", 1251},
@@ -86,6 +98,7 @@ constexpr Language kLanguages[] = {
     {"et", 1257},
     {"lt", 1257},
     {"ltg", 1257},
+    {"sgs", 1257},
     {"lv", 1257},
     // Vietnamese and Thai
     {"vi", 1258},

@@ -54,14 +54,20 @@ class Converter {
   iconv_t handle_;
 };
 
-// The program's own locale may be "C", in which only the letters of ASCII have a case.
+// The program's own locale may be "C", in which only the letters of ASCII have a case. A
+// system without "C.UTF-8" has to do with them.
+locale_t localeOfAllLetters() {
+  const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale ? locale : ::newlocale(LC_CTYPE_MASK, "C", nullptr);
+}
+
 template <typename Change>
 std::u16string changed(std::u16string_view characters, Change change) {
   const std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&::freelocale)> locale(
-      ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr), &::freelocale);
+      localeOfAllLetters(), &::freelocale);
   std::u16string result(characters);
   for (char16_t& character : result) {
-    if (locale) character = static_cast<char16_t>(change(character, locale.get()));
+    character = static_cast<char16_t>(change(character, locale.get()));
   }
   return result;
 }

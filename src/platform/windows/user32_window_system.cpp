@@ -103,7 +103,9 @@ std::size_t User32WindowSystem::SendMessageA(WindowHandle window, WindowMessage 
     silentThread_ = thread;
     return 0;
   }
-  return wantsText ? copyText(wide, answer, buffer) : std::min<std::size_t>(answer, kLongestText);
+  // The text in the code page may be longer than the window says.
+  return wantsText ? copyText(wide, answer, buffer)
+                   : std::min<std::size_t>(answer, kLongestText) * codePage_.longestCharacter();
 }
 
 // Copies the first `count` characters of `wide`, or as many as fit, and a NUL.

@@ -119,12 +119,20 @@ TEST_F(User32WindowSystemTest, CutsATitleOfMoreThan1023Characters) {
   EXPECT_EQ(titleOf(browser_.frame()), std::string(1023, 't'));
 }
 
-TEST_F(User32WindowSystemTest, GivesTextInWindows1252WhateverTheMachineIsSetTo) {
+TEST_F(User32WindowSystemTest, GivesTextInTheCodePageWhateverTheMachineIsSetTo) {
   browser_.shows(L"\u20AC \u00E9 \u2014 \u0416 \u66F8");
   EXPECT_EQ(titleOf(browser_.frame()), "\x80 \xE9 \x97 ? ?");
   browser_.typeAddress(L"caf\u00E9.test/\u0416");
   EXPECT_EQ(textOf(browser_.addressEdit(), 100), "caf\xE9.test/?");
   EXPECT_EQ(textLengthOf(browser_.addressEdit()), 11U);
+}
+
+// A letter with a tone is one character of the window and two of the code page.
+TEST_F(User32WindowSystemTest, HasRoomForAVietnameseAddress) {
+  const CodePage vietnamese(1258);
+  User32WindowSystem windows(vietnamese, 20s);
+  browser_.typeAddress(L"http://one.two.three/ti\u1EBFng");
+  EXPECT_EQ(scan(windows).webAddress, "http://one.two.three/ti\xEA\xECng");
 }
 
 TEST_F(User32WindowSystemTest, WalksParentsChildrenAndSiblings) {
