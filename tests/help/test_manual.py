@@ -23,7 +23,7 @@ NO_MESSAGES = {
     "Open the folder to make the new one in, enter its name and then click OK.",
     "Find in the manual",
     "Made with Qt",
-    "Stores text in code page %1.",
+    "Stores text in code page",
     "Icon of Quorrix",
     "Enter information about a purchase made on this website location.",
     "Enter notes for this website location.",
