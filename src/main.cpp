@@ -24,7 +24,7 @@
 #ifdef _WIN32
 #include <QWinEventNotifier>
 
-#include "platform/windows/user32_window_system.h"
+#include "platform/windows/desktop_window_system.h"
 #include "platform/windows/windows_command_shell.h"
 #include "platform/windows/windows_file_system.h"
 #else
@@ -44,9 +44,9 @@ namespace {
 using RealFileSystem = quorrix::WindowsFileSystem;
 using RealCommandShell = quorrix::WindowsCommandShell;
 
-quorrix::User32WindowSystem windowSystem(quorrix::Clock& /*clock*/,
-                                         const quorrix::CodePage& codePage) {
-  return quorrix::User32WindowSystem(codePage);
+quorrix::DesktopWindowSystem windowSystem(quorrix::Clock& clock,
+                                          const quorrix::CodePage& codePage) {
+  return quorrix::DesktopWindowSystem(clock, codePage);
 }
 
 std::unique_ptr<QWinEventNotifier> notifierOf(const quorrix::FolderClaim& claim) {
@@ -156,7 +156,7 @@ int main(int argc, char* argv[]) {
   }
   quorrix::MainForm form({.paths = paths,
                           .codePage = *codePage,
-                          .locale = QLocale::system(),
+                          .locale = quorrix::localeOfDates(),
                           .files = files,
                           .clock = clock,
                           .events = events,

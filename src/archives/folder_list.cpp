@@ -9,6 +9,7 @@
 
 #include "archives/shown_path.h"
 #include "platform/failure.h"
+#include "shell/single_line.h"
 
 namespace quorrix {
 namespace {
@@ -44,6 +45,11 @@ class FolderDelegate final : public QStyledItemDelegate {
     const QSize name = QStyledItemDelegate::sizeHint(option, index);
     return {indentOf(index) + icon.width() + kIconGap + name.width(),
             std::max(icon.height(), name.height())};
+  }
+
+  // A name keeps its own direction.
+  [[nodiscard]] QString displayText(const QVariant& value, const QLocale& locale) const override {
+    return inItsOwnDirection(QStyledItemDelegate::displayText(value, locale));
   }
 
  protected:

@@ -1,6 +1,5 @@
 #include "main_window/desktop_platform.h"
 
-#include <QLocale>
 #include <utility>
 
 namespace quorrix {
@@ -12,6 +11,16 @@ std::string preferredPlatform(const DesktopEnvironment& environment) {
 
 Qt::LayoutDirection desktopDirection(const QStringList& languages) {
   return languages.isEmpty() ? Qt::LeftToRight : QLocale(languages.first()).textDirection();
+}
+
+QLocale localeOfDates() {
+#ifndef _WIN32
+  for (const char* const variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+    const QString name = qEnvironmentVariable(variable);
+    if (!name.isEmpty()) return QLocale(name);
+  }
+#endif
+  return QLocale::system();
 }
 
 // The platform goes after the program's name and before the user's own arguments, because

@@ -1,7 +1,8 @@
 // What the program takes from the desktop before its first window: which of Qt's
-// platforms to run on, and the direction of the layout.
+// platforms to run on, the direction of the layout, and the locale of dates.
 #pragma once
 
+#include <QLocale>
 #include <QStringList>
 #include <Qt>
 #include <string>
@@ -22,6 +23,10 @@ struct DesktopEnvironment {
 // The direction of the desktop's first language, such as "ar-EG". Qt would take it from a
 // translation of the program, and there is none.
 [[nodiscard]] Qt::LayoutDirection desktopDirection(const QStringList& languages);
+
+// The locale in which the user writes dates. On Linux, LC_TIME counts alone, and not the
+// digits of another category.
+[[nodiscard]] QLocale localeOfDates();
 
 // The program's arguments for Qt, including the platform. The platform is not set as an
 // environment variable, because every program that this one starts, such as the browser,

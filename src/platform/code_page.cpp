@@ -14,6 +14,8 @@ constexpr unsigned kFirstPrintableUpperByte = 0xA0;
 constexpr char16_t kPrivateUse = 0xF700;  // plus the byte
 constexpr char16_t kFinalSigma = 0x03C2;
 constexpr char16_t kSigma = 0x03C3;
+constexpr char16_t kCapitalIWithDot = 0x0130;
+constexpr char16_t kSmallIWithoutDot = 0x0131;
 
 char16_t standInFor(unsigned byte) {
   return static_cast<char16_t>(byte < kFirstPrintableUpperByte ? byte : kPrivateUse + byte);
@@ -70,7 +72,8 @@ void CodePage::readComposedLetters() {
   }
 }
 
-// Two letters are a pair only if each is the other's.
+// Two letters are a pair only if each is the other's. Greek and Turkish have letters with
+// more forms.
 void CodePage::readLetterCase() {
   const std::u16string small =
       smallLetters(std::u16string_view(characters_.data(), characters_.size()));
@@ -78,6 +81,7 @@ void CodePage::readLetterCase() {
   for (std::size_t byte = 0; byte < kBytes; ++byte) {
     char16_t letter = capitals[byte] == characters_[byte] ? small[byte] : characters_[byte];
     if (letter == kFinalSigma) letter = kSigma;
+    if (letter == kCapitalIWithDot || letter == kSmallIWithoutDot) letter = u'i';
     const std::string* const stored = find(letter);
     const bool isInPage = stored != nullptr && stored->size() == 1;
     folded_[byte] = isInPage ? stored->front() : static_cast<char>(byte);

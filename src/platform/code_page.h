@@ -40,9 +40,8 @@ class CodePage {
   [[nodiscard]] std::size_t longestCharacter() const { return composed_.empty() ? 1 : 2; }
 
   // Two characters are equal except for letter case if and only if this is the same for
-  // both. It does not depend on the language: in the Turkish page too, "I" and "i" are a
-  // pair, and the capital with a dot and the small letter without one equal only
-  // themselves.
+  // both. It does not depend on the language: in the Turkish page, "I" and "i" are equal,
+  // and so are both to the capital with a dot and the small letter without one.
   [[nodiscard]] char folded(char byte) const { return folded_[indexOf(byte)]; }
 
   [[nodiscard]] bool beginsWithIgnoringCase(std::string_view text,

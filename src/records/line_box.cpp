@@ -1,5 +1,8 @@
 #include "records/line_box.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QValidator>
 #include <algorithm>
 
@@ -8,6 +11,10 @@
 
 namespace quorrix {
 namespace {
+
+QString onOneLine(const CodePage& codePage, const QString& text) {
+  return asReadBack(codePage, text).replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
 
 // Accepts every text. A validator is where QLineEdit lets its text be changed before it
 // is shown.
@@ -19,28 +26,47 @@ class Storing final : public QValidator {
   // A letter that is stored as two characters may exceed the limit. It is then taken back;
   // the text after the cursor stays.
   State validate(QString& input, int& cursor) const override {
-    const QString after = onOneLine(input.mid(cursor));
+    const QString after = onOneLine(codePage_, input.mid(cursor));
     const std::size_t taken = std::min(fromQString(codePage_, after).size(), limit_);
-    const QString before = cutToStore(codePage_, onOneLine(input.left(cursor)), limit_ - taken);
+    const QString before =
+        cutToStore(codePage_, onOneLine(codePage_, input.left(cursor)), limit_ - taken);
     input = before + after;
     cursor = static_cast<int>(before.size());
     return Acceptable;
   }
 
  private:
-  [[nodiscard]] QString onOneLine(const QString& text) const {
-    return asReadBack(codePage_, text).replace(QLatin1Char('\n'), QLatin1Char(' '));
-  }
-
   std::size_t limit_;
   const CodePage& codePage_;
 };
 
 }  // namespace
 
-LineBox::LineBox(std::size_t limit, const CodePage& codePage, QWidget* parent) : QLineEdit(parent) {
+LineBox::LineBox(std::size_t limit, const CodePage& codePage, QWidget* parent)
+    : QLineEdit(parent), codePage_(codePage) {
   setMaxLength(static_cast<int>(limit));
   setValidator(new Storing(limit, codePage, this));
+}
+
+void LineBox::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Paste)) {
+    const QString pasted = QApplication::clipboard()->text();
+    const QString stored = onOneLine(codePage_, pasted);
+    return stored == pasted ? paste() : insert(stored);
+  }
+  const QString stored = onOneLine(codePage_, event->text());
+  const bool isTyped = !event->text().isEmpty() && event->text().front().isPrint();
+  if (!isTyped || stored == event->text()) return QLineEdit::keyPressEvent(event);
+  QKeyEvent converted(event->type(), event->key(), event->modifiers(), stored,
+                      event->isAutoRepeat());
+  QLineEdit::keyPressEvent(&converted);
+}
+
+void LineBox::inputMethodEvent(QInputMethodEvent* event) {
+  QInputMethodEvent converted(event->preeditString(), event->attributes());
+  converted.setCommitString(onOneLine(codePage_, event->commitString()), event->replacementStart(),
+                            event->replacementLength());
+  QLineEdit::inputMethodEvent(&converted);
 }
 
 }  // namespace quorrix

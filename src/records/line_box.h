@@ -15,6 +15,15 @@ class LineBox final : public QLineEdit {
  public:
   // Typing and pasting stop at `limit` stored characters. `codePage` must outlive the box.
   LineBox(std::size_t limit, const CodePage& codePage, QWidget* parent);
+
+ protected:
+  // Typed and pasted text is converted before it is inserted. A change of inserted text
+  // could not be undone.
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+
+ private:
+  const CodePage& codePage_;
 };
 
 }  // namespace quorrix

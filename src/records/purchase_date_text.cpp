@@ -15,11 +15,18 @@ namespace {
 constexpr std::size_t kRoom = purchase_record::kDateStamp.width - kFieldMargin;
 
 // Letters in quotation marks are not part of the pattern's language. Some locales put the
-// zone in brackets.
+// zone in brackets, or a comma before it.
 QString withoutTimeZone(const QString& pattern) {
-  static const QRegularExpression kZone(QStringLiteral("('[^']*')|\\s*(?:\\(t+\\)|\\[t+\\]|t+)"));
+  static const QRegularExpression kZone(QStringLiteral("('[^']*')|,?\\s*(?:\\(t+\\)|\\[t+\\]|t+)"));
   QString result = pattern;
   return result.replace(kZone, QStringLiteral("\\1")).trimmed();
+}
+
+// Qt does not know the parts of the day, such as "in the afternoon", and writes the letter
+// of the pattern instead.
+bool hasPartOfDay(QString pattern) {
+  static const QRegularExpression kQuoted(QStringLiteral("'[^']*'"));
+  return pattern.remove(kQuoted).contains(QLatin1Char('B'), Qt::CaseInsensitive);
 }
 
 // Some locales put narrow blanks between the parts, which no code page has.
@@ -34,11 +41,11 @@ QString purchaseDateText(const LocalDateTime& moment, const QLocale& locale,
                          const CodePage& codePage) {
   const QDate date(moment.year, moment.month, moment.day);
   const QTime time(moment.hour, moment.minute, moment.second);
-  const QString text = withPlainBlanks(
-      locale.toString(date, QLocale::ShortFormat) % QLatin1Char(' ') %
-      locale.toString(time, withoutTimeZone(locale.timeFormat(QLocale::LongFormat))));
+  const QString pattern = withoutTimeZone(locale.timeFormat(QLocale::LongFormat));
+  const QString text = withPlainBlanks(locale.toString(date, QLocale::ShortFormat) %
+                                       QLatin1Char(' ') % locale.toString(time, pattern));
   const auto stored = codePage.exactFromUtf8(text.toStdString());
-  if (stored && stored->size() <= kRoom) return text;
+  if (stored && stored->size() <= kRoom && !hasPartOfDay(pattern)) return text;
   return toQString(codePage, accessStampText(moment));
 }
 

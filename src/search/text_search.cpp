@@ -11,7 +11,8 @@ template <typename Forms>
 unsigned char isOneOf(char character, const Forms& forms) {
   return static_cast<unsigned char>(static_cast<unsigned char>(character == forms[0]) |
                                     static_cast<unsigned char>(character == forms[1]) |
-                                    static_cast<unsigned char>(character == forms[2]));
+                                    static_cast<unsigned char>(character == forms[2]) |
+                                    static_cast<unsigned char>(character == forms[3]));
 }
 
 }  // namespace

@@ -20,8 +20,9 @@ class TextSearch {
 
  private:
   // The forms in which a character may appear in a text. A letter has two at most, except
-  // sigma, which has three. Unused places repeat the character.
-  using Forms = std::array<char, 3>;
+  // the Greek sigma, which has three, and the Turkish i, which has four. Unused places
+  // repeat the character.
+  using Forms = std::array<char, 4>;
   [[nodiscard]] Forms formsOf(char character) const;
   [[nodiscard]] bool endsAreIn(std::string_view text) const noexcept;
 

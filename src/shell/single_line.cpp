@@ -10,6 +10,7 @@ namespace quorrix {
 namespace {
 
 constexpr QChar kLeftToRightIsolate(0x2066);
+constexpr QChar kFirstStrongIsolate(0x2068);
 constexpr QChar kEndOfIsolate(0x2069);
 
 }  // namespace
@@ -24,6 +25,11 @@ void drawSingleLine(QLabel& label, const QRect& area, Qt::Alignment alignment) {
   QPainter painter(&label);
   painter.setPen(label.palette().color(label.foregroundRole()));
   painter.drawText(area, shown, option);
+}
+
+QString inItsOwnDirection(const QString& text) {
+  if (!QApplication::isRightToLeft()) return text;
+  return kFirstStrongIsolate % text % kEndOfIsolate;
 }
 
 QString AddressDelegate::displayText(const QVariant& value, const QLocale& locale) const {

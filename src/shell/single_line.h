@@ -11,6 +11,10 @@ namespace quorrix {
 // layout from left to right.
 void drawSingleLine(QLabel& label, const QRect& area, Qt::Alignment alignment);
 
+// The text with marks, in a layout from right to left, that keep its direction apart from
+// that of the layout. For drawing only.
+[[nodiscard]] QString inItsOwnDirection(const QString& text);
+
 // Draws rows that are addresses, which are read from left to right.
 class AddressDelegate : public QStyledItemDelegate {
   Q_OBJECT

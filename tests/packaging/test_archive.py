@@ -11,8 +11,8 @@ from gi.repository import GLib
 import debian_systems
 from packages import PackageTest, everything_in, the_package
 
-# Every Linux has these before a desktop is installed: the C library and the compiler's runtime.
-# The C library, and the character sets that it loads for a code page.
+# Every Linux has these before a desktop is installed: the C library with its character sets, and the
+# compiler's runtime.
 GIVEN_BY_THE_SYSTEM = re.compile(
     r"(ld-linux-x86-64|lib(c|m|dl|rt|pthread|gcc_s|stdc\+\+))\.so\.[\d.]+$|/gconv/[A-Z0-9-]+\.so$")
 

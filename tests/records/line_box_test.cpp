@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QTest>
 
 #include "support/code_pages.h"
@@ -42,6 +44,29 @@ TEST_F(LineBoxTest, ShowsAtOnceWhatHasNoPlaceInTheCodePage) {
   EXPECT_EQ(box_.text(), QString::fromUtf8("a?\xC3\xA9"
                                            "b"));
   EXPECT_EQ(box_.cursorPosition(), 3);
+}
+
+TEST_F(LineBoxTest, CanUndoWhatWasTypedBeforeACharacterWithoutAPlace) {
+  type(QStringLiteral("ab"));
+  QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("\u6F22"));
+  QApplication::sendEvent(&box_, &press);
+  QInputMethodEvent commit;
+  commit.setCommitString(QStringLiteral("\u6F22"));
+  QApplication::sendEvent(&box_, &commit);
+  EXPECT_EQ(box_.text(), QStringLiteral("ab??"));
+  while (box_.isUndoAvailable()) box_.undo();
+  EXPECT_EQ(box_.text(), QString());
+}
+
+TEST_F(LineBoxTest, CanUndoAPasteOfACharacterWithoutAPlace) {
+  type(QStringLiteral("ab"));
+  QApplication::clipboard()->setText(QStringLiteral("\u6F22"));
+  QTest::keyClick(&box_, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(box_.text(), QStringLiteral("ab?"));
+  box_.undo();  // with what was typed directly before it
+  EXPECT_EQ(box_.text(), QString());
+  box_.redo();
+  EXPECT_EQ(box_.text(), QStringLiteral("ab?"));
 }
 
 TEST_F(LineBoxTest, MakesABlankOfAPastedLineBreak) {

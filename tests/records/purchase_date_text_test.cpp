@@ -24,6 +24,7 @@ TEST(PurchaseDateText, IsWrittenAsTheLocaleDoes) {
   EXPECT_EQ(dateText("de_DE", 1252), "02.11.26 15:04:05");
   EXPECT_EQ(dateText("fr_FR", 1252), "02/11/2026 15:04:05");
   EXPECT_EQ(dateText("ru_RU", 1251), "02.11.2026 15:04:05");
+  EXPECT_EQ(dateText("be_BY", 1251), "2.11.26 15:04:05");
   EXPECT_EQ(dateText("el_GR", 1253), "2/11/26 3:04:05 Μ.Μ.");
   EXPECT_EQ(dateText("vi_VN", 1258), "02/11/2026 15:04:05");
 }
@@ -34,6 +35,7 @@ TEST(PurchaseDateText, IsWrittenInTheFixedFormWhereTheRecordCannotHoldIt) {
   EXPECT_EQ(dateText("fa_IR", 1256), "11/2/26 3:04:05 PM");
   EXPECT_EQ(dateText("th_TH", 874), "11/2/26 3:04:05 PM");
   EXPECT_EQ(dateText("ja_JP", 1252), "11/2/26 3:04:05 PM");
+  EXPECT_EQ(dateText("zh_TW", 1252), "11/2/26 3:04:05 PM");
 }
 
 TEST(PurchaseDateText, DependsOnTheCodePage) {

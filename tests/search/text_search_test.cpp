@@ -68,6 +68,13 @@ TEST(TextSearch, FindsALetterInEachOfThreeForms) {
   }
 }
 
+TEST(TextSearch, FindsTheFourFormsOfTheTurkishI) {
+  const CodePage turkish(1254);
+  EXPECT_TRUE(TextSearch(turkish, turkish.fromUtf8("IĞDIR")).isIn(turkish.fromUtf8("/ığdır/")));
+  EXPECT_TRUE(TextSearch(turkish, turkish.fromUtf8("izmir")).isIn(turkish.fromUtf8("/İZMİR/")));
+  EXPECT_TRUE(TextSearch(turkish, "INDEX").isIn("/index.html"));
+}
+
 TEST(TextSearch, TellsLettersFromTheSameLettersWithMarks) {
   EXPECT_FALSE(isIn("cafe", "caf\xE9.example"));
   EXPECT_FALSE(isIn("caf\xE9", "cafe.example"));

@@ -103,7 +103,8 @@ std::size_t PlayedWindows::SendMessageA(WindowHandle handle, WindowMessage messa
 }
 
 WindowHandle PlayedWindows::handleOf(std::size_t index, Part part) const {
-  return (((pass_ << kPlaceBits) | (index + 1)) << kPartBits) | static_cast<WindowHandle>(part);
+  return kPlayed | (((pass_ << kPlaceBits) | (index + 1)) << kPartBits) |
+         static_cast<WindowHandle>(part);
 }
 
 PlayedWindows::Target PlayedWindows::targetOf(WindowHandle handle) const {

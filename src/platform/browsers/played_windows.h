@@ -37,6 +37,9 @@ class PlayedWindows {
   // Shows the page in the first window, of which there must be one.
   void showInFront(const Presented& page);
 
+  // Whether it is a handle of a played window, of whatever pass, and not one of user32.
+  [[nodiscard]] static bool owns(WindowHandle handle) { return (handle & kPlayed) != 0; }
+
   [[nodiscard]] std::size_t count() const { return windows_.size(); }
   [[nodiscard]] WindowHandle frame(std::size_t index) const { return handleOf(index, Part::Frame); }
 
@@ -48,6 +51,8 @@ class PlayedWindows {
                            std::span<char> buffer) const;
 
  private:
+  static constexpr WindowHandle kPlayed = ~(~WindowHandle{0} >> 1U);  // no window of user32
+
   enum class Part : WindowHandle { Frame, ComboBox, Edit, StatusBar };
   struct Window {
     std::string title;  // in the code page, like all texts here

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/windows/wide_text.h"
+
 namespace quorrix {
 namespace {
 
@@ -28,16 +30,6 @@ std::wstring wideBufferFor(std::span<char> buffer) {
 }
 
 int sizeOf(const std::wstring& text) { return static_cast<int>(text.size()); }
-
-std::string utf8FromWide(std::wstring_view wide) {
-  if (wide.empty()) return {};
-  const int wideLength = static_cast<int>(wide.size());
-  const int length =
-      ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(length), '\0');
-  ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, utf8.data(), length, nullptr, nullptr);
-  return utf8;
-}
 
 struct Enumeration {
   const std::function<bool(WindowHandle)>& callback;

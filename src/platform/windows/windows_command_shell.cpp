@@ -7,21 +7,9 @@
 #include <string>
 
 #include "platform/failure.h"
+#include "platform/windows/wide_text.h"
 
 namespace quorrix {
-namespace {
-
-std::wstring wideFromUtf8(const std::string& utf8) {
-  const int bytes = static_cast<int>(utf8.size());
-  std::wstring wide(
-      static_cast<std::size_t>(::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, nullptr, 0)),
-      L'\0');
-  ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, wide.data(), static_cast<int>(wide.size()));
-  return wide;
-}
-
-}  // namespace
-
 std::string asOneArgument(const CodePage& codePage, std::string_view address) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   std::string argument;

@@ -13,8 +13,8 @@ constexpr DWORD kPatience = 10000;  // milliseconds
 
 // One end is inherited by the program that is started, the other is not.
 struct Pipe {
-  Pipe(bool isInheritedForReading) {
-    SECURITY_ATTRIBUTES inherited{.nLength = sizeof inherited, .bInheritHandle = TRUE};
+  explicit Pipe(bool isInheritedForReading) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     if (!::CreatePipe(&read, &write, &inherited, 0)) throw std::runtime_error("no pipe");
     ::SetHandleInformation(isInheritedForReading ? write : read, HANDLE_FLAG_INHERIT, 0);
   }
@@ -25,8 +25,9 @@ struct Pipe {
 }  // namespace
 
 MsaaBrowser::MsaaBrowser(StandInFor browser, const std::filesystem::path& profile) {
-  const auto program =
-      folder_.path() / (browser == StandInFor::Firefox ? "firefox.exe" : "chrome.exe");
+  const auto program = folder_.path() / (browser == StandInFor::Firefox    ? "firefox.exe"
+                                         : browser == StandInFor::Chromium ? "chrome.exe"
+                                                                           : "electron.exe");
   std::filesystem::copy_file(programFolder() / "quorrix_msaa_browser.exe", program);
   std::wstring line = L"\"" + program.wstring() + L"\"";
   if (!profile.empty()) line += L" -profile \"" + profile.wstring() + L"\"";

@@ -8,7 +8,11 @@
 
 namespace quorrix::test {
 
-enum class StandInFor { Firefox, Chromium };
+enum class StandInFor {
+  Firefox,
+  Chromium,
+  Electron  // a program that is built from the parts of Chromium
+};
 
 class MsaaBrowser {
  public:

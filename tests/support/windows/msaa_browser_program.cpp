@@ -37,6 +37,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -75,6 +76,10 @@ std::wstring wide(const std::string& utf8) {
                           static_cast<int>(text.size()))));
   return text;
 }
+
+#ifdef __GNUC__
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // as COM's interfaces are
+#endif
 
 class Object final : public IAccessible {
  public:
@@ -234,8 +239,8 @@ void addWindow() {
   Window& window = *windows.back();
   window.root->children = {window.toolBar, window.tab};
   window.toolBar->children = {window.bar};
-  window.frame = makeWindow(isFirefox ? kFirefoxClass : kChromiumClass, L"", WS_OVERLAPPEDWINDOW,
-                            nullptr);
+  window.frame =
+      makeWindow(isFirefox ? kFirefoxClass : kChromiumClass, L"", WS_OVERLAPPEDWINDOW, nullptr);
   if (!isFirefox) {
     window.page = makeWindow(kPageClass, L"Chrome Legacy Window", WS_CHILD, window.frame);
   }

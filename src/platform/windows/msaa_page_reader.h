@@ -1,0 +1,72 @@
+// Reads the names and pages of the windows of one browser process, through MSAA. Use it
+// only on a QuestionThread.
+//
+// The objects of a window are kept from one reading to the next, because fetching them
+// takes longer than asking them.
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/browsers/browser_kind.h"
+#include "platform/browsers/browser_presentation.h"
+#include "platform/windows/msaa_object.h"
+
+namespace quorrix {
+
+struct WindowQuestion {
+  HWND window = nullptr;
+  bool wantsPage = false;  // else only the name
+};
+
+struct WindowAnswer {
+  HWND window = nullptr;
+  std::string name;                 // the accessible name, UTF-8; empty if it could not be read
+  std::optional<PageReading> page;  // nullopt if there is none or it was not wanted
+};
+
+class MsaaPageReader {
+ public:
+  MsaaPageReader(BrowserKind browser, DWORD process) : browser_(browser), process_(process) {}
+
+  [[nodiscard]] std::vector<WindowAnswer> read(const std::vector<WindowQuestion>& questions);
+
+ private:
+  // A document that was read before, so that it is recognised again.
+  struct Document {
+    MsaaObject object;
+    std::string id;
+    unsigned looks = 0;
+    bool isWhole = false;
+  };
+  struct Window {
+    MsaaObject root;
+    MsaaObject foundDocument;  // by a search, where Firefox does not say which one is shown
+    // Chromium's
+    MsaaObject addressBar;
+    std::string loaded;                // the address of the document
+    std::optional<std::string> newer;  // the address that replaced it
+    std::string name;                  // the window's, when one of the two was shown
+  };
+
+  [[nodiscard]] WindowAnswer readWindow(const WindowQuestion& question);
+  [[nodiscard]] std::optional<PageReading> readFirefox(Window& window);
+  [[nodiscard]] MsaaObject searchedDocument(Window& window) const;
+  [[nodiscard]] std::optional<PageReading> readChromium(HWND frame, Window& window,
+                                                        const std::string& name);
+  void findNewerAddress(Window& window, const std::string& loaded, const std::string& name) const;
+  [[nodiscard]] std::optional<std::string> addressInBar(Window& window) const;
+  [[nodiscard]] Document& documentOf(const MsaaObject& object);
+
+  BrowserKind browser_;
+  DWORD process_;
+  std::map<HWND, Window> windows_;
+  std::vector<Document> documents_;  // the latest last
+  unsigned nextId_ = 0;
+};
+
+}  // namespace quorrix

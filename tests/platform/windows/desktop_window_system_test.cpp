@@ -1,0 +1,377 @@
+// The real window system and stand-ins for the browsers, in other processes.
+
+#include "platform/windows/desktop_window_system.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/code_pages.h"
+#include "support/eventually.h"
+#include "support/temporary_folder.h"
+#include "support/windows/msaa_browser.h"
+#include "support/windows/test_browser_window.h"
+#include "tracking/browser_scan.h"
+
+namespace quorrix {
+namespace {
+
+using namespace std::chrono_literals;
+using test::MsaaBrowser;
+using test::StandInFor;
+using test::TestBrowserWindow;
+
+constexpr const char* kNews = "News - Chromium";
+constexpr const char* kFirefoxNews = "News \xE2\x80\x94 Mozilla Firefox";
+constexpr const char* kPage = "http://one.two.three/a";
+constexpr const char* kOtherPage = "http://one.two.three/b";
+
+// The real time, and more if a test does not want to wait.
+class HurriedClock final : public Clock {
+ public:
+  LocalDateTime now() override { return {}; }
+  std::chrono::milliseconds elapsed() override {
+    return ahead_ + std::chrono::duration_cast<std::chrono::milliseconds>(
+                        std::chrono::steady_clock::now().time_since_epoch());
+  }
+  void hurry(std::chrono::milliseconds time) { ahead_ += time; }
+
+ private:
+  std::chrono::milliseconds ahead_{};
+};
+
+using Visits = std::vector<std::string>;
+
+class DesktopWindowSystemTest : public testing::Test {
+ protected:
+  DesktopWindowSystemTest() { givenSettings(""); }
+
+  void givenSettings(const std::string& lines) {
+    std::ofstream(profile_.path() / "prefs.js") << "// Mozilla User Preferences\n" << lines;
+  }
+
+  std::unique_ptr<MsaaBrowser> chromium(const std::string& name = kNews) {
+    return opened(std::make_unique<MsaaBrowser>(StandInFor::Chromium), name);
+  }
+
+  std::unique_ptr<MsaaBrowser> firefox(const std::string& name = kFirefoxNews) {
+    return opened(std::make_unique<MsaaBrowser>(StandInFor::Firefox, profile_.path()), name);
+  }
+
+  static std::unique_ptr<MsaaBrowser> opened(std::unique_ptr<MsaaBrowser> browser,
+                                             const std::string& name) {
+    browser->tell("name " + name);
+    show(*browser, kPage);
+    return browser;
+  }
+
+  // Loads a page.
+  static void show(MsaaBrowser& browser, const std::string& address) {
+    browser.tell("page " + address);
+    browser.tell("objects 3");
+  }
+
+  // One pass of the tracking loop.
+  void pass() {
+    BrowserReading reading;
+    scanBrowserWindows(windows_, reading);
+    longest_ = std::max(longest_, windows_.passDuration());
+    if (reading.haveValidAddress) visits_.push_back(reading.webAddress);
+  }
+
+  bool visits(const std::string& address) {
+    return test::eventually([&] {
+      pass();
+      return !visits_.empty() && visits_.back() == address;
+    });
+  }
+
+  // Passes until everything is known that can be known, and any visit would have been seen.
+  Visits visitsWithin(std::chrono::milliseconds time = 1500ms) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < end) pass();
+    return visits_;
+  }
+
+  test::TemporaryFolder profile_;
+  HurriedClock clock_;
+  DesktopWindowSystem windows_{clock_, test::westernCodePage()};
+  Visits visits_;
+  std::chrono::microseconds longest_{};
+};
+
+TEST_F(DesktopWindowSystemTest, SeesTheFirstPageOfEachBrowserOnce) {
+  {
+    const auto browser = chromium();
+    EXPECT_TRUE(visits(kPage));
+    EXPECT_EQ(visitsWithin(), Visits{kPage});
+  }
+  visits_.clear();
+  const auto browser = firefox();
+  EXPECT_TRUE(visits(kPage));
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+TEST_F(DesktopWindowSystemTest, SeesLinksAndReloadsAndTabs) {
+  const std::unique_ptr<MsaaBrowser> browsers[] = {chromium(), firefox()};
+  for (const auto& browser : browsers) {
+    browser->tell("front");
+    visits_.clear();
+    ASSERT_TRUE(visits(kPage));
+    visitsWithin(400ms);
+    show(*browser, kOtherPage);
+    EXPECT_TRUE(visits(kOtherPage));
+    visitsWithin(400ms);
+    show(*browser, kOtherPage);
+    browser->tell("document 2");  // the tab before
+    browser->tell("document 3");
+    EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage, kOtherPage}));
+    browser->tell("document 1");
+    EXPECT_TRUE(visits(kPage));
+    browser->tell("minimised 1");
+  }
+}
+
+TEST_F(DesktopWindowSystemTest, SeesAPageOfFirefoxThatIsShownAgainWithoutBeingNamed) {
+  const auto browser = firefox();
+  ASSERT_TRUE(visits(kPage));
+  show(*browser, kOtherPage);
+  ASSERT_TRUE(visits(kOtherPage));
+  browser->tell("document 1");
+  browser->tell("relation 0");
+  EXPECT_TRUE(visits(kPage));
+  EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage, kPage}));
+}
+
+TEST_F(DesktopWindowSystemTest, SeesAnAddressThatAScriptPushesOnceItHasStood) {
+  const auto browser = firefox();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell(std::string("push ") + kOtherPage);
+  EXPECT_EQ(visitsWithin(500ms), Visits{kPage});
+  EXPECT_TRUE(visits(kOtherPage));
+}
+
+TEST_F(DesktopWindowSystemTest, TakesAnAddressFromTheBarOfChromiumOnlyWithATitle) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("push one.two.three/b");
+  EXPECT_EQ(visitsWithin(), Visits{kPage});  // the page may be waiting for its server
+  browser->tell("name Maps - Chromium");
+  EXPECT_TRUE(visits(kOtherPage));
+  browser->tell("bar-focused 1");
+  browser->tell("bar one.two.three/half-typ");
+  browser->tell("name Plans - Chromium");
+  EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage}));
+  browser->tell("bar one.two.three/waiting");
+  browser->tell("bar-focused 0");
+  EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage}));
+}
+
+TEST_F(DesktopWindowSystemTest, WaitsForADocumentOfFirefoxThatIsLoading) {
+  const auto browser = firefox();
+  ASSERT_TRUE(visits(kPage));
+  visitsWithin(400ms);
+  browser->tell("busy 1");  // waiting for the server
+  visitsWithin(400ms);
+  browser->tell("busy 0");
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsNoPrivateWindowOfChromiumInAnyLanguage) {
+  const auto browser = chromium("News - Chromium (Incognito)");
+  for (const char* const name :
+       {"News - Chromium (Incognito)", "News - Chromium (Inkognito)",
+        "News - Chromium (navigation privée)", "News - Chromium (Guest)",
+        "News - Google Chrome (Incognito)", "News \xE2\x80\x93 Google Chrome (Inkognito)",
+        "Новости – Chromium (Инкогнито)", "News - Chromium (シークレット)",
+        "News - Chromium (无痕模式)", "News - Chromium (التصفح المتخفي)",
+        "News - Chromium (גלישה בסתר)", "News - Chromium (गुप्त)", "News - Chromium (Incógnito)"}) {
+    browser->tell(std::string("name ") + name);
+    EXPECT_EQ(visitsWithin(300ms), Visits{}) << name;
+  }
+  EXPECT_EQ(browser->tell("asked"), "0");
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsNoPrivateWindowOfFirefox) {
+  for (const char* const name : {"News \xE2\x80\x94 Mozilla Firefox Private Browsing",
+                                 "News \xE2\x80\x94 Mozilla Firefox Privater Modus",
+                                 "News \xE2\x80\x94 Navigation privée de Mozilla Firefox",
+                                 "Netscape \xE2\x80\x94 Mozilla Firefox Private Browsing"}) {
+    const auto browser = firefox(name);
+    EXPECT_EQ(visitsWithin(700ms), Visits{}) << name;
+    EXPECT_EQ(browser->tell("calls"), "0") << name;  // its text says enough
+  }
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsNoWindowWhoseNameCannotBeRead) {
+  const auto browser = chromium();
+  browser->tell("nameless 1");
+  EXPECT_EQ(visitsWithin(), Visits{});
+  browser->tell("nameless 0");
+  EXPECT_TRUE(visits(kPage));
+  browser->tell("nameless 1");
+  show(*browser, kOtherPage);
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+TEST_F(DesktopWindowSystemTest, StopsReadingAWindowThatTakesOnAPrivateName) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("accessible-name News - Chromium (Incognito)");
+  show(*browser, kOtherPage);
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsNoFirefoxThatNeverRemembersHistory) {
+  givenSettings("user_pref(\"browser.privatebrowsing.autostart\", true);\n");
+  const auto browser = firefox();
+  EXPECT_EQ(visitsWithin(), Visits{});
+  clock_.hurry(20s);
+  EXPECT_EQ(visitsWithin(), Visits{});
+  EXPECT_TRUE(windows_.unreadableBrowsers().empty());
+}
+
+TEST_F(DesktopWindowSystemTest, TellsOfAFirefoxWhoseSettingsCannotBeRead) {
+  std::filesystem::remove(profile_.path() / "prefs.js");
+  const auto browser = firefox();
+  EXPECT_EQ(visitsWithin(), Visits{});
+  EXPECT_TRUE(windows_.unreadableBrowsers().empty());
+  clock_.hurry(10s);
+  pass();
+  EXPECT_EQ(windows_.unreadableBrowsers(),
+            (std::vector<UnreadableBrowser>{{"Firefox", UnreadableBrowser::Reason::UnknownKind}}));
+  browser->tell("close");
+  pass();
+  EXPECT_TRUE(windows_.unreadableBrowsers().empty());
+}
+
+TEST_F(DesktopWindowSystemTest, AsksNothingOfOtherPrograms) {
+  const auto electron =
+      opened(std::make_unique<MsaaBrowser>(StandInFor::Electron), "News - Google Chrome");
+  const auto app = chromium("Mail");
+  EXPECT_EQ(visitsWithin(700ms), Visits{});
+  EXPECT_EQ(electron->tell("calls"), "0");
+  EXPECT_EQ(app->tell("calls"), "0");
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsOnlyTheTopmostOrdinaryWindow) {
+  const auto first = chromium();
+  const auto second = firefox();
+  show(*second, kOtherPage);
+  second->tell("front");
+  EXPECT_TRUE(visits(kOtherPage));
+  show(*first, "http://one.two.three/behind");
+  EXPECT_EQ(visitsWithin(), Visits{kOtherPage});
+  first->tell("front");
+  EXPECT_TRUE(visits("http://one.two.three/behind"));
+  first->tell("minimised 1");
+  EXPECT_TRUE(visits(kOtherPage));
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsTheOrdinaryWindowUnderAPrivateOne) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("window");
+  browser->tell("name Secrets - Chromium (Incognito)");
+  browser->tell("page http://one.two.three/secret");
+  browser->tell("front");
+  visitsWithin(3500ms);
+  browser->tell("select 1");
+  show(*browser, kOtherPage);
+  EXPECT_TRUE(visits(kOtherPage));
+  EXPECT_EQ(visits_, (Visits{kPage, kOtherPage}));
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsNoHiddenPage) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("occluded 1");
+  show(*browser, kOtherPage);
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+TEST_F(DesktopWindowSystemTest, NeverLooksIntoThePage) {
+  const std::unique_ptr<MsaaBrowser> browsers[] = {chromium(), firefox()};
+  for (const auto& browser : browsers) {
+    browser->tell("front");
+    browser->tell("objects 5000");
+    visits_.clear();
+    EXPECT_TRUE(visits(kPage));
+    if (browser == browsers[1]) browser->tell("relation 0");
+    visitsWithin();
+    EXPECT_EQ(browser->tell("asked"), "0");
+  }
+}
+
+TEST_F(DesktopWindowSystemTest, SeesClassicWindowsInTheOrderOfTheDesktop) {
+  const auto browser = chromium("Netscape - Chromium");
+  TestBrowserWindow classic(L"A page - Netscape");
+  classic.typeAddress(L"http://four.five.six");
+  classic.says(L"Connect: four.five.six");
+  EXPECT_TRUE(visits("http://four.five.six"));
+  ::SetWindowPos(reinterpret_cast<HWND>(classic.frame()), HWND_BOTTOM, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  EXPECT_TRUE(visits(kPage));
+}
+
+// Its text begins with the name that the scan looks for.
+TEST_F(DesktopWindowSystemTest, IsNotHeldUpByAPrivateWindowWithTheNameOfAClassicOne) {
+  const auto browser = firefox("Netscape \xE2\x80\x94 Mozilla Firefox Private Browsing");
+  TestBrowserWindow classic(L"A page - Netscape");
+  classic.typeAddress(L"http://four.five.six");
+  classic.says(L"Connect: four.five.six");
+  browser->tell("front");
+  EXPECT_TRUE(visits("http://four.five.six"));
+}
+
+TEST_F(DesktopWindowSystemTest, IsNotHeldUpByABrowserThatHangs) {
+  const auto healthy = firefox();
+  const auto hanging = chromium();
+  ASSERT_TRUE(visits(kPage));
+  visitsWithin(700ms);
+  healthy->tell("front");
+  visits_.clear();
+  show(*healthy, kOtherPage);
+  hanging->tell("hang 60000");
+  longest_ = 0us;
+  EXPECT_TRUE(visits(kOtherPage));
+  visitsWithin();
+  EXPECT_LT(longest_, 200ms);
+}
+
+TEST_F(DesktopWindowSystemTest, IsNotHeldUpByABrowserThatHangsInACall) {
+  const auto hanging = chromium();
+  ASSERT_TRUE(visits(kPage));
+  hanging->tell("hang-inside 3000");
+  show(*hanging, kOtherPage);
+  longest_ = 0us;
+  visitsWithin(500ms);
+  EXPECT_LT(longest_, 200ms);
+  EXPECT_TRUE(visits(kOtherPage));  // when it is back
+}
+
+TEST_F(DesktopWindowSystemTest, SurvivesABrowserThatDiesInACall) {
+  const auto dying = chromium();
+  ASSERT_TRUE(visits(kPage));
+  dying->tell("die-inside");
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+  const auto next = firefox();
+  show(*next, kOtherPage);
+  EXPECT_TRUE(visits(kOtherPage));
+}
+
+TEST_F(DesktopWindowSystemTest, FindsAPageAgainThatItReadBeforeTrackingStartedAgain) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  windows_.prepareForTracking();
+  visits_.clear();
+  EXPECT_TRUE(visits(kPage));
+}
+
+}  // namespace
+}  // namespace quorrix
