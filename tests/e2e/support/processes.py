@@ -39,7 +39,8 @@ def start(command, env, **options):
     """Starts a command in its own session. Call this from the main thread only: the kernel ties the
     death signal to the thread that started the process."""
     process = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "--", *command],
-                               env=env, start_new_session=True, stdin=subprocess.DEVNULL, **options)
+                               env=env, start_new_session=True,
+                               **{"stdin": subprocess.DEVNULL, **options})
     _started.append(process)
     return process
 

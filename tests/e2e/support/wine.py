@@ -6,6 +6,7 @@ the same as for a program of this system.
 
 import os
 import shutil
+import subprocess
 
 from support import processes
 from support.quorrix import MARK, Quorrix
@@ -130,3 +131,32 @@ class TestBrowser:
     def close(self):
         if self.process:
             processes.end_family(self.process)
+
+
+class StandIn:
+    """A stand-in for Firefox or Chromium, tests/support/windows/msaa_browser_program.cpp. It obeys
+    commands."""
+
+    def __init__(self, wine, program, name, profile=None):
+        """`name` is "firefox" or "chrome". `profile` is a folder of drive C:."""
+        self.wine = wine
+        folder = "C:\\" + name
+        os.makedirs(wine.path(folder), exist_ok=True)
+        shutil.copy(program, wine.path(folder + "\\" + name + ".exe"))
+        options = ("-profile", profile) if profile else ()
+        self.process = processes.start(
+            ["wine", folder + "\\" + name + ".exe", *options],
+            {**wine.session.environment, **wine.environment},
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.tell("calls")
+
+    def tell(self, command):
+        """Returns the answer."""
+        self.process.stdin.write((command + "\n").encode())
+        self.process.stdin.flush()
+        return self.process.stdout.readline().decode().strip()
+
+    def close(self):
+        self.process.stdin.close()
+        wait_until(lambda: self.process.poll() is not None, "the stand-in to end", 30)
+        self.process.stdout.close()

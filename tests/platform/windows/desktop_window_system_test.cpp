@@ -3,10 +3,15 @@
 #include "platform/windows/desktop_window_system.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <psapi.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -371,6 +376,109 @@ TEST_F(DesktopWindowSystemTest, FindsAPageAgainThatItReadBeforeTrackingStartedAg
   windows_.prepareForTracking();
   visits_.clear();
   EXPECT_TRUE(visits(kPage));
+}
+
+class DesktopWindowSystemCost : public DesktopWindowSystemTest {
+ protected:
+  using Times = std::vector<std::chrono::microseconds>;
+
+  // On a busy machine most passes are interrupted, so the fastest tenth is compared.
+  static std::chrono::microseconds tell(const char* what, Times times) {
+    std::ranges::sort(times);
+    const auto fast = times[times.size() / 10];
+    std::cout << "measured: a pass with both browsers " << what << " takes " << fast.count()
+              << " us, in the median " << times[times.size() / 2].count() << " us\n";
+    return fast;
+  }
+
+  static std::size_t memoryInUse() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
+  }
+
+  static DWORD handlesInUse() {
+    DWORD count = 0;
+    ::GetProcessHandleCount(::GetCurrentProcess(), &count);
+    return count;
+  }
+
+  static std::chrono::microseconds processorTime() {
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME kernel{};
+    FILETIME user{};
+    ::GetProcessTimes(::GetCurrentProcess(), &created, &ended, &kernel, &user);
+    const auto ticks = [](const FILETIME& time) {
+      return (std::uint64_t{time.dwHighDateTime} << 32U) | time.dwLowDateTime;
+    };
+    return std::chrono::microseconds((ticks(kernel) + ticks(user)) / 10);
+  }
+};
+
+TEST_F(DesktopWindowSystemCost, IsSmallInEachPass) {
+  const std::unique_ptr<MsaaBrowser> browsers[] = {chromium(), firefox()};
+  Times first;
+  for (int i = 0; i < 30; ++i) {
+    DesktopWindowSystem fresh(clock_, test::westernCodePage());  // nothing is kept
+    std::chrono::microseconds slowest{};
+    for (int j = 0; j < 3; ++j) {
+      BrowserReading reading;
+      scanBrowserWindows(fresh, reading);
+      slowest = std::max(slowest, fresh.passDuration());
+    }
+    first.push_back(slowest);
+  }
+  EXPECT_LT(tell("with nothing kept", first), 20ms);
+  ASSERT_TRUE(visits(kPage));
+  visitsWithin(3s);
+  Times kept;
+  for (int i = 0; i < 500; ++i) {
+    pass();
+    kept.push_back(windows_.passDuration());
+  }
+  EXPECT_LT(tell("later", kept), 5ms);
+}
+
+TEST_F(DesktopWindowSystemCost, IsSmallWhileNothingHappens) {
+  const std::unique_ptr<MsaaBrowser> browsers[] = {chromium(), firefox()};
+  ASSERT_TRUE(visits(kPage));
+  visitsWithin(3s);
+  constexpr int kPasses = 50;
+  const auto before = processorTime();
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < kPasses; ++i) {
+    pass();
+    Sleep(static_cast<DWORD>(windows_.timeToNextPass().count()));
+  }
+  const auto elapsed = std::chrono::steady_clock::now() - begin;
+  const double share = std::chrono::duration<double>(processorTime() - before) /
+                       std::chrono::duration<double>(elapsed);
+  std::cout << "measured: " << share * 100 << " % of a core while tracking is idle\n";
+  EXPECT_LT(share, 0.02);
+}
+
+// QUORRIX_PASSES sets the number of passes.
+TEST_F(DesktopWindowSystemCost, DoesNotGrowWithTheNumberOfPasses) {
+  const std::unique_ptr<MsaaBrowser> browsers[] = {chromium(), firefox()};
+  ASSERT_TRUE(visits(kPage));
+  const char* const wanted = std::getenv("QUORRIX_PASSES");
+  const int passes = wanted ? std::atoi(wanted) : 1000;
+  const auto passWithPages = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      if (i % 50 == 0) show(*browsers[1], i % 100 == 0 ? kPage : kOtherPage);
+      pass();
+    }
+  };
+  passWithPages(2000);  // until as many documents are known as are kept
+  const auto memory = memoryInUse();
+  const auto handles = handlesInUse();
+  passWithPages(passes);
+  std::cout << "measured: over " << passes << " passes memory grew from " << memory / 1024 << " to "
+            << memoryInUse() / 1024 << " KiB, handles from " << handles << " to " << handlesInUse()
+            << '\n';
+  EXPECT_LT(memoryInUse(), memory + 512 * 1024);
+  EXPECT_LE(handlesInUse(), handles + 5);
 }
 
 }  // namespace
