@@ -1,8 +1,8 @@
 // The interface through which the browser scan sees the desktop's windows. Methods have
 // the names and the behaviour of user32 calls, so that the scan reads the same
-// everywhere: windows/user32_window_system.h forwards them to user32, and
-// linux/accessible_window_system.h emulates them on top of the accessibility bus. Texts
-// are single-byte (platform/code_page.h).
+// everywhere: windows/desktop_window_system.h forwards them to user32 or emulates them on
+// top of MSAA, and linux/accessible_window_system.h emulates them on top of the
+// accessibility bus. Texts are single-byte (platform/code_page.h).
 #pragma once
 
 #include <chrono>
