@@ -42,8 +42,8 @@ QString purchaseDateText(const LocalDateTime& moment, const QLocale& locale,
   const QDate date(moment.year, moment.month, moment.day);
   const QTime time(moment.hour, moment.minute, moment.second);
   const QString pattern = withoutTimeZone(locale.timeFormat(QLocale::LongFormat));
-  const QString text = withPlainBlanks(locale.toString(date, QLocale::ShortFormat) %
-                                       QLatin1Char(' ') % locale.toString(time, pattern));
+  QString text = withPlainBlanks(locale.toString(date, QLocale::ShortFormat) % QLatin1Char(' ') %
+                                 locale.toString(time, pattern));
   const auto stored = codePage.exactFromUtf8(text.toStdString());
   if (stored && stored->size() <= kRoom && !hasPartOfDay(pattern)) return text;
   return toQString(codePage, accessStampText(moment));

@@ -33,7 +33,7 @@ QString inItsOwnDirection(const QString& text) {
 }
 
 QString AddressDelegate::displayText(const QVariant& value, const QLocale& locale) const {
-  const QString text = QStyledItemDelegate::displayText(value, locale);
+  QString text = QStyledItemDelegate::displayText(value, locale);
   if (!QApplication::isRightToLeft()) return text;
   return kLeftToRightIsolate % text % kEndOfIsolate;
 }

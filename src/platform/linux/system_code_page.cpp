@@ -5,6 +5,7 @@
 #include <wctype.h>
 
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 
@@ -49,7 +50,7 @@ class Converter {
   }
 
  private:
-  [[nodiscard]] bool isOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+  [[nodiscard]] bool isOpen() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
   iconv_t handle_;
 };
