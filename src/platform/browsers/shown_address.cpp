@@ -39,26 +39,35 @@ std::string_view pathOf(std::string_view afterScheme) {
   return path == "/" ? std::string_view() : path;
 }
 
+// The text without the scheme; empty if it has another one than the page.
+std::string_view withoutScheme(std::string_view shown, std::string_view scheme) {
+  const std::size_t end = shown.find(kSchemeEnd);
+  if (end == std::string_view::npos || end > shown.find_first_of("/?#")) return shown;
+  return shown.starts_with(scheme) ? shown.substr(scheme.size()) : std::string_view();
+}
+
+std::string_view schemeOf(std::string_view address) {
+  return address.substr(0, address.find(kSchemeEnd) + kSchemeEnd.size());
+}
+
 }  // namespace
 
-std::optional<std::string> newerAddress(std::string_view loaded, std::string_view shown) {
-  if (!isWebAddress(loaded) || shown.empty() || !std::ranges::all_of(shown, isPlain)) {
-    return std::nullopt;
+ShownAddress compareWithBar(std::string_view loaded, std::string_view shown) {
+  if (!isWebAddress(loaded) || !std::ranges::all_of(shown, isPlain)) return ShownAddress::Unclear;
+  const std::string_view scheme = schemeOf(loaded);
+  const std::string_view text = withoutScheme(shown, scheme);
+  const std::string_view host = text.substr(0, text.find_first_of("/?#"));
+  if (host.empty() || withoutPrefix(hostOf(loaded), kWww) != withoutPrefix(host, kWww)) {
+    return ShownAddress::Unclear;
   }
-  const std::size_t schemeEnd = loaded.find(kSchemeEnd) + kSchemeEnd.size();
-  const std::string_view scheme = loaded.substr(0, schemeEnd);
-  const std::size_t shownScheme = shown.find(kSchemeEnd);
-  const std::size_t shownPath = shown.find_first_of("/?#");
-  if (shownScheme != std::string_view::npos && shownScheme < shownPath) {
-    if (shown.substr(0, shownScheme + kSchemeEnd.size()) != scheme) return std::nullopt;
-    shown = shown.substr(shownScheme + kSchemeEnd.size());
-  }
-  const std::string_view host = hostOf(loaded);
-  const std::string_view shownHost = shown.substr(0, shown.find_first_of("/?#"));
-  if (withoutPrefix(host, kWww) != withoutPrefix(shownHost, kWww)) return std::nullopt;
-  const std::string_view rest = loaded.substr(schemeEnd);
-  const std::string_view path = pathOf(shown);
-  if (decoded(pathOf(rest)) == decoded(path)) return std::nullopt;
+  const bool isSame = decoded(pathOf(loaded.substr(scheme.size()))) == decoded(pathOf(text));
+  return isSame ? ShownAddress::Same : ShownAddress::Newer;
+}
+
+std::string newerAddress(std::string_view loaded, std::string_view shown) {
+  const std::string_view scheme = schemeOf(loaded);
+  const std::string_view path = pathOf(withoutScheme(shown, scheme));
+  const std::string_view rest = loaded.substr(scheme.size());
   const std::size_t hostEnd = std::min(rest.find_first_of("/?#"), rest.size());
   return std::string(scheme).append(rest.substr(0, hostEnd)).append(path.empty() ? "/" : path);
 }

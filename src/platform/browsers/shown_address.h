@@ -1,18 +1,22 @@
 // The text of Chromium's address bar, which is not quite the address of the page.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace quorrix {
 
-// The address of a page that was loaded as `loaded` and whose address bar shows `shown`,
-// if a script has changed the address since. The bar leaves out the scheme, "www." and a
-// "/" at the end, and decodes "%41". nullopt if both are the same, if they are on different
-// hosts, and if the bar shows a character that an address does not have, because it cannot
-// be told then what it stands for. All texts are UTF-8.
-[[nodiscard]] std::optional<std::string> newerAddress(std::string_view loaded,
-                                                      std::string_view shown);
+enum class ShownAddress {
+  Same,     // the bar shows the address under which the page was loaded
+  Newer,    // another address of the same host
+  Unclear,  // another host, or text that is not an address
+};
+
+// Compares the bar's text with the address of the page. The bar leaves out the scheme,
+// "www." and a "/" at the end, and decodes "%41". All texts are UTF-8.
+[[nodiscard]] ShownAddress compareWithBar(std::string_view loaded, std::string_view shown);
+
+// The whole address for a text that is Newer.
+[[nodiscard]] std::string newerAddress(std::string_view loaded, std::string_view shown);
 
 }  // namespace quorrix

@@ -1,22 +1,26 @@
 #include "platform/linux/firefox_settings.h"
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <string_view>
-
-#include "platform/browsers/firefox_preferences.h"
 
 namespace quorrix {
 namespace {
 
 // A running Firefox keeps this file in its profile open.
 constexpr std::string_view kProfileLock = ".parentlock";
+constexpr std::string_view kNeverRemembers =
+    "user_pref(\"browser.privatebrowsing.autostart\", true);";
 
 // Where the user has placed each button: JSON in a string, so its quotes are escaped.
 constexpr std::string_view kPlaces = "user_pref(\"browser.uiCustomization.state\",";
 constexpr std::string_view kBeginPlacements = "\\\"placements\\\":{";
 constexpr std::string_view kButton = "\\\"firefox-view-button\\\"";
 constexpr std::string_view kToolBars[] = {"nav-bar", "TabsToolbar", "toolbar-menubar"};
+
+// Options that make a Firefox treat all of its windows as private, under ordinary names.
+constexpr std::string_view kPrivateOptions[] = {"--private", "-private"};
 
 // True only for the line with the places of all buttons, and only if it places this
 // button on none of the tool bars that always exist. If the bookmarks tool bar is
@@ -50,7 +54,7 @@ std::optional<Path> profileOf(const Path& openFiles) {
 bool wasStartedPrivate(const Path& commandLine) {
   std::ifstream arguments(commandLine, std::ios::binary);
   for (std::string argument; std::getline(arguments, argument, '\0');) {
-    if (firefox_preferences::isPrivateOption(argument)) return true;
+    if (std::ranges::find(kPrivateOptions, argument) != std::end(kPrivateOptions)) return true;
   }
   return false;
 }
@@ -66,7 +70,7 @@ std::optional<bool> firefoxRemembersHistory(const Path& processes, std::uint32_t
   if (!settings) return std::nullopt;
   bool wasTakenAway = false;
   for (std::string line; std::getline(settings, line);) {
-    if (firefox_preferences::isNeverRemembering(line)) return false;
+    if (line.starts_with(kNeverRemembers)) return false;
     wasTakenAway |= isButtonTakenAway(line);
   }
   if (settings.bad()) return std::nullopt;

@@ -1,9 +1,8 @@
 #include "platform/windows/desktop_window_system.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
-
-#include "platform/windows/firefox_settings.h"
 
 namespace quorrix {
 namespace {
@@ -14,6 +13,9 @@ constexpr unsigned kThoroughEvery = 5;
 constexpr std::chrono::milliseconds kNewFor{2000};
 constexpr std::chrono::milliseconds kSettling{10'000};
 constexpr std::chrono::milliseconds kShortestWait{20};
+// With kPassLimit, less than 200 ms for a pass beside a classic browser that hangs, too.
+constexpr std::chrono::milliseconds kClassicAnswerLimit{140};
+constexpr unsigned kHurriesAfterLate = 5;
 constexpr std::chrono::milliseconds kLongestHurry{2000};
 
 std::string keyOf(const BrowserWindow& window) {
@@ -21,16 +23,34 @@ std::string keyOf(const BrowserWindow& window) {
          std::to_string(reinterpret_cast<std::uintptr_t>(window.handle));
 }
 
+// The names of private windows end in brackets in every language. Which of Chromium's two
+// names a window has is known from its text only, which a page can choose. So brackets count
+// whichever it is.
+bool isOrdinary(const BrowserWindow& window, std::string_view name) {
+  constexpr std::string_view kWideBracket = "\xEF\xBC\x89";
+  const bool endsInBrackets = name.ends_with(')') || name.ends_with(kWideBracket);
+  const bool mayBePrivate = window.browser != BrowserKind::Firefox && endsInBrackets;
+  return !name.empty() && !mayBePrivate && isOrdinaryName(window.browser, std::string(name));
+}
+
 }  // namespace
 
+// The objects of the browser are released on the thread that used them.
+DesktopWindowSystem::Process::~Process() {
+  if (thread && !thread->isAsking())
+    thread->ask([its = std::move(reader)]() mutable { its.reset(); });
+}
+
 DesktopWindowSystem::DesktopWindowSystem(Clock& clock, const CodePage& codePage)
-    : clock_(clock), classic_(codePage), played_(codePage) {}
+    : clock_(clock), classic_(codePage, kClassicAnswerLimit), played_(codePage) {}
 
 // What the browser shows now counts as a visit again. An answer about the time before is
 // not used.
 void DesktopWindowSystem::prepareForTracking() {
   presentation_ = BrowserPresentation();
-  for (auto& [id, process] : processes_) process.answers.reset();
+  kinds_ = {};
+  processes_.clear();
+  windows_.clear();
 }
 
 void DesktopWindowSystem::EnumWindows(const std::function<bool(WindowHandle)>& callback) {
@@ -70,7 +90,7 @@ void DesktopWindowSystem::listWindows() {
     });
     Window window;
     window.found = found;
-    window.firstSeen = clock_.elapsed();
+    window.firstSeen = window.unsettledSince = clock_.elapsed();
     if (same != known.end()) {
       window = std::move(*same);
       known.erase(same);
@@ -80,7 +100,9 @@ void DesktopWindowSystem::listWindows() {
   }
   for (Window& window : known) {
     window.isVisible = false;
-    if (::IsWindow(window.found.handle)) {
+    DWORD process = 0;
+    ::GetWindowThreadProcessId(window.found.handle, &process);
+    if (process == window.found.process) {
       windows_.push_back(std::move(window));
     } else {
       presentation_.forgetFrame(keyOf(window.found));
@@ -100,7 +122,10 @@ void DesktopWindowSystem::ask() {
   const Window* const first = front();
   for (const Window& window : windows_) {
     if (!window.isVisible || !(&window == first || isDue(window))) continue;
-    questions[window.found.process].push_back({window.found.handle, &window == first});
+    const bool isUnsettled = window.kind == WindowKind::Unsettled;
+    questions[window.found.process].push_back({.window = window.found.handle,
+                                               .wantsPage = &window == first,
+                                               .processes = isUnsettled ? firefoxProcesses() : 0});
   }
   for (auto& [id, asked] : questions) {
     Process& process = processes_[id];
@@ -113,6 +138,8 @@ void DesktopWindowSystem::ask() {
     if (process.thread->isAsking()) continue;
     const auto answers = std::make_shared<std::vector<WindowAnswer>>();
     process.answers = answers;
+    process.isLate = process.hurries > 0;
+    if (process.hurries > 0) --process.hurries;
     process.thread->ask([reader = process.reader, asked = std::move(asked), answers] {
       *answers = reader->read(asked);
     });
@@ -131,6 +158,7 @@ void DesktopWindowSystem::await() {
   for (auto& [id, process] : processes_) {
     if (!process.answers || process.isLate) continue;
     process.isLate = !process.thread->awaitAnswer(deadline.left());
+    if (process.isLate) process.hurries = kHurriesAfterLate;
   }
 }
 
@@ -147,24 +175,42 @@ void DesktopWindowSystem::takeAnswers() {
 void DesktopWindowSystem::take(const WindowAnswer& answer) {
   Window* const window = find(answer.window);
   if (window == nullptr) return;
+  if (window->kind == WindowKind::Unsettled) return settle(*window, answer);
+  // A window whose name cannot be read for once keeps its place, and its page is not shown.
+  if (window->kind != WindowKind::Ordinary || answer.name.empty()) return;
   window->name = answer.name;
-  if (window->kind == WindowKind::Unsettled) return settle(*window);
-  // Without its name, or with another one, the window is not an ordinary one for now.
-  const bool isOrdinary =
-      !answer.name.empty() && isOrdinaryName(window->found.browser, answer.name);
-  if (!isOrdinary) window->kind = WindowKind::Unsettled;
-  if (isOrdinary && window == front()) reading_ = answer;
+  if (isOrdinary(window->found, answer.name)) {
+    if (window == front()) reading_ = answer;
+  } else {
+    window->kind = WindowKind::Unsettled;
+    window->unsettledSince = clock_.elapsed();
+  }
 }
 
-// MSAA does not show the parts by which windows are told apart on Linux. So a window of
-// Firefox needs settings that say that it remembers history.
-void DesktopWindowSystem::settle(Window& window) {
-  WindowFindings findings{.isFrame = true, .name = window.name, .hasBars = true, .isMain = true};
-  if (!window.name.empty() && window.found.browser == BrowserKind::Firefox) {
-    findings.remembersHistory = firefoxRemembersHistory(window.found.process);
+// MSAA does not show all the parts by which windows are told apart on Linux. So a window
+// of Firefox needs settings that say that it remembers history.
+void DesktopWindowSystem::settle(Window& window, const WindowAnswer& answer) {
+  window.name = answer.name;
+  if (isOrdinaryName(window.found.browser, answer.name) && !isOrdinary(window.found, answer.name)) {
+    if (!answer.name.empty()) window.kind = WindowKind::Private;
+    return;
   }
+  const WindowFindings findings{.isFrame = true,
+                                .name = window.name,
+                                .hasBars = true,
+                                .isMain = true,
+                                .remembersHistory = answer.remembersHistory};
   window.kind = kinds_.judge(window.found.browser, std::to_string(window.found.process), findings,
                              clock_.elapsed() - window.firstSeen);
+}
+
+std::size_t DesktopWindowSystem::firefoxProcesses() const {
+  std::vector<DWORD> processes;
+  for (const Window& window : windows_) {
+    if (window.found.browser == BrowserKind::Firefox) processes.push_back(window.found.process);
+  }
+  std::ranges::sort(processes);
+  return static_cast<std::size_t>(std::ranges::unique(processes).begin() - processes.begin());
 }
 
 // The topmost ordinary window. None while a new window above it may turn out to be one.
@@ -219,7 +265,7 @@ std::chrono::milliseconds DesktopWindowSystem::timeToNextPass() const {
 std::vector<UnreadableBrowser> DesktopWindowSystem::unreadableBrowsers() const {
   std::vector<UnreadableBrowser> browsers;
   for (const Window& window : windows_) {
-    const bool isOld = clock_.elapsed() - window.firstSeen >= kSettling;
+    const bool isOld = clock_.elapsed() - window.unsettledSince >= kSettling;
     if (!window.isVisible || window.kind != WindowKind::Unsettled || !isOld) continue;
     browsers.push_back(
         {std::string(nameOf(window.found.browser)), UnreadableBrowser::Reason::UnknownKind});

@@ -5,7 +5,7 @@
 // from the same parts, are not seen.
 //
 // One enumeration is one pass. It asks each browser at most one question and waits for
-// kPassLimit at most, whatever state the browsers are in. An answer that arrives later is
+// their answers for kPassLimit at most, whatever state they are in. An answer that arrives later is
 // used in a later pass, and until then that browser is not asked again.
 #pragma once
 
@@ -59,17 +59,23 @@ class DesktopWindowSystem final : public WindowSystem {
   struct Window {
     BrowserWindow found;
     std::chrono::milliseconds firstSeen{};
+    std::chrono::milliseconds unsettledSince{};
     std::string name;  // the accessible name, UTF-8, as last read
     WindowKind kind = WindowKind::Unsettled;
     bool isVisible = false;  // in this pass
   };
-  // A browser process. The reader is used only on the thread, and lives as long as a
-  // question that uses it.
+  // A browser process. The reader is used and destroyed only on the thread.
   struct Process {
+    Process() = default;
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
     std::unique_ptr<QuestionThread> thread;
     std::shared_ptr<MsaaPageReader> reader;
     std::shared_ptr<std::vector<WindowAnswer>> answers;  // to the last question; null if taken
     bool isLate = false;
+    unsigned hurries = 0;  // questions whose answers are not waited for, after a late one
   };
 
   void beginPass();
@@ -78,13 +84,14 @@ class DesktopWindowSystem final : public WindowSystem {
   void await();
   void takeAnswers();
   void take(const WindowAnswer& answer);
-  void settle(Window& window);
+  void settle(Window& window, const WindowAnswer& answer);
   void play();
   void showPage();
   [[nodiscard]] bool isDue(const Window& window) const;
   [[nodiscard]] const Window* front() const;
   [[nodiscard]] Window* find(HWND handle);
   [[nodiscard]] bool isAnswerMissing() const;
+  [[nodiscard]] std::size_t firefoxProcesses() const;
 
   Clock& clock_;
   User32WindowSystem classic_;

@@ -8,16 +8,20 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <memory>
 
-#include "platform/browsers/firefox_preferences.h"
 #include "platform/windows/wide_text.h"
 
 namespace quorrix {
 namespace {
 
 constexpr std::string_view kProfilePath = "Path=";
-constexpr std::string_view kProfileOptions[] = {"-profile", "--profile"};
+constexpr std::string_view kSetting = "browser.privatebrowsing.autostart";
+constexpr std::string_view kPolicy = "PrivateBrowsingModeAvailability";
+constexpr const wchar_t* kPolicyKey = L"Software\\Policies\\Mozilla\\Firefox";
+constexpr const wchar_t* kPolicyValue = L"PrivateBrowsingModeAvailability";
+constexpr DWORD kAlwaysPrivate = 2;
 
 struct Closer {
   void operator()(HANDLE handle) const { ::CloseHandle(handle); }
@@ -80,45 +84,109 @@ bool isInUse(const Path& profile) {
   return false;
 }
 
-std::optional<bool> remembers(const Path& profile) {
-  std::ifstream settings(profile / "prefs.js");
-  if (!settings) return std::nullopt;
-  for (std::string line; std::getline(settings, line);) {
-    if (firefox_preferences::isNeverRemembering(line)) return false;
+// Firefox takes "/private", "-Private" and "--private:x" for the same option.
+std::string optionIn(const std::string& argument) {
+  if (!argument.starts_with('-') && !argument.starts_with('/')) return {};
+  const std::size_t begin = argument.find_first_not_of("-/");
+  if (begin == std::string::npos) return {};
+  std::string option = argument.substr(begin, argument.find_first_of(":=", begin) - begin);
+  std::ranges::transform(option, option.begin(), [](unsigned char letter) {
+    return static_cast<char>(letter >= 'A' && letter <= 'Z' ? letter + ('a' - 'A') : letter);
+  });
+  return option;
+}
+
+bool contains(const Path& file, std::string_view text) {
+  std::ifstream input(file, std::ios::binary);
+  const std::string content{std::istreambuf_iterator<char>(input), {}};
+  return content.find(text) != std::string::npos;
+}
+
+// Whether a file beside the program may force private browsing. What exactly it says is
+// not looked at.
+bool mayBeForced(const Path& program) {
+  if (contains(program / "distribution" / "policies.json", kPolicy)) return true;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(program, error)) {
+    if (entry.path().extension() == ".cfg" && contains(entry.path(), kSetting)) return true;
   }
-  return settings.bad() ? std::nullopt : std::optional(true);
+  return false;
+}
+
+bool isForcedByPolicy() {
+  for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+    DWORD value = 0;
+    DWORD size = sizeof value;
+    if (::RegGetValueW(root, kPolicyKey, kPolicyValue, RRF_RT_REG_DWORD, nullptr, &value, &size) ==
+            ERROR_SUCCESS &&
+        value == kAlwaysPrivate) {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::optional<bool> remembers(const Path& profile) {
+  bool isRead = false;
+  for (const char* const name : {"prefs.js", "user.js"}) {
+    std::ifstream settings(profile / name);
+    isRead = isRead || settings.is_open();
+    for (std::string line; std::getline(settings, line);) {
+      // Users write user.js by hand, in whatever form.
+      const bool isNever =
+          line.find(kSetting) != std::string::npos && line.find("true") != std::string::npos;
+      if (isNever) return false;
+    }
+    if (settings.bad()) return std::nullopt;
+  }
+  return isRead ? std::optional(true) : std::nullopt;
+}
+
+Path programFolderOf(std::uint32_t processId) {
+  const Handle process(::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
+  std::wstring path(32 * 1024, L'\0');
+  auto length = static_cast<DWORD>(path.size());
+  if (!process || !::QueryFullProcessImageNameW(process.get(), 0, path.data(), &length)) return {};
+  path.resize(length);
+  return Path(path).parent_path();
 }
 
 }  // namespace
 
 std::optional<bool> firefoxRemembersHistory(const std::vector<std::string>& arguments,
-                                            const Path& folder) {
-  if (std::ranges::any_of(arguments, firefox_preferences::isPrivateOption)) return false;
+                                            const FirefoxFiles& files, std::size_t processes) {
+  if (mayBeForced(files.program)) return false;
   std::vector<Path> profiles;
-  const auto option = std::ranges::find_first_of(arguments, kProfileOptions);
-  if (option != arguments.end() && option + 1 != arguments.end()) {
-    profiles.push_back(wideFromUtf8(*(option + 1)));
-  } else {
-    for (Path& profile : profilesIn(folder)) {
-      if (isInUse(profile)) profiles.push_back(std::move(profile));
+  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+    const std::string option = optionIn(*argument);
+    if (option == "private") return false;
+    if (option == "profile" && argument + 1 != arguments.end()) {
+      profiles.emplace_back(wideFromUtf8(*(argument + 1)));
     }
   }
-  std::optional<bool> all;
+  const bool isGiven = !profiles.empty();
+  if (!isGiven) profiles = profilesIn(files.profiles);
+  std::erase_if(profiles, [](const Path& profile) { return !isInUse(profile); });
+  // With fewer profiles than processes, one of them has a profile that is not known here.
+  if (profiles.empty() || (!isGiven && profiles.size() < processes)) return std::nullopt;
   for (const Path& profile : profiles) {
-    all = remembers(profile);
-    if (all != true) return all;
+    const auto its = remembers(profile);
+    if (its != true) return its;
   }
-  return all;
+  return true;
 }
 
-std::optional<bool> firefoxRemembersHistory(std::uint32_t processId) {
+std::optional<bool> firefoxRemembersHistory(std::uint32_t processId, std::size_t processes) {
+  if (isForcedByPolicy()) return false;
   const auto commandLine = commandLineOf(processId);
-  if (!commandLine || commandLine->empty()) return std::nullopt;
+  const Path program = programFolderOf(processId);
+  if (!commandLine || commandLine->empty() || program.empty()) return std::nullopt;
   PWSTR roaming = nullptr;
   const HRESULT result = ::SHGetKnownFolderPath(FOLDERID_RoamingAppData, 0, nullptr, &roaming);
-  const Path folder = SUCCEEDED(result) ? Path(roaming) / "Mozilla" / "Firefox" : Path();
+  const Path profiles = SUCCEEDED(result) ? Path(roaming) / "Mozilla" / "Firefox" : Path();
   ::CoTaskMemFree(roaming);
-  return firefoxRemembersHistory(argumentsIn(*commandLine), folder);
+  return firefoxRemembersHistory(argumentsIn(*commandLine),
+                                 {.program = program, .profiles = profiles}, processes);
 }
 
 }  // namespace quorrix

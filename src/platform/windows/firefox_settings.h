@@ -10,15 +10,21 @@
 
 namespace quorrix {
 
-// Whether the Firefox with this process id remembers history. False if the user chose that
-// it never does, in the settings or with the option --private. nullopt if its command line
-// or its settings cannot be read. Never fails.
-[[nodiscard]] std::optional<bool> firefoxRemembersHistory(std::uint32_t processId);
+// Whether the Firefox with this process id remembers history. False if it never does: by
+// its settings, by a policy of the administrator, or by the option -private. nullopt if
+// that cannot be found out. `processes` is how many Firefox processes have windows. Never
+// fails.
+[[nodiscard]] std::optional<bool> firefoxRemembersHistory(std::uint32_t processId,
+                                                          std::size_t processes);
 
-// The same for a Firefox with these arguments, UTF-8, the program's name included.
-// `folder` is the folder of Firefox's profiles.ini. Firefox keeps a file of each profile
-// that it uses locked. If several are in use, all of them must remember.
+// The same without the policies in the registry, for a Firefox with these arguments,
+// UTF-8, the program's name included.
+struct FirefoxFiles {
+  Path program;   // the folder of firefox.exe
+  Path profiles;  // the folder of profiles.ini
+};
 [[nodiscard]] std::optional<bool> firefoxRemembersHistory(const std::vector<std::string>& arguments,
-                                                          const Path& folder);
+                                                          const FirefoxFiles& files,
+                                                          std::size_t processes);
 
 }  // namespace quorrix

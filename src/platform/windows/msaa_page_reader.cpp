@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/browsers/shown_address.h"
+#include "platform/windows/firefox_settings.h"
 
 namespace quorrix {
 namespace {
@@ -27,40 +28,59 @@ constexpr std::size_t kMostDocuments = 32;
 constexpr unsigned kLooksWhileLoading = 4;
 constexpr unsigned kLooksWhileEmpty = 20;
 
-// The first object with that role, searched level by level. `isSkipped` is asked about each
-// object's role.
-template <typename Skipped>
-MsaaObject search(const MsaaObject& root, long role, Skipped isSkipped) {
+// A window in which something was searched in vain is searched again after so many readings.
+constexpr unsigned kReadingsBetweenSearches = 50;
+
+// Background tabs are off the screen, and other hidden parts are invisible.
+bool isShown(const MsaaObject& object) {
+  return (object.state() & (STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN)) == 0;
+}
+
+// The shown objects with that role, searched level by level, outside of the parts of a
+// window that hold no page.
+std::vector<MsaaObject> search(const MsaaObject& root, long role) {
+  std::vector<MsaaObject> found;
   std::vector<MsaaObject> level{root};
   std::size_t seen = 0;
   for (unsigned depth = 0; depth < kDeepest && !level.empty(); ++depth) {
     std::vector<MsaaObject> next;
     for (const MsaaObject& object : level) {
       for (MsaaObject& child : object.children(kMostChildren)) {
-        if (++seen > kMostObjects) return {};
-        if ((child.state() & STATE_SYSTEM_INVISIBLE) != 0) continue;
+        if (++seen > kMostObjects) return found;
+        if (!isShown(child)) continue;
         const long its = child.role();
-        if (its == role) return child;
-        if (!isSkipped(its)) next.push_back(std::move(child));
+        const bool isSkipped = its == ROLE_SYSTEM_DOCUMENT || its == ROLE_SYSTEM_MENUBAR ||
+                               its == ROLE_SYSTEM_MENUPOPUP ||
+                               (its == ROLE_SYSTEM_TOOLBAR && role == ROLE_SYSTEM_PROPERTYPAGE);
+        if (its == role) {
+          found.push_back(std::move(child));
+        } else if (!isSkipped) {
+          next.push_back(std::move(child));
+        }
       }
     }
     level = std::move(next);
   }
-  return {};
+  return found;
 }
 
-BOOL CALLBACK findPage(HWND window, LPARAM found) noexcept {
+BOOL CALLBACK collectPage(HWND window, LPARAM list) noexcept {
   wchar_t name[64] = L"";
   ::GetClassNameW(window, name, static_cast<int>(std::size(name)));
   if (std::wstring_view(name) != kChromiumPage || !::IsWindowVisible(window)) return TRUE;
-  *reinterpret_cast<HWND*>(found) = window;
-  return FALSE;
+  try {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+  } catch (...) {
+    return FALSE;
+  }
 }
 
+// Null if there is not exactly one: a side panel and the developer tools are pages, too.
 HWND pageOf(HWND frame) {
-  HWND page = nullptr;
-  ::EnumChildWindows(frame, findPage, reinterpret_cast<LPARAM>(&page));
-  return page;
+  std::vector<HWND> pages;
+  ::EnumChildWindows(frame, collectPage, reinterpret_cast<LPARAM>(&pages));
+  return pages.size() == 1 ? pages.front() : nullptr;
 }
 
 }  // namespace
@@ -75,14 +95,18 @@ std::vector<WindowAnswer> MsaaPageReader::read(const std::vector<WindowQuestion>
 WindowAnswer MsaaPageReader::readWindow(const WindowQuestion& question) {
   WindowAnswer answer{.window = question.window, .name = {}, .page = {}};
   Window& window = windows_[question.window];
-  if (!window.root) window.root = MsaaObject::ofWindow(question.window, kPatience);
-  if (!window.root) return answer;
-  const auto name = window.root.name();
-  if (!name) {
-    window = {};  // a window may replace its objects
-    return answer;
+  std::optional<std::string> name;
+  if (window.root) name = window.root.name();
+  if (!name) {  // a window may replace its objects
+    window = {};
+    window.root = MsaaObject::ofWindow(question.window, kPatience);
+    if (window.root) name = window.root.name();
   }
+  if (!name) return answer;
   answer.name = *name;
+  if (question.processes > 0 && browser_ == BrowserKind::Firefox) {
+    answer.remembersHistory = firefoxRemembersHistory(process_, question.processes);
+  }
   if (!question.wantsPage) return answer;
   answer.page = browser_ == BrowserKind::Firefox
                     ? readFirefox(window)
@@ -111,13 +135,22 @@ std::optional<PageReading> MsaaPageReader::readFirefox(Window& window) {
                      .isLoading = isBusy};
 }
 
-MsaaObject MsaaPageReader::searchedDocument(Window& window) const {
+MsaaObject MsaaPageReader::searchedDocument(Window& window) {
   MsaaObject& found = window.foundDocument;
-  if (found && found.value() && (found.state() & STATE_SYSTEM_INVISIBLE) == 0) return found;
-  found = search(window.root, ROLE_SYSTEM_DOCUMENT, [](long role) {
-    return role == ROLE_SYSTEM_TOOLBAR || role == ROLE_SYSTEM_MENUBAR ||
-           role == ROLE_SYSTEM_MENUPOPUP;
-  });
+  if (found && found.value() && isShown(found)) return found;
+  found = {};
+  if (window.readingsUntilSearch > 0) {
+    --window.readingsUntilSearch;
+    return found;
+  }
+  // The selected tab is a property page. A document elsewhere, such as in a side bar, is not
+  // the page.
+  std::vector<MsaaObject> documents;
+  for (const MsaaObject& tab : search(window.root, ROLE_SYSTEM_PROPERTYPAGE)) {
+    std::ranges::move(search(tab, ROLE_SYSTEM_DOCUMENT), std::back_inserter(documents));
+  }
+  if (documents.size() == 1) found = documents.front();
+  if (!found) window.readingsUntilSearch = kReadingsBetweenSearches;
   return found;
 }
 
@@ -137,41 +170,56 @@ std::optional<PageReading> MsaaPageReader::readChromium(HWND frame, Window& wind
     if (object) static_cast<void>(object.name());
     return std::nullopt;
   }
-  findNewerAddress(window, *loaded, name);
-  return PageReading{.document = documentOf(object).id,
-                     .address = window.newer.value_or(*loaded),
+  Document& document = documentOf(object);
+  if (*loaded != document.loaded) {
+    document.loaded = *loaded;
+    document.newer.reset();
+    document.hasAgreed = false;
+    document.name = name;
+  }
+  follow(document, addressInBar(window), name);
+  if (!document.hasAgreed) return std::nullopt;
+  return PageReading{.document = document.id,
+                     .address = document.newer.value_or(*loaded),
                      .isComplete = true,
-                     .isAddressNewer = window.newer.has_value()};
+                     .isAddressNewer = document.newer.has_value()};
 }
 
-// The bar also shows the address of a page that waits for its server, and was perhaps
-// never shown. So an address from the bar counts only with another title, which such a page
-// does not have yet.
-void MsaaPageReader::findNewerAddress(Window& window, const std::string& loaded,
-                                      const std::string& name) const {
-  if (loaded != window.loaded) {
-    window.loaded = loaded;
-    window.newer.reset();
-    window.name = name;
+// After a script has changed the address, the document keeps the one under which it was
+// loaded. The bar then has the new one, but it also shows the address of a page that waits
+// for its server, and was perhaps never shown. So an address from the bar counts only with
+// another title, which such a page does not have yet.
+void MsaaPageReader::follow(Document& document, const std::optional<std::string>& inBar,
+                            const std::string& name) {
+  const auto shown = inBar ? compareWithBar(document.loaded, *inBar) : ShownAddress::Unclear;
+  if (shown == ShownAddress::Same) {
+    document.newer.reset();
+    document.hasAgreed = true;
+  } else if (shown == ShownAddress::Newer) {
+    std::string newer = newerAddress(document.loaded, *inBar);
+    if (!document.hasAgreed || (newer != document.newer && name == document.name)) return;
+    document.newer = std::move(newer);
   }
-  const auto inBar = addressInBar(window);
-  if (inBar) {
-    auto newer = newerAddress(loaded, *inBar);
-    if (newer && newer != window.newer && name == window.name) return;
-    window.newer = std::move(newer);
-  }
-  window.name = name;
+  document.name = name;
 }
 
 // nullopt while the user is typing in it.
-std::optional<std::string> MsaaPageReader::addressInBar(Window& window) const {
+std::optional<std::string> MsaaPageReader::addressInBar(Window& window) {
   if (!window.addressBar) {
-    const auto isDocument = [](long role) { return role == ROLE_SYSTEM_DOCUMENT; };
-    const MsaaObject bar = search(window.root, ROLE_SYSTEM_TOOLBAR, isDocument);
-    if (bar) window.addressBar = search(bar, ROLE_SYSTEM_TEXT, isDocument);
-    if (!window.addressBar) return std::nullopt;
+    if (window.readingsUntilSearch > 0) {
+      --window.readingsUntilSearch;
+      return std::nullopt;
+    }
+    for (const MsaaObject& bar : search(window.root, ROLE_SYSTEM_TOOLBAR)) {
+      std::vector<MsaaObject> texts = search(bar, ROLE_SYSTEM_TEXT);
+      if (!window.addressBar && !texts.empty()) window.addressBar = std::move(texts.front());
+    }
+    if (!window.addressBar) {
+      window.readingsUntilSearch = kReadingsBetweenSearches;
+      return std::nullopt;
+    }
   }
-  const auto text = window.addressBar.value();
+  auto text = window.addressBar.value();
   if (!text) window.addressBar = {};
   const bool isBeingEdited = text && (window.addressBar.state() & STATE_SYSTEM_FOCUSED) != 0;
   return isBeingEdited ? std::nullopt : text;
@@ -185,9 +233,10 @@ MsaaPageReader::Document& MsaaPageReader::documentOf(const MsaaObject& object) {
     return documents_.back();
   }
   if (documents_.size() == kMostDocuments) documents_.erase(documents_.begin());
-  documents_.push_back(
-      {.object = object, .id = std::to_string(process_) + ' ' + std::to_string(++nextId_)});
-  return documents_.back();
+  Document& document = documents_.emplace_back();
+  document.object = object;
+  document.id = std::to_string(process_) + ' ' + std::to_string(++nextId_);
+  return document;
 }
 
 }  // namespace quorrix

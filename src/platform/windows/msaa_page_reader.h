@@ -21,12 +21,16 @@ namespace quorrix {
 struct WindowQuestion {
   HWND window = nullptr;
   bool wantsPage = false;  // else only the name
+  // Firefox only: how many Firefox processes have windows, if it is wanted whether this one
+  // remembers history.
+  std::size_t processes = 0;
 };
 
 struct WindowAnswer {
   HWND window = nullptr;
   std::string name;                 // the accessible name, UTF-8; empty if it could not be read
   std::optional<PageReading> page;  // nullopt if there is none or it was not wanted
+  std::optional<bool> remembersHistory = std::nullopt;
 };
 
 class MsaaPageReader {
@@ -40,26 +44,30 @@ class MsaaPageReader {
   struct Document {
     MsaaObject object;
     std::string id;
-    unsigned looks = 0;
+    unsigned looks = 0;  // Firefox's
     bool isWhole = false;
-  };
-  struct Window {
-    MsaaObject root;
-    MsaaObject foundDocument;  // by a search, where Firefox does not say which one is shown
-    // Chromium's
-    MsaaObject addressBar;
+
+    // Chromium's. The bar and the document have agreed, so that a change can be seen.
+    bool hasAgreed = false;
     std::string loaded;                // the address of the document
     std::optional<std::string> newer;  // the address that replaced it
     std::string name;                  // the window's, when one of the two was shown
   };
+  struct Window {
+    MsaaObject root;
+    MsaaObject foundDocument;  // by a search, where Firefox does not say which one is shown
+    MsaaObject addressBar;     // Chromium's
+    unsigned readingsUntilSearch = 0;
+  };
 
   [[nodiscard]] WindowAnswer readWindow(const WindowQuestion& question);
   [[nodiscard]] std::optional<PageReading> readFirefox(Window& window);
-  [[nodiscard]] MsaaObject searchedDocument(Window& window) const;
+  [[nodiscard]] static MsaaObject searchedDocument(Window& window);
   [[nodiscard]] std::optional<PageReading> readChromium(HWND frame, Window& window,
                                                         const std::string& name);
-  void findNewerAddress(Window& window, const std::string& loaded, const std::string& name) const;
-  [[nodiscard]] std::optional<std::string> addressInBar(Window& window) const;
+  static void follow(Document& document, const std::optional<std::string>& inBar,
+                     const std::string& name);
+  [[nodiscard]] static std::optional<std::string> addressInBar(Window& window);
   [[nodiscard]] Document& documentOf(const MsaaObject& object);
 
   BrowserKind browser_;

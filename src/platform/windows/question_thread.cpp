@@ -25,7 +25,10 @@ struct QuestionThread::State {
       if (!question) return;
       std::function<void()> asked = std::exchange(question, nullptr);
       lock.unlock();
-      asked();
+      try {
+        asked();
+      } catch (...) {  // out of memory: no answer
+      }
       asked = nullptr;
       lock.lock();
       isAsking = false;

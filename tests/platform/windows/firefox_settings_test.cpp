@@ -42,8 +42,10 @@ class FirefoxSettingsTest : public testing::Test {
                                    nullptr));
   }
 
-  std::optional<bool> remembers(const std::vector<std::string>& arguments = {"firefox.exe"}) const {
-    return firefoxRemembersHistory(arguments, folder_.path());
+  std::optional<bool> remembers(const std::vector<std::string>& arguments = {"firefox.exe"},
+                                std::size_t processes = 1) const {
+    return firefoxRemembersHistory(
+        arguments, {.program = folder_ / "program", .profiles = folder_.path()}, processes);
   }
 
   test::TemporaryFolder folder_;
@@ -83,20 +85,54 @@ TEST_F(FirefoxSettingsTest, AreThoseOfTheProfileOnTheCommandLine) {
   givenSettings("one", kNeverRemembers);
   givenSettings("two", kRemembers);
   use("two");
-  for (const char* const option : {"-profile", "--profile"}) {
+  const std::vector<std::string> one = {"firefox.exe", "-profile", profile("one").string()};
+  EXPECT_EQ(remembers(one), std::nullopt);  // it uses another one after all
+  use("one");
+  for (const char* const option : {"-profile", "--profile", "/Profile"}) {
     EXPECT_EQ(remembers({"firefox.exe", option, profile("one").string()}), false);
   }
+  EXPECT_EQ(remembers({"firefox.exe", "-profile", profile("two").string()}), true);
+}
+
+TEST_F(FirefoxSettingsTest, AreUnknownWithMoreProcessesThanKnownProfiles) {
+  givenSettings("one", kRemembers);
+  use("one");
+  EXPECT_EQ(remembers({"firefox.exe"}, 2), std::nullopt);
+}
+
+TEST_F(FirefoxSettingsTest, AreAlsoThoseOfTheUsersOwnFile) {
+  givenSettings("one", kRemembers);
+  std::ofstream(profile("one") / "user.js")
+      << "user_pref( 'browser.privatebrowsing.autostart' , true );\n";
+  use("one");
+  EXPECT_EQ(remembers(), false);
+}
+
+TEST_F(FirefoxSettingsTest, MayBeForcedByFilesBesideTheProgram) {
+  givenSettings("one", kRemembers);
+  use("one");
+  std::filesystem::create_directories(folder_ / "program" / "distribution");
+  const Path policies = folder_ / "program" / "distribution" / "policies.json";
+  std::ofstream(policies) << "{\"policies\": {\"PrivateBrowsingModeAvailability\": 2}}";
+  EXPECT_EQ(remembers(), false);
+  std::filesystem::remove(policies);
+  EXPECT_EQ(remembers(), true);
+  std::ofstream(folder_ / "program" / "mozilla.cfg")
+      << "//\nlockPref(\"browser.privatebrowsing.autostart\", true);\n";
+  EXPECT_EQ(remembers(), false);
 }
 
 TEST_F(FirefoxSettingsTest, ArePrivateWithTheOption) {
   givenSettings("one", kRemembers);
   use("one");
-  EXPECT_EQ(remembers({"firefox.exe", "-private"}), false);
-  EXPECT_EQ(remembers({"firefox.exe", "--private", "http://one.two.three"}), false);
+  for (const char* const option : {"-private", "--private", "/private", "-Private", "/PRIVATE:x"}) {
+    EXPECT_EQ(remembers({"firefox.exe", option, "http://one.two.three"}), false) << option;
+  }
+  EXPECT_EQ(remembers({"firefox.exe", "http://one.two.three/private"}), true);
 }
 
 TEST_F(FirefoxSettingsTest, OfAProcessThatIsGoneAreUnknown) {
-  EXPECT_EQ(firefoxRemembersHistory(0xFFFF'FFF0), std::nullopt);
+  EXPECT_EQ(firefoxRemembersHistory(0xFFFF'FFF0, 1), std::nullopt);
 }
 
 }  // namespace

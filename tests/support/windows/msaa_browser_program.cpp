@@ -21,7 +21,11 @@
 //   hang MS              the window answers no message for so long
 //   hang-inside MS       the next accName answers after so long
 //   die-inside           the next accValue ends the program
+//   background URL       a tab that is not selected
+//   side-bar URL         a document beside the tabs
+//   panel                a second page beside the first, as a side panel of Chromium is
 //   asked                how often an object of the page was asked for anything
+//   addresses            how often a document was asked for its address
 //   calls                the number of calls so far
 //
 // With the option -profile FOLDER it keeps FOLDER\parent.lock locked.
@@ -60,6 +64,7 @@ DWORD nameHang = 0;
 bool diesInside = false;
 unsigned calls = 0;
 unsigned askedOfThePage = 0;
+unsigned askedForAnAddress = 0;
 
 void wakeIfAsked() {
   if (awakeSince == 0 && isAskedToWake && wasNameRead) awakeSince = GetTickCount() + kWakingTime;
@@ -116,6 +121,7 @@ class Object final : public IAccessible {
   HRESULT STDMETHODCALLTYPE get_accValue(VARIANT child, BSTR* text) override {
     count();
     if (diesInside) TerminateProcess(GetCurrentProcess(), 1);
+    if (role_ == ROLE_SYSTEM_DOCUMENT) ++askedForAnAddress;
     const bool isHidden = role_ == ROLE_SYSTEM_DOCUMENT && !isAwake();
     *text = SysAllocString(isHidden ? L"" : target(child).value.c_str());
     return S_OK;
@@ -214,6 +220,10 @@ Window* windowOf(HWND handle) {
 }
 
 void show(Window& window, Object* document) {
+  for (Object* const other : window.documents) {
+    if (other != document) other->state = STATE_SYSTEM_OFFSCREEN;
+  }
+  document->state = 0;
   window.tab->children = {document};
   window.root->embedded = window.hasRelation && isFirefox ? document : nullptr;
 }
@@ -259,6 +269,7 @@ std::string obey(const std::string& line) {
   const std::string text = blank == std::string::npos ? "" : line.substr(blank + 1);
   const bool isOn = text == "1";
   if (command == "asked") return std::to_string(askedOfThePage);
+  if (command == "addresses") return std::to_string(askedForAnAddress);
   if (command == "calls") return std::to_string(calls);
   if (command == "window") {
     addWindow();
@@ -311,6 +322,16 @@ std::string obey(const std::string& line) {
       document->children.push_back(new Object(ROLE_SYSTEM_STATICTEXT));
       document->children.back()->isOfThePage = true;
     }
+  } else if (command == "background" || command == "side-bar") {
+    const bool isTab = command == "background";
+    auto* const other = new Object(ROLE_SYSTEM_DOCUMENT);
+    auto* const around = new Object(isTab ? ROLE_SYSTEM_PROPERTYPAGE : ROLE_SYSTEM_GROUPING);
+    other->value = wide(text);
+    around->children = {other};
+    if (isTab) around->state = other->state = STATE_SYSTEM_OFFSCREEN;
+    window.root->children.insert(window.root->children.begin(), around);
+  } else if (command == "panel") {
+    makeWindow(kPageClass, L"Chrome Legacy Window", WS_CHILD, window.frame);
   } else if (command == "hang") {
     PostMessageW(window.frame, kHang, static_cast<WPARAM>(std::stoul(text)), 0);
   } else if (command == "hang-inside") {
