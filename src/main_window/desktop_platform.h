@@ -21,7 +21,7 @@ struct DesktopEnvironment {
 [[nodiscard]] std::string preferredPlatform(const DesktopEnvironment& environment);
 
 // The direction of the desktop's first language, such as "ar-EG". Qt would take it from a
-// translation of the program, and there is none.
+// translation, but the program has no translations.
 [[nodiscard]] Qt::LayoutDirection desktopDirection(const QStringList& languages);
 
 // The locale in which the user writes dates. On Linux, LC_TIME counts alone, and not the
