@@ -16,6 +16,10 @@ constexpr std::chrono::milliseconds kShortestWait{20};
 // With kPassLimit, less than 200 ms for a pass beside a classic browser that hangs, too.
 constexpr std::chrono::milliseconds kClassicAnswerLimit{140};
 constexpr unsigned kHurriesAfterLate = 5;
+
+// How long a window must be in front before its page is shown. When the desktop brings all
+// windows back, one after the other is in front for a moment.
+constexpr std::chrono::milliseconds kFrontStands{300};
 constexpr std::chrono::milliseconds kLongestHurry{2000};
 
 std::string keyOf(const BrowserWindow& window) {
@@ -240,7 +244,12 @@ void DesktopWindowSystem::play() {
 // window, and not while a classic browser is in front of it.
 void DesktopWindowSystem::showPage() {
   const Window* const first = front();
-  const bool isRead = reading_ && reading_->window == first->found.handle;
+  if (first->found.handle != front_) {
+    front_ = first->found.handle;
+    frontSince_ = clock_.elapsed();
+  }
+  const bool isInFront = clock_.elapsed() - frontSince_ >= kFrontStands;
+  const bool isRead = isInFront && reading_ && reading_->window == first->found.handle;
   const auto page = isRead ? reading_->page : std::optional<PageReading>();
   played_.showInFront(presentation_.present(keyOf(first->found), page, clock_.elapsed()));
 }

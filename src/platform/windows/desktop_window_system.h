@@ -102,6 +102,8 @@ class DesktopWindowSystem final : public WindowSystem {
   std::map<DWORD, Process> processes_;
   std::vector<HWND> ordinary_;           // of this pass, as played
   std::optional<WindowAnswer> reading_;  // of the front window, in this pass
+  HWND front_ = nullptr;                 // the window whose page was to be shown last
+  std::chrono::milliseconds frontSince_{};
   unsigned pass_ = 0;
   std::chrono::milliseconds lastComplete_{};
   std::chrono::microseconds duration_{};

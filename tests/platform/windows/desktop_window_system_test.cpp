@@ -342,6 +342,21 @@ TEST_F(DesktopWindowSystemTest, ReadsTheOrdinaryWindowUnderAPrivateOne) {
   EXPECT_EQ(visits_, (Visits{kPage, kOtherPage}));
 }
 
+// As the desktop does after it was shown.
+TEST_F(DesktopWindowSystemTest, TakesNoWindowForUsedThatIsInFrontForAMoment) {
+  const auto behind = firefox();
+  show(*behind, kOtherPage);
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("minimised 1");
+  behind->tell("minimised 1");
+  visitsWithin(300ms);
+  behind->tell("minimised 0");
+  for (int i = 0; i < 5; ++i) pass();
+  browser->tell("minimised 0");
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
 TEST_F(DesktopWindowSystemTest, ReadsNoHiddenPage) {
   const auto browser = chromium();
   ASSERT_TRUE(visits(kPage));
