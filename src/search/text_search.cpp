@@ -5,14 +5,13 @@
 namespace quorrix {
 namespace {
 
-// Without a branch, and in a single byte, so that a loop over it is compiled to operations
-// on sixteen characters.
+// Whether the character is one of the forms. Without a branch, so that a loop over it is
+// compiled to operations on sixteen characters.
 template <typename Forms>
-unsigned char isOneOf(char character, const Forms& forms) {
-  return static_cast<unsigned char>(static_cast<unsigned char>(character == forms[0]) |
-                                    static_cast<unsigned char>(character == forms[1]) |
-                                    static_cast<unsigned char>(character == forms[2]) |
-                                    static_cast<unsigned char>(character == forms[3]));
+inline unsigned char isOneOf(char character, const Forms& forms) {
+  unsigned found = 0;
+  for (const char form : forms) found |= static_cast<unsigned>(character == form);
+  return static_cast<unsigned char>(found);
 }
 
 }  // namespace
