@@ -30,7 +30,8 @@ _x.XGetWindowProperty.argtypes = [
     POINTER(c_ulong), POINTER(c_ulong), POINTER(POINTER(c_ubyte))]
 _x.XSendEvent.argtypes = [c_void_p, c_ulong, c_int, c_long, c_void_p]
 _x.XSelectInput.argtypes = [c_void_p, c_ulong, c_long]
-for _name in ("XDefaultRootWindow", "XFlush", "XPending", "XConnectionNumber", "XCloseDisplay"):
+for _name in ("XDefaultRootWindow", "XFlush", "XAutoRepeatOff", "XPending", "XConnectionNumber",
+              "XCloseDisplay"):
     getattr(_x, _name).argtypes = [c_void_p]
 _x.XNextEvent.argtypes = [c_void_p, c_void_p]
 
@@ -58,6 +59,10 @@ class _Connection:
 
     def close(self):
         _x.XCloseDisplay(self.display)
+
+    def switch_key_repeat_off(self):
+        _x.XAutoRepeatOff(self.display)
+        _x.XFlush(self.display)
 
     def atom(self, name):
         return _x.XInternAtom(self.display, name.encode(), 0)
@@ -158,6 +163,9 @@ class Screen:
     def __init__(self, environment):
         self.environment = environment
         self.connection = _Connection(environment["DISPLAY"])
+        # On a busy machine a key may be released so late that it repeats, and Alt+Left would go back
+        # two pages.
+        self.connection.switch_key_repeat_off()
 
     def close(self):
         self.connection.close()
