@@ -2,14 +2,12 @@
 
 #include <dwmapi.h>
 
-#include <algorithm>
 #include <array>
-#include <filesystem>
-#include <iterator>
 #include <string>
 #include <string_view>
 
 #include "platform/browsers/browser_titles.h"
+#include "platform/windows/process_program.h"
 #include "platform/windows/wide_text.h"
 
 namespace quorrix {
@@ -35,7 +33,7 @@ std::wstring classOf(HWND window) {
   return {name.data(), static_cast<std::size_t>(length)};
 }
 
-// As the system keeps it; the window is not asked.
+// As the system keeps it. A window of another program is not asked.
 std::string textOf(HWND window) {
   std::array<wchar_t, 1024> text{};
   const int length = ::GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
@@ -48,30 +46,21 @@ bool isVisible(HWND window) {
   return ::IsWindowVisible(window) && !::IsIconic(window) && !(SUCCEEDED(result) && cloaked != 0);
 }
 
-std::wstring programOf(DWORD process) {
-  const HANDLE handle = ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process);
-  if (handle == nullptr) return {};
-  std::wstring path(32 * 1024, L'\0');
-  auto length = static_cast<DWORD>(path.size());
-  const bool isKnown = ::QueryFullProcessImageNameW(handle, 0, path.data(), &length) != 0;
-  ::CloseHandle(handle);
-  path.resize(isKnown ? length : 0);
-  std::wstring name = std::filesystem::path(path).filename().wstring();
-  std::ranges::transform(name, name.begin(), [](wchar_t letter) {
-    return letter >= L'A' && letter <= L'Z' ? static_cast<wchar_t>(letter + (L'a' - L'A')) : letter;
-  });
-  return name;
+bool isProgram(DWORD process, std::wstring_view name) {
+  const std::wstring its = programOf(process).filename().wstring();
+  return ::CompareStringOrdinal(its.data(), static_cast<int>(its.size()), name.data(),
+                                static_cast<int>(name.size()), TRUE) == CSTR_EQUAL;
 }
 
-// The window text of a private window of Chromium is that of an ordinary one.
+// The window text of a private window of Chromium is that of an ordinary one. The text is
+// compared first, because asking for the program of a process takes longer.
 std::optional<BrowserKind> browserOf(HWND window, DWORD process) {
-  const std::wstring program = programOf(process);
   const std::string text = textOf(window);
   const bool isOfFirefox = classOf(window) == kFirefoxClass;
   for (const Browser& browser : kBrowsers) {
     const bool isOfTheClass = (browser.kind == BrowserKind::Firefox) == isOfFirefox;
-    if (!isOfTheClass || program != browser.program) continue;
-    if (titleKind(browser.kind, text) != TitleKind::NotOrdinary) return browser.kind;
+    if (!isOfTheClass || titleKind(browser.kind, text) == TitleKind::NotOrdinary) continue;
+    if (isProgram(process, browser.program)) return browser.kind;
   }
   return std::nullopt;
 }

@@ -11,6 +11,7 @@
 #include <iterator>
 #include <memory>
 
+#include "platform/windows/process_program.h"
 #include "platform/windows/wide_text.h"
 
 namespace quorrix {
@@ -142,15 +143,6 @@ std::optional<bool> remembers(const Path& profile) {
   return isRead ? std::optional(true) : std::nullopt;
 }
 
-Path programFolderOf(std::uint32_t processId) {
-  const Handle process(::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
-  std::wstring path(32 * 1024, L'\0');
-  auto length = static_cast<DWORD>(path.size());
-  if (!process || !::QueryFullProcessImageNameW(process.get(), 0, path.data(), &length)) return {};
-  path.resize(length);
-  return Path(path).parent_path();
-}
-
 }  // namespace
 
 std::optional<bool> firefoxRemembersHistory(const std::vector<std::string>& arguments,
@@ -179,7 +171,7 @@ std::optional<bool> firefoxRemembersHistory(const std::vector<std::string>& argu
 std::optional<bool> firefoxRemembersHistory(std::uint32_t processId, std::size_t processes) {
   if (isForcedByPolicy()) return false;
   const auto commandLine = commandLineOf(processId);
-  const Path program = programFolderOf(processId);
+  const Path program = programOf(processId).parent_path();
   if (!commandLine || commandLine->empty() || program.empty()) return std::nullopt;
   PWSTR roaming = nullptr;
   const HRESULT result = ::SHGetKnownFolderPath(FOLDERID_RoamingAppData, 0, nullptr, &roaming);
