@@ -69,5 +69,39 @@ TEST(DesktopDirection, IsTheOneOfTheFirstLanguage) {
   EXPECT_EQ(desktopDirection({}), Qt::LeftToRight);
 }
 
+#ifndef _WIN32
+// The tests set the variables of the locale; afterwards they have their old values.
+class LocaleOfDates : public testing::Test {
+ protected:
+  LocaleOfDates() {
+    for (const char* const name : kVariables) {
+      before_.push_back(qEnvironmentVariableIsSet(name) ? qgetenv(name) : QByteArray());
+      qunsetenv(name);
+    }
+  }
+  ~LocaleOfDates() override {
+    for (std::size_t i = 0; i < before_.size(); ++i) {
+      before_[i].isNull() ? qunsetenv(kVariables[i]) : qputenv(kVariables[i], before_[i]);
+    }
+  }
+
+  static constexpr const char* kVariables[] = {"LC_ALL", "LC_TIME", "LANG"};
+
+ private:
+  std::vector<QByteArray> before_;
+};
+
+TEST_F(LocaleOfDates, IsTheOneOfTimes) {
+  qputenv("LANG", "ar_EG.UTF-8");
+  EXPECT_EQ(localeOfDates(), QLocale(QLocale::Arabic, QLocale::Egypt));
+  qputenv("LC_TIME", "en_GB.UTF-8");
+  EXPECT_EQ(localeOfDates(), QLocale(QLocale::English, QLocale::UnitedKingdom));
+  qputenv("LC_ALL", "de_DE.UTF-8");
+  EXPECT_EQ(localeOfDates(), QLocale(QLocale::German, QLocale::Germany));
+  qputenv("LC_ALL", "");
+  EXPECT_EQ(localeOfDates(), QLocale(QLocale::English, QLocale::UnitedKingdom));
+}
+#endif
+
 }  // namespace
 }  // namespace quorrix
