@@ -51,7 +51,8 @@ class PlayedWindows {
                            std::span<char> buffer) const;
 
  private:
-  static constexpr WindowHandle kPlayed = ~(~WindowHandle{0} >> 1U);  // no window of user32
+  // The highest bit, which no handle of user32 has.
+  static constexpr WindowHandle kPlayed = ~(~WindowHandle{0} >> 1U);
 
   enum class Part : WindowHandle { Frame, ComboBox, Edit, StatusBar };
   struct Window {

@@ -13,6 +13,8 @@ constexpr unsigned kThoroughEvery = 5;
 constexpr std::chrono::milliseconds kNewFor{2000};
 constexpr std::chrono::milliseconds kSettling{10'000};
 constexpr std::chrono::milliseconds kShortestWait{20};
+constexpr std::chrono::milliseconds kLongestHurry{2000};
+
 // With kPassLimit, less than 200 ms for a pass beside a classic browser that hangs, too.
 constexpr std::chrono::milliseconds kClassicAnswerLimit{140};
 constexpr unsigned kHurriesAfterLate = 5;
@@ -20,7 +22,6 @@ constexpr unsigned kHurriesAfterLate = 5;
 // How long a window must be in front before its page is shown. When the desktop brings all
 // windows back, one after the other is in front for a moment.
 constexpr std::chrono::milliseconds kFrontStands{300};
-constexpr std::chrono::milliseconds kLongestHurry{2000};
 
 std::string keyOf(const BrowserWindow& window) {
   return std::to_string(window.process) + ' ' +
@@ -34,7 +35,7 @@ bool isOrdinary(const BrowserWindow& window, std::string_view name) {
   constexpr std::string_view kWideBracket = "\xEF\xBC\x89";
   const bool endsInBrackets = name.ends_with(')') || name.ends_with(kWideBracket);
   const bool mayBePrivate = window.browser != BrowserKind::Firefox && endsInBrackets;
-  return !name.empty() && !mayBePrivate && isOrdinaryName(window.browser, std::string(name));
+  return !mayBePrivate && isOrdinaryName(window.browser, std::string(name));
 }
 
 }  // namespace
@@ -196,7 +197,7 @@ void DesktopWindowSystem::take(const WindowAnswer& answer) {
 void DesktopWindowSystem::settle(Window& window, const WindowAnswer& answer) {
   window.name = answer.name;
   if (isOrdinaryName(window.found.browser, answer.name) && !isOrdinary(window.found, answer.name)) {
-    if (!answer.name.empty()) window.kind = WindowKind::Private;
+    window.kind = WindowKind::Private;
     return;
   }
   const WindowFindings findings{.isFrame = true,

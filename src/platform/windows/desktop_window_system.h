@@ -4,9 +4,9 @@
 // Firefox, Chromium and Google Chrome. Their own windows, and all others that are built
 // from the same parts, are not seen.
 //
-// One enumeration is one pass. It asks each browser at most one question and waits for
-// their answers for kPassLimit at most, whatever state they are in. An answer that arrives later is
-// used in a later pass, and until then that browser is not asked again.
+// One enumeration is one pass. It asks each browser at most one question, and waits at
+// most kPassLimit for all answers, whatever state the browsers are in. An answer that
+// arrives later is used in a later pass, and until then that browser is not asked again.
 #pragma once
 
 #include <chrono>

@@ -17,12 +17,13 @@ namespace quorrix {
 [[nodiscard]] std::optional<bool> firefoxRemembersHistory(std::uint32_t processId,
                                                           std::size_t processes);
 
-// The same without the policies in the registry, for a Firefox with these arguments,
-// UTF-8, the program's name included.
 struct FirefoxFiles {
   Path program;   // the folder of firefox.exe
   Path profiles;  // the folder of profiles.ini
 };
+
+// The same without the policies in the registry, for a Firefox with these arguments,
+// UTF-8, the program's name included.
 [[nodiscard]] std::optional<bool> firefoxRemembersHistory(const std::vector<std::string>& arguments,
                                                           const FirefoxFiles& files,
                                                           std::size_t processes);

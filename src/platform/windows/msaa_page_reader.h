@@ -28,8 +28,10 @@ struct WindowQuestion {
 
 struct WindowAnswer {
   HWND window = nullptr;
-  std::string name;                 // the accessible name, UTF-8; empty if it could not be read
-  std::optional<PageReading> page;  // nullopt if there is none or it was not wanted
+  std::string name;  // the accessible name, UTF-8; empty if it could not be read
+  // nullopt if the question did not ask for the page, or if the window shows none that can
+  // be read.
+  std::optional<PageReading> page;
   std::optional<bool> remembersHistory = std::nullopt;
 };
 
