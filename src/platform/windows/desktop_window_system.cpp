@@ -50,12 +50,16 @@ DesktopWindowSystem::DesktopWindowSystem(Clock& clock, const CodePage& codePage)
     : clock_(clock), classic_(codePage, kClassicAnswerLimit), played_(codePage) {}
 
 // What the browser shows now counts as a visit again. An answer about the time before is
-// not used.
+// not used. A thread that waits for a browser that hangs is kept, so that each start does
+// not leave another one waiting.
 void DesktopWindowSystem::prepareForTracking() {
   presentation_ = BrowserPresentation();
   kinds_ = {};
-  processes_.clear();
   windows_.clear();
+  std::erase_if(processes_, [](const auto& entry) {
+    return !entry.second.thread || !entry.second.thread->isAsking();
+  });
+  for (auto& [id, process] : processes_) process.answers = nullptr;
 }
 
 void DesktopWindowSystem::EnumWindows(const std::function<bool(WindowHandle)>& callback) {
