@@ -178,7 +178,8 @@ std::optional<PageReading> MsaaPageReader::readChromium(HWND frame, Window& wind
     document.name = name;
   }
   follow(document, addressInBar(window), name);
-  if (!document.hasAgreed) return std::nullopt;
+  const bool hasBar = static_cast<bool>(window.addressBar);  // not in full screen, for example
+  if (hasBar && !document.hasAgreed) return std::nullopt;
   return PageReading{.document = document.id,
                      .address = document.newer.value_or(*loaded),
                      .isComplete = true,
@@ -203,26 +204,28 @@ void MsaaPageReader::follow(Document& document, const std::optional<std::string>
   document.name = name;
 }
 
-// nullopt while the user is typing in it.
+// nullopt without a bar, and while the user is typing in it.
 std::optional<std::string> MsaaPageReader::addressInBar(Window& window) {
-  if (!window.addressBar) {
-    if (window.readingsUntilSearch > 0) {
-      --window.readingsUntilSearch;
-      return std::nullopt;
-    }
-    for (const MsaaObject& bar : search(window.root, ROLE_SYSTEM_TOOLBAR)) {
-      std::vector<MsaaObject> texts = search(bar, ROLE_SYSTEM_TEXT);
-      if (!window.addressBar && !texts.empty()) window.addressBar = std::move(texts.front());
-    }
-    if (!window.addressBar) {
-      window.readingsUntilSearch = kReadingsBetweenSearches;
-      return std::nullopt;
-    }
+  auto text = window.addressBar ? window.addressBar.value() : std::nullopt;
+  if (!text) {
+    window.addressBar = searchedBar(window);
+    if (window.addressBar) text = window.addressBar.value();
   }
-  auto text = window.addressBar.value();
-  if (!text) window.addressBar = {};
   const bool isBeingEdited = text && (window.addressBar.state() & STATE_SYSTEM_FOCUSED) != 0;
   return isBeingEdited ? std::nullopt : text;
+}
+
+MsaaObject MsaaPageReader::searchedBar(Window& window) {
+  if (window.readingsUntilSearch > 0) {
+    --window.readingsUntilSearch;
+    return {};
+  }
+  for (const MsaaObject& bar : search(window.root, ROLE_SYSTEM_TOOLBAR)) {
+    const std::vector<MsaaObject> texts = search(bar, ROLE_SYSTEM_TEXT);
+    if (!texts.empty()) return texts.front();
+  }
+  window.readingsUntilSearch = kReadingsBetweenSearches;
+  return {};
 }
 
 MsaaPageReader::Document& MsaaPageReader::documentOf(const MsaaObject& object) {

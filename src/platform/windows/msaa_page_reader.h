@@ -70,6 +70,7 @@ class MsaaPageReader {
   static void follow(Document& document, const std::optional<std::string>& inBar,
                      const std::string& name);
   [[nodiscard]] static std::optional<std::string> addressInBar(Window& window);
+  [[nodiscard]] static MsaaObject searchedBar(Window& window);
   [[nodiscard]] Document& documentOf(const MsaaObject& object);
 
   BrowserKind browser_;
