@@ -1,5 +1,6 @@
 // A stand-in for one of today's browsers: windows that answer MSAA as Firefox or Chromium
-// do. It is Firefox if its file is called firefox.exe, otherwise Chromium.
+// do. It is Firefox if its file is called firefox.exe, otherwise Chromium. What the two do
+// differently is a table, browser_behaviour.h.
 //
 // It obeys commands on standard input, one on each line, and answers each with a line on
 // standard output. The commands change the selected window, at first the only one:
@@ -8,12 +9,15 @@
 //                        at the end
 //   accessible-name TEXT the accessible name alone
 //   page URL             a new document
-//   push URL             another address of the document; Chromium only changes its bar
-//   document N           goes back to the document with this number, counted from 1
+//   push URL             a script changes the address
+//   tab N                selects the tab with this document, counted from 1
+//   back N               goes back to this document, which the browser kept
 //   bar TEXT             the address bar
 //   bar-focused 0|1
+//   bar-missing 0|1
 //   busy 0|1             whether the document is loading
-//   relation 0|1         whether Firefox says which document is embedded
+//   relation 0|1         whether the browser says which document it shows
+//   behave NAME 0|1      changes the table: stale-address or named-after-back
 //   nameless 0|1         whether accName fails
 //   minimised 0|1, occluded 0|1, front
 //   window, select N, close
@@ -44,19 +48,19 @@
 #include <utility>
 #include <vector>
 
+#include "support/windows/browser_behaviour.h"
+
 namespace {
+
+using quorrix::test::BrowserBehaviour;
 
 constexpr IID kIidAccessible = __uuidof(IAccessible);
 constexpr long kEmbeds = 0x1009;
 constexpr LPARAM kWakeUp = 1;
-constexpr DWORD kWakingTime = 300;  // milliseconds
 constexpr UINT kObey = WM_APP + 1;
 constexpr UINT kHang = WM_APP + 2;
-constexpr const wchar_t* kFirefoxClass = L"MozillaWindowClass";
-constexpr const wchar_t* kChromiumClass = L"Chrome_WidgetWin_1";
-constexpr const wchar_t* kPageClass = L"Chrome_RenderWidgetHostHWND";
 
-bool isFirefox = false;
+BrowserBehaviour behaviour = quorrix::test::kChromium;
 bool isAskedToWake = false;
 bool wasNameRead = false;
 DWORD awakeSince = 0;  // 0 while asleep
@@ -67,11 +71,12 @@ unsigned askedOfThePage = 0;
 unsigned askedForAnAddress = 0;
 
 void wakeIfAsked() {
-  if (awakeSince == 0 && isAskedToWake && wasNameRead) awakeSince = GetTickCount() + kWakingTime;
+  if (awakeSince != 0 || !isAskedToWake || !wasNameRead) return;
+  awakeSince = GetTickCount() + behaviour.wakingTime;
 }
 
 bool isAwake() {
-  return isFirefox || (awakeSince != 0 && static_cast<int>(GetTickCount() - awakeSince) >= 0);
+  return !behaviour.mustBeWoken || (awakeSince != 0 && static_cast<int>(GetTickCount() - awakeSince) >= 0);
 }
 
 std::wstring wide(const std::string& utf8) {
@@ -121,8 +126,8 @@ class Object final : public IAccessible {
   HRESULT STDMETHODCALLTYPE get_accValue(VARIANT child, BSTR* text) override {
     count();
     if (diesInside) TerminateProcess(GetCurrentProcess(), 1);
-    if (role_ == ROLE_SYSTEM_DOCUMENT) ++askedForAnAddress;
-    const bool isHidden = role_ == ROLE_SYSTEM_DOCUMENT && !isAwake();
+    if (role_ == behaviour.documentRole) ++askedForAnAddress;
+    const bool isHidden = role_ == behaviour.documentRole && !isAwake();
     *text = SysAllocString(isHidden ? L"" : target(child).value.c_str());
     return S_OK;
   }
@@ -200,11 +205,11 @@ class Object final : public IAccessible {
 
 struct Window {
   HWND frame = nullptr;
-  HWND page = nullptr;  // Chromium's child window
-  Object* root = new Object(ROLE_SYSTEM_APPLICATION);
-  Object* toolBar = new Object(ROLE_SYSTEM_TOOLBAR);
-  Object* bar = new Object(ROLE_SYSTEM_TEXT);
-  Object* tab = new Object(ROLE_SYSTEM_PROPERTYPAGE);
+  HWND page = nullptr;
+  Object* root = new Object(behaviour.windowRole);
+  Object* toolBar = new Object(behaviour.toolBarRole);
+  Object* bar = new Object(behaviour.addressBarRole);
+  Object* tab = new Object(behaviour.tabRole);
   std::vector<Object*> documents;
   bool hasRelation = true;
 };
@@ -221,11 +226,11 @@ Window* windowOf(HWND handle) {
 
 void show(Window& window, Object* document) {
   for (Object* const other : window.documents) {
-    if (other != document) other->state = STATE_SYSTEM_OFFSCREEN;
+    if (other != document) other->state = behaviour.stateOfHiddenTab;
   }
   document->state = 0;
   window.tab->children = {document};
-  window.root->embedded = window.hasRelation && isFirefox ? document : nullptr;
+  window.root->embedded = window.hasRelation && behaviour.namesShownDocument ? document : nullptr;
 }
 
 Object* shown(const Window& window) {
@@ -249,18 +254,30 @@ void addWindow() {
   Window& window = *windows.back();
   window.root->children = {window.toolBar, window.tab};
   window.toolBar->children = {window.bar};
-  window.frame =
-      makeWindow(isFirefox ? kFirefoxClass : kChromiumClass, L"", WS_OVERLAPPEDWINDOW, nullptr);
-  if (!isFirefox) {
-    window.page = makeWindow(kPageClass, L"Chrome Legacy Window", WS_CHILD, window.frame);
+  window.frame = makeWindow(behaviour.windowClass, L"", WS_OVERLAPPEDWINDOW, nullptr);
+  if (behaviour.pageClass != nullptr) {
+    window.page = makeWindow(behaviour.pageClass, L"", WS_CHILD, window.frame);
   }
   selected = windows.size() - 1;
 }
 
-// Chromium's window text lacks what follows the browser's name.
 std::wstring windowText(const std::wstring& name) {
   const std::size_t added = name.rfind(L" (");
-  return !isFirefox && added != std::wstring::npos ? name.substr(0, added) : name;
+  const bool isCut = !behaviour.textTellsPrivate && added != std::wstring::npos;
+  return isCut ? name.substr(0, added) : name;
+}
+
+std::string behave(const std::string& row) {
+  const bool isOn = row.ends_with(" 1");
+  const std::string name = row.substr(0, row.find(' '));
+  if (name == "stale-address") {
+    behaviour.keepsAddressAfterPush = isOn;
+  } else if (name == "named-after-back") {
+    behaviour.namesDocumentAfterBack = isOn;
+  } else {
+    return "unknown row";
+  }
+  return "done";
 }
 
 std::string obey(const std::string& line) {
@@ -275,6 +292,7 @@ std::string obey(const std::string& line) {
     addWindow();
     return "done";
   }
+  if (command == "behave") return behave(text);
   if (command == "select") {
     selected = std::stoul(text) - 1;
     return "done";
@@ -287,19 +305,22 @@ std::string obey(const std::string& line) {
   } else if (command == "accessible-name") {
     window.root->name = wide(text);
   } else if (command == "page") {
-    auto* const made = new Object(ROLE_SYSTEM_DOCUMENT);
+    auto* const made = new Object(behaviour.documentRole);
     made->value = wide(text);
     window.documents.push_back(made);
     window.bar->value = made->value;
     show(window, made);
   } else if (command == "push") {
     window.bar->value = wide(text);
-    if (isFirefox) document->value = wide(text);
-  } else if (command == "document") {
+    if (!behaviour.keepsAddressAfterPush) document->value = wide(text);
+  } else if (command == "tab" || command == "back") {
     show(window, window.documents.at(std::stoul(text) - 1));
     window.bar->value = shown(window)->value;
+    if (command == "back" && !behaviour.namesDocumentAfterBack) window.root->embedded = nullptr;
   } else if (command == "bar") {
     window.bar->value = wide(text);
+  } else if (command == "bar-missing") {
+    window.toolBar->children.assign(isOn ? 0 : 1, window.bar);
   } else if (command == "bar-focused") {
     window.bar->state = isOn ? STATE_SYSTEM_FOCUSED : 0;
   } else if (command == "busy") {
@@ -324,14 +345,14 @@ std::string obey(const std::string& line) {
     }
   } else if (command == "background" || command == "side-bar") {
     const bool isTab = command == "background";
-    auto* const other = new Object(ROLE_SYSTEM_DOCUMENT);
-    auto* const around = new Object(isTab ? ROLE_SYSTEM_PROPERTYPAGE : ROLE_SYSTEM_GROUPING);
+    auto* const other = new Object(behaviour.documentRole);
+    auto* const around = new Object(isTab ? behaviour.tabRole : ROLE_SYSTEM_GROUPING);
     other->value = wide(text);
     around->children = {other};
-    if (isTab) around->state = other->state = STATE_SYSTEM_OFFSCREEN;
+    if (isTab) around->state = other->state = behaviour.stateOfHiddenTab;
     window.root->children.insert(window.root->children.begin(), around);
   } else if (command == "panel") {
-    makeWindow(kPageClass, L"Chrome Legacy Window", WS_CHILD, window.frame);
+    makeWindow(behaviour.pageClass, L"", WS_CHILD, window.frame);
   } else if (command == "hang") {
     PostMessageW(window.frame, kHang, static_cast<WPARAM>(std::stoul(text)), 0);
   } else if (command == "hang-inside") {
@@ -345,7 +366,7 @@ std::string obey(const std::string& line) {
 }
 
 LRESULT object(const Window& window, HWND handle, WPARAM how, LPARAM id) {
-  const bool isPage = handle == window.page && !isFirefox;
+  const bool isPage = handle == window.page;
   if (isPage && id == kWakeUp) {
     isAskedToWake = true;
     wakeIfAsked();
@@ -389,7 +410,7 @@ HANDLE lockProfile() {
 int main() {
   wchar_t path[MAX_PATH];
   GetModuleFileNameW(nullptr, path, MAX_PATH);
-  isFirefox = std::wstring(path).ends_with(L"\\firefox.exe");
+  if (std::wstring(path).ends_with(L"\\firefox.exe")) behaviour = quorrix::test::kFirefox;
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   const HANDLE lock = lockProfile();
   addWindow();
