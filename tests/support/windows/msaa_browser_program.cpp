@@ -76,7 +76,8 @@ void wakeIfAsked() {
 }
 
 bool isAwake() {
-  return !behaviour.mustBeWoken || (awakeSince != 0 && static_cast<int>(GetTickCount() - awakeSince) >= 0);
+  return !behaviour.mustBeWoken ||
+         (awakeSince != 0 && static_cast<int>(GetTickCount() - awakeSince) >= 0);
 }
 
 std::wstring wide(const std::string& utf8) {
