@@ -97,14 +97,24 @@ void TrackingLoop::writeVisits() {
         passesUntilWriting_ = kPassesBetweenWriting;
         return;
       }
-      visits_.clear();
+      giveVisitsUp();
       throw;
     } catch (...) {
-      visits_.clear();
+      giveVisitsUp();
       throw;
     }
+    unwritten_.erase(visits_.front().address);
     visits_.pop_front();
   }
+}
+
+// The nodes of these visits stay in the tree. Without this note, a later visit would count
+// as one to a known address and look for a record to update, and find none.
+void TrackingLoop::giveVisitsUp() {
+  for (Visit& visit : visits_) {
+    if (visit.filed == Filed::New) unwritten_.insert(std::move(visit.address));
+  }
+  visits_.clear();
 }
 
 void TrackingLoop::writeVisitsAgain() {
@@ -121,7 +131,7 @@ void TrackingLoop::writeVisitsBeforeFailure() {
   } catch (const Failure&) {
     // Writing the file failed, too.
   }
-  visits_.clear();
+  giveVisitsUp();
 }
 
 // Visits that still cannot be written are lost. The failure thrown reports this to the
@@ -129,7 +139,7 @@ void TrackingLoop::writeVisitsBeforeFailure() {
 void TrackingLoop::writeLastVisits() {
   writeVisits();
   if (visits_.empty()) return;
-  visits_.clear();
+  giveVisitsUp();
   if (!isAbandoned_) throw Failure::ofFileInUse();
 }
 
@@ -155,7 +165,13 @@ std::uint64_t TrackingLoop::writeRecord(const Visit& visit, NodeId node) {
     return 0;
   }
   const std::uint64_t likely = node == kNoNode ? 0 : parts_.tree.recordNumber(node);
-  return parts_.siteFile.updateSiteRecord(visit.address, visit.protocolFlag, likely);
+  const std::uint64_t updated =
+      parts_.siteFile.updateSiteRecord(visit.address, visit.protocolFlag, likely);
+  // A write that was reported as failed may have left the record all the same.
+  if (updated == 0 && unwritten_.contains(visit.address)) {
+    parts_.siteFile.appendSiteRecord(visit.address, visit.protocolFlag);
+  }
+  return updated;
 }
 
 // Returns nullopt only if the tree is too large to be searched; a message was then shown,

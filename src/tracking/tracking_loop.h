@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -90,6 +91,7 @@ class TrackingLoop {
   void writeVisitsAgain();
   void writeVisitsBeforeFailure();
   void writeLastVisits();
+  void giveVisitsUp();
   void write(const Visit& visit);
   void showUnreadable(std::vector<UnreadableBrowser> browsers);
   [[nodiscard]] std::optional<Filed> addAddressToTree(std::string_view storedAddress);
@@ -101,6 +103,7 @@ class TrackingLoop {
   BrowserReading reading_;
   std::vector<UnreadableBrowser> unreadable_;  // as last shown
   std::deque<Visit> visits_;                   // whose records are not written yet
+  std::set<std::string> unwritten_;            // addresses in the tree whose record failed
   unsigned passesUntilWriting_ = 0;
   bool isAbandoned_ = false;
   bool isTracking_ = false;

@@ -464,6 +464,23 @@ TEST_F(TrackingLoopTest, LeavesANodeWhoseRecordCouldNotBeWritten) {
   EXPECT_EQ(display_.nodesMadeVisible(), std::vector<NodeId>{});
 }
 
+TEST_F(TrackingLoopTest, WritesARecordThatFailedAtTheNextVisit) {
+  files_.failAtCall(FileCall::WriteAt, 1, 61);
+  EXPECT_EQ(failureNumberOf([this] { visit("http://one.two.three/a"); }), 61);
+  loop_.stopAfterFailure();
+  visit("http://one.two.three/a");
+  visit("http://one.two.three");  // an inner level has no record
+  EXPECT_EQ(file(), record("one.two.three/a", 'N'));
+}
+
+TEST_F(TrackingLoopTest, WritesARecordOnceThoughItsSyncFailed) {
+  files_.failAtCall(FileCall::Sync, 1, 57);
+  EXPECT_EQ(failureNumberOf([this] { visit("http://one.two.three/a"); }), 57);
+  loop_.stopAfterFailure();
+  visit("http://one.two.three/a");
+  EXPECT_EQ(file(), record("one.two.three/a", 'N'));
+}
+
 // --- a file that another program has locked --------------------------------------------------
 
 // Holds the site file open from the second pass until pass `last`.
