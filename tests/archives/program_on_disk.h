@@ -64,6 +64,11 @@ class ProgramOnDisk {
         .toStdString();
   }
 
+  [[nodiscard]] MainForm& form() { return form_; }
+  [[nodiscard]] FormEventPump& events() { return events_; }
+  [[nodiscard]] AgreeingMessageBox& messageBox() { return messageBox_; }
+  [[nodiscard]] FakeWindowSystem& windows() { return windows_; }
+
  private:
   FakeClock clock_;
   FormEventPump events_{clock_};

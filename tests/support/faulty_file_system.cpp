@@ -13,6 +13,7 @@ struct FaultyFileSystem::Plan {
     std::optional<FileCall> kind;  // nullopt: any call
     int callsLeft;                 // the call fails when this reaches 0
     int number;
+    bool isAfterwards = false;
   };
   struct BadSpot {
     std::uint64_t first;
@@ -30,18 +31,24 @@ struct FaultyFileSystem::Plan {
   std::vector<Cut> cuts;
   std::optional<int> always;
   std::optional<int> oneRead;
+  std::optional<int> afterThisCall;
   std::function<void()> look;
 
   void call(FileCall kind) {
     calls.push_back(kind);
+    afterThisCall.reset();
     if (look) look();
     if (always) throw Failure(*always);
     std::optional<int> strikes;
     for (Fault& fault : faults) {
       if (fault.kind && *fault.kind != kind) continue;
-      if (--fault.callsLeft == 0) strikes = fault.number;
+      if (--fault.callsLeft == 0) (fault.isAfterwards ? afterThisCall : strikes) = fault.number;
     }
     if (strikes) throw Failure(*strikes);
+  }
+
+  void callIsDone() {
+    if (const auto number = std::exchange(afterThisCall, std::nullopt)) throw Failure(*number);
   }
 
   static void requireReadable(const std::vector<BadSpot>& badSpots, std::uint64_t offset,
@@ -89,11 +96,13 @@ class FaultyFileSystem::File final : public RandomAccessFile {
   void writeAt(std::uint64_t offset, std::span<const char> bytes) override {
     plan_->call(FileCall::WriteAt);
     behind_->writeAt(offset, bytes);
+    plan_->callIsDone();
   }
 
   void sync() override {
     plan_->call(FileCall::Sync);
     behind_->sync();
+    plan_->callIsDone();
   }
 
  private:
@@ -111,6 +120,10 @@ void FaultyFileSystem::failAtCall(int n, int number) {
 
 void FaultyFileSystem::failAtCall(FileCall kind, int n, int number) {
   plan_->faults.push_back({.kind = kind, .callsLeft = n, .number = number});
+}
+
+void FaultyFileSystem::failAfterCall(int n, int number) {
+  plan_->faults.push_back({.kind = {}, .callsLeft = n, .number = number, .isAfterwards = true});
 }
 
 void FaultyFileSystem::failOneRead(int number) { plan_->oneRead = number; }
@@ -147,12 +160,16 @@ bool FaultyFileSystem::fileExists(const Path& path) {
 
 Path FaultyFileSystem::makeFolder(const Path& path) {
   plan_->call(FileCall::MakeFolder);
-  return behind_.makeFolder(path);
+  Path made = behind_.makeFolder(path);
+  plan_->callIsDone();
+  return made;
 }
 
 std::unique_ptr<RandomAccessFile> FaultyFileSystem::openRandomAccess(const Path& path) {
   plan_->call(FileCall::OpenRandomAccess);
-  return std::make_unique<File>(behind_.openRandomAccess(path), plan_);
+  auto file = std::make_unique<File>(behind_.openRandomAccess(path), plan_);
+  plan_->callIsDone();
+  return file;
 }
 
 std::unique_ptr<RandomAccessFile> FaultyFileSystem::openForReading(const Path& path) {
@@ -168,6 +185,7 @@ std::unique_ptr<RandomAccessFile> FaultyFileSystem::openAsPermitted(const Path& 
 void FaultyFileSystem::deleteFile(const Path& path) {
   plan_->call(FileCall::DeleteFile);
   behind_.deleteFile(path);
+  plan_->callIsDone();
 }
 
 bool FaultyFileSystem::isSameFile(const Path& one, const Path& other) {
@@ -178,11 +196,13 @@ bool FaultyFileSystem::isSameFile(const Path& one, const Path& other) {
 void FaultyFileSystem::copyFile(const Path& from, const Path& to) {
   plan_->call(FileCall::CopyFile);
   behind_.copyFile(from, to);
+  plan_->callIsDone();
 }
 
 void FaultyFileSystem::replaceByLine(const Path& path, std::string_view line) {
   plan_->call(FileCall::ReplaceByLine);
   behind_.replaceByLine(path, line);
+  plan_->callIsDone();
 }
 
 std::string FaultyFileSystem::readFirstLine(const Path& path) {

@@ -47,6 +47,10 @@ class FaultyFileSystem final : public FileSystem {
   // The same for the n-th call of this kind from now on.
   void failAtCall(FileCall kind, int n, int number);
 
+  // The n-th call from now on takes effect, and then fails, as when a folder cannot be
+  // synced. Calls that change nothing on the disk, except opening, do not fail this way.
+  void failAfterCall(int n, int number);
+
   // The next read fails, but succeeds when it is repeated.
   void failOneRead(int number);
 

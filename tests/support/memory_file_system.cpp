@@ -89,6 +89,12 @@ bool MemoryFileSystem::holdsFile(const Path& path) const { return files_.contain
 
 const std::string& MemoryFileSystem::bytesOf(const Path& path) const { return fileAt(path).bytes; }
 
+std::map<std::string, std::string> MemoryFileSystem::contents() const {
+  std::map<std::string, std::string> bytes;
+  for (const auto& [path, file] : files_) bytes.emplace(path, file->bytes);
+  return bytes;
+}
+
 bool MemoryFileSystem::isSynced(const Path& path) const { return fileAt(path).isSynced; }
 
 int MemoryFileSystem::openFiles() const {

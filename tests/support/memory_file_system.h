@@ -35,6 +35,9 @@ class MemoryFileSystem final : public FileSystem {
   // Throws Failure 53 if the file does not exist.
   [[nodiscard]] const std::string& bytesOf(const Path& path) const;
 
+  // The bytes of every file, by path.
+  [[nodiscard]] std::map<std::string, std::string> contents() const;
+
   // False if something was written to the file after its last sync.
   [[nodiscard]] bool isSynced(const Path& path) const;
 
