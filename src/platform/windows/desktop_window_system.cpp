@@ -1,5 +1,7 @@
 #include "platform/windows/desktop_window_system.h"
 
+#include <objbase.h>
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -37,6 +39,10 @@ bool isOrdinary(const BrowserWindow& window, std::string_view name) {
   const bool mayBePrivate = window.browser != BrowserKind::Firefox && endsInBrackets;
   return !mayBePrivate && isOrdinaryName(window.browser, std::string(name));
 }
+
+// COM's apartment for all threads that call browsers.
+void enterApartment() { ::CoInitializeEx(nullptr, COINIT_MULTITHREADED); }
+void leaveApartment() { ::CoUninitialize(); }
 
 }  // namespace
 
@@ -141,7 +147,7 @@ void DesktopWindowSystem::ask() {
     if (!process.thread) {
       const auto window = std::ranges::find_if(
           windows_, [id](const Window& its) { return its.found.process == id; });
-      process.thread = std::make_unique<QuestionThread>();
+      process.thread = std::make_unique<QuestionThread>(enterApartment, leaveApartment);
       process.reader = std::make_shared<MsaaPageReader>(window->found.browser, id);
     }
     if (process.thread->isAsking()) continue;

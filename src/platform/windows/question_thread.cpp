@@ -1,9 +1,5 @@
 #include "platform/windows/question_thread.h"
 
-#include <windows.h>
-
-#include <objbase.h>
-
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -37,11 +33,12 @@ struct QuestionThread::State {
   }
 };
 
-QuestionThread::QuestionThread() : state_(std::make_shared<State>()) {
-  std::thread([state = state_] {
-    ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+QuestionThread::QuestionThread(std::function<void()> begin, std::function<void()> end)
+    : state_(std::make_shared<State>()) {
+  std::thread([state = state_, begin = std::move(begin), end = std::move(end)] {
+    begin();
     state->run();
-    ::CoUninitialize();
+    end();
   }).detach();
 }
 
