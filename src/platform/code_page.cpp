@@ -38,7 +38,7 @@ void CodePage::readCharacters() {
   }
   const std::vector<std::u16string> upper = decoded(number_, texts);
   for (unsigned byte = 0; byte < kBytes; ++byte) {
-    char16_t character = static_cast<char16_t>(byte);
+    auto character = static_cast<char16_t>(byte);
     if (byte >= kFirstUpperByte) {
       const std::u16string& text = upper[byte - kFirstUpperByte];
       const bool isAssigned = text.size() == 1 && !isPrivateUse(text.front());

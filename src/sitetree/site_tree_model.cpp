@@ -22,7 +22,7 @@ SiteTreeModel::SiteTreeModel(SiteTree& tree, const CodePage& codePage)
 
 SiteTreeModel::~SiteTreeModel() { tree_.setObserver(nullptr); }
 
-NodeId SiteTreeModel::nodeOf(const QModelIndex& index) const {
+NodeId SiteTreeModel::nodeOf(const QModelIndex& index) {
   return index.isValid() ? static_cast<NodeId>(index.internalId() * kGather) : kNoNode;
 }
 

@@ -21,7 +21,7 @@ class SiteTreeModel final : public QAbstractItemModel, private SiteTreeObserver 
   // Sets the function that returns the tool tip of a node; it must not throw.
   void describeBy(std::function<QString(NodeId)> describe) { describe_ = std::move(describe); }
 
-  [[nodiscard]] NodeId nodeOf(const QModelIndex& index) const;
+  [[nodiscard]] static NodeId nodeOf(const QModelIndex& index);
   [[nodiscard]] QModelIndex indexOf(NodeId node) const;
 
   [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent) const override;

@@ -74,10 +74,11 @@ class BrowserPresentation {
   // browser may create a document twice when it wakes up or restores a tab.
   static constexpr std::chrono::milliseconds kLoadSettles{150};
 
-  // `page` is what this pass read about the window `frame`; nullopt if its document is
+  // `reading` is what this pass read about the window `frame`; nullopt if its document is
   // unknown, and the window then keeps showing what it showed before. `now` is the time
   // on a clock that never goes back.
-  [[nodiscard]] Presented present(const std::string& frame, const std::optional<PageReading>& page,
+  [[nodiscard]] Presented present(const std::string& frame,
+                                  const std::optional<PageReading>& reading,
                                   std::chrono::milliseconds now);
 
   void forgetFrame(const std::string& frame) { pages_.erase(frame); }

@@ -86,7 +86,7 @@ class BrowserWindows {
   void watchNewPrograms();
   void dropGonePrograms();
   [[nodiscard]] bool advanceLists();
-  void takeWindows(const BrowserProgram& program, const std::vector<AccessibleId>& children);
+  void takeWindows(const BrowserProgram& program, const std::vector<AccessibleId>& ids);
   [[nodiscard]] bool examineWindows();
   void settle(Window& window);
   [[nodiscard]] bool isDueForALook(const Window& window) const;

@@ -15,8 +15,8 @@ constexpr std::string_view kNeverRemembers =
 
 // Where the user has placed each button: JSON in a string, so its quotes are escaped.
 constexpr std::string_view kPlaces = "user_pref(\"browser.uiCustomization.state\",";
-constexpr std::string_view kBeginPlacements = "\\\"placements\\\":{";
-constexpr std::string_view kButton = "\\\"firefox-view-button\\\"";
+constexpr std::string_view kBeginPlacements = R"(\"placements\":{)";
+constexpr std::string_view kButton = R"(\"firefox-view-button\")";
 constexpr std::string_view kToolBars[] = {"nav-bar", "TabsToolbar", "toolbar-menubar"};
 
 // Options that make a Firefox treat all of its windows as private, under ordinary names.

@@ -96,27 +96,27 @@ WindowExamination::Step WindowExamination::lookAtChromium() {
   // The answer is not used, but the question makes Chromium build its parts.
   if (!inquiry_.has({{Topic::Relations, frame_}})) return Step::Missing;
   std::vector<AccessibleId> level{frame_};
-  std::vector<AccessibleId> children;
+  std::vector<AccessibleId> panels;
   for (const std::string_view className : kWayToBars) {
-    children.clear();
-    if (childrenOf(level, children) == Step::Missing) return Step::Missing;
+    panels.clear();
+    if (childrenOf(level, panels) == Step::Missing) return Step::Missing;
     level.clear();
-    std::ranges::copy_if(children, std::back_inserter(level), [&](const AccessibleId& child) {
+    std::ranges::copy_if(panels, std::back_inserter(level), [&](const AccessibleId& child) {
       return attribute(child, "class").starts_with(className);
     });
   }
-  children.clear();
-  if (childrenOf(level, children) == Step::Missing) return Step::Missing;
-  findings_.hasBars = !children.empty();
-  std::erase_if(children, [this](const AccessibleId& child) {
+  panels.clear();
+  if (childrenOf(level, panels) == Step::Missing) return Step::Missing;
+  findings_.hasBars = !panels.empty();
+  std::erase_if(panels, [this](const AccessibleId& child) {
     return attribute(child, "class") != kBookmarkBar;
   });
   std::vector<AccessibleId> parts;
-  if (childrenOf(children, parts) == Step::Missing) return Step::Missing;
+  if (childrenOf(panels, parts) == Step::Missing) return Step::Missing;
   findings_.hasOrdinaryMark = std::ranges::any_of(parts, [this](const AccessibleId& part) {
     return attribute(part, "class") == kSavedTabGroups;
   });
-  findings_.hasPrivateMark = !children.empty() && !findings_.hasOrdinaryMark;
+  findings_.hasPrivateMark = !panels.empty() && !findings_.hasOrdinaryMark;
   return Step::Done;
 }
 

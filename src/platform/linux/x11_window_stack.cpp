@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <ranges>
 #include <string_view>
 
 namespace quorrix {
@@ -88,9 +89,9 @@ void X11WindowStack::askForTitles() {
   const std::vector<xcb_window_t> windows = windowsIn(requests_[0].reply);
   giveUp();
   step_ = Step::Titles;
-  for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+  for (const xcb_window_t window : std::views::reverse(windows)) {
     requests_.push_back(
-        {.sequence = xcb_get_property(connection_, 0, *window, titleAtom_, utf8Atom_, 0, kMostWords)
+        {.sequence = xcb_get_property(connection_, 0, window, titleAtom_, utf8Atom_, 0, kMostWords)
                          .sequence});
   }
   xcb_flush(connection_);
