@@ -83,6 +83,13 @@ void SiteTreeView::makeVisible(NodeId node, ScrollHint where) {
   scrollTo(model_.indexOf(node), where);
 }
 
+// Qt counts a row that loses its last child as expanded. Rows that it gets later would then
+// not be shown.
+void SiteTreeView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+  if (end - start + 1 == model_.rowCount(parent)) collapse(parent);
+  QTreeView::rowsAboutToBeRemoved(parent, start, end);
+}
+
 // PositionAtCenter also scrolls sideways, to the middle of a row that is wider than the
 // view. EnsureVisible then scrolls back to the beginning of the row, where its text is.
 void SiteTreeView::showInTheMiddle(const QModelIndex& index) {

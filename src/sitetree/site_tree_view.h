@@ -68,6 +68,7 @@ class SiteTreeView final : public QTreeView {
   void scrollContentsBy(int dx, int dy) override;
   void updateGeometries() override;
   void changeEvent(QEvent* event) override;
+  void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
       const QModelIndex& index, const QEvent* event) const override;

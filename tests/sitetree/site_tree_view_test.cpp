@@ -156,6 +156,16 @@ TEST_F(SiteTreeViewMakeVisible, OpensTheAncestorsAndNotTheNode) {
   EXPECT_TRUE(isOnScreen("one.two.three/a/b"));
 }
 
+TEST_F(SiteTreeViewMakeVisible, OpensAnAncestorThatHadLostItsLastChild) {
+  givenTwoHostsWithSubSites();
+  view_.makeVisible(node("four.five.six/x"));
+  tree_.remove(node("four.five.six/x"));
+  QApplication::processEvents();
+  add("four.five.six/z");
+  view_.makeVisible(node("four.five.six/z"));
+  EXPECT_TRUE(isOnScreen("four.five.six/z"));
+}
+
 TEST_F(SiteTreeViewMakeVisible, ScrollsToTheNode) {
   for (int i = 0; i < 100; ++i) add("host" + std::to_string(i) + ".two.three/page");
   view_.expandDNSNodes();
