@@ -12,7 +12,10 @@ namespace {
 constexpr std::string_view kSchemeEnd = "://";
 constexpr std::string_view kWww = "www.";
 
-bool isPlain(char character) { return character > ' ' && character < '\x7F'; }
+bool isPlain(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte > ' ' && byte != 0x7F;
+}
 
 std::string_view withoutPrefix(std::string_view text, std::string_view prefix) {
   return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
@@ -27,6 +30,21 @@ std::string decoded(std::string_view text) {
                         std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
     result += isCode ? static_cast<char>(byte) : text[i];
     if (isCode) i += 2;
+  }
+  return result;
+}
+
+// Encodes the bytes of characters beyond ASCII, as the addresses of documents have them.
+std::string encoded(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string result;
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x80) {
+      result += character;
+    } else {
+      result.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
+    }
   }
   return result;
 }
@@ -69,7 +87,9 @@ std::string newerAddress(std::string_view loaded, std::string_view shown) {
   const std::string_view path = pathOf(withoutScheme(shown, scheme));
   const std::string_view rest = loaded.substr(scheme.size());
   const std::size_t hostEnd = std::min(rest.find_first_of("/?#"), rest.size());
-  return std::string(scheme).append(rest.substr(0, hostEnd)).append(path.empty() ? "/" : path);
+  return std::string(scheme)
+      .append(rest.substr(0, hostEnd))
+      .append(encoded(path.empty() ? "/" : path));
 }
 
 }  // namespace quorrix

@@ -9,11 +9,11 @@ namespace quorrix {
 enum class ShownAddress {
   Same,     // the bar shows the address under which the page was loaded
   Newer,    // another address of the same host
-  Unclear,  // another host, or text that is not an address
+  Unclear,  // another host, also the same in its own script, or text that is not an address
 };
 
 // Compares the bar's text with the address of the page. The bar leaves out the scheme,
-// "www." and a "/" at the end, and decodes "%41". All texts are UTF-8.
+// "www." and a "/" at the end, and decodes "%41" and "%C3%A9". All texts are UTF-8.
 [[nodiscard]] ShownAddress compareWithBar(std::string_view loaded, std::string_view shown);
 
 // The whole address for a text that is Newer.
