@@ -45,6 +45,11 @@ std::string withoutMarks(std::string_view name) {
   return plain;
 }
 
+constexpr std::string_view kBlanks[] = {" ", "\t", "\u00a0", "\u3000"};
+constexpr std::string_view kClosingBrackets[] = {
+    ")",      "]",      "}",      "\u300d", "\u300f", "\u3011", "\u3015", "\u3009",
+    "\u300b", "\uff3d", "\uff5d", "\ufe5a", "\ufe5c", "\ufe5e", "\uff60", "\uff63"};
+
 bool removeEnd(std::string_view& text, std::string_view end) {
   if (!text.ends_with(end)) return false;
   text.remove_suffix(end.size());
@@ -191,6 +196,16 @@ TitleKind titleKind(BrowserKind family, std::string_view accessibleName) {
       break;
   }
   return TitleKind::NotOrdinary;
+}
+
+bool endsInBrackets(std::string_view accessibleName) {
+  const std::string plain = withoutMarks(accessibleName);
+  std::string_view text = plain;
+  const auto removeBlank = [&text](std::string_view blank) { return removeEnd(text, blank); };
+  while (std::ranges::any_of(kBlanks, removeBlank)) {
+  }
+  return std::ranges::any_of(kClosingBrackets,
+                             [text](std::string_view bracket) { return text.ends_with(bracket); });
 }
 
 }  // namespace quorrix

@@ -31,4 +31,8 @@ enum class TitleKind {
 // nothing after Chromium's name, not even "(Incognito)".
 [[nodiscard]] TitleKind titleKind(BrowserKind family, std::string_view accessibleName);
 
+// Whether the name ends with a closing bracket of any script. Directional marks and blanks
+// after it do not count.
+[[nodiscard]] bool endsInBrackets(std::string_view accessibleName);
+
 }  // namespace quorrix

@@ -2,9 +2,10 @@
 
 #include <dwmapi.h>
 
+#include <algorithm>
 #include <array>
-#include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/browsers/browser_titles.h"
 #include "platform/windows/process_program.h"
@@ -15,17 +16,8 @@ namespace {
 
 constexpr std::wstring_view kFirefoxClass = L"MozillaWindowClass";
 constexpr std::wstring_view kChromiumClass = L"Chrome_WidgetWin_1";
-
-struct Browser {
-  BrowserKind kind;
-  std::wstring_view program;
-};
-
-constexpr Browser kBrowsers[] = {
-    {BrowserKind::Firefox, L"firefox.exe"},
-    {BrowserKind::GoogleChrome, L"chrome.exe"},
-    {BrowserKind::Chromium, L"chrome.exe"},
-};
+constexpr std::wstring_view kFirefoxProgram = L"firefox.exe";
+constexpr std::wstring_view kChromiumProgram = L"chrome.exe";
 
 std::wstring classOf(HWND window) {
   std::array<wchar_t, 64> name{};
@@ -35,9 +27,10 @@ std::wstring classOf(HWND window) {
 
 // As the system keeps it. A window of another program is not asked.
 std::string textOf(HWND window) {
-  std::array<wchar_t, 1024> text{};
+  std::wstring text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, L'\0');
   const int length = ::GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
-  return utf8FromWide({text.data(), static_cast<std::size_t>(length)});
+  text.resize(static_cast<std::size_t>(length));
+  return utf8FromWide(text);
 }
 
 bool isVisible(HWND window) {
@@ -46,34 +39,34 @@ bool isVisible(HWND window) {
   return ::IsWindowVisible(window) && !::IsIconic(window) && !(SUCCEEDED(result) && cloaked != 0);
 }
 
-bool isProgram(DWORD process, std::wstring_view name) {
-  const std::wstring its = programOf(process).filename().wstring();
-  return ::CompareStringOrdinal(its.data(), static_cast<int>(its.size()), name.data(),
-                                static_cast<int>(name.size()), TRUE) == CSTR_EQUAL;
+bool areSame(std::wstring_view one, std::wstring_view other) {
+  return ::CompareStringOrdinal(one.data(), static_cast<int>(one.size()), other.data(),
+                                static_cast<int>(other.size()), TRUE) == CSTR_EQUAL;
 }
 
-// The window text of a private window of Chromium is that of an ordinary one. The text is
-// compared first, because asking for the program of a process takes longer.
-std::optional<BrowserKind> browserOf(HWND window, DWORD process) {
+DWORD processOf(HWND window) {
+  DWORD process = 0;
+  ::GetWindowThreadProcessId(window, &process);
+  return process;
+}
+
+// The text of a private window of Chromium is that of an ordinary one.
+std::optional<BrowserKind> browserOf(HWND window) {
   const std::string text = textOf(window);
-  const bool isOfFirefox = classOf(window) == kFirefoxClass;
-  for (const Browser& browser : kBrowsers) {
-    const bool isOfTheClass = (browser.kind == BrowserKind::Firefox) == isOfFirefox;
-    if (!isOfTheClass || titleKind(browser.kind, text) == TitleKind::NotOrdinary) continue;
-    if (isProgram(process, browser.program)) return browser.kind;
+  if (classOf(window) == kFirefoxClass) {
+    const bool isNamed = titleKind(BrowserKind::Firefox, text) != TitleKind::NotOrdinary;
+    return isNamed ? std::optional(BrowserKind::Firefox) : std::nullopt;
+  }
+  for (const BrowserKind kind : {BrowserKind::GoogleChrome, BrowserKind::Chromium}) {
+    if (titleKind(kind, text) != TitleKind::NotOrdinary) return kind;
   }
   return std::nullopt;
 }
 
 BOOL CALLBACK collect(HWND window, LPARAM list) noexcept {
-  if (!isLikeTodaysBrowsers(window) || !isVisible(window)) return TRUE;
-  if (::GetWindow(window, GW_OWNER) != nullptr) return TRUE;
+  if (!isLikeTodaysBrowsers(window)) return TRUE;
   try {
-    DWORD process = 0;
-    ::GetWindowThreadProcessId(window, &process);
-    if (const auto browser = browserOf(window, process)) {
-      reinterpret_cast<std::vector<BrowserWindow>*>(list)->push_back({window, process, *browser});
-    }
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
     return TRUE;
   } catch (...) {
     return FALSE;  // out of memory: the rest is not listed
@@ -87,10 +80,35 @@ bool isLikeTodaysBrowsers(HWND window) {
   return name == kFirefoxClass || name == kChromiumClass;
 }
 
-std::vector<BrowserWindow> visibleBrowserWindows() {
-  std::vector<BrowserWindow> windows;
-  ::EnumWindows(collect, reinterpret_cast<LPARAM>(&windows));
-  return windows;
+std::vector<BrowserWindow> BrowserWindowList::visible() {
+  look();
+  std::vector<BrowserWindow> found;
+  for (const HWND window : windows_) {
+    const DWORD process = processOf(window);
+    const bool isFirefox = classOf(window) == kFirefoxClass;
+    if (!areSame(programs_[process], isFirefox ? kFirefoxProgram : kChromiumProgram)) continue;
+    if (!isVisible(window) || ::GetWindow(window, GW_OWNER) != nullptr) continue;
+    found.push_back({window, process, browserOf(window)});
+  }
+  return found;
+}
+
+std::size_t BrowserWindowList::firefoxProcesses() {
+  look();
+  return static_cast<std::size_t>(std::ranges::count_if(
+      programs_, [](const auto& entry) { return areSame(entry.second, kFirefoxProgram); }));
+}
+
+void BrowserWindowList::look() {
+  windows_.clear();
+  ::EnumWindows(collect, reinterpret_cast<LPARAM>(&windows_));
+  const auto known = std::exchange(programs_, {});
+  for (const HWND window : windows_) {
+    const DWORD process = processOf(window);
+    if (programs_.contains(process)) continue;
+    const auto its = known.find(process);
+    programs_[process] = its != known.end() ? its->second : programOf(process).filename().wstring();
+  }
 }
 
 }  // namespace quorrix

@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
+#include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/browsers/browser_kind.h"
@@ -17,12 +19,26 @@ namespace quorrix {
 struct BrowserWindow {
   HWND handle = nullptr;
   DWORD process = 0;
-  BrowserKind browser{};
+  // By its text, which may be that of a private window; nullopt if it names no browser.
+  std::optional<BrowserKind> browser;
 };
 
-// The browsers' windows that the user can see, topmost first: not hidden, minimised or
-// cloaked, not owned by another window, of the program of a known browser, and with a text
-// that names that browser. The text may be that of a private window.
-[[nodiscard]] std::vector<BrowserWindow> visibleBrowserWindows();
+class BrowserWindowList {
+ public:
+  // The windows of the programs of known browsers that the user can see, topmost first: not
+  // hidden, minimised or cloaked, and not owned by another window.
+  [[nodiscard]] std::vector<BrowserWindow> visible();
+
+  // How many processes of Firefox have windows, in whatever state.
+  [[nodiscard]] std::size_t firefoxProcesses();
+
+ private:
+  void look();
+
+  // Finding the program of a process takes long, so it is remembered while the process has
+  // windows.
+  std::map<DWORD, std::wstring> programs_;
+  std::vector<HWND> windows_;  // of all programs that are built from the same parts
+};
 
 }  // namespace quorrix

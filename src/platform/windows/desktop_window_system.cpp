@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/browsers/browser_titles.h"
+
 namespace quorrix {
 namespace {
 
@@ -25,32 +27,29 @@ constexpr unsigned kHurriesAfterLate = 5;
 // windows back, one after the other is in front for a moment.
 constexpr std::chrono::milliseconds kFrontStands{300};
 
-std::string keyOf(const BrowserWindow& window) {
-  return std::to_string(window.process) + ' ' +
-         std::to_string(reinterpret_cast<std::uintptr_t>(window.handle));
+std::string keyOf(DWORD process, HWND window) {
+  return std::to_string(process) + ' ' + std::to_string(reinterpret_cast<std::uintptr_t>(window));
 }
 
 // The names of private windows end in brackets in every language. Which of Chromium's two
 // names a window has is known from its text only, which a page can choose. So brackets count
 // whichever it is.
-bool isOrdinary(const BrowserWindow& window, std::string_view name) {
-  constexpr std::string_view kWideBracket = "\xEF\xBC\x89";
-  const bool endsInBrackets = name.ends_with(')') || name.ends_with(kWideBracket);
-  const bool mayBePrivate = window.browser != BrowserKind::Firefox && endsInBrackets;
-  return !mayBePrivate && isOrdinaryName(window.browser, std::string(name));
+bool isOrdinary(BrowserKind browser, const std::string& name) {
+  const bool mayBePrivate = browser != BrowserKind::Firefox && endsInBrackets(name);
+  return !mayBePrivate && isOrdinaryName(browser, name);
 }
 
-// COM's apartment for all threads that call browsers.
-void enterApartment() { ::CoInitializeEx(nullptr, COINIT_MULTITHREADED); }
-void leaveApartment() { ::CoUninitialize(); }
+// The thread keeps the reader, whose objects of the browser must be released on the thread
+// that used them.
+std::unique_ptr<QuestionThread> threadOf(std::shared_ptr<MsaaPageReader> reader) {
+  return std::make_unique<QuestionThread>([] { ::CoInitializeEx(nullptr, COINIT_MULTITHREADED); },
+                                          [its = std::move(reader)]() mutable {
+                                            its.reset();
+                                            ::CoUninitialize();
+                                          });
+}
 
 }  // namespace
-
-// The objects of the browser are released on the thread that used them.
-DesktopWindowSystem::Process::~Process() {
-  if (thread && !thread->isAsking())
-    thread->ask([its = std::move(reader)]() mutable { its.reset(); });
-}
 
 DesktopWindowSystem::DesktopWindowSystem(Clock& clock, const CodePage& codePage)
     : clock_(clock), classic_(codePage, kClassicAnswerLimit), played_(codePage) {}
@@ -95,37 +94,42 @@ void DesktopWindowSystem::beginPass() {
       std::chrono::steady_clock::now() - begin);
 }
 
-// A window that is minimised keeps what is known of it.
+// A window that is minimised keeps what is known of it. An ordinary one whose text names no
+// browser for a while keeps its place, and is not read.
 void DesktopWindowSystem::listWindows() {
   std::vector<Window> known = std::exchange(windows_, {});
-  for (const BrowserWindow& found : visibleBrowserWindows()) {
+  for (const BrowserWindow& found : list_.visible()) {
     const auto same = std::ranges::find_if(known, [&](const Window& window) {
-      return window.found.handle == found.handle && window.found.process == found.process &&
-             window.found.browser == found.browser;
+      return window.handle == found.handle && window.process == found.process;
     });
+    const bool isKept = same != known.end() && same->kind == WindowKind::Ordinary;
+    if (!found.browser && !isKept) continue;
     Window window;
-    window.found = found;
-    window.firstSeen = window.unsettledSince = clock_.elapsed();
+    window.handle = found.handle;
+    window.process = found.process;
+    window.firstSeen = clock_.elapsed();
     if (same != known.end()) {
       window = std::move(*same);
       known.erase(same);
     }
+    window.browser = found.browser.value_or(window.browser);
     window.isVisible = true;
+    window.isNamed = found.browser.has_value();
     windows_.push_back(std::move(window));
   }
   for (Window& window : known) {
     window.isVisible = false;
     DWORD process = 0;
-    ::GetWindowThreadProcessId(window.found.handle, &process);
-    if (process == window.found.process) {
+    ::GetWindowThreadProcessId(window.handle, &process);
+    if (process == window.process) {
       windows_.push_back(std::move(window));
     } else {
-      presentation_.forgetFrame(keyOf(window.found));
+      presentation_.forgetFrame(keyOf(window.process, window.handle));
     }
   }
   std::erase_if(processes_, [this](const auto& entry) {
     const bool isGone = std::ranges::none_of(
-        windows_, [&](const Window& window) { return window.found.process == entry.first; });
+        windows_, [&](const Window& window) { return window.process == entry.first; });
     if (isGone) kinds_.forget(std::to_string(entry.first));
     return isGone;
   });
@@ -136,19 +140,21 @@ void DesktopWindowSystem::ask() {
   std::map<DWORD, std::vector<WindowQuestion>> questions;
   const Window* const first = front();
   for (const Window& window : windows_) {
-    if (!window.isVisible || !(&window == first || isDue(window))) continue;
-    const bool isUnsettled = window.kind == WindowKind::Unsettled;
-    questions[window.found.process].push_back({.window = window.found.handle,
-                                               .wantsPage = &window == first,
-                                               .processes = isUnsettled ? firefoxProcesses() : 0});
+    if (!window.isVisible || !window.isNamed) continue;
+    if (&window != first && !isDue(window)) continue;
+    const bool wantsHistory =
+        window.kind == WindowKind::Unsettled && window.browser == BrowserKind::Firefox;
+    questions[window.process].push_back({.window = window.handle,
+                                         .wantsPage = &window == first,
+                                         .processes = wantsHistory ? list_.firefoxProcesses() : 0});
   }
   for (auto& [id, asked] : questions) {
     Process& process = processes_[id];
     if (!process.thread) {
-      const auto window = std::ranges::find_if(
-          windows_, [id](const Window& its) { return its.found.process == id; });
-      process.thread = std::make_unique<QuestionThread>(enterApartment, leaveApartment);
-      process.reader = std::make_shared<MsaaPageReader>(window->found.browser, id);
+      const auto window =
+          std::ranges::find_if(windows_, [id](const Window& its) { return its.process == id; });
+      process.reader = std::make_shared<MsaaPageReader>(window->browser, id);
+      process.thread = threadOf(process.reader);
     }
     if (process.thread->isAsking()) continue;
     const auto answers = std::make_shared<std::vector<WindowAnswer>>();
@@ -191,41 +197,30 @@ void DesktopWindowSystem::take(const WindowAnswer& answer) {
   Window* const window = find(answer.window);
   if (window == nullptr) return;
   if (window->kind == WindowKind::Unsettled) return settle(*window, answer);
-  // A window whose name cannot be read for once keeps its place, and its page is not shown.
+  // A window without an ordinary name for once keeps its place, and its page is not shown.
   if (window->kind != WindowKind::Ordinary || answer.name.empty()) return;
+  if (!isOrdinary(window->browser, answer.name)) return;
   window->name = answer.name;
-  if (isOrdinary(window->found, answer.name)) {
-    if (window == front()) reading_ = answer;
-  } else {
-    window->kind = WindowKind::Unsettled;
-    window->unsettledSince = clock_.elapsed();
-  }
+  if (window == front()) reading_ = answer;
 }
 
 // MSAA does not show all the parts by which windows are told apart on Linux. So a window
-// of Firefox needs settings that say that it remembers history.
+// of Firefox needs settings that say that it remembers history, and more than the name of
+// the browser, which a private window may have while it opens.
 void DesktopWindowSystem::settle(Window& window, const WindowAnswer& answer) {
-  window.name = answer.name;
-  if (isOrdinaryName(window.found.browser, answer.name) && !isOrdinary(window.found, answer.name)) {
+  if (isOrdinaryName(window.browser, answer.name) && !isOrdinary(window.browser, answer.name)) {
     window.kind = WindowKind::Private;
     return;
   }
+  if (titleKind(window.browser, answer.name) == TitleKind::BrowserNameAlone) return;
+  window.name = answer.name;
   const WindowFindings findings{.isFrame = true,
-                                .name = window.name,
+                                .name = answer.name,
                                 .hasBars = true,
                                 .isMain = true,
                                 .remembersHistory = answer.remembersHistory};
-  window.kind = kinds_.judge(window.found.browser, std::to_string(window.found.process), findings,
+  window.kind = kinds_.judge(window.browser, std::to_string(window.process), findings,
                              clock_.elapsed() - window.firstSeen);
-}
-
-std::size_t DesktopWindowSystem::firefoxProcesses() const {
-  std::vector<DWORD> processes;
-  for (const Window& window : windows_) {
-    if (window.found.browser == BrowserKind::Firefox) processes.push_back(window.found.process);
-  }
-  std::ranges::sort(processes);
-  return static_cast<std::size_t>(std::ranges::unique(processes).begin() - processes.begin());
 }
 
 // The topmost ordinary window. None while a new window above it may turn out to be one.
@@ -247,7 +242,7 @@ void DesktopWindowSystem::play() {
   for (const Window& window : windows_) {
     if (!window.isVisible || window.kind != WindowKind::Ordinary) continue;
     played_.add(window.name);
-    ordinary_.push_back(window.found.handle);
+    ordinary_.push_back(window.handle);
   }
 }
 
@@ -255,19 +250,20 @@ void DesktopWindowSystem::play() {
 // window, and not while a classic browser is in front of it.
 void DesktopWindowSystem::showPage() {
   const Window* const first = front();
-  if (first->found.handle != front_) {
-    front_ = first->found.handle;
+  if (first->handle != front_) {
+    front_ = first->handle;
     frontSince_ = clock_.elapsed();
   }
   const bool isInFront = clock_.elapsed() - frontSince_ >= kFrontStands;
-  const bool isRead = isInFront && reading_ && reading_->window == first->found.handle;
+  const bool isRead = isInFront && reading_ && reading_->window == first->handle;
   const auto page = isRead ? reading_->page : std::optional<PageReading>();
-  played_.showInFront(presentation_.present(keyOf(first->found), page, clock_.elapsed()));
+  played_.showInFront(
+      presentation_.present(keyOf(first->process, first->handle), page, clock_.elapsed()));
 }
 
 DesktopWindowSystem::Window* DesktopWindowSystem::find(HWND handle) {
-  const auto window = std::ranges::find_if(
-      windows_, [handle](const Window& its) { return its.found.handle == handle; });
+  const auto window =
+      std::ranges::find_if(windows_, [handle](const Window& its) { return its.handle == handle; });
   return window == windows_.end() ? nullptr : &*window;
 }
 
@@ -285,10 +281,10 @@ std::chrono::milliseconds DesktopWindowSystem::timeToNextPass() const {
 std::vector<UnreadableBrowser> DesktopWindowSystem::unreadableBrowsers() const {
   std::vector<UnreadableBrowser> browsers;
   for (const Window& window : windows_) {
-    const bool isOld = clock_.elapsed() - window.unsettledSince >= kSettling;
+    const bool isOld = clock_.elapsed() - window.firstSeen >= kSettling;
     if (!window.isVisible || window.kind != WindowKind::Unsettled || !isOld) continue;
     browsers.push_back(
-        {std::string(nameOf(window.found.browser)), UnreadableBrowser::Reason::UnknownKind});
+        {std::string(nameOf(window.browser)), UnreadableBrowser::Reason::UnknownKind});
   }
   std::ranges::sort(browsers);
   const auto twice = std::ranges::unique(browsers);

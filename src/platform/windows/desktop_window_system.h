@@ -57,20 +57,17 @@ class DesktopWindowSystem final : public WindowSystem {
 
  private:
   struct Window {
-    BrowserWindow found;
+    HWND handle = nullptr;
+    DWORD process = 0;
+    BrowserKind browser{};
     std::chrono::milliseconds firstSeen{};
-    std::chrono::milliseconds unsettledSince{};
-    std::string name;  // the accessible name, UTF-8, as last read
+    std::string name;  // the last ordinary accessible name, UTF-8
     WindowKind kind = WindowKind::Unsettled;
     bool isVisible = false;  // in this pass
+    bool isNamed = false;    // its text names the browser, in this pass
   };
-  // A browser process. The reader is used and destroyed only on the thread.
+  // A browser process. The reader is used only on the thread, which also destroys it.
   struct Process {
-    Process() = default;
-    ~Process();
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-
     std::unique_ptr<QuestionThread> thread;
     std::shared_ptr<MsaaPageReader> reader;
     std::shared_ptr<std::vector<WindowAnswer>> answers;  // to the last question; null if taken
@@ -91,13 +88,13 @@ class DesktopWindowSystem final : public WindowSystem {
   [[nodiscard]] const Window* front() const;
   [[nodiscard]] Window* find(HWND handle);
   [[nodiscard]] bool isAnswerMissing() const;
-  [[nodiscard]] std::size_t firefoxProcesses() const;
 
   Clock& clock_;
   User32WindowSystem classic_;
   PlayedWindows played_;
   BrowserPresentation presentation_;
   WindowKinds kinds_;
+  BrowserWindowList list_;
   std::vector<Window> windows_;  // visible ones first, in the order of the desktop
   std::map<DWORD, Process> processes_;
   std::vector<HWND> ordinary_;           // of this pass, as played

@@ -20,8 +20,10 @@ namespace {
 constexpr std::string_view kProfilePath = "Path=";
 constexpr std::string_view kSetting = "browser.privatebrowsing.autostart";
 constexpr std::string_view kPolicy = "PrivateBrowsingModeAvailability";
+constexpr std::string_view kOtherSettings = "general.config";
 constexpr const wchar_t* kPolicyKey = L"Software\\Policies\\Mozilla\\Firefox";
 constexpr const wchar_t* kPolicyValue = L"PrivateBrowsingModeAvailability";
+constexpr const wchar_t* kPreferencesValue = L"Preferences";
 constexpr DWORD kAlwaysPrivate = 2;
 
 struct Closer {
@@ -103,15 +105,41 @@ bool contains(const Path& file, std::string_view text) {
   return content.find(text) != std::string::npos;
 }
 
+bool isInAnyFile(const Path& folder, const char* extension, std::string_view text) {
+  std::error_code error;
+  const std::filesystem::directory_iterator entries(folder, error);
+  return std::any_of(begin(entries), end(entries), [&](const auto& entry) {
+    return entry.path().extension() == extension && contains(entry.path(), text);
+  });
+}
+
 // Whether a file beside the program may force private browsing. What exactly it says is
 // not looked at.
 bool mayBeForced(const Path& program) {
-  if (contains(program / "distribution" / "policies.json", kPolicy)) return true;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(program, error)) {
-    if (entry.path().extension() == ".cfg" && contains(entry.path(), kSetting)) return true;
+  const Path policies = program / "distribution" / "policies.json";
+  return contains(policies, kPolicy) || contains(policies, kSetting) ||
+         isInAnyFile(program, ".cfg", kSetting) ||
+         isInAnyFile(program / "defaults" / "pref", ".js", kSetting);
+}
+
+// An administrator's file of settings may have any name, and its bytes may be shifted.
+bool hasOtherSettings(const Path& program) {
+  return isInAnyFile(program / "defaults" / "pref", ".js", kOtherSettings);
+}
+
+// The policy "Preferences" is JSON.
+bool isForcedByPreferences(HKEY root) {
+  DWORD size = 0;
+  const DWORD types = RRF_RT_REG_SZ | RRF_RT_REG_MULTI_SZ;
+  if (::RegGetValueW(root, kPolicyKey, kPreferencesValue, types, nullptr, nullptr, &size) !=
+      ERROR_SUCCESS) {
+    return false;
   }
-  return false;
+  std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
+  size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
+  const LSTATUS result =
+      ::RegGetValueW(root, kPolicyKey, kPreferencesValue, types, nullptr, value.data(), &size);
+  return result != ERROR_SUCCESS || utf8FromWide(value).find(kSetting) != std::string::npos;
 }
 
 bool isForcedByPolicy() {
@@ -123,6 +151,7 @@ bool isForcedByPolicy() {
         value == kAlwaysPrivate) {
       return true;
     }
+    if (isForcedByPreferences(root)) return true;
   }
   return false;
 }
@@ -148,6 +177,7 @@ std::optional<bool> remembers(const Path& profile) {
 std::optional<bool> firefoxRemembersHistory(const std::vector<std::string>& arguments,
                                             const FirefoxFiles& files, std::size_t processes) {
   if (mayBeForced(files.program)) return false;
+  if (hasOtherSettings(files.program)) return std::nullopt;
   std::vector<Path> profiles;
   for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
     const std::string option = optionIn(*argument);

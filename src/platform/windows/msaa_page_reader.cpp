@@ -23,6 +23,13 @@ constexpr unsigned kDeepest = 8;
 
 constexpr std::size_t kMostDocuments = 32;
 
+// How long an answer about the history is used.
+constexpr std::chrono::milliseconds kHistoryStands{1000};
+
+// When a script changes the address, the title changes at most so much earlier or later.
+constexpr std::chrono::milliseconds kTitleLeads{300};
+constexpr std::chrono::milliseconds kTitleFollows{2000};
+
 // A document of Firefox that never finishes loading counts as loaded after so many looks,
 // and one that stays empty after so many more.
 constexpr unsigned kLooksWhileLoading = 4;
@@ -105,13 +112,24 @@ WindowAnswer MsaaPageReader::readWindow(const WindowQuestion& question) {
   if (!name) return answer;
   answer.name = *name;
   if (question.processes > 0 && browser_ == BrowserKind::Firefox) {
-    answer.remembersHistory = firefoxRemembersHistory(process_, question.processes);
+    answer.remembersHistory = remembersHistory(question.processes);
   }
   if (!question.wantsPage) return answer;
   answer.page = browser_ == BrowserKind::Firefox
                     ? readFirefox(window)
                     : readChromium(question.window, window, answer.name);
   return answer;
+}
+
+// Looking for the profile in use opens its lock, so it is not done in every pass.
+std::optional<bool> MsaaPageReader::remembersHistory(std::size_t processes) {
+  const Time now = std::chrono::steady_clock::now();
+  if (processes != asOfProcesses_ || now >= nextQuestion_) {
+    remembers_ = firefoxRemembersHistory(process_, processes);
+    asOfProcesses_ = processes;
+    nextQuestion_ = now + kHistoryStands;
+  }
+  return remembers_;
 }
 
 // Firefox does not say which document it shows after going back to a page that it kept in
@@ -171,13 +189,15 @@ std::optional<PageReading> MsaaPageReader::readChromium(HWND frame, Window& wind
     return std::nullopt;
   }
   Document& document = documentOf(object);
+  const auto inBar = addressInBar(window);
   if (*loaded != document.loaded) {
     document.loaded = *loaded;
     document.newer.reset();
     document.hasAgreed = false;
-    document.name = name;
+    document.name = {.text = name};
+    document.bar = {.text = inBar.value_or(std::string())};
   }
-  follow(document, addressInBar(window), name);
+  follow(document, inBar, name);
   const bool hasBar = static_cast<bool>(window.addressBar);  // not in full screen, for example
   if (hasBar && !document.hasAgreed) return std::nullopt;
   return PageReading{.document = document.id,
@@ -188,20 +208,30 @@ std::optional<PageReading> MsaaPageReader::readChromium(HWND frame, Window& wind
 
 // After a script has changed the address, the document keeps the one under which it was
 // loaded. The bar then has the new one, but it also shows the address of a page that waits
-// for its server, and was perhaps never shown. So an address from the bar counts only with
-// another title, which such a page does not have yet.
+// for its server, and was perhaps never shown. So an address from the bar counts only if
+// the title changes at about the same time, which such a page does not bring about.
 void MsaaPageReader::follow(Document& document, const std::optional<std::string>& inBar,
                             const std::string& name) {
-  const auto shown = inBar ? compareWithBar(document.loaded, *inBar) : ShownAddress::Unclear;
-  if (shown == ShownAddress::Same) {
-    document.newer.reset();
+  document.name.see(name);
+  if (!inBar) return;
+  document.bar.see(*inBar);
+  const ShownAddress shown = compareWithBar(document.loaded, *inBar);
+  if (shown == ShownAddress::Same) document.newer.reset();
+  if (shown != ShownAddress::Newer) {
     document.hasAgreed = true;
-  } else if (shown == ShownAddress::Newer) {
-    std::string newer = newerAddress(document.loaded, *inBar);
-    if (!document.hasAgreed || (newer != document.newer && name == document.name)) return;
-    document.newer = std::move(newer);
+    return;
   }
-  document.name = name;
+  if (!document.hasAgreed || !document.name.changed || !document.bar.changed) return;
+  const auto later = *document.name.changed - *document.bar.changed;
+  if (-kTitleLeads <= later && later <= kTitleFollows) {
+    document.newer = newerAddress(document.loaded, *inBar);
+  }
+}
+
+void MsaaPageReader::Changing::see(const std::string& now) {
+  if (now == text) return;
+  text = now;
+  changed = std::chrono::steady_clock::now();
 }
 
 // nullopt without a bar, and while the user is typing in it.

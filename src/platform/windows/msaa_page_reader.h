@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -42,6 +43,16 @@ class MsaaPageReader {
   [[nodiscard]] std::vector<WindowAnswer> read(const std::vector<WindowQuestion>& questions);
 
  private:
+  using Time = std::chrono::steady_clock::time_point;
+
+  // A text, and when it last changed.
+  struct Changing {
+    std::string text;
+    std::optional<Time> changed = std::nullopt;
+
+    void see(const std::string& now);
+  };
+
   // A document that was read before, so that it is recognised again.
   struct Document {
     MsaaObject object;
@@ -49,11 +60,12 @@ class MsaaPageReader {
     unsigned looks = 0;  // Firefox's
     bool isWhole = false;
 
-    // Chromium's. The bar and the document have agreed, so that a change can be seen.
-    bool hasAgreed = false;
+    // Chromium's.
     std::string loaded;                // the address of the document
     std::optional<std::string> newer;  // the address that replaced it
-    std::string name;                  // the window's, when one of the two was shown
+    bool hasAgreed = false;            // the bar has not shown another address at some time
+    Changing name;                     // of the window, while it shows the document
+    Changing bar;                      // its text
   };
   struct Window {
     MsaaObject root;
@@ -73,8 +85,14 @@ class MsaaPageReader {
   [[nodiscard]] static MsaaObject searchedBar(Window& window);
   [[nodiscard]] Document& documentOf(const MsaaObject& object);
 
+  [[nodiscard]] std::optional<bool> remembersHistory(std::size_t processes);
+
   BrowserKind browser_;
   DWORD process_;
+  // Of the last question about the history.
+  std::optional<bool> remembers_;
+  std::size_t asOfProcesses_ = 0;
+  Time nextQuestion_;
   std::map<HWND, Window> windows_;
   std::vector<Document> documents_;  // the latest last
   unsigned nextId_ = 0;

@@ -433,5 +433,15 @@ TEST(BrowserTitle, OfAPrivateWindowOfFirefox140ThatEndsInTheNameIsNotOrdinary) {
   EXPECT_EQ(firefox("X — Приватный просмотр Mozilla Firefox"), TitleKind::NotOrdinary);
 }
 
+TEST(EndsInBrackets, CountsBracketsOfEveryScript) {
+  for (const char* const name : {"News (x)", "News [x]", "News（x）", "News「x」", "News 【x】",
+                                 "News (x)\u200F", "News (x)\u202C \u00A0", "News (x)\u3000"}) {
+    EXPECT_TRUE(endsInBrackets(name)) << name;
+  }
+  for (const char* const name : {"News (x) - Chromium", "News", "", " ", "News (x"}) {
+    EXPECT_FALSE(endsInBrackets(name)) << name;
+  }
+}
+
 }  // namespace
 }  // namespace quorrix

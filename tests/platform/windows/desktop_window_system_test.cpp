@@ -246,11 +246,33 @@ TEST_F(DesktopWindowSystemTest, SeesAPageOfFirefoxThatIsShownAgainAndNamed) {
   EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage, kPage}));
 }
 
-TEST_F(DesktopWindowSystemTest, TakesAnAddressFromTheBarOfChromiumOnlyWithATitle) {
+TEST_F(DesktopWindowSystemTest, TakesAnAddressFromTheBarOfChromiumWithATitle) {
   const auto browser = chromium();
   ASSERT_TRUE(visits(kPage));
   browser->tell("push one.two.three/b");
-  EXPECT_EQ(visitsWithin(), Visits{kPage});  // the page may be waiting for its server
+  browser->tell("name Maps - Chromium");
+  EXPECT_TRUE(visits(kOtherPage));
+  browser->tell("name Plans - Chromium");
+  browser->tell("push one.two.three/c");
+  EXPECT_TRUE(visits("http://one.two.three/c"));
+}
+
+// The page of that address may be waiting for its server.
+TEST_F(DesktopWindowSystemTest, TakesNoAddressFromTheBarOfChromiumWithoutATitle) {
+  const auto browser = chromium("(1) Inbox - Chromium");
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("bar one.two.three/waiting");
+  EXPECT_EQ(visitsWithin(2500ms), Visits{kPage});
+  browser->tell("name (2) Inbox - Chromium");
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+  browser->tell("bar one.two.three/a");
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+TEST_F(DesktopWindowSystemTest, TakesNothingFromTheBarOfChromiumThatIsBeingTyped) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  browser->tell("push one.two.three/b");
   browser->tell("name Maps - Chromium");
   EXPECT_TRUE(visits(kOtherPage));
   browser->tell("bar-focused 1");
@@ -274,6 +296,20 @@ TEST_F(DesktopWindowSystemTest, SeesThePagesOfChromiumWithoutABar) {
   EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage}));
 }
 
+// The bar shows it in its own script.
+TEST_F(DesktopWindowSystemTest, SeesPagesOfChromiumWithLettersBeyondASCII) {
+  const auto browser = chromium();
+  ASSERT_TRUE(visits(kPage));
+  for (const auto& [address, bar] :
+       {std::pair{"http://one.two.three/caf%C3%A9", "one.two.three/café"},
+        std::pair{"http://xn--bcher-kva.two.three/", "bücher.two.three"},
+        std::pair{"http://one.two.three/a%20b", "one.two.three/a b"}}) {
+    browser->tell(std::string("page ") + address);
+    browser->tell(std::string("bar ") + bar);
+    EXPECT_TRUE(visits(address));
+  }
+}
+
 TEST_F(DesktopWindowSystemTest, WaitsForADocumentOfFirefoxThatIsLoading) {
   const auto browser = firefox();
   ASSERT_TRUE(visits(kPage));
@@ -293,7 +329,9 @@ TEST_F(DesktopWindowSystemTest, ReadsNoPrivateWindowOfChromiumInAnyLanguage) {
         "News - Chromium (وضع التصفح المتخفي)", "News - Chromium (פרטי)", "News - क्रोमियम (गुप्त)",
         "News - Chromium (Incógnito)", "News - Chromium (Anonymní)",
         // A page chooses the text before the browser's name.
-        "News - Google Chrome - Chromium (Secret)"}) {
+        "News - Google Chrome - Chromium (Secret)", "News - Google Chrome - Work (Neuwort)\u200F",
+        "News - Google Chrome - Work (Neuwort) ", "News - Google Chrome - Work [Neuwort]",
+        "News - Google Chrome - Work 「Neuwort」"}) {
     const auto browser = chromium("News - Chromium");
     browser->tell(std::string("accessible-name ") + name);
     EXPECT_EQ(visitsWithin(400ms), Visits{}) << name;
@@ -321,6 +359,55 @@ TEST_F(DesktopWindowSystemTest, ReadsNoPrivateWindowOfFirefoxUnderAnOrdinaryText
   browser->tell("accessible-name News \xE2\x80\x94 Mozilla Firefox Private Browsing");
   EXPECT_EQ(visitsWithin(), Visits{});
   EXPECT_EQ(browser->tell("addresses"), "0");
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsNoFirefoxThatHasOnlyTheNameOfTheBrowser) {
+  const auto browser = firefox("Mozilla Firefox");
+  EXPECT_EQ(visitsWithin(), Visits{});
+  clock_.hurry(20s);
+  EXPECT_EQ(visitsWithin(), Visits{});
+  browser->tell("name News \u2014 Mozilla Firefox Private Browsing");
+  EXPECT_EQ(visitsWithin(), Visits{});
+  EXPECT_EQ(browser->tell("addresses"), "0");
+}
+
+// Its profile may be the one that is known.
+TEST_F(DesktopWindowSystemTest, CountsAFirefoxWithoutAWindowOnTheScreen) {
+  const auto minimised = firefox();
+  minimised->tell("minimised 1");
+  BrowserWindowList list;
+  EXPECT_EQ(list.firefoxProcesses(), 1U);
+  minimised->tell("name Secrets \u2014 Mozilla Firefox Private Browsing");
+  EXPECT_EQ(list.firefoxProcesses(), 1U);
+  EXPECT_TRUE(list.visible().empty());
+}
+
+TEST_F(DesktopWindowSystemTest, ReadsAWindowWithATitleOfAnyLength) {
+  const auto behind = firefox();
+  show(*behind, kOtherPage);
+  const auto browser = chromium(std::string(2000, 'x') + " - Chromium");
+  EXPECT_TRUE(visits(kPage));
+  EXPECT_EQ(visitsWithin(), Visits{kPage});
+}
+
+// A page can choose a title that looks private.
+TEST_F(DesktopWindowSystemTest, KeepsThePlaceOfAWindowThatHasAnotherNameForAWhile) {
+  const auto behind = chromium();
+  const auto browser = firefox();
+  show(*browser, kOtherPage);
+  browser->tell("front");
+  ASSERT_TRUE(visits(kOtherPage));
+  visitsWithin(3500ms);
+  for (const char* const name :
+       {"News \u2014 Mozilla Firefox Private Browsing", "Mozilla", "News - Netscape"}) {
+    browser->tell(std::string("name ") + name);
+    show(*browser, "http://one.two.three/secret");
+    EXPECT_EQ(visitsWithin(), Visits{kOtherPage}) << name;
+  }
+  browser->tell(std::string("name ") + kFirefoxNews);
+  show(*browser, "http://one.two.three/c");
+  EXPECT_TRUE(visits("http://one.two.three/c"));
+  EXPECT_EQ(visits_, (Visits{kOtherPage, "http://one.two.three/c"}));
 }
 
 TEST_F(DesktopWindowSystemTest, ReadsNoWindowWhoseNameCannotBeRead) {

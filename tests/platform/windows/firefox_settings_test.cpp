@@ -117,9 +117,41 @@ TEST_F(FirefoxSettingsTest, MayBeForcedByFilesBesideTheProgram) {
   EXPECT_EQ(remembers(), false);
   std::filesystem::remove(policies);
   EXPECT_EQ(remembers(), true);
-  std::ofstream(folder_ / "program" / "mozilla.cfg")
-      << "//\nlockPref(\"browser.privatebrowsing.autostart\", true);\n";
+  std::ofstream(policies) << "{\"policies\": {\"Preferences\": "
+                             "{\"browser.privatebrowsing.autostart\": {\"Value\": true}}}}";
   EXPECT_EQ(remembers(), false);
+  std::filesystem::remove(policies);
+  const Path config = folder_ / "program" / "mozilla.cfg";
+  std::ofstream(config) << "//\nlockPref(\"browser.privatebrowsing.autostart\", true);\n";
+  EXPECT_EQ(remembers(), false);
+  std::filesystem::remove(config);
+  EXPECT_EQ(remembers(), true);
+}
+
+TEST_F(FirefoxSettingsTest, MayComeFromAFileWhoseBytesAreShifted) {
+  givenSettings("one", kRemembers);
+  use("one");
+  const Path defaults = folder_ / "program" / "defaults" / "pref";
+  std::filesystem::create_directories(defaults);
+  std::ofstream(defaults / "channel-prefs.js") << "pref(\"app.update.channel\", \"release\");\n";
+  EXPECT_EQ(remembers(), true);
+  std::ofstream(defaults / "autoconfig.js") << "pref(\"general.config.filename\", \"a.txt\");\n";
+  EXPECT_EQ(remembers(), std::nullopt);
+}
+
+TEST_F(FirefoxSettingsTest, MayBeForcedByTheRegistry) {
+  constexpr const wchar_t* kKey = L"Software\\Policies\\Mozilla\\Firefox";
+  const auto set = [](const std::wstring& json) {
+    ::RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"Preferences", REG_SZ, json.c_str(),
+                      static_cast<DWORD>((json.size() + 1) * sizeof(wchar_t)));
+  };
+  const DWORD self = ::GetCurrentProcessId();
+  set(L"{\"browser.startup.page\": {\"Value\": 3}}");
+  EXPECT_EQ(firefoxRemembersHistory(self, 1), std::nullopt);
+  set(L"{\"browser.privatebrowsing.autostart\": {\"Value\": true}}");
+  EXPECT_EQ(firefoxRemembersHistory(self, 1), false);
+  ::RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, L"Preferences");
+  EXPECT_EQ(firefoxRemembersHistory(self, 1), std::nullopt);
 }
 
 TEST_F(FirefoxSettingsTest, ArePrivateWithTheOption) {
