@@ -28,11 +28,14 @@
 #include "platform/windows/windows_command_shell.h"
 #include "platform/windows/windows_file_system.h"
 #else
+#include <QAccessible>
+#include <QMenuBar>
 #include <QSocketNotifier>
 
 #include "platform/linux/accessible_window_system.h"
 #include "platform/linux/posix_file_system.h"
 #include "platform/linux/session_bus.h"
+#include "platform/linux/silent_buses.h"
 #include "platform/linux/x11_activation.h"
 #include "platform/linux/x11_window_stack.h"
 #include "shell/qt_command_shell.h"
@@ -43,6 +46,7 @@ namespace {
 #ifdef _WIN32
 using RealFileSystem = quorrix::WindowsFileSystem;
 using RealCommandShell = quorrix::WindowsCommandShell;
+struct SilentBuses {};  // there are no buses
 
 quorrix::DesktopWindowSystem windowSystem(quorrix::Clock& clock,
                                           const quorrix::CodePage& codePage) {
@@ -54,9 +58,12 @@ std::unique_ptr<QWinEventNotifier> notifierOf(const quorrix::FolderClaim& claim)
 }
 
 void activate(const QWidget& /*window*/) {}  // the later start has passed the foreground on
+
+void connectToolkit(SilentBuses& /*silent*/) {}
 #else
 using RealFileSystem = quorrix::PosixFileSystem;
 using RealCommandShell = quorrix::QtCommandShell;
+using quorrix::SilentBuses;
 
 // Qt's own connection; null on Wayland.
 xcb_connection_t* x11Connection() {
@@ -83,6 +90,14 @@ void activate(const QWidget& window) {
   if (xcb_connection_t* const connection = x11Connection()) {
     quorrix::activateX11Window(connection, static_cast<xcb_window_t>(window.winId()));
   }
+}
+
+// Qt connects to its buses when it is first asked about accessibility and about menu bars.
+void connectToolkit(SilentBuses& silent) {
+  if (!silent.areHidden()) return;
+  static_cast<void>(QAccessible::isActive());
+  const QMenuBar menuBar;
+  silent.restore();
 }
 #endif
 
@@ -115,7 +130,9 @@ int main(int argc, char* argv[]) {
   quorrix::forbidMemoryDumps();
   const std::string activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN").toStdString();
   quorrix::DesktopArguments arguments(argc, argv, chosenPlatform());
+  SilentBuses silent;
   QApplication application(arguments.count(), arguments.values());
+  connectToolkit(silent);
   QApplication::setLayoutDirection(quorrix::desktopDirection(QLocale::system().uiLanguages()));
   QApplication::setApplicationName(QStringLiteral("Quorrix"));
   quorrix::registerResources();

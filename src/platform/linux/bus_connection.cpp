@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <vector>
 
 namespace quorrix {
 namespace {
@@ -36,28 +38,36 @@ std::string socketNameOf(const std::string& address) {
 // libdbus connects in blocking mode and waits for ever for a stopped bus whose queue of
 // new connections is full, so try a non-blocking connection first. (The attempt itself
 // takes a place in the queue, so a bus with exactly one place left could still make us
-// wait.)
-bool somebodyListensAt(const std::string& socketName) {
+// wait.) Returns 0 or the number of the error.
+int knockAt(const std::string& socketName) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  if (socketName.empty() || socketName.size() >= sizeof address.sun_path) return false;
+  if (socketName.empty() || socketName.size() >= sizeof address.sun_path) return EINVAL;
   std::memcpy(address.sun_path, socketName.data(), socketName.size());
   const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketName.size());
   const int knock = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (knock < 0) return false;
-  const bool answered = connect(knock, reinterpret_cast<sockaddr*>(&address), length) == 0;
+  if (knock < 0) return errno;
+  const bool isAccepted = connect(knock, reinterpret_cast<sockaddr*>(&address), length) == 0;
+  const int error = isAccepted ? 0 : errno;
   close(knock);
-  return answered;
+  return error;
+}
+
+std::vector<std::string> singleAddresses(const std::string& addresses) {
+  std::vector<std::string> single;
+  for (std::size_t begin = 0; begin < addresses.size();) {
+    const std::size_t end = std::min(addresses.find(';', begin), addresses.size());
+    single.push_back(addresses.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return single;
 }
 
 }  // namespace
 
 std::unique_ptr<BusConnection> BusConnection::open(const std::string& addresses) {
-  for (std::size_t begin = 0; begin < addresses.size();) {
-    const std::size_t end = std::min(addresses.find(';', begin), addresses.size());
-    const std::string address = addresses.substr(begin, end - begin);
-    begin = end + 1;
-    if (!somebodyListensAt(socketNameOf(address))) continue;
+  for (const std::string& address : singleAddresses(addresses)) {
+    if (knockAt(socketNameOf(address)) != 0) continue;
     ErrorHolder error;
     DBusConnection* connection = dbus_connection_open_private(address.c_str(), error.get());
     if (connection != nullptr) {
@@ -65,6 +75,12 @@ std::unique_ptr<BusConnection> BusConnection::open(const std::string& addresses)
     }
   }
   return nullptr;
+}
+
+bool BusConnection::isQueueFull(const std::string& addresses) {
+  return std::ranges::any_of(singleAddresses(addresses), [](const std::string& address) {
+    return knockAt(socketNameOf(address)) == EAGAIN;
+  });
 }
 
 BusConnection::BusConnection(DBusConnection* connection) : connection_(connection) {

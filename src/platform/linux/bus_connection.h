@@ -19,6 +19,10 @@ class BusConnection {
   // ";") that accepts a connection, and introduces itself. nullptr if none accepts one.
   [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& addresses);
 
+  // Whether a bus among `addresses` has a full queue of connections, as a stopped one has
+  // after a while. open() then returns nullptr, and others who connect wait.
+  [[nodiscard]] static bool isQueueFull(const std::string& addresses);
+
   ~BusConnection();
   BusConnection(const BusConnection&) = delete;
   BusConnection& operator=(const BusConnection&) = delete;
