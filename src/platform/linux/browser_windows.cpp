@@ -13,7 +13,9 @@ namespace {
 // The list of programs, and the windows of the browsers that are not in front, are read
 // every this many passes.
 constexpr unsigned kThoroughEvery = 5;
-constexpr std::size_t kMostWindowsOfAProgram = 64;
+
+// Chromium has two hidden frames for each of its windows.
+constexpr std::size_t kMostWindowsOfAProgram = 300;
 
 // How long a window counts as new, and after how long it is examined only now and then.
 constexpr std::chrono::milliseconds kNewFor{2000};
@@ -28,7 +30,7 @@ constexpr unsigned kNamelessEvery = 2;
 constexpr std::chrono::milliseconds kOldAfter{10'000};
 
 // The most windows that are asked in one pass whether they became active. The others are
-// asked in the following passes.
+// asked in the following passes. A window without a name is not asked.
 constexpr std::size_t kMostOthersAsked = 8;
 
 Question children(const BrowserProgram& program) {
@@ -135,8 +137,11 @@ bool BrowserWindows::advanceLists() {
     }
     watch.isListing = false;
     watch.wasListed = true;
-    const auto ids = childrenIn(watch.list[children(program)], kMostWindowsOfAProgram);
-    if (ids) takeWindows(program, *ids);
+    auto ids = childrenIn(watch.list[children(program)], kMostWindowsOfAProgram + 1);
+    if (!ids) continue;
+    // The window in use may be among those that do not fit.
+    if (ids->size() > kMostWindowsOfAProgram) ids->clear();
+    takeWindows(program, *ids);
   }
   return isThrough;
 }
@@ -239,8 +244,12 @@ void BrowserWindows::noteIsActive(const AccessibleId& id) {
 void BrowserWindows::askWhichOfTheOthersIsActive() {
   wereOthersAsked_ = true;
   const std::size_t others = windows_.empty() ? 0 : windows_.size() - 1;
-  for (std::size_t i = 0; i < std::min(others, kMostOthersAsked); ++i) {
-    askForStates(windows_[1 + nextOther_++ % others].id);
+  std::size_t asked = 0;
+  for (std::size_t i = 0; i < others && asked < kMostOthersAsked; ++i) {
+    const Window& other = windows_[1 + nextOther_++ % others];
+    if (other.name.empty()) continue;
+    askForStates(other.id);
+    ++asked;
   }
 }
 
