@@ -6,17 +6,19 @@ import subprocess
 MOST_BLACK = 0.2
 
 
-def share_of_black(path):
-    """The share of black pixels in a picture, from 0 to 1."""
+def share_of(colour, path):
+    """The share of the pixels that are "black" or "white" in a picture, from 0 to 1."""
+    other = {"black": "white", "white": "black"}[colour]
     counted = subprocess.run(
-        ["convert", path, "-alpha", "off", "-fill", "white", "+opaque", "black",
-         "-colorspace", "gray", "-format", "%[fx:1-mean]", "info:"],
+        ["convert", path, "-alpha", "off", "-fill", other, "+opaque", colour,
+         "-colorspace", "gray", "-format", "%[fx:mean]", "info:"],
         check=True, timeout=20, capture_output=True, text=True)
-    return float(counted.stdout)
+    mean = float(counted.stdout)
+    return mean if colour == "white" else 1 - mean
 
 
 def is_painted(path):
-    return share_of_black(path) < MOST_BLACK
+    return share_of("black", path) < MOST_BLACK
 
 
 def signature(path):

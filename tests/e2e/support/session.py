@@ -80,9 +80,21 @@ class PrivateSession:
         launcher = self._process_of("org.a11y.Bus")
         return [*processes.children_of(launcher), launcher]
 
-    def _process_of(self, name):
+    def bus_process(self):
+        """ID of the process of the session bus."""
+        return self._process_of("org.freedesktop.DBus")
+
+    def registry_process(self):
+        """ID of the process that lists the programs on the accessibility bus."""
+        bus = connect(self.accessibility_address())
         try:
-            return self.bus.call_sync(
+            return self._process_of("org.a11y.atspi.Registry", bus)
+        finally:
+            bus.close_sync()
+
+    def _process_of(self, name, bus=None):
+        try:
+            return (bus or self.bus).call_sync(
                 "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                 "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)), None,
                 Gio.DBusCallFlags.NONE, 5000, None).unpack()[0]
