@@ -66,7 +66,11 @@ std::optional<bool> firefoxRemembersHistory(const Path& processes, std::uint32_t
   if (wasStartedPrivate(process / "cmdline")) return false;
   const auto profile = profileOf(process / "fd");
   if (!profile) return std::nullopt;
-  std::ifstream settings(*profile / "prefs.js");
+  const Path preferences = *profile / "prefs.js";
+  // Opening a pipe would wait for its other end.
+  std::error_code missing;
+  if (!std::filesystem::is_regular_file(preferences, missing)) return std::nullopt;
+  std::ifstream settings(preferences);
   if (!settings) return std::nullopt;
   bool wasTakenAway = false;
   for (std::string line; std::getline(settings, line);) {

@@ -1,6 +1,7 @@
 #include "platform/linux/firefox_settings.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -89,6 +90,14 @@ TEST_F(FirefoxSettingsTest, KnowsNothingWithoutAProfile) {
   EXPECT_EQ(firefoxRemembersHistory(processes_, 8), std::nullopt) << "no such process";
   std::filesystem::remove(processes_ / "7" / "fd" / "5");
   EXPECT_EQ(withSettings(kButtonTakenAway), std::nullopt) << "no lock held";
+}
+
+TEST_F(FirefoxSettingsTest, KnowsNothingFromAPipeOrAFolder) {
+  ASSERT_EQ(::mkfifo((profile_ / "prefs.js").c_str(), 0600), 0);
+  EXPECT_EQ(firefoxRemembersHistory(processes_, 7), std::nullopt);
+  std::filesystem::remove(profile_ / "prefs.js");
+  std::filesystem::create_directory(profile_ / "prefs.js");
+  EXPECT_EQ(firefoxRemembersHistory(processes_, 7), std::nullopt);
 }
 
 }  // namespace
