@@ -10,7 +10,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -19,8 +21,9 @@ namespace quorrix::test {
 namespace {
 
 // Ends each line between the test and the program. The fields of a line are separated by
-// tabs.
+// tabs. Texts are escaped, so that they may contain both.
 constexpr char kEnd = '\n';
+constexpr char kEscape = '\x1B';
 
 constexpr const char* kNowhere = ATSPI_DBUS_PATH_NULL;
 
@@ -33,12 +36,37 @@ std::vector<std::string> split(const std::string& text, char separator) {
   return parts;
 }
 
+std::string escaped(const std::string& text) {
+  std::string line;
+  for (const char c : text) {
+    const bool isSpecial = c == '\t' || c == kEnd || c == kEscape;
+    if (isSpecial) line += kEscape;
+    line += isSpecial ? static_cast<char>(c + '@') : c;
+  }
+  return line;
+}
+
+std::string unescaped(const std::string& line) {
+  std::string text;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const bool isSpecial = line[i] == kEscape;
+    text += isSpecial ? static_cast<char>(line[++i] - '@') : line[i];
+  }
+  return text;
+}
+
 bool readLine(int channel, std::string& line) {
   line.clear();
-  for (char c = 0; read(channel, &c, 1) == 1; line += c) {
-    if (c == kEnd) return true;
+  for (std::array<char, 4096> block; !line.ends_with(kEnd);) {
+    const ssize_t seen = recv(channel, block.data(), block.size(), MSG_PEEK);
+    if (seen <= 0) return false;
+    const std::string_view text(block.data(), static_cast<std::size_t>(seen));
+    const std::size_t taken = std::min(text.find(kEnd), text.size() - 1) + 1;
+    if (recv(channel, block.data(), taken, 0) != static_cast<ssize_t>(taken)) return false;
+    line += text.substr(0, taken);
   }
-  return false;
+  line.pop_back();
+  return true;
 }
 
 void writeLine(int channel, std::string line) {
@@ -89,12 +117,12 @@ class Program {
       FakeObject& object = objects_[words[1]];
       object.role = static_cast<std::uint32_t>(std::stoul(words[2]));
       object.states = std::stoull(words[3]);
-      object.name = words[4];
+      object.name = unescaped(words[4]);
       object.embeds = words[5];
       object.addressAttribute = words[6];
-      object.address = words[7];
+      object.address = unescaped(words[7]);
       object.text = words[8];
-      object.description = words[9];
+      object.description = unescaped(words[9]);
       object.attributes.clear();
       for (const std::string& attribute : split(words[10], ';')) {
         const std::size_t equals = attribute.find('=');
@@ -107,6 +135,8 @@ class Program {
       toolkitName_ = words[2];
     } else if (words[0] == "long") {
       objects_[words[1]].name = std::string(std::stoul(words[2]), 'x');
+    } else if (words[0] == "wrong") {
+      wrongMembers_.insert(words[1]);
     } else if (words[0] == "time") {
       answerTime_ = std::stoi(words[1]);
     } else if (words[0] == "remove") {
@@ -160,9 +190,22 @@ class Program {
     return true;
   }
 
+  // Appends an answer of a type that no question expects.
+  static void appendWrong(DBusMessageIter& out) {
+    DBusMessageIter list;
+    dbus_message_iter_open_container(&out, DBUS_TYPE_ARRAY, "d", &list);
+    const double value = 1.5;
+    dbus_message_iter_append_basic(&list, DBUS_TYPE_DOUBLE, &value);
+    dbus_message_iter_close_container(&out, &list);
+  }
+
   bool answerAsObject(DBusMessage* call, const std::string& path, const FakeObject& object,
                       DBusMessageIter& out) {
     const std::string member = dbus_message_get_member(call);
+    if (wrongMembers_.contains(member)) {
+      appendWrong(out);
+      return true;
+    }
     if (member == "GetApplicationBusAddress") {
       isGreeted_ = true;
       appendText(out, busAddress_);
@@ -200,7 +243,10 @@ class Program {
     const std::string name = property;
     const bool isRoot = path == FakeAccessibleProgram::kRoot;
     DBusMessageIter variant;
-    if (name == "ChildCount") {
+    if (wrongMembers_.contains(name)) {
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "ad", &variant);
+      appendWrong(variant);
+    } else if (name == "ChildCount") {
       const auto count = static_cast<dbus_int32_t>(object.children.size());
       dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "i", &variant);
       dbus_message_iter_append_basic(&variant, DBUS_TYPE_INT32, &count);
@@ -297,6 +343,7 @@ class Program {
   int channel_;
   DBusConnection* connection_ = nullptr;
   std::map<std::string, FakeObject> objects_;
+  std::set<std::string> wrongMembers_;
   std::string calls_;
   std::string busAddress_;
   std::string programName_;
@@ -332,9 +379,10 @@ FakeAccessibleProgram::~FakeAccessibleProgram() {
 
 void FakeAccessibleProgram::set(const std::string& path, const FakeObject& object) {
   std::ostringstream line;
-  line << "set\t" << path << '\t' << object.role << '\t' << object.states << '\t' << object.name
-       << '\t' << object.embeds << '\t' << object.addressAttribute << '\t' << object.address << '\t'
-       << object.text << '\t' << object.description << '\t';
+  line << "set\t" << path << '\t' << object.role << '\t' << object.states << '\t'
+       << escaped(object.name) << '\t' << object.embeds << '\t' << object.addressAttribute << '\t'
+       << escaped(object.address) << '\t' << object.text << '\t' << escaped(object.description)
+       << '\t';
   for (const auto& [name, value] : object.attributes) line << name << '=' << value << ';';
   line << '\t';
   for (const std::string& child : object.children) line << child << ' ';
@@ -348,6 +396,10 @@ void FakeAccessibleProgram::setNames(const std::string& name, const std::string&
 
 void FakeAccessibleProgram::setLongName(const std::string& path, std::size_t bytes) {
   static_cast<void>(command("long\t" + path + '\t' + std::to_string(bytes)));
+}
+
+void FakeAccessibleProgram::answerWrongly(const std::string& member) {
+  static_cast<void>(command("wrong\t" + member));
 }
 
 void FakeAccessibleProgram::setAnswerTime(std::chrono::milliseconds time) {

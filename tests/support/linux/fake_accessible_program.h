@@ -57,6 +57,10 @@ class FakeAccessibleProgram {
   // Gives an object a name of this many bytes.
   void setLongName(const std::string& path, std::size_t bytes);
 
+  // From now on, answers to this method, or for this property, have a type that nobody
+  // expects.
+  void answerWrongly(const std::string& member);
+
   // From now on each answer takes this long, one after the other.
   void setAnswerTime(std::chrono::milliseconds time);
 
