@@ -20,6 +20,8 @@ using test::FakeChromium;
 using test::FakeFirefox;
 using test::FakeObject;
 
+// A user would notice a longer pass. Most of it may be other work of a busy machine.
+constexpr std::chrono::milliseconds kNoticeable{500};
 constexpr std::size_t kMegabyte = 1'000'000;
 constexpr std::size_t kManyChildren = 10'000;
 const std::string kRoot = test::FakeAccessibleProgram::kRoot;
@@ -49,7 +51,7 @@ class HostileWindows : public test::AccessibleWindowsStage {
 
   test::Seen timedPass() {
     test::Seen seen = pass();
-    EXPECT_LT(duration(), test::kLongestPass);
+    EXPECT_LT(duration(), kNoticeable);
     longest_ = std::max(longest_, duration());
     ++passes_;
     return seen;

@@ -17,6 +17,9 @@ namespace {
 
 using test::FakeFirefox;
 
+// A user would notice a longer pass. Most of it may be other work of a busy machine.
+constexpr std::chrono::milliseconds kNoticeable{500};
+
 class MeddlingBusTest : public test::AccessibleWindowsStage {};
 
 TEST_F(MeddlingBusTest, CostsNoPassMuchTime) {
@@ -26,7 +29,6 @@ TEST_F(MeddlingBusTest, CostsNoPassMuchTime) {
   browser.show("/one", firefoxWindow("A", "http://www.a.test/", true));
   list({&browser});
   const std::string path = bus_.address().substr(std::string("unix:path=").size());
-  unsigned connections = 0;
   std::chrono::microseconds longest{};
   for (unsigned seed = 1; seed <= kBuses; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -34,14 +36,12 @@ TEST_F(MeddlingBusTest, CostsNoPassMuchTime) {
     setenv("AT_SPI_BUS_ADDRESS", meddling.address().c_str(), 1);
     for (int i = 0; i < kPasses; ++i) {
       static_cast<void>(pass());
-      EXPECT_LT(duration(), test::kLongestPass);
+      EXPECT_LT(duration(), kNoticeable);
       longest = std::max(longest, duration());
     }
-    ++connections;
   }
-  std::cout << "measured: " << connections * kPasses << " passes on " << connections
-            << " meddling buses, " << std::chrono::duration<double, std::milli>(longest).count()
-            << " ms at most\n";
+  std::cout << "measured: " << kBuses * kPasses << " passes on " << kBuses << " meddling buses, "
+            << std::chrono::duration<double, std::milli>(longest).count() << " ms at most\n";
   setenv("AT_SPI_BUS_ADDRESS", bus_.address().c_str(), 1);
   browser.load("/one", "/one/last", "http://www.a.test/last");
   EXPECT_TRUE(test::eventually([&] { return pass().address == "http://www.a.test/last"; }));
