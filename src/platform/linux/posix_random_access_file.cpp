@@ -32,7 +32,8 @@ void failWithErrno(const Path& path) {
 
 void syncFolder(const Path& folder) {
   const Path opened = folder.empty() ? Path(".") : folder;
-  const FileDescriptor handle(::open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const FileDescriptor handle(uninterrupted(
+      [&] { return ::open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (!handle.isOpen() && errno == EACCES) return;
   if (!handle.isOpen()) failWithErrno(opened);
   // Some file systems persist folders by themselves and fail with EINVAL.
