@@ -7,16 +7,25 @@
 namespace quorrix::test {
 namespace {
 
-const Path kMay = "/Quorrix/Archives/May";
 constexpr const char* kSite = "one.two.three/a";
 
 using Run = std::function<void(User&, SweptStep&)>;
 
-// The working data, with one record of the site and one of another in each file, and an
-// empty folder for an archive.
+// The stamp of the eighth record lies in two blocks of the disk.
+std::string eightSites() {
+  std::string records = siteRecord("four.five.six", 'S');
+  for (int i = 1; i <= 6; ++i) records += siteRecord("host" + std::to_string(i) + ".two.three");
+  return records + siteRecord(kSite);
+}
+
+std::string longNotes(char letter) { return std::string(1000, letter); }
+
+// The working data, with a record of the site and at least one of another in each file,
+// and an empty folder for an archive.
 Files workingFiles() {
-  return {{"Data/nodes.dat", siteRecord("four.five.six", 'S') + siteRecord(kSite)},
-          {"Data/notes.dat", notesRecord("four.five.six", "tulips") + notesRecord(kSite, "roses")},
+  return {{"Data/nodes.dat", eightSites()},
+          {"Data/notes.dat",
+           notesRecord("four.five.six", "tulips") + notesRecord(kSite, longNotes('r'))},
           {"Data/info.dat", userIDPasswordRecord("four.five.six", "p", "u") +
                                 userIDPasswordRecord(kSite, "secret", "anna")},
           {"Data/purchases.dat", purchaseRecord("four.five.six") + purchaseRecord(kSite)},
@@ -48,7 +57,9 @@ void pressInStep(QDialog& dialog, const char* button, SweptStep& step) {
   if (dialog.isVisible() && step.isToBeRepeated()) User::press(dialog, button);
 }
 
-void openMay(QDialog& dialog) { control<FolderList>(dialog, "Dir1").setPath(kMay); }
+void openMay(const User& user, QDialog& dialog) {
+  control<FolderList>(dialog, "Dir1").setPath(user.programFolder() / "Archives" / "May");
+}
 
 Run visiting(const char* address) {
   return [address](User& user, SweptStep& step) {
@@ -65,11 +76,11 @@ Run openingByPopup(const char* entry) {
   };
 }
 
-Run pressingInPopup(const char* entry, const char* button, const char* text = nullptr) {
+Run pressingInPopup(const char* entry, const char* button, const std::string& text = {}) {
   return [=](User& user, SweptStep& step) {
     user.select(kSite);
     user.popUp(entry, [&](QDialog& dialog) {
-      if (text != nullptr) User::type(dialog, "Text1", text);
+      if (!text.empty()) User::type(dialog, "Text1", text);
       pressInStep(dialog, button, step);
     });
   };
@@ -111,8 +122,8 @@ Run openingByMenu(const char* entry) {
 
 Run pressingOKInMay(const char* entry) {
   return [entry](User& user, SweptStep& step) {
-    user.choose(entry, [&step](QDialog& dialog) {
-      openMay(dialog);
+    user.choose(entry, [&](QDialog& dialog) {
+      openMay(user, dialog);
       pressInStep(dialog, "OKButton", step);
     });
   };
@@ -182,8 +193,8 @@ constexpr const Sentences* kPassedOver = nullptr;
 }  // namespace
 
 void runArchiveCommand(User& user, const char* entry) {
-  user.choose(entry, [](QDialog& dialog) {
-    openMay(dialog);
+  user.choose(entry, [&user](QDialog& dialog) {
+    openMay(user, dialog);
     User::press(dialog, "OKButton");
   });
 }
@@ -205,11 +216,11 @@ std::vector<SweptCommand> sweptCommands() {
        "NotesDialog"},
       {"saving new notes",
        withoutRecords(),
-       pressingInPopup("PopUpNotes", "OKButton", "lilies"),
+       pressingInPopup("PopUpNotes", "OKButton", longNotes('l')),
        {{5, &kSaveNotes, "NotesDialog"}}},
       {"replacing notes",
        workingFiles(),
-       pressingInPopup("PopUpNotes", "OKButton", "lilies"),
+       pressingInPopup("PopUpNotes", "OKButton", longNotes('l')),
        {{6, &kSaveNotes, "NotesDialog"}}},
       {"deleting notes",
        workingFiles(),

@@ -29,10 +29,12 @@ class User {
  public:
   using InDialog = std::function<void(QDialog&)>;
 
-  User(FileSystem& files, const Path& programFolder) : program_(files, programFolder) {}
+  User(FileSystem& files, const Path& programFolder)
+      : programFolder_(programFolder), program_(files, programFolder) {}
 
   [[nodiscard]] bool start() { return program_.start(); }
 
+  [[nodiscard]] const Path& programFolder() const { return programFolder_; }
   [[nodiscard]] MainForm& form() { return program_.form(); }
   [[nodiscard]] AgreeingMessageBox& messageBox() { return program_.messageBox(); }
 
@@ -59,11 +61,11 @@ class User {
     inNextDialog(inDialog, [&] { control<QPushButton>(window, button).click(); });
   }
 
-  static void type(QWidget& window, const char* box, const char* text) {
+  static void type(QWidget& window, const char* box, const std::string& text) {
     if (auto* const line = window.findChild<QLineEdit*>(QString::fromLatin1(box))) {
-      line->setText(QString::fromLatin1(text));
+      line->setText(QString::fromStdString(text));
     } else {
-      control<QTextEdit>(window, box).setPlainText(QString::fromLatin1(text));
+      control<QTextEdit>(window, box).setPlainText(QString::fromStdString(text));
     }
   }
 
@@ -91,6 +93,7 @@ class User {
     action();
   }
 
+  Path programFolder_;
   ProgramOnDisk program_;
 };
 

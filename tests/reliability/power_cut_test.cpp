@@ -1,0 +1,191 @@
+// A power cut at every moment of every command, on the disk as the real file system code
+// leaves it.
+#include "reliability/power_cut.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+
+#include "platform/linux/posix_file_system.h"
+#include "reliability/swept_commands.h"
+#include "support/memory_file_system.h"
+#include "support/temporary_folder.h"
+
+namespace quorrix {
+namespace {
+
+using State = test::PowerCut::State;
+
+constexpr const char* kDataFiles[] = {"nodes.dat", "notes.dat", "purchases.dat", "info.dat"};
+
+// Records what a command does to the disk.
+class JournaledStep final : public test::SweptStep {
+ public:
+  explicit JournaledStep(const Path& folder) : folder_(folder) {}
+
+  void begin(QWidget&) override { journal_.emplace(folder_); }
+
+  void end() override {
+    if (!journal_) return;
+    before = journal_->before();
+    steps = journal_->steps();
+    journal_.reset();
+  }
+
+  bool isToBeRepeated() override { return false; }
+
+  test::DiskContents before;
+  std::vector<test::DiskStep> steps;
+
+ private:
+  Path folder_;
+  std::optional<test::DiskJournal> journal_;
+};
+
+class PowerCutTest : public testing::Test {
+ protected:
+  // Runs the command on the real disk.
+  test::PowerCut journalOf(const test::SweptCommand& command) {
+    const test::TemporaryFolder folder;
+    program_ = folder.path().string();
+    for (const auto& [path, bytes] : command.files) {
+      std::filesystem::create_directories((folder / path).parent_path());
+      if (!path.ends_with('/')) folder.givenAFile(path, bytes);
+    }
+    PosixFileSystem files;
+    test::User user(files, folder.path());
+    if (!command.isStartUp && !user.start()) ADD_FAILURE() << "the start failed";
+    JournaledStep step(folder.path());
+    command.run(user, step);
+    step.end();
+    EXPECT_EQ(user.messageBox().sentences, std::vector<std::string>{});
+    steps_ = step.steps;
+    return {step.before, step.steps};
+  }
+
+  // The files of the state, without what is left of an unfinished copy.
+  static State withoutUnfinished(const State& state) {
+    State files;
+    for (const auto& [path, bytes] : state) {
+      if (!path.ends_with(".quorrix-new")) files.emplace(path, bytes);
+    }
+    return files;
+  }
+
+  // A command either changes records in place or replaces whole files.
+  [[nodiscard]] bool isInPlace() const {
+    return std::ranges::all_of(steps_, [](const test::DiskStep& step) {
+      return step.kind == test::DiskStep::Write || step.kind == test::DiskStep::SyncFile ||
+             step.kind == test::DiskStep::SyncFolder;
+    });
+  }
+
+  // No byte is anything but what it was or what it becomes, so every record that the
+  // command leaves alone is intact.
+  static void expectOldOrNewBytes(const State& state, const State& before, const State& after) {
+    for (const auto& [path, old] : before) {
+      const std::string& found = state.at(path);
+      const std::string& next = after.at(path);
+      ASSERT_GE(found.size(), old.size()) << path;
+      ASSERT_LE(found.size(), next.size()) << path;
+      for (std::size_t i = 0; i < found.size(); ++i) {
+        const char was = i < old.size() ? old[i] : '\0';
+        ASSERT_TRUE(found[i] == was || found[i] == next[i]) << path << " at " << i;
+      }
+    }
+  }
+
+  // Every file is as it was after one of the steps, so none is half there.
+  static void expectWholeFiles(const State& state, const std::vector<State>& seen) {
+    for (const auto& [path, bytes] : state) {
+      EXPECT_TRUE(std::ranges::any_of(seen, [&, name = path, found = bytes](const State& moment) {
+        const auto file = moment.find(name);
+        return file != moment.end() && file->second == found;
+      })) << path;
+    }
+  }
+
+  // What the working folder held is there or in the archive.
+  void expectDataSomewhere(const State& state, const State& before) const {
+    for (const char* const name : kDataFiles) {
+      const std::string working = program_ + "/Data/" + name;
+      const std::string archived = program_ + "/Archives/May/" + name;
+      const auto holds = [&](const std::string& path) {
+        const auto file = state.find(path);
+        return file != state.end() && file->second == before.at(working);
+      };
+      EXPECT_TRUE(holds(working) || holds(archived)) << name;
+    }
+  }
+
+  // Starts the program on the state. Expects that it shows the sites that the command does
+  // not remove.
+  void expectToStartOn(const State& state, const State& before, const State& after) {
+    test::MemoryFileSystem memory;
+    for (const auto& [path, bytes] : state) {
+      memory.givenAFile("/Quorrix" + path.substr(program_.size()), bytes);
+    }
+    test::User user(memory, "/Quorrix");
+    EXPECT_TRUE(user.start());
+    const std::string nodes = program_ + "/Data/nodes.dat";
+    for (const char* const site : {"four.five.six", "one.two.three/a"}) {
+      const auto isIn = [&](const State& files) {
+        const auto file = files.find(nodes);
+        return file != files.end() && file->second.find(site) != std::string::npos;
+      };
+      if (!isIn(before) || !isIn(after)) continue;
+      EXPECT_NE(user.form().tree().find(site), kNoNode) << site;
+    }
+  }
+
+  std::string program_;
+  std::vector<test::DiskStep> steps_;
+};
+
+// An empty file that is missing is created by the next start.
+State withoutEmpty(State state) {
+  std::erase_if(state, [](const auto& file) { return file.second.empty(); });
+  return state;
+}
+
+TEST_F(PowerCutTest, LosesNoRecordAndLeavesNoHalfCopy) {
+  int cuts = 0;
+  std::size_t states = 0;
+  for (const test::SweptCommand& command : test::sweptCommands()) {
+    SCOPED_TRACE(command.name);
+    const test::PowerCut disk = journalOf(command);
+    const State before = disk.seenAfter(0);
+    const State after = disk.seenAfter(steps_.size());
+    std::vector<State> seen;
+    for (std::size_t count = 0; count <= steps_.size(); ++count) {
+      seen.push_back(disk.seenAfter(count));
+    }
+    std::set<State> found;
+    for (std::size_t count = 0; count <= steps_.size(); ++count, ++cuts) {
+      for (const State& state : disk.statesAfter(count)) found.insert(withoutUnfinished(state));
+    }
+    for (const State& state : found) {
+      if (isInPlace()) {
+        expectOldOrNewBytes(state, before, after);
+      } else {
+        expectWholeFiles(state, seen);
+      }
+      if (std::string_view(command.name).starts_with("archiving")) {
+        expectDataSomewhere(state, before);
+      }
+      expectToStartOn(state, before, after);
+    }
+    // What was reported as done is on the disk.
+    for (const State& state : disk.statesAfter(steps_.size())) {
+      EXPECT_EQ(withoutEmpty(state), withoutEmpty(after));
+    }
+    states += found.size();
+  }
+  std::cout << "measured: " << cuts << " cuts left " << states << " different disks\n";
+}
+
+}  // namespace
+}  // namespace quorrix
