@@ -26,6 +26,7 @@ constexpr ErrnoRow kErrnoTable[] = {
     {EEXIST, failure::kPathFileAccess},
     {EISDIR, failure::kPathFileAccess},
     {ENOTEMPTY, failure::kPathFileAccess},
+    {EILSEQ, failure::kPathFileAccess},  // a name that is not in the disk's encoding
     {EBUSY, failure::kPathFileAccess},
 #ifdef ETXTBSY
     {ETXTBSY, failure::kPathFileAccess},

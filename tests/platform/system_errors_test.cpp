@@ -23,6 +23,7 @@ TEST(FailureNumberOfErrno, CallsEveryRefusalAnAccessError) {
   EXPECT_EQ(failureNumberOfErrno(ENOTEMPTY), 75);
   EXPECT_EQ(failureNumberOfErrno(EBUSY), 75);
   EXPECT_EQ(failureNumberOfErrno(ENAMETOOLONG), 75);
+  EXPECT_EQ(failureNumberOfErrno(EILSEQ), 75);
 }
 
 TEST(FailureNumberOfErrno, TellsWhatRanOut) {
