@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/linux/write_all.h"
 #include "platform/system_errors.h"
 
 namespace quorrix {
@@ -32,8 +32,8 @@ void failWithErrno(const Path& path) {
 
 void syncFolder(const Path& folder) {
   const Path opened = folder.empty() ? Path(".") : folder;
-  const FileDescriptor handle(uninterrupted(
-      [&] { return ::open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  const FileDescriptor handle(
+      uninterrupted([&] { return ::open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (!handle.isOpen() && errno == EACCES) return;
   if (!handle.isOpen()) failWithErrno(opened);
   // Some file systems persist folders by themselves and fail with EINVAL.
@@ -68,17 +68,36 @@ std::size_t PosixRandomAccessFile::readAt(std::uint64_t offset, std::span<char> 
 
 void PosixRandomAccessFile::writeAt(std::uint64_t offset, std::span<const char> bytes) {
   const std::uint64_t oldLength = length();
-  const WriteResult result = writeAll(bytes, [&](std::span<const char> rest, std::size_t done) {
-    return ::pwrite(file_.number(), rest.data(), rest.size(), static_cast<off_t>(offset + done));
-  });
+  const std::vector<char> overwritten = bytesAt(offset, bytes.size(), oldLength);
+  const WriteResult result = writeSpan(offset, bytes);
   if (result.reason == 0) return;
-  if (result.done > 0 && offset + result.done > oldLength) shortenTo(oldLength);
+  // Only what was changed, so that a write that failed at once leaves the file untouched.
+  const std::size_t changed = std::min(result.done, overwritten.size());
+  static_cast<void>(writeSpan(offset, std::span(overwritten).first(changed)));
+  if (offset + result.done > oldLength) shortenTo(oldLength);
   errno = result.reason;
   failWithErrno(path_);
 }
 
-// Undoes a write that failed half-way. If this fails too, the write's own error is
-// reported.
+// At most `count` bytes, up to the old end of the file. Empty if they cannot be read.
+std::vector<char> PosixRandomAccessFile::bytesAt(std::uint64_t offset, std::size_t count,
+                                                 std::uint64_t end) {
+  if (offset >= end) return {};
+  std::vector<char> bytes(static_cast<std::size_t>(std::min<std::uint64_t>(count, end - offset)));
+  const ssize_t got = uninterrupted([&] {
+    return ::pread(file_.number(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+  });
+  bytes.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
+  return bytes;
+}
+
+WriteResult PosixRandomAccessFile::writeSpan(std::uint64_t offset, std::span<const char> bytes) {
+  return writeAll(bytes, [&](std::span<const char> rest, std::size_t done) {
+    return ::pwrite(file_.number(), rest.data(), rest.size(), static_cast<off_t>(offset + done));
+  });
+}
+
+// If this fails, too, the error of the write is reported.
 void PosixRandomAccessFile::shortenTo(std::uint64_t length) {
   [[maybe_unused]] const int result = ::ftruncate(file_.number(), static_cast<off_t>(length));
 }

@@ -2,8 +2,11 @@
 // descriptor releases the lock.
 #pragma once
 
+#include <vector>
+
 #include "platform/file_system.h"
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/write_all.h"
 
 namespace quorrix {
 
@@ -16,8 +19,8 @@ class PosixRandomAccessFile final : public RandomAccessFile {
   [[nodiscard]] std::uint64_t length() override;
   [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<char> into) override;
 
-  // If it fails, it truncates the file to its old length: half a record at the end would
-  // count as a record.
+  // If it fails half-way, it restores the old bytes and the old length: half a record
+  // would count as a record.
   void writeAt(std::uint64_t offset, std::span<const char> bytes) override;
 
   void sync() override;
@@ -26,6 +29,9 @@ class PosixRandomAccessFile final : public RandomAccessFile {
   void syncBytes();
 
  private:
+  [[nodiscard]] std::vector<char> bytesAt(std::uint64_t offset, std::size_t count,
+                                          std::uint64_t end);
+  [[nodiscard]] WriteResult writeSpan(std::uint64_t offset, std::span<const char> bytes);
   void shortenTo(std::uint64_t length);
 
   FileDescriptor file_;
