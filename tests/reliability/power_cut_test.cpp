@@ -5,14 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <optional>
 
 #include "platform/linux/posix_file_system.h"
+#include "reliability/program_folder.h"
 #include "reliability/swept_commands.h"
 #include "support/memory_file_system.h"
-#include "support/temporary_folder.h"
 
 namespace quorrix {
 namespace {
@@ -49,16 +48,12 @@ class PowerCutTest : public testing::Test {
  protected:
   // Runs the command on the real disk.
   test::PowerCut journalOf(const test::SweptCommand& command) {
-    const test::TemporaryFolder folder;
-    program_ = folder.path().string();
-    for (const auto& [path, bytes] : command.files) {
-      std::filesystem::create_directories((folder / path).parent_path());
-      if (!path.ends_with('/')) folder.givenAFile(path, bytes);
-    }
+    folder_.give(command.files);
+    program_ = folder_.path().string();
     PosixFileSystem files;
-    test::User user(files, folder.path());
+    test::User user(files, folder_.path());
     if (!command.isStartUp && !user.start()) ADD_FAILURE() << "the start failed";
-    JournaledStep step(folder.path());
+    JournaledStep step(folder_.path());
     command.run(user, step);
     step.end();
     EXPECT_EQ(user.messageBox().sentences, std::vector<std::string>{});
@@ -141,6 +136,7 @@ class PowerCutTest : public testing::Test {
     }
   }
 
+  test::ProgramFolder folder_;
   std::string program_;
   std::vector<test::DiskStep> steps_;
 };

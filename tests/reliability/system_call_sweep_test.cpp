@@ -12,9 +12,9 @@
 #include <set>
 
 #include "platform/linux/posix_file_system.h"
+#include "reliability/program_folder.h"
 #include "reliability/swept_commands.h"
 #include "support/linux/system_calls.h"
-#include "support/temporary_folder.h"
 
 namespace quorrix {
 namespace {
@@ -53,34 +53,8 @@ std::vector<Fault> faultsOf(SystemCall call) {
   return {};
 }
 
-using State = std::map<std::string, std::string>;
-
-// The folder of one program after the other.
-class ProgramFolder {
- public:
-  void give(const test::Files& files) const {
-    std::filesystem::remove_all(path());
-    for (const auto& [name, bytes] : files) {
-      std::filesystem::create_directories((path() / name).parent_path());
-      if (!name.ends_with('/')) folder_.givenAFile(Path("Quorrix") / name, bytes);
-    }
-  }
-
-  [[nodiscard]] Path path() const { return folder_ / "Quorrix"; }
-
-  [[nodiscard]] State state() const {
-    State state;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(path())) {
-      if (!entry.is_regular_file()) continue;
-      const Path name = entry.path().lexically_relative(folder_.path());
-      state[name.string()] = folder_.bytesOf(name);
-    }
-    return state;
-  }
-
- private:
-  test::TemporaryFolder folder_;
-};
+using test::ProgramFolder;
+using State = ProgramFolder::State;
 
 // The descriptors of this program on files and folders in the folder.
 int openDescriptorsIn(const Path& folder) {
@@ -126,11 +100,6 @@ class FailingStep final : public test::SweptStep {
 
 class SystemCallSweep : public testing::Test {
  protected:
-  // Syncs cost nothing on a disk in memory.
-  static void SetUpTestSuite() {
-    if (std::filesystem::is_directory("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);
-  }
-
   struct Outcome {
     std::optional<SystemCall> failed;
     std::vector<std::string> sentences;

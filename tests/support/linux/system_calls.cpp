@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <utility>
 
@@ -71,6 +73,9 @@ auto watchedCall(MakeInfo makeInfo, Call call) -> decltype(call()) {
   return result;
 }
 
+// The path to hand to the system.
+Path found(const char* path) { return watched == nullptr ? Path(path) : watched->found(path); }
+
 }  // namespace
 
 WatchedSystemCalls::WatchedSystemCalls(const Path& folder) : folder_(folder) { watched = this; }
@@ -85,6 +90,19 @@ bool WatchedSystemCalls::watches(const Path& path) const {
 
 int WatchedSystemCalls::answerTo(const SystemCallInfo& call) const {
   return before_ ? before_(call) : 0;
+}
+
+// The path as the disk spells it. What does not exist keeps its spelling.
+Path WatchedSystemCalls::found(const Path& path) const {
+  if (!foldsCase_ || !watches(path) || path == folder_) return path;
+  const Unwatched off;
+  const Path folder = found(path.parent_path());
+  std::error_code missing;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, missing)) {
+    const std::string name = entry.path().filename().string();
+    if (::strcasecmp(name.c_str(), path.filename().c_str()) == 0) return entry.path();
+  }
+  return folder / path.filename();
 }
 
 void WatchedSystemCalls::noteDone(const SystemCallInfo& call, long result) const {
@@ -112,21 +130,21 @@ int open(const char* path, int flags, ...) {
         return quorrix::test::SystemCallInfo{
             .kind = SystemCall::Open, .path = path, .flags = flags};
       },
-      [&] { return next(path, flags, mode); });
+      [&] { return next(quorrix::test::found(path).c_str(), flags, mode); });
 }
 
 int stat(const char* path, struct stat* status) noexcept {
   static auto* const next = nextFunction<int(const char*, struct stat*)>("stat");
   return watchedCall(
       [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::Stat, .path = path}; },
-      [&] { return next(path, status); });
+      [&] { return next(quorrix::test::found(path).c_str(), status); });
 }
 
 int lstat(const char* path, struct stat* status) noexcept {
   static auto* const next = nextFunction<int(const char*, struct stat*)>("lstat");
   return watchedCall(
       [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::Stat, .path = path}; },
-      [&] { return next(path, status); });
+      [&] { return next(quorrix::test::found(path).c_str(), status); });
 }
 
 int fstat(int file, struct stat* status) noexcept {
@@ -212,21 +230,21 @@ int rename(const char* from, const char* to) noexcept {
       [&] {
         return quorrix::test::SystemCallInfo{.kind = SystemCall::Rename, .path = from, .to = to};
       },
-      [&] { return next(from, to); });
+      [&] { return next(quorrix::test::found(from).c_str(), quorrix::test::found(to).c_str()); });
 }
 
 int unlink(const char* path) noexcept {
   static auto* const next = nextFunction<int(const char*)>("unlink");
   return watchedCall(
       [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::Unlink, .path = path}; },
-      [&] { return next(path); });
+      [&] { return next(quorrix::test::found(path).c_str()); });
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {
   static auto* const next = nextFunction<int(const char*, mode_t)>("mkdir");
   return watchedCall(
       [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::MakeFolder, .path = path}; },
-      [&] { return next(path, mode); });
+      [&] { return next(quorrix::test::found(path).c_str(), mode); });
 }
 }
 // NOLINTEND

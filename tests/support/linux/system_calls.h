@@ -56,16 +56,21 @@ class WatchedSystemCalls {
   // From now on, a file system that accepts at most this many bytes in one write.
   void cutWritesTo(std::size_t bytes) { mostBytes_ = bytes; }
 
+  // From now on, names below the folder are found whatever the case of their letters.
+  void foldCase() { foldsCase_ = true; }
+
   // For the functions that take the place of the C library's.
   [[nodiscard]] bool watches(const Path& path) const;
   [[nodiscard]] int answerTo(const SystemCallInfo& call) const;
   void noteDone(const SystemCallInfo& call, long result) const;
+  [[nodiscard]] Path found(const Path& path) const;
   [[nodiscard]] std::size_t mostBytes() const { return mostBytes_; }
 
  private:
   Path folder_;
   std::function<int(const SystemCallInfo&)> before_;
   std::function<void(const SystemCallInfo&, long)> after_;
+  bool foldsCase_ = false;
   std::size_t mostBytes_ = static_cast<std::size_t>(-1);
 };
 
