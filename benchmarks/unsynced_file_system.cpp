@@ -41,6 +41,10 @@ std::unique_ptr<RandomAccessFile> UnsyncedFileSystem::openAsPermitted(const Path
   return std::make_unique<UnsyncedFile>(real_.openAsPermitted(path));
 }
 
+void UnsyncedFileSystem::deleteCopiedFile(const Path& path, const Path& copy) {
+  real_.deleteCopiedFile(path, copy);
+}
+
 bool UnsyncedFileSystem::isSameFile(const Path& one, const Path& other) {
   return real_.isSameFile(one, other);
 }

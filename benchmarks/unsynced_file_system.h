@@ -18,6 +18,7 @@ class UnsyncedFileSystem final : public FileSystem {
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void deleteFile(const Path& path) override;
+  void deleteCopiedFile(const Path& path, const Path& copy) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;

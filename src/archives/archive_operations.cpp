@@ -52,9 +52,17 @@ void moveIntoArchive(FileSystem& files, const WorkingPaths& paths, const Path& f
   for (const DataFile& data : kArchivingOrder) {
     files.copyFile(paths.*data.current, folder / data.name);
   }
-  std::vector<Path> archived;
-  for (const DataFile& data : kArchivingOrder) archived.push_back(paths.loadPath / data.name);
-  emptyFiles(files, archived);
+  std::vector<Path> emptied;
+  for (const DataFile& data : kArchivingOrder) {
+    const Path& working = emptied.emplace_back(paths.loadPath / data.name);
+    // After a failed load, the current file is another one.
+    if (working == paths.*data.current) {
+      files.deleteCopiedFile(working, folder / data.name);
+    } else {
+      files.deleteFile(working);
+    }
+  }
+  createEmptyFiles(files, emptied);
 }
 
 void takeOverArchive(FileSystem& files, const AppPaths& appPaths, WorkingPaths& paths,

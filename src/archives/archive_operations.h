@@ -17,7 +17,8 @@ namespace quorrix {
 
 enum class EarlierArchive { None, Delete };
 
-// Copies the data files to the folder, then empties those in loadPath. With
+// Copies the data files to the folder, then empties those in loadPath. What another
+// program writes to them in between is archived, too. With
 // EarlierArchive::Delete, first deletes all four files of the earlier archive, and fails
 // with kFileNotFound if one of them is missing. The current data files, whatever path
 // leads to them, are never deleted as if they were an earlier archive.

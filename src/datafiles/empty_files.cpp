@@ -6,6 +6,10 @@ namespace quorrix {
 
 void emptyFiles(FileSystem& files, std::span<const Path> paths) {
   for (const Path& path : paths) files.deleteFile(path);
+  createEmptyFiles(files, paths);
+}
+
+void createEmptyFiles(FileSystem& files, std::span<const Path> paths) {
   // The sync writes the new file's name to the disk.
   for (const Path& path : paths) files.openRandomAccess(path)->sync();
 }

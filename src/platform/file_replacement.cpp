@@ -1,5 +1,6 @@
 #include "platform/file_replacement.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <vector>
@@ -24,6 +25,22 @@ void writeCopy(RandomAccessFile& from, RandomAccessFile& into) {
     count = from.readAt(offset, block);
     into.writeAt(offset, std::span(block).first(count));
   }
+}
+
+bool holdSameBytes(RandomAccessFile& one, RandomAccessFile& other) {
+  if (one.length() != other.length()) return false;
+  std::vector<char> block(kBlockSize);
+  std::vector<char> otherBlock(kBlockSize);
+  std::uint64_t offset = 0;
+  for (std::size_t count = block.size(); count == block.size(); offset += count) {
+    count = one.readAt(offset, block);
+    if (other.readAt(offset, otherBlock) != count) return false;
+    if (!std::equal(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(count),
+                    otherBlock.begin())) {
+      return false;
+    }
+  }
+  return true;
 }
 
 void writeLine(std::string_view line, RandomAccessFile& into) {

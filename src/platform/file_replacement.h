@@ -15,6 +15,8 @@ namespace quorrix {
 
 void writeCopy(RandomAccessFile& from, RandomAccessFile& into);
 
+[[nodiscard]] bool holdSameBytes(RandomAccessFile& one, RandomAccessFile& other);
+
 // Writes the line and CR LF at the beginning of `into`.
 void writeLine(std::string_view line, RandomAccessFile& into);
 

@@ -188,6 +188,12 @@ void FaultyFileSystem::deleteFile(const Path& path) {
   plan_->callIsDone();
 }
 
+void FaultyFileSystem::deleteCopiedFile(const Path& path, const Path& copy) {
+  plan_->call(FileCall::DeleteFile);
+  behind_.deleteCopiedFile(path, copy);
+  plan_->callIsDone();
+}
+
 bool FaultyFileSystem::isSameFile(const Path& one, const Path& other) {
   plan_->call(FileCall::IsSameFile);
   return behind_.isSameFile(one, other);

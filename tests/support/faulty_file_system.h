@@ -81,6 +81,8 @@ class FaultyFileSystem final : public FileSystem {
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openForReading(const Path& path) override;
   [[nodiscard]] std::unique_ptr<RandomAccessFile> openAsPermitted(const Path& path) override;
   void deleteFile(const Path& path) override;
+  // Counts as DeleteFile.
+  void deleteCopiedFile(const Path& path, const Path& copy) override;
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;

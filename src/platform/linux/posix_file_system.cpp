@@ -118,10 +118,25 @@ void PosixFileSystem::deleteFile(const Path& path) {
   syncFolder(path.parent_path());
 }
 
+void PosixFileSystem::deleteCopiedFile(const Path& path, const Path& copy) {
+  FileDescriptor locked = openLocked(path, O_RDWR);
+  const bool isCopiedOntoItself = isNamed(locked, copy);
+  PosixRandomAccessFile file(std::move(locked), path);
+  if (!isCopiedOntoItself && !holdSameBytes(file, *openForReading(copy))) {
+    replaceByCopyOf(file, copy);
+  }
+  if (::unlink(path.c_str()) != 0) failWithErrno(path);
+  syncFolder(path.parent_path());
+}
+
 void PosixFileSystem::copyFile(const Path& from, const Path& to) {
   FileDescriptor opened = openLocked(from, O_RDONLY);
   if (isNamed(opened, to)) return;
   PosixRandomAccessFile source(std::move(opened), from);
+  replaceByCopyOf(source, to);
+}
+
+void PosixFileSystem::replaceByCopyOf(RandomAccessFile& source, const Path& to) {
   FileDescriptor old;
   if (isAnythingAt(to)) old = openLocked(to, O_RDWR);
   PosixReplacement next(replacementNameOf(withoutLinks(to)), lockPatience_);

@@ -33,6 +33,9 @@ class PosixFileSystem final : public FileSystem {
   // so that no other program is in the middle of an operation on it.
   void deleteFile(const Path& path) override;
 
+  // Compares the files while it holds the lock.
+  void deleteCopiedFile(const Path& path, const Path& copy) override;
+
   // By device and inode.
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
 
@@ -52,6 +55,7 @@ class PosixFileSystem final : public FileSystem {
   [[nodiscard]] std::vector<Path> volumes() override;
 
  private:
+  void replaceByCopyOf(RandomAccessFile& source, const Path& to);
   [[nodiscard]] FileDescriptor openLocked(const Path& path, int flags);
 
   std::chrono::milliseconds lockPatience_;
