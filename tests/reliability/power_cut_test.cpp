@@ -20,6 +20,52 @@ using State = test::PowerCut::State;
 
 constexpr const char* kDataFiles[] = {"nodes.dat", "notes.dat", "purchases.dat", "info.dat"};
 
+// --- what the tests below rely on ------------------------------------------------------------
+
+using test::DiskStep;
+
+test::DiskContents oldFile() { return {.names = {{"/d/f", 1}}, .bytes = {{1, "old"}}}; }
+
+TEST(PowerCut, LosesBytesThatWereNotSynced) {
+  const test::PowerCut disk(oldFile(),
+                            {{.kind = DiskStep::Write, .file = 1, .offset = 3, .bytes = "new"},
+                             {.kind = DiskStep::SyncFile, .file = 1}});
+  const State old{{"/d/f", "old"}};
+  const State unwritten{{"/d/f", std::string("old\0\0\0", 6)}};
+  const State whole{{"/d/f", "oldnew"}};
+  EXPECT_EQ(disk.statesAfter(1), (std::set<State>{old, unwritten, whole}));
+  EXPECT_EQ(disk.statesAfter(2), std::set<State>{whole});
+}
+
+TEST(PowerCut, TearsAWriteBetweenBlocks) {
+  const test::PowerCut disk(
+      {.names = {{"/d/f", 1}}, .bytes = {{1, std::string(1024, 'o')}}},
+      {{.kind = DiskStep::Write, .file = 1, .offset = 500, .bytes = std::string(24, 'n')}});
+  const auto bytes = [](char first, char second) {
+    return State{{"/d/f", std::string(500, 'o') + std::string(12, first) + std::string(12, second) +
+                              std::string(500, 'o')}};
+  };
+  EXPECT_EQ(disk.statesAfter(1),
+            (std::set<State>{bytes('o', 'o'), bytes('n', 'o'), bytes('o', 'n'), bytes('n', 'n')}));
+}
+
+TEST(PowerCut, KeepsANameOnlyWhenItsFolderWasSynced) {
+  const test::PowerCut disk(oldFile(), {{.kind = DiskStep::Unlink, .path = "/d/f"},
+                                        {.kind = DiskStep::SyncFolder, .path = "/d"}});
+  EXPECT_EQ(disk.statesAfter(1), (std::set<State>{{{"/d/f", "old"}}, {}}));
+  EXPECT_EQ(disk.statesAfter(2), std::set<State>{State{}});
+}
+
+TEST(PowerCut, MayRenameAFileBeforeItsBytesAreThere) {
+  const test::PowerCut disk(
+      oldFile(), {{.kind = DiskStep::Create, .file = 2, .path = "/d/new"},
+                  {.kind = DiskStep::Write, .file = 2, .bytes = "new"},
+                  {.kind = DiskStep::Rename, .file = 2, .path = "/d/new", .to = "/d/f"}});
+  EXPECT_TRUE(disk.statesAfter(3).contains({{"/d/f", ""}}));
+}
+
+// --- the commands ------------------------------------------------------------------------------
+
 // Records what a command does to the disk.
 class JournaledStep final : public test::SweptStep {
  public:
@@ -44,7 +90,7 @@ class JournaledStep final : public test::SweptStep {
   std::optional<test::DiskJournal> journal_;
 };
 
-class PowerCutTest : public testing::Test {
+class PowerCutOfCommands : public testing::Test {
  protected:
   // Runs the command on the real disk.
   test::PowerCut journalOf(const test::SweptCommand& command) {
@@ -147,7 +193,7 @@ State withoutEmpty(State state) {
   return state;
 }
 
-TEST_F(PowerCutTest, LosesNoRecordAndLeavesNoHalfCopy) {
+TEST_F(PowerCutOfCommands, LosesNoRecordAndLeavesNoHalfCopy) {
   int cuts = 0;
   std::size_t states = 0;
   for (const test::SweptCommand& command : test::sweptCommands()) {
