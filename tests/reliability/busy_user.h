@@ -1,94 +1,77 @@
-// A user of the real main window, on the real disk, who takes one step after the other as
-// fast as the program can: visits, notes, passwords, purchases, deletions, archives.
+// A user on the real disk who takes one step after the other as fast as the program can:
+// visits, notes, passwords, purchases, deletions, archives.
 #pragma once
 
-#include <QDialog>
-#include <QLineEdit>
-#include <QTextEdit>
-#include <functional>
+#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "archives/program_on_disk.h"
+#include "archives/folder_list.h"
 #include "reliability/kept_records.h"
+#include "reliability/user.h"
 
 namespace quorrix::test {
 
-class BusyUser : public ProgramOnDisk {
+class BusyUser {
  public:
-  BusyUser(FileSystem& files, const Path& programFolder)
-      : ProgramOnDisk(files, programFolder), archives_(programFolder / "Archives") {}
+  BusyUser(FileSystem& files, const Path& programFolder) : user_(files, programFolder) {}
+
+  [[nodiscard]] bool start() { return user_.start(); }
+
+  [[nodiscard]] bool shows(std::string_view address) {
+    return user_.form().tree().find(address) != kNoNode;
+  }
 
   // Returns the messages that report failures.
   std::vector<std::string> take(const UserStep& step) {
-    messageBox_.sentences.clear();
+    user_.messageBox().sentences.clear();
     switch (step.kind) {
       case UserStep::Kind::Visit:
-        visit(step.site);
+        user_.visit("http://" + step.site);
         break;
       case UserStep::Kind::Notes:
-        select(step.site);
-        fillIn([&](QDialog& dialog) { text<QTextEdit>(dialog, "Text1", step.text); });
-        form_.PopUpNotes_Click();
+        fillIn("PopUpNotes", step.site, {{"Text1", step.text}});
         break;
       case UserStep::Kind::Password:
-        select(step.site);
-        fillIn([&](QDialog& dialog) {
-          text<QLineEdit>(dialog, "Text1", step.text);
-          text<QLineEdit>(dialog, "Text2", step.text + "!");
-        });
-        form_.PopUpPasswords_Click();
+        fillIn("PopUpPasswords", step.site, {{"Text1", step.text}, {"Text2", step.text + "!"}});
         break;
       case UserStep::Kind::Purchase:
-        select(step.site);
-        fillIn([&](QDialog& dialog) {
-          text<QLineEdit>(dialog, "Text1", step.text);
-          text<QLineEdit>(dialog, "Text4", "1");
-        });
-        form_.PopUpNewPurchase_Click();
+        fillIn("PopUpNewPurchase", step.site, {{"Text1", step.text}, {"Text4", "1"}});
         break;
       case UserStep::Kind::Delete:
-        select(step.site);
-        form_.FileDelete_Click();
+        user_.select(step.site.empty() ? "ROOT" : step.site);
+        user_.choose("FileDelete");
         break;
       case UserStep::Kind::Archive:
-        std::filesystem::create_directory(archives_ / step.text);
-        return run("FileArchive", archives_ / step.text);
+        archiveTo(user_.programFolder() / "Archives" / step.text);
+        break;
     }
-    return messageBox_.sentences;
+    return user_.messageBox().sentences;
   }
 
  private:
-  void visit(const std::string& address) {
-    windows_.show({browserWindow("A page - Netscape", "http://" + address, "Connect: host")});
-    events_.atEachPause([this](int) { form_.FileStopTrack_Click(); });
-    form_.FileStartTrack_Click();
-    QCoreApplication::processEvents();
-  }
+  struct Entry {
+    const char* box;
+    std::string text;
+  };
 
-  void select(const std::string& site) {
-    form_.tree().select(site.empty() ? form_.tree().root() : form_.tree().at(site));
-  }
-
-  // Runs `fill` in the dialog that opens next, and presses OK.
-  void fillIn(const std::function<void(QDialog&)>& fill) {
-    QTimer::singleShot(0, &form_, [this, fill] {
-      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr) return messageBox_.sentences.push_back("no dialog opened");
-      fill(*dialog);
-      dialog->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
-      if (dialog->isVisible()) dialog->reject();
+  void fillIn(const char* window, const std::string& site, const std::vector<Entry>& entries) {
+    user_.select(site);
+    user_.popUp(window, [&entries](QDialog& dialog) {
+      for (const Entry& entry : entries) User::type(dialog, entry.box, entry.text);
+      User::press(dialog, "OKButton");
     });
   }
 
-  template <typename Box>
-  static void text(QDialog& dialog, const char* box, const std::string& text) {
-    enter(*dialog.findChild<Box*>(QString::fromLatin1(box)), QString::fromStdString(text));
+  void archiveTo(const Path& folder) {
+    std::filesystem::create_directory(folder);
+    user_.choose("FileArchive", [&folder](QDialog& dialog) {
+      control<FolderList>(dialog, "Dir1").setPath(folder);
+      User::press(dialog, "OKButton");
+    });
   }
-  static void enter(QLineEdit& box, const QString& text) { box.setText(text); }
-  static void enter(QTextEdit& box, const QString& text) { box.setPlainText(text); }
 
-  Path archives_;
+  User user_;
 };
 
 }  // namespace quorrix::test
