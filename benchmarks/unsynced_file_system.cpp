@@ -67,6 +67,10 @@ void UnsyncedFileSystem::replaceByLine(const Path& path, std::string_view line) 
   std::filesystem::rename(replacementNameOf(path), path);
 }
 
+void UnsyncedFileSystem::rename(const Path& from, const Path& to) {
+  std::filesystem::rename(from, to);
+}
+
 std::string UnsyncedFileSystem::readFirstLine(const Path& path) {
   return real_.readFirstLine(path);
 }

@@ -21,6 +21,7 @@ class UnsyncedFileSystem final : public FileSystem {
   void deleteCopiedFile(const Path& path, const Path& copy) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
+  void rename(const Path& from, const Path& to) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
   [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
   [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;

@@ -101,6 +101,11 @@ class FileSystem {
   // kPathFileAccess as copyFile() does.
   virtual void replaceByLine(const Path& path, std::string_view line) = 0;
 
+  // Gives the file or folder `from` the path `to`, in the same file system. An existing file
+  // `to` is replaced. Returns once the new name has reached the disk. Throws kPathFileAccess
+  // if `to` is a folder that holds anything, and on Windows if it is any folder.
+  virtual void rename(const Path& from, const Path& to) = 0;
+
   // The bytes before the first line end (LF, CR or both); empty for an empty file.
   [[nodiscard]] virtual std::string readFirstLine(const Path& path) = 0;
 

@@ -604,6 +604,43 @@ TEST_F(WriteAt, IsFollowedBySync) {
   EXPECT_EQ(folder_.bytesOf("nodes.dat"), "record");
 }
 
+using Rename = RealFileSystemTest;
+
+TEST_F(Rename, GivesAFileItsName) {
+  files_.rename(folder_.givenAFile("one", "text"), folder_ / "two");
+  EXPECT_EQ(names(), std::set<std::string>{"two"});
+  EXPECT_EQ(folder_.bytesOf("two"), "text");
+}
+
+TEST_F(Rename, ReplacesAFile) {
+  folder_.givenAFile("two", "a longer text");
+  files_.rename(folder_.givenAFile("one", "text"), folder_ / "two");
+  EXPECT_EQ(names(), std::set<std::string>{"two"});
+  EXPECT_EQ(folder_.bytesOf("two"), "text");
+}
+
+TEST_F(Rename, GivesAFolderItsName) {
+  std::filesystem::create_directory(folder_ / "one");
+  folder_.givenAFile(Path("one") / "file", "text");
+  files_.rename(folder_ / "one", folder_ / "two");
+  EXPECT_EQ(folder_.bytesOf(Path("two") / "file"), "text");
+}
+
+TEST_F(Rename, KeepsAFolderThatHoldsAnything) {
+  for (const char* name : {"one", "two"}) {
+    std::filesystem::create_directory(folder_ / name);
+    folder_.givenAFile(Path(name) / "file", name);
+  }
+  EXPECT_EQ(failureNumberOf([&] { return files_.rename(folder_ / "one", folder_ / "two"), 0; }),
+            75);
+  EXPECT_EQ(folder_.bytesOf(Path("two") / "file"), "two");
+}
+
+TEST_F(Rename, FailsForAMissingFile) {
+  EXPECT_EQ(failureNumberOf([&] { return files_.rename(folder_ / "one", folder_ / "two"), 0; }),
+            53);
+}
+
 using ReadFirstLine = RealFileSystemTest;
 
 TEST_F(ReadFirstLine, StopsAtEveryKindOfLineEnd) {

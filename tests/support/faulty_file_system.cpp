@@ -211,6 +211,11 @@ void FaultyFileSystem::replaceByLine(const Path& path, std::string_view line) {
   plan_->callIsDone();
 }
 
+void FaultyFileSystem::rename(const Path& from, const Path& to) {
+  plan_->call(FileCall::Rename);
+  behind_.rename(from, to);
+}
+
 std::string FaultyFileSystem::readFirstLine(const Path& path) {
   plan_->call(FileCall::ReadFirstLine);
   return behind_.readFirstLine(path);

@@ -160,6 +160,16 @@ void MemoryFileSystem::replaceByLine(const Path& path, std::string_view line) {
   givenAFile(path, std::string(line) + "\r\n");
 }
 
+void MemoryFileSystem::rename(const Path& from, const Path& to) {
+  requireWritable(from);
+  if (holdsFile(to)) requireWritable(to);
+  requireFolderOf(to);
+  auto file = files_.extract(nameOf(from));
+  files_.erase(nameOf(to));
+  file.key() = nameOf(to);
+  files_.insert(std::move(file));
+}
+
 std::string MemoryFileSystem::readFirstLine(const Path& path) {
   requireFolderOf(path);
   if (folderExists(path)) throw Failure(failure::kPathFileAccess);

@@ -59,6 +59,8 @@ class MemoryFileSystem final : public FileSystem {
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
+  // For files only.
+  void rename(const Path& from, const Path& to) override;
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
   [[nodiscard]] std::vector<Path> fileNames(const Path& folder) override;
   [[nodiscard]] std::vector<Path> folderNames(const Path& folder) override;

@@ -161,6 +161,11 @@ void PosixFileSystem::replaceByLine(const Path& path, std::string_view line) {
   next.takePlaceOf(withoutLinks(path));
 }
 
+void PosixFileSystem::rename(const Path& from, const Path& to) {
+  if (::rename(from.c_str(), to.c_str()) != 0) failWithErrno(from);
+  syncFolder(to.parent_path());
+}
+
 FileDescriptor PosixFileSystem::openLocked(const Path& path, int flags) {
   const bool isForWriting = (flags & O_ACCMODE) == O_RDWR;
   FileDescriptor file;

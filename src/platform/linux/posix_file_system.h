@@ -45,6 +45,8 @@ class PosixFileSystem final : public FileSystem {
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
 
+  void rename(const Path& from, const Path& to) override;
+
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 

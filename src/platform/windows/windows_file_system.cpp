@@ -260,21 +260,21 @@ void WindowsFileSystem::replace(const Path& path,
       write(next);
       next.sync();
     }
-    renameOver(name, path);
+    rename(name, path);
   } catch (...) {
     ::DeleteFileW(name.c_str());
     throw;
   }
 }
 
-void WindowsFileSystem::renameOver(const Path& name, const Path& target) {
+void WindowsFileSystem::rename(const Path& from, const Path& to) {
   constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
   const bool renamed = succeedsWithin(lockPatience_, [&] {
-    if (::MoveFileExW(name.c_str(), target.c_str(), kFlags)) return true;
+    if (::MoveFileExW(from.c_str(), to.c_str(), kFlags)) return true;
     const DWORD reason = ::GetLastError();
     // Either may mean that another program has the target open.
     const bool mayBeInUse = reason == ERROR_SHARING_VIOLATION || reason == ERROR_ACCESS_DENIED;
-    if (!mayBeInUse) failWithWindowsError(reason, target);
+    if (!mayBeInUse) failWithWindowsError(reason, from);
     return false;
   });
   if (!renamed) throw Failure(failure::kPathFileAccess);

@@ -43,6 +43,9 @@ class WindowsFileSystem final : public FileSystem {
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;
 
+  // Waits, as an open does, for another program to close `to`.
+  void rename(const Path& from, const Path& to) override;
+
   // Reads at most 64 KiB: a longer line is cut there.
   [[nodiscard]] std::string readFirstLine(const Path& path) override;
 
@@ -56,7 +59,6 @@ class WindowsFileSystem final : public FileSystem {
   enum class Access { Read, ReadWrite };
   [[nodiscard]] UniqueHandle openLocked(const Path& path, Access access);
   void replace(const Path& path, const std::function<void(RandomAccessFile&)>& write);
-  void renameOver(const Path& name, const Path& target);
 
   std::chrono::milliseconds lockPatience_;
 };
