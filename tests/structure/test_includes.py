@@ -18,6 +18,7 @@ BELOW = {
     "search": {"sitetree", "datafiles", "shell", "platform"},
     "main_window": {"tracking", "records", "archives", "search",
                     "sitetree", "datafiles", "shell", "platform"},
+    "data_tool": {"records", "search", "sitetree", "datafiles", "shell", "platform"},
     "main.cpp": {"main_window", "shell", "platform"},
 }
 

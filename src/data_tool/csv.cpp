@@ -1,0 +1,39 @@
+#include "data_tool/csv.h"
+
+#include <string_view>
+
+namespace quorrix {
+namespace {
+
+constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r";
+constexpr std::string_view kQuotedCharacters = "\",\r\n";
+
+void append(std::string& line, const std::string& field) {
+  const bool isFormula =
+      !field.empty() && kBeginningsOfFormulas.find(field[0]) != std::string::npos;
+  const bool isQuoted = field.find_first_of(kQuotedCharacters) != std::string::npos;
+  if (isQuoted) line += '"';
+  if (isFormula) line += '\'';
+  if (isQuoted) {
+    for (const char character : field) {
+      if (character == '"') line += '"';
+      line += character;
+    }
+    line += '"';
+  } else {
+    line += field;
+  }
+}
+
+}  // namespace
+
+std::string csvLine(const std::vector<std::string>& fields) {
+  std::string line;
+  for (const std::string& field : fields) {
+    if (&field != &fields.front()) line += ',';
+    append(line, field);
+  }
+  return line += "\r\n";
+}
+
+}  // namespace quorrix

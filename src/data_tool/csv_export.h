@@ -1,0 +1,16 @@
+// All records as comma-separated values. Each record is a line; its column "kind" says which file
+// it is from: site, notes, login or purchase. Columns that a kind does not have are empty. The
+// column "password" is there only if passwords are to be shown.
+#pragma once
+
+#include <vector>
+
+#include "data_tool/folder_reader.h"
+#include "data_tool/json_entries.h"
+#include "data_tool/output.h"
+
+namespace quorrix {
+
+void exportCsv(std::vector<FolderReader>& folders, Passwords passwords, Output& output);
+
+}  // namespace quorrix

@@ -1,0 +1,195 @@
+#include "data_tool/data_tool.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "data_tool/buffered_output.h"
+#include "data_tool/check_report.h"
+#include "data_tool/file_output.h"
+#include "data_tool/folder_check.h"
+#include "data_tool/folder_copy.h"
+#include "data_tool/folder_reader.h"
+#include "data_tool/outside.h"
+#include "data_tool/problem.h"
+#include "data_tool/shown_text.h"
+#include "datafiles/working_folder.h"
+#include "platform/command_line.h"
+#include "platform/failure.h"
+#include "search/site_matcher.h"
+#include "shell/failure_messages.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::string_view kArchiveColumn = "ARCHIVE";
+
+TableFrame frameOf(const std::vector<DataFolder>& folders, std::optional<std::size_t> width) {
+  TableFrame frame{.archiveColumns = 0, .width = width};
+  if (folders.size() == 1) return frame;
+  frame.archiveColumns = kArchiveColumn.size();
+  for (const DataFolder& folder : folders) {
+    frame.archiveColumns = std::max(frame.archiveColumns, columnsOf(escapedText(folder.archive)));
+  }
+  return frame;
+}
+
+SearchCriteria criteriaOf(const Arguments& arguments) {
+  const auto type = !arguments.after ? UserSearchType::Url
+                    : arguments.text ? UserSearchType::Both
+                                     : UserSearchType::Date;
+  return {.userSearchType = type,
+          .searchText = arguments.text.value_or(""),
+          .searchDate = arguments.after.value_or("")};
+}
+
+void requireDate(const std::string& text) {
+  try {
+    static_cast<void>(readCalendarDate(text));
+  } catch (const Failure&) {
+    throw Problem("'" + text + "' is not a date. Write it as 11/21/2026, month first.");
+  }
+}
+
+}  // namespace
+
+DataTool::DataTool(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+int DataTool::run(const std::vector<std::string>& arguments) {
+  const auto read = readArguments(arguments);
+  try {
+    if (const auto* const answer = std::get_if<Answer>(&read)) {
+      surroundings_.write(answer->output);
+      if (!answer->error.empty()) {
+        complain(answer->error);
+        surroundings_.writeError("Try 'quorrix-data --help' for more information.\n");
+      }
+      return answer->status;
+    }
+    return run(std::get<Arguments>(read));
+  } catch (const Problem& problem) {
+    complain(problem.what());
+  } catch (const Failure& reason) {
+    complain(failureMessage(FailureFamily::OtherCommand, reason.number()));
+  } catch (const std::bad_alloc&) {
+    complain(failureMessage(FailureFamily::OtherCommand, failure::kOutOfMemory));
+  }
+  return kStatusOfProblem;
+}
+
+int DataTool::run(const Arguments& arguments) {
+  switch (arguments.command) {
+    case Command::List:
+      return list(arguments);
+    case Command::Search:
+      return search(arguments);
+    case Command::Export:
+      return exportData(arguments);
+    case Command::Check:
+      return check(arguments);
+    case Command::Copy:
+      return copy(arguments);
+  }
+  return kStatusOfProblem;
+}
+
+int DataTool::list(const Arguments& arguments) {
+  listSites(arguments, [](const Path&) -> FolderReader::IsSought {
+    return [](std::uint64_t, std::span<const char>) { return true; };
+  });
+  return kStatusFine;
+}
+
+int DataTool::search(const Arguments& arguments) {
+  const SearchCriteria criteria = criteriaOf(arguments);
+  if (arguments.after) requireDate(*arguments.after);
+  SiteMatcher matcher(surroundings_.codePage, criteria);
+  const bool isFound = listSites(arguments, [&](const Path& file) -> FolderReader::IsSought {
+    return [&matcher, file](std::uint64_t number, std::span<const char> record) {
+      try {
+        return matcher.canMatch() && matcher.matches(record);
+      } catch (const Failure&) {
+        throw Problem::ofFile(file, "record " + std::to_string(number) +
+                                        ": The date cannot be read, so the search ends here.");
+      }
+    };
+  });
+  return isFound ? kStatusFine : kStatusOfFindings;
+}
+
+bool DataTool::listSites(const Arguments& arguments, const Filter& filterOf) {
+  const std::vector<DataFolder> folders = foldersOf(arguments);
+  RecordReader reader(surroundings_.files);
+  BufferedOutput output(surroundings_.write);
+  const auto listing =
+      makeListing(arguments.listing, frameOf(folders, surroundings_.terminalWidth), output);
+  bool isFound = false;
+  listing->begin();
+  for (const DataFolder& folder : folders) {
+    FolderReader entries(reader, surroundings_.codePage, folder);
+    const SiteDetailIndex details(entries, arguments.listing.details);
+    entries.forEachSite(filterOf(folder.path / data_file::kNodes), [&](const SiteEntry& site) {
+      listing->add(site, folder.archive, details.of(site.address));
+      isFound = true;
+    });
+  }
+  listing->end();
+  output.flush();
+  return isFound;
+}
+
+int DataTool::exportData(const Arguments& arguments) {
+  const std::vector<DataFolder> folders = foldersOf(arguments);
+  RecordReader reader(surroundings_.files);
+  const auto writeTo = [&](Output& output) {
+    exportFolders(folders, reader, surroundings_.codePage, arguments.exportFormat,
+                  arguments.passwords, output);
+  };
+  if (arguments.output) {
+    const Path target = pathOfArgument(*arguments.output);
+    requireOutside(target, folders.front().path);
+    requireOutside(target, archivesOf(surroundings_.files, folders.front().path));
+    writeFile(surroundings_.files, target, writeTo);
+    return kStatusFine;
+  }
+  BufferedOutput output(surroundings_.write);
+  writeTo(output);
+  output.flush();
+  return kStatusFine;
+}
+
+int DataTool::check(const Arguments& arguments) {
+  BufferedOutput output(surroundings_.write);
+  CheckReport report(output);
+  RecordReader reader(surroundings_.files);
+  bool isAllRead = true;
+  FolderCheck folderCheck(
+      surroundings_.files, reader,
+      {.finding = [&](const Path& file, const Finding& finding) { report.add(file, finding); },
+       .problem =
+           [&](const std::string& problem) {
+             complain(problem);
+             isAllRead = false;
+           }});
+  for (const DataFolder& folder : foldersOf(arguments)) folderCheck.check(folder);
+  report.end(folderCheck.filesChecked(), folderCheck.recordsChecked());
+  output.flush();
+  if (!isAllRead) return kStatusOfProblem;
+  return report.errors() == 0 ? kStatusFine : kStatusOfFindings;
+}
+
+int DataTool::copy(const Arguments& arguments) {
+  copyFolders(surroundings_.files, foldersOf(arguments), pathOfArgument(arguments.target));
+  return kStatusFine;
+}
+
+std::vector<DataFolder> DataTool::foldersOf(const Arguments& arguments) {
+  const Path folder =
+      arguments.data ? pathOfArgument(*arguments.data) : surroundings_.defaultFolder;
+  return dataFoldersOf(surroundings_.files, folder, arguments.archives);
+}
+
+void DataTool::complain(std::string_view sentence) {
+  surroundings_.writeError("quorrix-data: " + escapedText(sentence) + "\n");
+}
+
+}  // namespace quorrix

@@ -1,0 +1,53 @@
+// The commands of quorrix-data. A command only reads the data folder; it never creates, changes
+// or locks out anything there.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "data_tool/arguments.h"
+#include "data_tool/folder_reader.h"
+#include "platform/code_page.h"
+#include "platform/file_system.h"
+
+namespace quorrix {
+
+class DataTool {
+ public:
+  struct Surroundings {
+    FileSystem& files;
+    const CodePage& codePage;
+    Path defaultFolder;                           // of the data
+    std::function<void(std::string_view)> write;  // to standard output
+    std::function<void(std::string_view)> writeError;
+    std::optional<std::size_t> terminalWidth;  // in columns; nullopt if it is no terminal
+  };
+
+  explicit DataTool(Surroundings surroundings);
+
+  // Runs the command line and returns the exit status. Problems and failures are reported on
+  // standard error, as "quorrix-data: " and a sentence. Other exceptions of `write` propagate.
+  int run(const std::vector<std::string>& arguments);
+
+ private:
+  int run(const Arguments& arguments);
+  int list(const Arguments& arguments);
+  int search(const Arguments& arguments);
+  int exportData(const Arguments& arguments);
+  int check(const Arguments& arguments);
+  int copy(const Arguments& arguments);
+
+  // Lists the sites for whose records the filter of their file is true. Returns whether there is
+  // one.
+  using Filter = std::function<FolderReader::IsSought(const Path& file)>;
+  bool listSites(const Arguments& arguments, const Filter& filterOf);
+
+  [[nodiscard]] std::vector<DataFolder> foldersOf(const Arguments& arguments);
+  void complain(std::string_view sentence);
+
+  Surroundings surroundings_;
+};
+
+}  // namespace quorrix

@@ -1,0 +1,110 @@
+#include "data_tool/entries.h"
+
+#include <array>
+#include <cstdio>
+
+#include "datafiles/record_layouts.h"
+#include "datafiles/site_record.h"
+#include "platform/failure.h"
+
+namespace quorrix {
+namespace {
+
+constexpr char kFieldEnd = '~';
+constexpr std::string_view kPadding(" \0", 2);  // a partial record is read with NULs
+
+std::string_view withoutPadding(std::string_view field) {
+  return field.substr(0, field.find_last_not_of(kPadding) + 1);
+}
+
+std::string_view withoutEndMark(std::string_view field) {
+  std::string_view text = withoutPadding(field);
+  if (text.ends_with(kFieldEnd)) text.remove_suffix(1);
+  return text;
+}
+
+std::optional<StampTime> timeOf(std::string_view stamp) {
+  try {
+    return readAccessStamp(stamp);
+  } catch (const Failure&) {
+    return std::nullopt;
+  }
+}
+
+bool readAddress(const CodePage& codePage, std::span<const char> record, std::string& address) {
+  const auto field = fieldOf(record, kSiteKey);
+  if (!fieldHoldsText(field)) return false;
+  address = codePage.toUtf8(fieldText(field));
+  return true;
+}
+
+}  // namespace
+
+bool readSite(const CodePage& codePage, std::span<const char> record, SiteEntry& entry) {
+  if (!readAddress(codePage, record, entry.address)) return false;
+  entry.protocolFlag = fieldOf(record, site_record::kProtocolFlag).front();
+  const auto field = fieldOf(record, site_record::kAccessStamp);
+  const auto end = field.find(kStampEnd);
+  const auto stamp = end == std::string_view::npos ? withoutPadding(field) : field.substr(0, end);
+  entry.stamp = codePage.toUtf8(stamp);
+  entry.visited = end == std::string_view::npos ? std::nullopt : timeOf(stamp);
+  return true;
+}
+
+bool readNotes(const CodePage& codePage, std::span<const char> record, NotesEntry& entry) {
+  if (!readAddress(codePage, record, entry.address)) return false;
+  entry.text = codePage.toUtf8(withoutPadding(fieldOf(record, notes_record::kNotesText)));
+  return true;
+}
+
+bool readLogin(const CodePage& codePage, std::span<const char> record, LoginEntry& entry) {
+  using namespace user_id_password_record;
+  if (!readAddress(codePage, record, entry.address)) return false;
+  entry.userID = codePage.toUtf8(withoutPadding(fieldOf(record, kUserID)));
+  entry.password = codePage.toUtf8(withoutPadding(fieldOf(record, kPassword)));
+  return true;
+}
+
+bool readPurchase(const CodePage& codePage, std::span<const char> record, PurchaseEntry& entry) {
+  using namespace purchase_record;
+  if (!readAddress(codePage, record, entry.address)) return false;
+  const auto text = [&](FieldLayout layout) {
+    return codePage.toUtf8(withoutEndMark(fieldOf(record, layout)));
+  };
+  entry.date = text(kDateStamp);
+  entry.item = text(kItem);
+  entry.price = text(kPrice);
+  entry.quantity = text(kQuantity);
+  entry.paymentMethod = text(kPaymentMethod);
+  entry.description = text(kDescription);
+  return true;
+}
+
+std::string schemeName(char protocolFlag) {
+  switch (protocolFlag) {
+    case protocol_flag::kHttp:
+      return "http";
+    case protocol_flag::kHttps:
+      return "https";
+    case protocol_flag::kFtp:
+      return "ftp";
+    case protocol_flag::kNone:
+      return "none";
+    default:
+      return "?";
+  }
+}
+
+std::string webAddress(const SiteEntry& site) {
+  return std::string(schemePrefix(site.protocolFlag)) + site.address;
+}
+
+std::string isoTime(const StampTime& time, char separator) {
+  std::array<char, 80> text;
+  const int length =
+      std::snprintf(text.data(), text.size(), "%04d-%02d-%02d%c%02d:%02d:%02d", time.date.year,
+                    time.date.month, time.date.day, separator, time.hour, time.minute, time.second);
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+}  // namespace quorrix

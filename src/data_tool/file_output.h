@@ -1,0 +1,16 @@
+// Writes a whole file. It is written beside its place and renamed, so a file of that name is
+// always complete. It is private to the user.
+#pragma once
+
+#include <functional>
+
+#include "data_tool/output.h"
+#include "platform/file_system.h"
+
+namespace quorrix {
+
+// Replaces or creates the file at `path` with what `write` writes. The content has reached the
+// disk on return. If anything is thrown, the file is as it was. Throws Problem.
+void writeFile(FileSystem& files, const Path& path, const std::function<void(Output&)>& write);
+
+}  // namespace quorrix

@@ -1,0 +1,148 @@
+#include "data_tool/json_entries.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
+
+namespace quorrix {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// A single byte that is no UTF-8 becomes U+FFFD.
+std::string textOf(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+// Most texts need no escaping, and dump() takes its time.
+bool needsNoEscape(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char byte) {
+    return byte >= 0x20 && byte < 0x7F && byte != '"' && byte != '\\';
+  });
+}
+
+// An object as text.
+class ObjectText {
+ public:
+  void add(const char* name, const std::string& value) {
+    begin(name);
+    if (needsNoEscape(value)) {
+      text_ += '"';
+      text_ += value;
+      text_ += '"';
+    } else {
+      text_ += textOf(Json(value));
+    }
+  }
+
+  void add(const char* name, const Json& value) {
+    begin(name);
+    text_ += textOf(value);
+  }
+
+  void addNull(const char* name) {
+    begin(name);
+    text_ += "null";
+  }
+
+  void add(const char* name, const std::optional<std::string>& value) {
+    if (value) {
+      add(name, *value);
+    } else {
+      addNull(name);
+    }
+  }
+
+  [[nodiscard]] std::string finished() { return std::move(text_) + "}"; }
+
+ private:
+  void begin(const char* name) {
+    text_ += text_.empty() ? "{\"" : ",\"";
+    text_ += name;
+    text_ += "\":";
+  }
+
+  std::string text_;
+};
+
+std::optional<std::string> userIDOf(const SiteDetails& details) {
+  return details.login ? std::optional(details.login->userID) : std::nullopt;
+}
+
+std::optional<std::string> passwordOf(const SiteDetails& details) {
+  return details.login ? std::optional(details.login->password) : std::nullopt;
+}
+
+void addSite(ObjectText& object, const SiteEntry& site) {
+  const std::string scheme = schemeName(site.protocolFlag);
+  object.add("address", site.address);
+  if (scheme != "?") {
+    object.add("scheme", scheme);
+  } else {
+    object.addNull("scheme");
+    object.add("flag", std::string(1, site.protocolFlag));
+  }
+  if (site.visited) {
+    object.add("visited", isoTime(*site.visited));
+  } else {
+    object.addNull("visited");
+    object.add("stamp", site.stamp);
+  }
+}
+
+Json objectOf(const PurchaseEntry& purchase) {
+  return {{"date", purchase.date},
+          {"item", purchase.item},
+          {"price", purchase.price},
+          {"quantity", purchase.quantity},
+          {"paymentMethod", purchase.paymentMethod},
+          {"description", purchase.description}};
+}
+
+void addDetails(ObjectText& object, const SiteDetails& details, const DetailChoice& choice) {
+  if (choice.notes) object.add("notes", details.notes);
+  if (choice.logins) object.add("userId", userIDOf(details));
+  if (choice.passwords) object.add("password", passwordOf(details));
+  if (!choice.purchases) return;
+  Json purchases = Json::array();
+  for (const PurchaseEntry& purchase : details.purchases) purchases.push_back(objectOf(purchase));
+  object.add("purchases", purchases);
+}
+
+}  // namespace
+
+std::string jsonOf(const SiteEntry& site) {
+  ObjectText object;
+  addSite(object, site);
+  return object.finished();
+}
+
+std::string jsonOf(const SiteEntry& site, const std::string& archive, const SiteDetails& details,
+                   const DetailChoice& choice) {
+  ObjectText object;
+  addSite(object, site);
+  object.add("archive", archive.empty() ? std::nullopt : std::optional(archive));
+  addDetails(object, details, choice);
+  return object.finished();
+}
+
+std::string jsonOf(const NotesEntry& notes) {
+  return textOf({{"address", notes.address}, {"text", notes.text}});
+}
+
+std::string jsonOf(const PurchaseEntry& purchase) {
+  Json object{{"address", purchase.address}};
+  object.update(objectOf(purchase));
+  return textOf(object);
+}
+
+std::string jsonOf(const LoginEntry& login, Passwords passwords) {
+  Json object{{"address", login.address}, {"userId", login.userID}};
+  if (passwords == Passwords::Show) object["password"] = login.password;
+  return textOf(object);
+}
+
+std::string jsonOf(std::string_view text) { return textOf(Json(text)); }
+
+}  // namespace quorrix

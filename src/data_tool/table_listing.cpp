@@ -1,0 +1,71 @@
+#include "data_tool/table_listing.h"
+
+#include <utility>
+
+#include "data_tool/shown_text.h"
+
+namespace quorrix {
+namespace {
+
+constexpr std::size_t kVisitedColumns = 20;  // also of the longest stamp that cannot be read
+constexpr std::size_t kSchemeColumns = 6;
+constexpr const char* kGap = "  ";
+constexpr const char* kIndentation = "    ";
+
+std::string summaryOf(const PurchaseEntry& purchase) {
+  std::string summary;
+  for (const std::string* text :
+       {&purchase.date, &purchase.quantity, &purchase.item, &purchase.price,
+        &purchase.paymentMethod, &purchase.description}) {
+    if (text->empty()) continue;
+    if (!summary.empty()) summary += "; ";
+    summary += *text;
+  }
+  return summary;
+}
+
+// Lines of notes end with CR LF, and other programs may have written LF alone.
+std::string onOneLine(const std::string& text) {
+  std::string line;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isBreak = text[i] == '\n' || text.compare(i, 2, "\r\n") == 0;
+    line += isBreak ? std::string(" / ") : std::string(1, text[i]);
+    if (isBreak && text[i] == '\r') ++i;
+  }
+  return line;
+}
+
+}  // namespace
+
+void TableListing::begin() { addLine("VISITED", "SCHEME", "ARCHIVE", "ADDRESS"); }
+
+void TableListing::add(const SiteEntry& site, const std::string& archive,
+                       const SiteDetails& details) {
+  addLine(site.visited ? isoTime(*site.visited, ' ') : escapedText(site.stamp),
+          schemeName(site.protocolFlag), escapedText(archive), escapedText(site.address));
+  if (details.notes) addDetail("notes: ", *details.notes);
+  if (details.login) addDetail("user ID: ", details.login->userID);
+  if (details.login && choice_.passwords) addDetail("password: ", details.login->password);
+  for (const PurchaseEntry& purchase : details.purchases) {
+    addDetail("purchase: ", summaryOf(purchase));
+  }
+}
+
+void TableListing::addLine(std::string visited, std::string scheme, std::string archive,
+                           const std::string& address) {
+  std::string line = paddedTo(std::move(visited), kVisitedColumns) + kGap;
+  line += paddedTo(std::move(scheme), kSchemeColumns) + kGap;
+  if (frame_.archiveColumns > 0) line += paddedTo(std::move(archive), frame_.archiveColumns) + kGap;
+  write(line + address);
+}
+
+void TableListing::addDetail(const char* name, const std::string& text) {
+  write(kIndentation + std::string(name) + escapedText(onOneLine(text)));
+}
+
+void TableListing::write(const std::string& line) {
+  output_.write(frame_.width ? cutToColumns(line, *frame_.width) : line);
+  output_.write("\n");
+}
+
+}  // namespace quorrix

@@ -1,0 +1,108 @@
+// check finds no error in anything that Quorrix itself writes.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "data_tool/tool_stage.h"
+#include "records/notes_file.h"
+#include "records/purchases_file.h"
+#include "records/user_id_password_file.h"
+#include "sitetree/site_deletion.h"
+#include "sitetree/site_file.h"
+#include "support/fake_clock.h"
+
+namespace quorrix {
+namespace {
+
+// Does at random what a user may do, by the program's own classes.
+class RandomUser {
+ public:
+  RandomUser(test::ToolStage& stage, unsigned seed) : stage_(stage), engine_(seed) {
+    paths_.setFolder("Quorrix/Data");
+  }
+
+  void doSomething() {
+    const std::string site = address();
+    switch (upTo(6)) {
+      case 0:
+      case 1:
+        clock_.set({.year = 1999 + upTo(60),
+                    .month = 1 + upTo(11),
+                    .day = 1 + upTo(27),
+                    .hour = upTo(23),
+                    .minute = upTo(59),
+                    .second = upTo(59)});
+        if (sites_.updateSiteRecord(site, flag()) == 0) sites_.appendSiteRecord(site, flag());
+        return;
+      case 2:
+        return notes_.save(site, typed(1023, "\r\n\t"));
+      case 3:
+        return logins_.save(site, {.userID = typed(29, ""), .password = typed(29, "")});
+      case 4:
+        return purchases_.save(site, {.item = typed(49, ""),
+                                      .price = typed(11, ""),
+                                      .quantity = typed(4, ""),
+                                      .paymentMethod = typed(49, ""),
+                                      .description = typed(99, "\r\n"),
+                                      .dateStamp = typed(24, "")});
+      case 5:
+        return notes_.remove(site);
+      default: {
+        const std::string_view keys[] = {site};
+        return deleteSiteRecords(stage_.files, paths_, keys);
+      }
+    }
+  }
+
+ private:
+  int upTo(int last) { return std::uniform_int_distribution<int>(0, last)(engine_); }
+
+  char flag() { return upTo(1) == 0 ? 'N' : 'S'; }
+
+  // A few hosts, so that sites are visited again.
+  std::string address() {
+    std::string address = "www.host" + std::to_string(upTo(3)) + ".example";
+    for (int level = upTo(49); level > 0; --level) address += upTo(1) == 0 ? "/a" : "/\xE9?~";
+    return address.substr(0, 300);
+  }
+
+  std::string typed(int longest, const std::string& others) {
+    std::string text;
+    for (int i = upTo(longest); i > 0; --i) {
+      const int kind = upTo(9);
+      if (kind == 0 && !others.empty()) {
+        text += others[static_cast<std::size_t>(upTo(static_cast<int>(others.size()) - 1))];
+      } else {
+        text += static_cast<char>(kind < 8 ? 0x20 + upTo(0x5E) : 0x80 + upTo(0x7F));
+      }
+    }
+    return text;
+  }
+
+  test::ToolStage& stage_;
+  std::mt19937 engine_;
+  WorkingPaths paths_;
+  test::FakeClock clock_{
+      {.year = 2026, .month = 7, .day = 9, .hour = 15, .minute = 4, .second = 5}};
+  SiteFile sites_{stage_.files, clock_, paths_};
+  NotesFile notes_{stage_.files, paths_};
+  UserIDPasswordFile logins_{stage_.files, paths_};
+  PurchasesFile purchases_{stage_.files, paths_};
+};
+
+TEST(CheckProperty, FindsNothingInWhatQuorrixWrites) {
+  for (unsigned seed = 1; seed <= 30; ++seed) {
+    SCOPED_TRACE(seed);
+    test::ToolStage stage;
+    stage.givenEmptyFiles();
+    RandomUser user(stage, seed);
+    for (int step = 0; step < 60; ++step) user.doSomething();
+    EXPECT_EQ(stage.run({"check"}), 0);
+    EXPECT_EQ(stage.output.find("byte"), std::string::npos) << stage.output;
+    EXPECT_EQ(stage.error, "");
+  }
+}
+
+}  // namespace
+}  // namespace quorrix

@@ -1,0 +1,174 @@
+// What export writes, compared with files written by hand.
+#include <gtest/gtest.h>
+
+#include "data_tool/tool_stage.h"
+
+namespace quorrix {
+namespace {
+
+using test::siteRecord;
+using test::ToolStage;
+
+class ExportTest : public testing::Test, protected ToolStage {
+ protected:
+  ExportTest() {
+    given("Data/nodes.dat",
+          siteRecord("news.harbour.example/tides?a=1&b=2", 'N', "11/21/26 4:05:00 PM~") +
+              siteRecord("www.garden.example", 'S', "yesterday~") + std::string(322, ' ') +
+              siteRecord("news.harbour.example", 'F', "1/2/26 12:00:00 AM~"));
+    given("Data/notes.dat", test::notesRecord("news.harbour.example", "<b>High\r\nand low</b>"));
+    given("Data/info.dat", test::loginRecord("www.garden.example", "anna", "tulip7"));
+    given("Data/purchases.dat", test::purchaseRecord("shop.garden.example"));
+    given("Archives/2025/May/nodes.dat", siteRecord("www.mill.example", 'x'));
+  }
+};
+
+TEST_F(ExportTest, WritesEveryRecordAsJson) {
+  EXPECT_EQ(run({"export", "--format", "json"}), 0);
+  EXPECT_EQ(output, R"({
+"sites": [
+{"address":"news.harbour.example/tides?a=1&b=2","scheme":"http","visited":"2026-11-21T16:05:00"},
+{"address":"www.garden.example","scheme":"https","visited":null,"stamp":"yesterday"},
+{"address":"news.harbour.example","scheme":"ftp","visited":"2026-01-02T00:00:00"}
+],
+"notes": [
+{"address":"news.harbour.example","text":"<b>High\r\nand low</b>"}
+],
+"logins": [
+{"address":"www.garden.example","userId":"anna"}
+],
+"purchases": [
+{"address":"shop.garden.example","date":"3/14/26 10:00:00 AM","item":"Rose shears","price":"24.50","quantity":"2","paymentMethod":"Card","description":"For the climbers"}
+],
+"archives": [
+{
+"name": "2025/May",
+"sites": [
+{"address":"www.mill.example","scheme":null,"flag":"x","visited":"2026-07-01T08:00:00"}
+],
+"notes": [],
+"logins": [],
+"purchases": []
+}
+]
+}
+)");
+}
+
+TEST_F(ExportTest, IncludesPasswordsOnlyIfAsked) {
+  for (const char* format : {"json", "csv", "html", "netscape-bookmarks"}) {
+    EXPECT_EQ(run({"export", "--format", format}), 0);
+    EXPECT_EQ(output.find("tulip7"), std::string::npos) << format;
+  }
+  run({"export", "--format", "json", "--show-passwords"});
+  EXPECT_NE(output.find(R"({"address":"www.garden.example","userId":"anna","password":"tulip7"})"),
+            std::string::npos);
+}
+
+TEST_F(ExportTest, OfNothingIsStillJson) {
+  EXPECT_EQ(run({"export", "--format", "json", "--data", "Quorrix/Archives/2025"}), 0);
+  EXPECT_EQ(output,
+            "{\n\"sites\": [],\n\"notes\": [],\n\"logins\": [],\n\"purchases\": [],\n"
+            "\"archives\": []\n}\n");
+}
+
+TEST_F(ExportTest, WritesALineForEachRecordAsCsv) {
+  EXPECT_EQ(run({"export", "--format", "csv", "--show-passwords"}), 0);
+  EXPECT_EQ(output,
+            "kind,archive,address,scheme,visited,notes,user_id,password,purchase_date,item,price,"
+            "quantity,payment_method,description\r\n"
+            "site,,news.harbour.example/tides?a=1&b=2,http,2026-11-21T16:05:00,,,,,,,,,\r\n"
+            "site,,www.garden.example,https,,,,,,,,,,\r\n"
+            "site,,news.harbour.example,ftp,2026-01-02T00:00:00,,,,,,,,,\r\n"
+            "notes,,news.harbour.example,,,\"<b>High\r\nand low</b>\",,,,,,,,\r\n"
+            "login,,www.garden.example,,,,anna,tulip7,,,,,,\r\n"
+            "purchase,,shop.garden.example,,,,,,3/14/26 10:00:00 AM,Rose shears,24.50,2,Card,"
+            "For the climbers\r\n"
+            "site,2025/May,www.mill.example,?,2026-07-01T08:00:00,,,,,,,,,\r\n");
+}
+
+// The times depend on the time zone, so the sites have none.
+TEST_F(ExportTest, WritesBookmarksWithAFolderForEachHost) {
+  given("Data/nodes.dat", siteRecord("news.harbour.example/tides?a=1&b=2", 'N', "~") +
+                              siteRecord("www.garden.example", 'S', "~") +
+                              siteRecord("news.harbour.example", 'F', "~"));
+  given("Archives/2025/May/nodes.dat", siteRecord("www.mill.example/<>", 'U', "~"));
+  EXPECT_EQ(run({"export", "--format", "netscape-bookmarks"}), 0);
+  EXPECT_EQ(output, R"(<!DOCTYPE NETSCAPE-Bookmark-file-1>
+<META HTTP-EQUIV="Content-Type" CONTENT="text/html; charset=UTF-8">
+<TITLE>Bookmarks</TITLE>
+<H1>Bookmarks</H1>
+<DL><p>
+    <DT><H3>Quorrix</H3>
+    <DL><p>
+        <DT><H3>news.harbour.example</H3>
+        <DL><p>
+            <DT><A HREF="http://news.harbour.example/tides?a=1&amp;b=2">news.harbour.example/tides?a=1&amp;b=2</A>
+            <DT><A HREF="ftp://news.harbour.example">news.harbour.example</A>
+        </DL><p>
+        <DT><H3>www.garden.example</H3>
+        <DL><p>
+            <DT><A HREF="https://www.garden.example">www.garden.example</A>
+        </DL><p>
+        <DT><H3>Archive 2025/May</H3>
+        <DL><p>
+            <DT><H3>www.mill.example</H3>
+            <DL><p>
+                <DT><A HREF="http://www.mill.example/&lt;&gt;">www.mill.example/&lt;&gt;</A>
+            </DL><p>
+        </DL><p>
+    </DL><p>
+</DL><p>
+)");
+}
+
+TEST_F(ExportTest, WritesAPageWithEverythingThatIsKept) {
+  EXPECT_EQ(run({"export", "--format", "html"}), 0);
+  const auto begin = output.find("</form>\n") + 8;
+  const std::string body = output.substr(begin, output.find("</main>") - begin);
+  EXPECT_EQ(body, R"(<details>
+<summary><bdi>news.harbour.example</bdi> <span class="faint">(2)</span></summary>
+<ul>
+<li class="site"><a href="http://news.harbour.example/tides?a=1&amp;b=2" rel="noreferrer noopener"><bdi>news.harbour.example/tides?a=1&amp;b=2</bdi></a> <time datetime="2026-11-21T16:05:00">2026-11-21 16:05:00</time></li>
+<li class="site"><a href="ftp://news.harbour.example" rel="noreferrer noopener"><bdi>news.harbour.example</bdi></a> <time datetime="2026-01-02T00:00:00">2026-01-02 00:00:00</time>
+<dl>
+<dt>Notes</dt><dd dir="auto">&lt;b&gt;High
+and low&lt;/b&gt;</dd>
+</dl></li>
+</ul>
+</details>
+<details>
+<summary><bdi>www.garden.example</bdi> <span class="faint">(1)</span></summary>
+<ul>
+<li class="site"><a href="https://www.garden.example" rel="noreferrer noopener"><bdi>www.garden.example</bdi></a> <span class="faint">yesterday</span>
+<dl>
+<dt>User ID</dt><dd dir="auto">anna</dd>
+</dl></li>
+</ul>
+</details>
+<details>
+<summary><bdi>Kept for addresses without a visit</bdi> <span class="faint">(1)</span></summary>
+<ul>
+<li class="site"><a href="http://shop.garden.example" rel="noreferrer noopener"><bdi>shop.garden.example</bdi></a>
+<dl>
+<dt>Purchase</dt><dd dir="auto">Rose shears</dd>
+<dt>Date</dt><dd dir="auto">3/14/26 10:00:00 AM</dd>
+<dt>Price</dt><dd dir="auto">24.50</dd>
+<dt>Quantity</dt><dd dir="auto">2</dd>
+<dt>Payment Method</dt><dd dir="auto">Card</dd>
+<dt>Description</dt><dd dir="auto">For the climbers</dd>
+</dl></li>
+</ul>
+</details>
+<h2>Archive 2025/May</h2>
+<details>
+<summary><bdi>www.mill.example</bdi> <span class="faint">(1)</span></summary>
+<ul>
+<li class="site"><a href="http://www.mill.example" rel="noreferrer noopener"><bdi>www.mill.example</bdi></a> <time datetime="2026-07-01T08:00:00">2026-07-01 08:00:00</time></li>
+</ul>
+</details>
+)");
+}
+
+}  // namespace
+}  // namespace quorrix
