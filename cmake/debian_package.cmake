@@ -11,6 +11,9 @@ install_for_debian(TARGETS quorrix RUNTIME DESTINATION lib/quorrix)
 install_for_debian(FILES ${PROJECT_BINARY_DIR}/bin/Quorrix.hlp DESTINATION lib/quorrix)
 install_for_debian(PROGRAMS ${parts}/make-data-folder DESTINATION lib/quorrix)
 install_for_debian(PROGRAMS ${parts}/debian/quorrix DESTINATION bin)
+install_for_debian(TARGETS quorrix_data RUNTIME DESTINATION bin)
+install_for_debian(FILES ${parts}/quorrix-data.bash-completion
+  DESTINATION share/bash-completion/completions RENAME quorrix-data)
 install_for_debian(FILES ${parts}/quorrix.desktop DESTINATION share/applications)
 install_for_debian(FILES ${PROJECT_BINARY_DIR}/packaging/org.quorrix.Quorrix.metainfo.xml
   DESTINATION share/metainfo)
@@ -32,6 +35,7 @@ function(install_compressed source name destination)
 endfunction()
 install_compressed(${parts}/debian/changelog changelog.gz share/doc/quorrix)
 install_compressed(${parts}/debian/quorrix.1 quorrix.1.gz share/man/man1)
+install_compressed(${parts}/quorrix-data.1 quorrix-data.1.gz share/man/man1)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -57,6 +61,9 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 are using and files it in a tree: a branch for every host, a node for every
 page, with the scheme and the time of your latest visit. For each site it
 keeps notes, a user ID and password, and purchases.
+.
+The command quorrix-data lists, searches, exports, checks and copies what
+was recorded.
 .
 It opens no network connection. Your sites are in files of your own, beside
 your own copy of the program in your home.")

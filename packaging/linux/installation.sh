@@ -3,7 +3,7 @@
 
 # Everything that an update replaces. The program is last: until it is replaced, the
 # old program is the one that starts.
-program_files='lib qt.conf Quorrix.hlp installation.sh uninstall Quorrix'
+program_files='lib qt.conf Quorrix.hlp installation.sh uninstall quorrix-data Quorrix'
 
 fail() {
   echo "$(basename -- "$0"): $*" >&2

@@ -16,7 +16,8 @@ from packages import PackageTest, everything_in, the_package
 GIVEN_BY_THE_SYSTEM = re.compile(
     r"(ld-linux-x86-64|lib(c|m|dl|rt|pthread|gcc_s|stdc\+\+))\.so\.[\d.]+$|/gconv/[A-Z0-9-]+\.so$")
 
-PROGRAM_FILES = ["Quorrix", "Quorrix.hlp", "installation.sh", "qt.conf", "uninstall"]
+PROGRAM_FILES = ["Quorrix", "Quorrix.hlp", "installation.sh", "qt.conf", "quorrix-data",
+                 "uninstall"]
 
 
 class Archive(PackageTest):
@@ -223,7 +224,7 @@ class Archive(PackageTest):
         with open(os.path.join(folder, "Quorrix"), "rb") as file:
             old = file.read()
         self.given_a_newer_archive(user)
-        for call in range(1, 7):
+        for call in range(1, 8):
             path = self.given_mv_that_kills_at_call(call, "TERM", user)
             self.assertEqual(1, self.install(user, PATH=path).returncode, call)
             with open(os.path.join(folder, "Quorrix"), "rb") as file:

@@ -59,7 +59,9 @@ class DebianPackage(PackageTest):
                      "usr/share/applications/quorrix.desktop",
                      "usr/share/icons/hicolor/48x48/apps/quorrix.png",
                      "usr/share/metainfo/org.quorrix.Quorrix.metainfo.xml",
-                     "usr/share/man/man1/quorrix.1.gz"):
+                     "usr/share/man/man1/quorrix.1.gz", "usr/bin/quorrix-data",
+                     "usr/share/man/man1/quorrix-data.1.gz",
+                     "usr/share/bash-completion/completions/quorrix-data"):
             self.assertTrue(os.path.isfile(self.system.path(path)), path)
 
     # --- its users -------------------------------------------------------------------------------

@@ -36,7 +36,8 @@ class Licences(unittest.TestCase):
         lines = (INSTALLED / "licences/packages.txt").read_text(encoding="ascii").splitlines()
         packages = [line.split()[0] for line in lines[:-1]]
         self.assertEqual(["qt6-base-dev", "mingw-w64-x86-64-dev",
-                          "gcc-mingw-w64-x86-64-posix-runtime"], packages)
+                          "gcc-mingw-w64-x86-64-posix-runtime", "libcli11-dev",
+                          "nlohmann-json3-dev"], packages)
         for package in packages:
             self.assertIn("Copyright", self.notices_of(package), package)
 
