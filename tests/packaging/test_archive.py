@@ -239,7 +239,7 @@ class Archive(PackageTest):
         sites = everything_in(folder, "Data", "Archives")
         self.given_a_newer_archive(user)
         # Before anything is renamed, after the libraries are, and before the program is.
-        for call in (1, 2, 6):
+        for call in (1, 2, 7):
             path = self.given_mv_that_kills_at_call(call, "KILL", user)
             self.assertNotEqual(0, self.install(user, PATH=path).returncode, call)
             self.assert_starts_and_ends(user, user.inside(".local/share/Quorrix/Quorrix"))
