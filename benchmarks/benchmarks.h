@@ -39,6 +39,9 @@ void registerArchiveBenchmarks(BenchData& data);
 // Searching the site file for a text, a day or both, and finding an address in the tree.
 void registerSearchBenchmarks(BenchData& data);
 
+// Listing, searching, checking and exporting with quorrix-data.
+void registerDataToolBenchmarks(BenchData& data);
+
 // Using the tree's view and the list of results. Registers nothing in a build without the
 // forms.
 void registerViewBenchmarks(BenchData& data);

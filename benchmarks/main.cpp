@@ -28,6 +28,7 @@ void run() {
   registerDeletionBenchmarks(data);
   registerArchiveBenchmarks(data);
   registerSearchBenchmarks(data);
+  registerDataToolBenchmarks(data);
   registerViewBenchmarks(data);
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
