@@ -7,19 +7,20 @@ namespace {
 
 constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r";
 constexpr std::string_view kQuotedCharacters = "\",\r\n";
+constexpr char kQuote = '"';
 
 void append(std::string& line, const std::string& field) {
   const bool isFormula =
       !field.empty() && kBeginningsOfFormulas.find(field[0]) != std::string::npos;
   const bool isQuoted = field.find_first_of(kQuotedCharacters) != std::string::npos;
-  if (isQuoted) line += '"';
+  if (isQuoted) line += kQuote;
   if (isFormula) line += '\'';
   if (isQuoted) {
     for (const char character : field) {
-      if (character == '"') line += '"';
+      if (character == kQuote) line += kQuote;
       line += character;
     }
-    line += '"';
+    line += kQuote;
   } else {
     line += field;
   }

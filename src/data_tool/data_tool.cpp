@@ -22,6 +22,9 @@ namespace quorrix {
 namespace {
 
 constexpr std::string_view kArchiveColumn = "ARCHIVE";
+constexpr const char* kNoDate = "This is not a date. Write it as 11/21/2026, month first.";
+constexpr const char* kSearchEnds = "The date cannot be read, so the search ends here.";
+constexpr const char* kHint = "Try 'quorrix-data --help' for more information.";
 
 TableFrame frameOf(const std::vector<DataFolder>& folders, std::optional<std::size_t> width) {
   TableFrame frame{.archiveColumns = 0, .width = width};
@@ -46,7 +49,7 @@ void requireDate(const std::string& text) {
   try {
     static_cast<void>(readCalendarDate(text));
   } catch (const Failure&) {
-    throw Problem("'" + text + "' is not a date. Write it as 11/21/2026, month first.");
+    throw Problem(text + ": " + kNoDate);
   }
 }
 
@@ -61,7 +64,7 @@ int DataTool::run(const std::vector<std::string>& arguments) {
       surroundings_.write(answer->output);
       if (!answer->error.empty()) {
         complain(answer->error);
-        surroundings_.writeError("Try 'quorrix-data --help' for more information.\n");
+        surroundings_.writeError(std::string(kHint) + "\n");
       }
       return answer->status;
     }
@@ -108,8 +111,7 @@ int DataTool::search(const Arguments& arguments) {
       try {
         return matcher.canMatch() && matcher.matches(record);
       } catch (const Failure&) {
-        throw Problem::ofFile(file, "record " + std::to_string(number) +
-                                        ": The date cannot be read, so the search ends here.");
+        throw Problem::ofFile(file, "record " + std::to_string(number) + ": " + kSearchEnds);
       }
     };
   });

@@ -34,6 +34,9 @@ using RealFileSystem = quorrix::PosixFileSystem;
 // not keep the others from Quorrix for that long.
 constexpr std::chrono::milliseconds kLockPatience{50};
 
+constexpr const char* kCannotBegin =
+    "The program's folder or the character set of your language is missing.";
+
 // Where a user's programs keep their data. The package for Debian makes its folders there.
 quorrix::Path userFolder() {
   const char* const data = std::getenv("XDG_DATA_HOME");
@@ -66,8 +69,7 @@ int main(int argc, char* argv[]) {
   } catch (const quorrix::ReaderLeft&) {
     return quorrix::Console::endAfterReaderLeft();
   } catch (const std::exception&) {
-    quorrix::Console::writeError(
-        "quorrix-data: The program's folder or the character set of your language is missing.\n");
+    quorrix::Console::writeError("quorrix-data: " + std::string(kCannotBegin) + "\n");
     return quorrix::kStatusOfProblem;
   }
 }

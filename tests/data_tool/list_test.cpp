@@ -191,7 +191,7 @@ TEST_F(SearchTest, RefusesADateThatIsNone) {
   EXPECT_EQ(run({"search", "--after", "13/45/99"}), 2);
   EXPECT_EQ(output, "");
   EXPECT_EQ(error,
-            "quorrix-data: '13/45/99' is not a date. Write it as 11/21/2026, month first.\n");
+            "quorrix-data: 13/45/99: This is not a date. Write it as 11/21/2026, month first.\n");
 }
 
 TEST_F(SearchTest, EndsAtARecordWhoseDateCannotBeRead) {

@@ -42,7 +42,31 @@ NO_MESSAGES = {
     "Where you were before (Alt+Left)",
     "Where you went back from (Alt+Right)",
     "build with 64-bit file offsets",
+    # The help of quorrix-data.
+    "Check every file, record and date",
+    "Copy all files, also while Quorrix is running",
+    "Exit status: 0 if everything is fine; 1 if check finds an error or search finds\\nno site; 2 if "
+    "the command line is wrong or something cannot be read or written.",
+    "Include passwords, in clear text",
+    "Leave out the archives",
+    "List the recorded sites",
+    "List the sites with TEXT in their address, whatever its case",
+    "Only sites visited on this day or later, such as 11/21/2026 (month first)",
+    "Print the version and exit",
+    "Print this help and exit",
+    "Reads, checks and copies what Quorrix has recorded. It changes nothing.",
+    "Show also these, separated by commas: notes, purchases, logins",
+    "The file to write; by default standard output",
+    "The folder for the copy, new or empty",
+    "The folder with the data files; by default that of your Quorrix",
+    "What the address contains",
+    "Write all data as one file",
+    "json, csv, html or netscape-bookmarks",
+    "table, json or csv; by default table",
 }
+
+# Sources whose literals are the text of exported files.
+WRITERS_OF_FILES = {"bookmarks_export.cpp", "html_export.cpp"}
 
 LITERAL = r'"((?:[^"\\\n]|\\.)*)"'
 LITERALS = re.compile(rf"{LITERAL}(?:\s*{LITERAL})*")
@@ -77,6 +101,8 @@ def sentences_of_the_program():
     """
     found = {}
     for path in sorted((ROOT / "src").rglob("*.cpp")):
+        if path.name in WRITERS_OF_FILES:
+            continue
         for literal in literals_of(path.read_text(encoding="utf-8")):
             for piece in re.split("%[0-9]?", literal.replace("&", "")):
                 text = piece.strip()
