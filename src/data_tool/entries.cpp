@@ -1,8 +1,5 @@
 #include "data_tool/entries.h"
 
-#include <array>
-#include <cstdio>
-
 #include "datafiles/record_layouts.h"
 #include "datafiles/site_record.h"
 #include "platform/failure.h"
@@ -100,11 +97,18 @@ std::string webAddress(const SiteEntry& site) {
 }
 
 std::string isoTime(const StampTime& time, char separator) {
-  std::array<char, 80> text;
-  const int length =
-      std::snprintf(text.data(), text.size(), "%04d-%02d-%02d%c%02d:%02d:%02d", time.date.year,
-                    time.date.month, time.date.day, separator, time.hour, time.minute, time.second);
-  return {text.data(), static_cast<std::size_t>(length)};
+  std::string text = "0000-00-00T00:00:00";
+  const auto put = [&text](std::size_t end, int number) {
+    for (; number > 0; number /= 10) text[--end] = static_cast<char>('0' + number % 10);
+  };
+  put(4, time.date.year);
+  put(7, time.date.month);
+  put(10, time.date.day);
+  text[10] = separator;
+  put(13, time.hour);
+  put(16, time.minute);
+  put(19, time.second);
+  return text;
 }
 
 }  // namespace quorrix

@@ -53,6 +53,31 @@ bool isInCalendar(const CalendarDate& date) {
          (date.day <= 28 || date.day <= daysInMonth(date.year, date.month));
 }
 
+int twoDigits(std::string_view text) {
+  return static_cast<int>(10 * digitOf(text[0]) + digitOf(text[1]));
+}
+
+// Reads "h:mm:ss AM" or "PM" exactly as accessStampText() writes it, which is much faster than
+// to tolerate deviations. False for anything else.
+bool readClock(std::string_view clock, StampTime& time) {
+  constexpr std::size_t kAfterHour = std::string_view(":mm:ss AM").size();
+  if (clock.size() != kAfterHour + 1 && clock.size() != kAfterHour + 2) return false;
+  const std::string_view hourText = clock.substr(0, clock.size() - kAfterHour);
+  const std::string_view rest = clock.substr(hourText.size());
+  const bool isForm = std::all_of(hourText.begin(), hourText.end(), isDigit) && rest[0] == ':' &&
+                      isDigit(rest[1]) && isDigit(rest[2]) && rest[3] == ':' && isDigit(rest[4]) &&
+                      isDigit(rest[5]) && rest[6] == ' ' && (rest[7] == 'A' || rest[7] == 'P') &&
+                      rest[8] == 'M';
+  if (!isForm) return false;
+  const int hour =
+      hourText.size() == 1 ? static_cast<int>(digitOf(hourText[0])) : twoDigits(hourText);
+  time.minute = twoDigits(rest.substr(1));
+  time.second = twoDigits(rest.substr(4));
+  if (hour < 1 || hour > 12 || time.minute >= 60 || time.second >= 60) return false;
+  time.hour = hour % 12 + (rest[7] == 'P' ? 12 : 0);
+  return true;
+}
+
 }  // namespace
 
 std::string accessStampText(const LocalDateTime& moment) {
@@ -86,6 +111,7 @@ CalendarDate readCalendarDate(std::string_view text) {
 
 StampTime readAccessStamp(std::string_view stamp) {
   StampTime time{.date = stampDate(stamp)};
+  if (readClock(stamp.substr(stamp.find(' ') + 1), time)) return time;
   const std::string clock(stamp.substr(stamp.find(' ')));
   std::array<char, 3> half{};
   int end = 0;

@@ -21,6 +21,13 @@ char16_t standInFor(unsigned byte) {
   return static_cast<char16_t>(byte < kFirstPrintableUpperByte ? byte : kPrivateUse + byte);
 }
 
+// Without a branch in the loop, the compiler handles many bytes at a time.
+bool isAscii(std::string_view text) {
+  unsigned all = 0;
+  for (const char byte : text) all |= static_cast<unsigned char>(byte);
+  return all < kFirstUpperByte;
+}
+
 bool isPrivateUse(char16_t character) { return character >= 0xE000 && character < 0xF900; }
 
 }  // namespace
@@ -135,6 +142,8 @@ std::u16string CodePage::toUtf16(std::string_view text) const {
 }
 
 std::string CodePage::toUtf8(std::string_view text) const {
+  // The lower half of every page is ASCII. Most texts have nothing else.
+  if (isAscii(text)) return std::string(text);
   std::string utf8;
   utf8.reserve(text.size());
   for (const char16_t character : toUtf16(text)) appendUtf8(utf8, character);
