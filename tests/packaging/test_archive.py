@@ -114,12 +114,21 @@ class Archive(PackageTest):
         self.assertEqual([], [path for path in libraries if not path.startswith(own + "/")
                               and not GIVEN_BY_THE_SYSTEM.search(path)])
 
+    def test_the_command_beside_it_reads_its_data(self):
+        user = self.given_an_installation("gina", "/home/gina")
+        self.given_sites(user.path(".local/share/Quorrix"))
+        done = user.run(user.inside(".local/share/Quorrix/quorrix-data"), "check")
+        # The archive has only one of its four files.
+        self.assertEqual((1, "6 files, 4 records, 3 errors"),
+                         (done.returncode, done.stdout.splitlines()[-1]), done.stdout)
+
     def test_each_library_comes_with_its_licence(self):
         user = self.given_a_user("cleo", "/home/cleo")
         lib = user.path(user.unpacked, "Quorrix/lib")
         with open(os.path.join(lib, "licences/packages.txt"), encoding="ascii") as file:
             packages = [line.split()[0] for line in file]
-        for package in ("libqt6widgets6", "qt6-wayland", "libxcb1", "libicu72", "libfontconfig1"):
+        for package in ("libqt6widgets6", "qt6-wayland", "libxcb1", "libicu72", "libfontconfig1",
+                        "libcli11-dev", "nlohmann-json3-dev"):
             self.assertIn(package, packages)
         for package in packages:
             with open(os.path.join(lib, "licences", package, "copyright"),

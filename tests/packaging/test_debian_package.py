@@ -128,6 +128,20 @@ class DebianPackage(PackageTest):
             touch {folder}/qt.conf"""))
         self.assertEqual("my own\n", user.run("quorrix").stdout)
 
+    def test_the_command_reads_the_folder_of_its_user(self):
+        user = self.given_a_user_who_started_it("gert", "/home/gert")
+        self.given_sites(user.path(".local/share/Quorrix"))
+        done = user.run("quorrix-data", "list", "--format", "csv")
+        self.assert_succeeds(done)
+        self.assertIn("Spring 2024,www.garden.example/roses,http,2024-02-29T00:05:09",
+                      done.stdout)
+        self.assert_succeeds(user.run("quorrix-data", "copy", "backup"))
+        self.assertEqual(everything_in(user.path("backup")).keys(), {
+            user.path("backup", *names) for names in (
+                (), ("Archives",), ("Archives", "Spring 2024"),
+                ("Archives", "Spring 2024", "nodes.dat"), ("nodes.dat",), ("notes.dat",),
+                ("info.dat",), ("purchases.dat",), ("load.txt",))})
+
     def test_without_a_home_it_says_so(self):
         user = self.system.add_user("finn", "/home/finn")
         self.assert_refuses("quorrix: The variable HOME does not name your home folder, where "
