@@ -119,6 +119,7 @@ class CommandLine {
   template <typename Value>
   static std::vector<std::string> namesOf(const std::map<std::string, Value>& formats) {
     std::vector<std::string> names;
+    names.reserve(formats.size());
     for (const auto& [name, format] : formats) names.push_back(name);
     return names;
   }

@@ -54,13 +54,13 @@ class ArchiveSearch {
 }  // namespace
 
 Path defaultDataFolder(FileSystem& files, const Path& programFolder, const Path& userFolder) {
-  const Path besideTheProgram = AppPaths(programFolder).appPath(kDataFolderName);
+  Path besideTheProgram = AppPaths(programFolder).appPath(kDataFolderName);
   if (files.folderExists(besideTheProgram)) return besideTheProgram;
   return userFolder / kProgramName / kDataFolderName;
 }
 
 Path archivesOf(FileSystem& files, const Path& dataFolder) {
-  const Path inside = dataFolder / kArchives;
+  Path inside = dataFolder / kArchives;
   if (files.folderExists(inside)) return inside;
   // The parent of "." or "Data/" is found only in the absolute path.
   Path absolute = std::filesystem::absolute(dataFolder).lexically_normal();

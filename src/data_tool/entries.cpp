@@ -8,6 +8,7 @@ namespace quorrix {
 namespace {
 
 constexpr char kFieldEnd = '~';
+constexpr const char* kUnknownScheme = "?";
 constexpr std::string_view kPadding(" \0", 2);  // a partial record is read with NULs
 
 std::string_view withoutPadding(std::string_view field) {
@@ -39,7 +40,9 @@ bool readAddress(const CodePage& codePage, std::span<const char> record, std::st
 
 bool readSite(const CodePage& codePage, std::span<const char> record, SiteEntry& entry) {
   if (!readAddress(codePage, record, entry.address)) return false;
-  entry.protocolFlag = fieldOf(record, site_record::kProtocolFlag).front();
+  const auto flag = fieldOf(record, site_record::kProtocolFlag);
+  entry.protocolFlag = flag.front();
+  entry.unknownFlag = schemeName(flag.front()) == kUnknownScheme ? codePage.toUtf8(flag) : "";
   const auto field = fieldOf(record, site_record::kAccessStamp);
   const auto end = field.find(kStampEnd);
   const auto stamp = end == std::string_view::npos ? withoutPadding(field) : field.substr(0, end);
@@ -88,7 +91,7 @@ std::string schemeName(char protocolFlag) {
     case protocol_flag::kNone:
       return "none";
     default:
-      return "?";
+      return kUnknownScheme;
   }
 }
 

@@ -15,6 +15,7 @@ namespace quorrix {
 struct SiteEntry {
   std::string address;
   char protocolFlag = ' ';
+  std::string unknownFlag;           // the flag as text if it stands for no scheme, or empty
   std::string stamp;                 // without its end mark
   std::optional<StampTime> visited;  // nullopt if the stamp cannot be read
 };

@@ -10,7 +10,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A single byte that is no UTF-8 becomes U+FFFD.
+// The name of a folder may not be UTF-8; such bytes become U+FFFD.
 std::string textOf(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -75,13 +75,12 @@ std::optional<std::string> passwordOf(const SiteDetails& details) {
 }
 
 void addSite(ObjectText& object, const SiteEntry& site) {
-  const std::string scheme = schemeName(site.protocolFlag);
   object.add("address", site.address);
-  if (scheme != "?") {
-    object.add("scheme", scheme);
+  if (site.unknownFlag.empty()) {
+    object.add("scheme", schemeName(site.protocolFlag));
   } else {
     object.addNull("scheme");
-    object.add("flag", std::string(1, site.protocolFlag));
+    object.add("flag", site.unknownFlag);
   }
   if (site.visited) {
     object.add("visited", isoTime(*site.visited));

@@ -125,7 +125,7 @@ void checkScheme(const Record& record, char flag) {
   using namespace protocol_flag;
   if (flag == kHttp || flag == kHttps || flag == kFtp || flag == kNone) return;
   record.error(site_record::kProtocolFlag.offset,
-               "The scheme is " + codeOf(flag) + ", which is none of N, S, F and U.");
+               "The scheme is " + codeOf(flag) + ", not N, S, F or U.");
 }
 
 void checkStamp(const Record& record, std::string_view field) {

@@ -59,8 +59,8 @@ TEST_F(CheckTest, NamesFileRecordAndByte) {
   given("Data/nodes.dat", siteRecord("a.b.c") + siteRecord("d.e.f", 'x'));
   EXPECT_EQ(run({"check"}), 1);
   EXPECT_EQ(output, (Path("Quorrix/Data") / "nodes.dat").string() +
-                        ": record 2, byte 622: The scheme is 0x78, which is none of N, S, F and "
-                        "U.\n5 files, 2 records, 1 error\n");
+                        ": record 2, byte 622: The scheme is 0x78, not N, S, F or U.\n5 files, 2 "
+                        "records, 1 error\n");
 }
 
 TEST_F(CheckTest, FindsAddressesThatCannotBeRight) {

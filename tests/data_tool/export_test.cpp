@@ -19,7 +19,7 @@ class ExportTest : public testing::Test, protected ToolStage {
     given("Data/notes.dat", test::notesRecord("news.harbour.example", "<b>High\r\nand low</b>"));
     given("Data/info.dat", test::loginRecord("www.garden.example", "anna", "tulip7"));
     given("Data/purchases.dat", test::purchaseRecord("shop.garden.example"));
-    given("Archives/2025/May/nodes.dat", siteRecord("www.mill.example", 'x'));
+    given("Archives/2025/May/nodes.dat", siteRecord("www.mill.example", '\xE9'));
   }
 };
 
@@ -44,7 +44,7 @@ TEST_F(ExportTest, WritesEveryRecordAsJson) {
 {
 "name": "2025/May",
 "sites": [
-{"address":"www.mill.example","scheme":null,"flag":"x","visited":"2026-07-01T08:00:00"}
+{"address":"www.mill.example","scheme":null,"flag":"é","visited":"2026-07-01T08:00:00"}
 ],
 "notes": [],
 "logins": [],

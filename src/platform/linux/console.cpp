@@ -28,7 +28,7 @@ int writeTo(int descriptor, std::string_view text) {
 // A signal in the middle of a write would end the program before it could tidy up.
 Console::Console() { std::signal(SIGPIPE, SIG_IGN); }
 
-Console::~Console() = default;
+Console::~Console() { std::signal(SIGPIPE, SIG_DFL); }
 
 void Console::write(std::string_view text) {
   const int reason = writeTo(STDOUT_FILENO, text);
