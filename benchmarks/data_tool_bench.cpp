@@ -62,8 +62,8 @@ void registerTool(BenchData& data, const char* name, std::size_t sites, const ch
 
 void registerPeer(BenchData& data, const char* name, const char* options, const char* query) {
   registerCommand(data, name, kMany, [&data, options, query] {
-    return std::string("sqlite3 ") + options + " '" + data.database(kMany).string() +
-           "' \"" + query + "\"";
+    return std::string("sqlite3 ") + options + " '" + data.database(kMany).string() + "' \"" +
+           query + "\"";
   });
 }
 
