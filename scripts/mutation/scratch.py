@@ -9,6 +9,8 @@ import subprocess
 from .trials import Trial
 
 LOGIC_TESTS, FORM_TESTS = "quorrix_logic_tests", "quorrix_form_tests"
+DATA_TESTS = "quorrix_data_tests"
+PROGRAMS = (LOGIC_TESTS, FORM_TESTS, DATA_TESTS)
 CONFIGURATION = (
     "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g0", "-DQUORRIX_E2E=OFF",
     # So that building a mutant does not run it to list its tests.
@@ -22,19 +24,19 @@ class Scratch:
         self._jobs = [f"-j{jobs}"] if jobs else []
         copy_tree(root, self._source)
         self._configure()
-        if not self._compiles(LOGIC_TESTS, FORM_TESTS):
+        if not self._compiles(*PROGRAMS):
             raise SystemExit("mutants: the sources do not compile")
         self._trials = {program: self._trial(program, folder, thorough)
-                        for program in (LOGIC_TESTS, FORM_TESTS)}
+                        for program in PROGRAMS}
         commands = json.loads((self._build / "compile_commands.json").read_text(encoding="utf-8"))
-        self._form_sources = {each["file"] for each in commands
-                              if "/quorrix_forms.dir/" in each["command"]}
+        self._form_sources, self._data_sources = (
+            {each["file"] for each in commands if f"/{library}.dir/" in each["command"]}
+            for library in ("quorrix_forms", "quorrix_data_logic"))
 
     def result(self, mutant):
         """"killed", "timed out", "survived" or "not compiled"."""
         path = self._source / mutant.path
-        # The logic tests do not contain the forms; the form tests also contain the logic.
-        programs = [FORM_TESTS] if str(path) in self._form_sources else [LOGIC_TESTS, FORM_TESTS]
+        programs = self._programs_with(str(path))
         original = path.read_text(encoding="utf-8")
         path.write_text(mutant.applied_to(original), encoding="utf-8")
         try:
@@ -47,6 +49,12 @@ class Scratch:
             return "survived"
         finally:
             path.write_text(original, encoding="utf-8")
+
+    def _programs_with(self, path):
+        """The tests that contain this source. The form tests also contain the logic."""
+        if path in self._form_sources:
+            return [FORM_TESTS]
+        return [DATA_TESTS] if path in self._data_sources else [LOGIC_TESTS, FORM_TESTS]
 
     def _configure(self):
         if (self._build / "build.ninja").exists():
