@@ -1,6 +1,7 @@
 #include "reliability/power_cut.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace quorrix::test {
@@ -11,6 +12,9 @@ constexpr std::size_t kBlock = 512;  // bytes that a disk writes as a whole
 // Up to this number of blocks, every subset of them is tried; beyond it, every beginning
 // and every end.
 constexpr std::size_t kBlocksInAnyOrder = 5;
+
+// The program syncs so soon that few steps are open at any time.
+constexpr std::size_t kMostCombinations = 20'000;
 
 bool isOnNames(const DiskStep& step) {
   return step.kind == DiskStep::Create || step.kind == DiskStep::Rename ||
@@ -57,6 +61,11 @@ std::vector<std::vector<Range>> subsetsOf(const std::vector<Range>& blocks) {
 }  // namespace
 
 std::set<PowerCut::State> PowerCut::statesAfter(std::size_t count) const {
+  std::size_t combinations = 1;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!isDurable(i, count)) combinations *= possiblePartsOf(steps_[i]).size();
+    if (combinations > kMostCombinations) throw std::length_error("too little is synced");
+  }
   std::set<State> states;
   Parts chosen;
   addStates(chosen, count, states);

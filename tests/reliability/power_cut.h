@@ -20,7 +20,8 @@ class PowerCut {
   PowerCut(DiskContents before, std::vector<DiskStep> steps)
       : before_(std::move(before)), steps_(std::move(steps)) {}
 
-  // Every state that a cut after the first `count` steps may leave.
+  // Every state that a cut after the first `count` steps may leave. Throws std::length_error
+  // if so many of them are not synced that there are too many states.
   [[nodiscard]] std::set<State> statesAfter(std::size_t count) const;
 
   // What a program that goes on running sees after them.
