@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "data_tool/shown_text.h"
+
 namespace quorrix {
 namespace {
 
@@ -9,7 +11,8 @@ constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r";
 constexpr std::string_view kQuotedCharacters = "\",\r\n";
 constexpr char kQuote = '"';
 
-void append(std::string& line, const std::string& field) {
+void append(std::string& line, std::string_view text) {
+  const std::string field = escapedControls(text);
   const bool isFormula =
       !field.empty() && kBeginningsOfFormulas.find(field[0]) != std::string::npos;
   const bool isQuoted = field.find_first_of(kQuotedCharacters) != std::string::npos;

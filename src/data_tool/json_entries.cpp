@@ -10,9 +10,27 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// Escapes the control characters that JSON allows in a string, U+007F to U+009F, because a
+// terminal could take them for commands.
+std::string withoutControls(const std::string& json) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(json[i]);
+    const bool isUpper = byte == 0xC2 && static_cast<unsigned char>(json[i + 1]) < 0xA0;
+    if (byte != 0x7F && !isUpper) {
+      text += json[i];
+      continue;
+    }
+    const unsigned code = isUpper ? static_cast<unsigned char>(json[++i]) : byte;
+    text.append("\\u00").append({kDigits[code / 16], kDigits[code % 16]});
+  }
+  return text;
+}
+
 // The name of a folder may not be UTF-8; such bytes become U+FFFD.
 std::string textOf(const Json& value) {
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return withoutControls(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 // Most texts need no escaping, and dump() takes its time.

@@ -55,9 +55,8 @@ void appendEscaped(std::string& text, char32_t character) {
   text += code.data();
 }
 
-}  // namespace
-
-std::string escapedText(std::string_view utf8) {
+template <typename Predicate>
+std::string escapedIf(Predicate isEscaped, std::string_view utf8) {
   if (isPlain(utf8)) return std::string(utf8);
   std::string text;
   while (!utf8.empty()) {
@@ -65,13 +64,33 @@ std::string escapedText(std::string_view utf8) {
     const char32_t character = takeCharacter(utf8);
     if (character == kMalformed) {
       appendUtf8(text, u'\uFFFD');
-    } else if (isIn(kEscaped, character)) {
+    } else if (isEscaped(character)) {
       appendEscaped(text, character);
     } else {
       text += before.substr(0, before.size() - utf8.size());
     }
   }
   return text;
+}
+
+bool isTabOrLineBreak(char32_t character) {
+  return character == '\t' || character == '\r' || character == '\n';
+}
+
+bool isControl(char32_t character) {
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+}  // namespace
+
+std::string escapedText(std::string_view utf8) {
+  return escapedIf([](char32_t character) { return isIn(kEscaped, character); }, utf8);
+}
+
+std::string escapedControls(std::string_view utf8) {
+  return escapedIf(
+      [](char32_t character) { return isControl(character) && !isTabOrLineBreak(character); },
+      utf8);
 }
 
 std::size_t columnsOf(std::string_view utf8) {

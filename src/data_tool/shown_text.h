@@ -12,6 +12,10 @@ namespace quorrix {
 // A malformed sequence becomes U+FFFD.
 [[nodiscard]] std::string escapedText(std::string_view utf8);
 
+// The text with every control character but tabs and line breaks written as "\xNN". A malformed
+// sequence becomes U+FFFD.
+[[nodiscard]] std::string escapedControls(std::string_view utf8);
+
 // How many columns of a terminal the text takes. It has no control characters.
 [[nodiscard]] std::size_t columnsOf(std::string_view utf8);
 

@@ -15,6 +15,10 @@ TEST(CsvLine, QuotesWhatWouldEndAField) {
             "\"a,b\",\"say \"\"no\"\"\",\"two\r\nlines\",\"two\nlines\"\r\n");
 }
 
+TEST(CsvLine, EscapesWhatATerminalCouldTakeForACommand) {
+  EXPECT_EQ(csvLine({"a\x1B[31m", "\u009D"}), "a\\x1B[31m,\\x9D\r\n");
+}
+
 TEST(CsvLine, LetsNoSpreadsheetReadAFormula) {
   EXPECT_EQ(csvLine({"=1+1", "+1", "-1", "@A1", "\tx", "a=1"}), "'=1+1,'+1,'-1,'@A1,'\tx,a=1\r\n");
   EXPECT_EQ(csvLine({"=HYPERLINK(\"http://x\",\"y\")", "\r=1"}),

@@ -55,6 +55,15 @@ TEST_F(ExportTest, WritesEveryRecordAsJson) {
 )");
 }
 
+// 0x9D is a byte that the code page does not assign.
+TEST_F(ExportTest, EscapesControlCharacters) {
+  given("Data/notes.dat", test::notesRecord("www.a.example", "a\x1B[31m \x7F \x9D \xE9"));
+  EXPECT_EQ(run({"export", "--format", "json"}), 0);
+  EXPECT_NE(output.find(R"("text":"a\u001b[31m \u007f \u009d é")"), std::string::npos);
+  EXPECT_EQ(run({"export", "--format", "csv"}), 0);
+  EXPECT_NE(output.find(R"(a\x1B[31m \x7F \x9D é)"), std::string::npos);
+}
+
 TEST_F(ExportTest, IncludesPasswordsOnlyIfAsked) {
   for (const char* format : {"json", "csv", "html", "netscape-bookmarks"}) {
     EXPECT_EQ(run({"export", "--format", format}), 0);

@@ -34,6 +34,11 @@ TEST(EscapedText, ReplacesWhatIsNotUtf8) {
             "a\uFFFDb");
 }
 
+TEST(EscapedControls, KeepsTabsAndLineBreaksAndDirections) {
+  EXPECT_EQ(escapedControls("a\r\n\tb\u202Ec"), "a\r\n\tb\u202Ec");
+  EXPECT_EQ(escapedControls("\x1B[31m\x7F\u009D"), "\\x1B[31m\\x7F\\x9D");
+}
+
 TEST(ColumnsOf, CountsCharactersAsATerminalDoes) {
   EXPECT_EQ(columnsOf("garden"), 6U);
   EXPECT_EQ(columnsOf("caf\u00E9"), 4U);
