@@ -2,9 +2,9 @@
 
 #include <xcb/xcbext.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <ranges>
 #include <string_view>
 
 namespace quorrix {
@@ -86,10 +86,11 @@ void X11WindowStack::askForWindows() {
 }
 
 void X11WindowStack::askForTitles() {
-  const std::vector<xcb_window_t> windows = windowsIn(requests_[0].reply);
+  std::vector<xcb_window_t> windows = windowsIn(requests_[0].reply);
+  std::ranges::reverse(windows);  // now the topmost one is first
   giveUp();
   step_ = Step::Titles;
-  for (const xcb_window_t window : std::views::reverse(windows)) {
+  for (const xcb_window_t window : windows) {
     requests_.push_back(
         {.sequence = xcb_get_property(connection_, 0, window, titleAtom_, utf8Atom_, 0, kMostWords)
                          .sequence});
