@@ -74,14 +74,14 @@ void registerDataToolBenchmarks(BenchData& data) {
       "SELECT access_stamp, protocol_flag, address FROM site ORDER BY number";
   for (const std::size_t sites : {kFew, kMany}) {
     registerTool(data, "data_list/quorrix_data", sites, "list");
-    registerTool(data, "data_search/quorrix_data", sites, "search SITE-NO-0077");
+    registerTool(data, "data_search/quorrix_data", sites, "search SITE-NO-007");
     registerTool(data, "data_check/quorrix_data", sites, "check");
     registerTool(data, "data_export/quorrix_data", sites, "export --format json");
   }
   registerPeer(data, "data_list/sqlite_shell", "-list", kAll);
   registerPeer(data, "data_search/sqlite_shell", "-list",
                "SELECT access_stamp, protocol_flag, address FROM site "
-               "WHERE address LIKE '%SITE-NO-0077%' ORDER BY number");
+               "WHERE address LIKE '%SITE-NO-007%' ORDER BY number");
   registerPeer(data, "data_check/sqlite_shell", "-list", "PRAGMA integrity_check");
   registerPeer(data, "data_export/sqlite_shell", "-json", kAll);
 }

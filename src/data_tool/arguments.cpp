@@ -39,7 +39,7 @@ class CommandLine {
     addSearch();
     addExport();
     addFolderOptions(add(Command::Check, "check", "Check every file, record and date"));
-    CLI::App& copy = add(Command::Copy, "copy", "Copy all files, also while Quorrix is running");
+    CLI::App& copy = add(Command::Copy, "copy", "Copy all files, even while Quorrix is running");
     copy.add_option("FOLDER", arguments_.target, "The folder for the copy, new or empty")
         ->required();
     addFolderOptions(copy);
@@ -70,7 +70,7 @@ class CommandLine {
   void addFolderOptions(CLI::App& subcommand) {
     subcommand
         .add_option("--data", arguments_.data,
-                    "The folder with the data files; by default that of your Quorrix")
+                    "The folder with the data files; by default your Quorrix data folder")
         ->type_name("FOLDER");
     subcommand.add_flag("--no-archives", leavesOutArchives_, "Leave out the archives");
   }
@@ -82,7 +82,7 @@ class CommandLine {
         ->type_name("FORMAT");
     subcommand
         .add_option("--with", with_,
-                    "Show also these, separated by commas: notes, purchases, logins")
+                    "Also show these, separated by commas: notes, purchases, logins")
         ->type_name("KINDS");
     addPasswords(subcommand);
     addFolderOptions(subcommand);
@@ -158,6 +158,9 @@ class CommandLine {
 
   std::variant<Arguments, Answer> finished() {
     if (!readKinds()) return usage("--with: name notes, purchases and logins, separated by commas");
+    const bool isPathEmpty = (arguments_.command == Command::Copy && arguments_.target.empty()) ||
+                             arguments_.output == "" || arguments_.data == "";
+    if (isPathEmpty) return usage("the name of a file or folder is empty");
     arguments_.archives = leavesOutArchives_ ? Archives::LeaveOut : Archives::Include;
     arguments_.listing.format = kListFormats.at(listFormat_);
     if (showsPasswords_) {

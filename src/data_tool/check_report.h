@@ -16,6 +16,9 @@ class CheckReport {
   // "FILE: record N, byte B: what", as far as the finding has a record and a byte.
   void add(const Path& file, const Finding& finding);
 
+  // For an error that is reported elsewhere.
+  void countError() { ++errors_; }
+
   void end(std::uint64_t files, std::uint64_t records);
 
   // Without remarks.

@@ -8,7 +8,8 @@ namespace quorrix {
 namespace {
 
 constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r";
-constexpr std::string_view kQuotedCharacters = "\",\r\n";
+// Spreadsheets may also split lines at semicolons and tabs.
+constexpr std::string_view kQuotedCharacters = "\",;\t\r\n";
 constexpr char kQuote = '"';
 
 void append(std::string& line, std::string_view text) {

@@ -76,11 +76,15 @@ bool holdsDataFiles(FileSystem& files, const Path& folder) {
                      [&](const char* name) { return files.fileExists(folder / name); });
 }
 
+void requireFolder(FileSystem& files, const Path& folder) {
+  if (!withPath(folder, [&] { return files.folderExists(folder); })) {
+    throw Problem::ofFile(folder, "There is no such folder.");
+  }
+}
+
 std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
                                       Archives archives) {
-  if (!withPath(dataFolder, [&] { return files.folderExists(dataFolder); })) {
-    throw Problem::ofFile(dataFolder, "There is no such folder.");
-  }
+  requireFolder(files, dataFolder);
   std::vector<DataFolder> folders{{.path = dataFolder, .archive = {}}};
   if (archives == Archives::LeaveOut) return folders;
   const Path place = withPath(dataFolder, [&] { return archivesOf(files, dataFolder); });

@@ -10,8 +10,10 @@ namespace quorrix {
 
 struct DataFolder {
   Path path;
-  std::string
-      archive;  // the archive's name in UTF-8, such as "2026/May"; empty for the data folder
+  // The archive's name in UTF-8, such as "2026/May"; empty for the data folder.
+  std::string archive;
+
+  bool operator==(const DataFolder&) const = default;
 };
 
 // The name of the folder in which Quorrix keeps its data, beside the program.
@@ -23,19 +25,22 @@ inline constexpr const char* kDataFolderName = "Data";
 [[nodiscard]] Path defaultDataFolder(FileSystem& files, const Path& programFolder,
                                      const Path& userFolder);
 
-// Where the archives of a data folder are: in the folder "Archives" inside of it, as in a copy,
-// otherwise in the one beside it, as in the program's folder. Neither may exist.
+// Where the archives of a data folder are: in the folder "Archives" inside it, as in a copy,
+// otherwise in the one beside it, as in the program's folder. Either may be missing.
 [[nodiscard]] Path archivesOf(FileSystem& files, const Path& dataFolder);
 
 // Whether the folder holds one of the four data files.
 [[nodiscard]] bool holdsDataFiles(FileSystem& files, const Path& folder);
 
+// Throws Problem if the folder is missing.
+void requireFolder(FileSystem& files, const Path& folder);
+
 enum class Archives { Include, LeaveOut };
 
 // The data folder, then its archives sorted by their paths. Every folder below the place of the
-// archives that holds a data file is one, except the data folder itself. Links to folders are
-// not followed any further than that folder. Throws Problem if the data folder is missing or if
-// a folder cannot be read.
+// archives that holds a data file is one, except the data folder itself. A linked folder is
+// read, but not the folders below it. Throws Problem if the data folder is missing or if a folder
+// cannot be read.
 [[nodiscard]] std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
                                                     Archives archives);
 

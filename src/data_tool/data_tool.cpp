@@ -22,6 +22,7 @@ namespace quorrix {
 namespace {
 
 constexpr std::string_view kArchiveColumn = "ARCHIVE";
+constexpr std::size_t kWidestArchive = 24;  // in columns of a terminal
 constexpr const char* kNoDate = "This is not a date. Write it as 11/21/2026, month first.";
 constexpr const char* kSearchEnds = "The date cannot be read, so the search ends here.";
 constexpr const char* kHint = "Try 'quorrix-data --help' for more information.";
@@ -33,6 +34,7 @@ TableFrame frameOf(const std::vector<DataFolder>& folders, std::optional<std::si
   for (const DataFolder& folder : folders) {
     frame.archiveColumns = std::max(frame.archiveColumns, columnsOf(escapedText(folder.archive)));
   }
+  if (width) frame.archiveColumns = std::min(frame.archiveColumns, kWidestArchive);
   return frame;
 }
 
@@ -142,14 +144,19 @@ bool DataTool::listSites(const Arguments& arguments, const Filter& filterOf) {
 int DataTool::exportData(const Arguments& arguments) {
   const std::vector<DataFolder> folders = foldersOf(arguments);
   RecordReader reader(surroundings_.files);
+  // Sites that are archived in between would be missing in both places.
   const auto writeTo = [&](Output& output) {
     exportFolders(folders, reader, surroundings_.codePage, arguments.exportFormat,
                   arguments.passwords, output);
+    if (foldersOf(arguments) != folders) {
+      throw Problem::ofFile(folders.front().path, "The archives changed. Try again.");
+    }
   };
   if (arguments.output) {
     const Path target = pathOfArgument(*arguments.output);
-    requireOutside(target, folders.front().path);
-    requireOutside(target, archivesOf(surroundings_.files, folders.front().path));
+    requireOutside(surroundings_.files, target, folders.front().path);
+    requireOutside(surroundings_.files, target,
+                   archivesOf(surroundings_.files, folders.front().path));
     writeFile(surroundings_.files, target, writeTo);
     return kStatusFine;
   }
@@ -163,31 +170,32 @@ int DataTool::check(const Arguments& arguments) {
   BufferedOutput output(surroundings_.write);
   CheckReport report(output);
   RecordReader reader(surroundings_.files);
-  bool isAllRead = true;
   FolderCheck folderCheck(
       surroundings_.files, reader,
       {.finding = [&](const Path& file, const Finding& finding) { report.add(file, finding); },
        .problem =
            [&](const std::string& problem) {
              complain(problem);
-             isAllRead = false;
+             report.countError();
            }});
   for (const DataFolder& folder : foldersOf(arguments)) folderCheck.check(folder);
   report.end(folderCheck.filesChecked(), folderCheck.recordsChecked());
   output.flush();
-  if (!isAllRead) return kStatusOfProblem;
   return report.errors() == 0 ? kStatusFine : kStatusOfFindings;
 }
 
 int DataTool::copy(const Arguments& arguments) {
-  copyFolders(surroundings_.files, foldersOf(arguments), pathOfArgument(arguments.target));
+  copyFolders(surroundings_.files, dataFolderOf(arguments), arguments.archives,
+              pathOfArgument(arguments.target));
   return kStatusFine;
 }
 
 std::vector<DataFolder> DataTool::foldersOf(const Arguments& arguments) {
-  const Path folder =
-      arguments.data ? pathOfArgument(*arguments.data) : surroundings_.defaultFolder;
-  return dataFoldersOf(surroundings_.files, folder, arguments.archives);
+  return dataFoldersOf(surroundings_.files, dataFolderOf(arguments), arguments.archives);
+}
+
+Path DataTool::dataFolderOf(const Arguments& arguments) const {
+  return arguments.data ? pathOfArgument(*arguments.data) : surroundings_.defaultFolder;
 }
 
 void DataTool::complain(std::string_view sentence) {

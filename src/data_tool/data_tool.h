@@ -22,7 +22,7 @@ class DataTool {
     Path defaultFolder;                           // of the data
     std::function<void(std::string_view)> write;  // to standard output
     std::function<void(std::string_view)> writeError;
-    std::optional<std::size_t> terminalWidth;  // in columns; nullopt if it is no terminal
+    std::optional<std::size_t> terminalWidth;  // in columns; nullopt if it is not a terminal
   };
 
   explicit DataTool(Surroundings surroundings);
@@ -39,11 +39,12 @@ class DataTool {
   int check(const Arguments& arguments);
   int copy(const Arguments& arguments);
 
-  // Lists the sites for whose records the filter of their file is true. Returns whether there is
-  // one.
+  // Lists the sites for whose records the filter of their file is true. Returns whether any site
+  // matched.
   using Filter = std::function<FolderReader::IsSought(const Path& file)>;
   bool listSites(const Arguments& arguments, const Filter& filterOf);
 
+  [[nodiscard]] Path dataFolderOf(const Arguments& arguments) const;
   [[nodiscard]] std::vector<DataFolder> foldersOf(const Arguments& arguments);
   void complain(std::string_view sentence);
 

@@ -33,12 +33,21 @@ class PrivateFolder {
   Path path_;
 };
 
+bool isSpecialFile(const Path& path) {
+  std::error_code unknown;
+  const auto status = std::filesystem::status(path, unknown);
+  return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
 }  // namespace
 
 void writeFile(FileSystem& files, const Path& path, const std::function<void(Output&)>& write) {
-  const Path target = absoluteFolder(path);
+  const Path target = withoutLinks(path);
   if (withPath(path, [&] { return files.folderExists(target); })) {
     throw Problem::ofFile(path, failure::kPathFileAccess);
+  }
+  if (isSpecialFile(target)) {
+    throw Problem::ofFile(path, "This is a device or a pipe. Use standard output instead.");
   }
   const Path stage = replacementNameOf(target);
   if (withPath(stage, [&] { return files.folderExists(stage) || files.fileExists(stage); })) {

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "data_tool/outside.h"
 #include "data_tool/problem.h"
 #include "data_tool/record_check.h"
 #include "datafiles/record_layouts.h"
@@ -145,7 +146,8 @@ void FolderCheck::checkLoadFile(const DataFolder& folder) {
   {
     const auto file = openPatiently(files_, path);
     if (!file) {
-      const bool isNeeded = folder.archive.empty() && folder.path.filename() == kDataFolderName;
+      const bool isNeeded =
+          folder.archive.empty() && absoluteFolder(folder.path).filename() == kDataFolderName;
       if (isNeeded) error(path, {}, {}, "This file is missing.");
       return;
     }

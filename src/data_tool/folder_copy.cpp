@@ -112,6 +112,10 @@ void requireEmpty(FileSystem& files, const Path& target) {
   if (withPath(target, [&] { return files.fileExists(target); })) {
     throw Problem::ofFile(target, "This is a file. Name a new or empty folder.");
   }
+  std::error_code unknown;
+  if (std::filesystem::is_symlink(target, unknown)) {
+    throw Problem::ofFile(target, "This is a link to a folder that is missing.");
+  }
   const bool exists = withPath(target, [&] { return files.folderExists(target); });
   if (!exists) return;
   const bool isEmpty = withPath(
@@ -121,21 +125,22 @@ void requireEmpty(FileSystem& files, const Path& target) {
 
 }  // namespace
 
-void copyFolders(FileSystem& files, const std::vector<DataFolder>& folders, const Path& target,
+void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
                  std::chrono::milliseconds patience) {
-  const Path& data = folders.front().path;
+  requireFolder(files, data);
   const Path place = withPath(data, [&] { return archivesOf(files, data); });
-  const Path named = absoluteFolder(target);
-  requireOutside(named, data);
-  requireOutside(named, place);
+  const Path named = withoutLinks(target);
+  requireOutside(files, named, data);
+  requireOutside(files, named, place);
   requireEmpty(files, named);
   if (!withPath(data, [&] { return holdsDataFiles(files, data); })) {
     throw Problem::ofFile(data, "There are no data files in this folder.");
   }
   Stage stage(files, named);
-  for (const DataFolder& folder : folders) {
-    Path into = stage.path();
-    if (!folder.archive.empty()) into /= "Archives" / folder.path.lexically_relative(place);
+  copyFiles(files, data, stage.path(), patience);
+  for (const DataFolder& folder : dataFoldersOf(files, data, archives)) {
+    if (folder.archive.empty()) continue;
+    const Path into = stage.path() / "Archives" / folder.path.lexically_relative(place);
     makeFolders(files, into);
     copyFiles(files, folder.path, into, patience);
   }

@@ -2,14 +2,13 @@
 #pragma once
 
 #include <chrono>
-#include <vector>
 
 #include "data_tool/data_folder.h"
 #include "data_tool/record_reader.h"
 
 namespace quorrix {
 
-// Makes `target` a folder with copies of the files of folders[0], and of each archive below
+// Makes `target` a folder with copies of the files in `data`, and of each archive below
 // "Archives" in it. So the copy is itself a folder that Load Archive accepts. The copies are
 // private to the user.
 //
@@ -18,8 +17,9 @@ namespace quorrix {
 //
 // `target` must be missing or empty. The copy is made beside it and renamed, so there is never an
 // incomplete copy of that name. `patience` is how long to try while another program writes a file.
-// Throws Problem, also if `target` is in one of the folders.
-void copyFolders(FileSystem& files, const std::vector<DataFolder>& folders, const Path& target,
+// The archives are looked for after `data` is copied, so what Quorrix archives at that time is in
+// the copy at least once. Throws Problem, also if `target` is in a folder with data files.
+void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
                  std::chrono::milliseconds patience = kReadPatience);
 
 }  // namespace quorrix

@@ -37,12 +37,12 @@ constexpr std::chrono::milliseconds kLockPatience{50};
 constexpr const char* kCannotBegin =
     "The program's folder or the character set of your language is missing.";
 
-// Where a user's programs keep their data. The package for Debian makes its folders there.
+// The XDG data folder. The Debian package creates its folders there.
 quorrix::Path userFolder() {
   const char* const data = std::getenv("XDG_DATA_HOME");
   if (data != nullptr && data[0] == '/') return data;
   const char* const home = std::getenv("HOME");
-  return quorrix::Path(home != nullptr ? home : "") / ".local" / "share";
+  return quorrix::Path(home != nullptr ? home : "/") / ".local" / "share";
 }
 
 int run(int argc, char* argv[]) {

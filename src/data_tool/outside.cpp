@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "data_tool/data_folder.h"
 #include "data_tool/problem.h"
 
 namespace quorrix {
@@ -12,14 +13,22 @@ Path absoluteFolder(const Path& folder) {
   return absolute.has_filename() ? absolute : absolute.parent_path();
 }
 
-void requireOutside(const Path& target, const Path& folder) {
+Path withoutLinks(const Path& path) {
   std::error_code unknown;
-  Path above = std::filesystem::weakly_canonical(std::filesystem::absolute(target), unknown);
-  if (unknown) above = std::filesystem::absolute(target).lexically_normal();
+  Path resolved = std::filesystem::weakly_canonical(std::filesystem::absolute(path), unknown);
+  return absoluteFolder(unknown ? path : resolved);
+}
+
+void requireOutside(FileSystem& files, const Path& target, const Path& folder) {
+  std::error_code unknown;
+  Path above = withoutLinks(target);
   while (true) {
     // False if one of them is missing.
     if (std::filesystem::equivalent(above, folder, unknown)) {
-      throw Problem::ofFile(target, "This is in the folder that is read. Name another place.");
+      throw Problem::ofFile(target, "The output cannot be inside a folder that is read.");
+    }
+    if (withPath(target, [&] { return holdsDataFiles(files, above); })) {
+      throw Problem::ofFile(target, "The output cannot be inside a folder with data files.");
     }
     if (above == above.parent_path()) return;
     above = above.parent_path();

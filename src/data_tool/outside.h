@@ -8,8 +8,11 @@ namespace quorrix {
 // The absolute path without a trailing separator.
 [[nodiscard]] Path absoluteFolder(const Path& folder);
 
-// Throws Problem if `target`, which may be missing, is `folder` or inside of it, also by links or
-// by another spelling.
-void requireOutside(const Path& target, const Path& folder);
+// The same with all links resolved, so that a link stays a link when its target is replaced.
+[[nodiscard]] Path withoutLinks(const Path& path);
+
+// Throws Problem if `target`, which may be missing, is `folder` or inside it, even by links or by
+// another spelling, or if it is in any folder that holds data files.
+void requireOutside(FileSystem& files, const Path& target, const Path& folder);
 
 }  // namespace quorrix

@@ -12,6 +12,9 @@ namespace {
 
 constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // in bytes: fits the cache
 
+// Files never become shorter, except when all sites are deleted or archived.
+constexpr const char* kChanged = "The file changed while it was read. Try again.";
+
 bool isMissing(const Failure& reason) {
   return reason.number() == failure::kFileNotFound || reason.number() == failure::kPathNotFound;
 }
@@ -42,6 +45,7 @@ struct RecordReader::Block {
 
   std::size_t recordLength;
   std::vector<char> bytes;
+  std::uint64_t fileLength = 0;
   std::size_t count = 0;                  // of records
   std::map<std::size_t, int> unreadable;  // places and failure numbers
 };
@@ -66,6 +70,8 @@ bool RecordReader::readBlock(const Path& path, std::uint64_t offset, Block& bloc
   const auto file = openPatiently(files_, path, patience_);
   if (!file) return false;
   const std::uint64_t length = withPath(path, [&] { return file->length(); });
+  if (length < block.fileLength) throw Problem::ofFile(path, kChanged);
+  block.fileLength = length;
   const std::uint64_t left = length > offset ? length - offset : 0;
   const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(left, block.bytes.size()));
   block.count = (size + block.recordLength - 1) / block.recordLength;
@@ -84,8 +90,10 @@ bool RecordReader::forEach(const Path& path, std::size_t recordLength, const Vis
   Block block(recordLength);
   std::uint64_t before = 0;  // records of earlier blocks
   do {
-    // A file that vanishes half-way ends there.
-    if (!readBlock(path, before * recordLength, block)) return before > 0;
+    if (!readBlock(path, before * recordLength, block)) {
+      if (before > 0) throw Problem::ofFile(path, kChanged);
+      return false;
+    }
     for (std::size_t place = 0; place < block.count; ++place) {
       const auto number = before + place + 1;
       const auto failed = block.unreadable.find(place);

@@ -1,6 +1,6 @@
 // Reads the records of a data file that Quorrix may be using. The file is open, and locked for
 // writers, only while one block is read. It is closed before the block's records are visited,
-// so a visitor may take its time. A missing file is never created.
+// so a visitor may be slow. A missing file is never created.
 #pragma once
 
 #include <chrono>
@@ -34,7 +34,7 @@ class RecordReader {
   // Visits every record that begins inside the file, in order. The bytes that a partial last
   // record lacks are NUL. The record is valid only during the call. A record that cannot be read
   // is given to `fail`; without it, it is a Problem. Returns false if the file is missing. Throws
-  // Problem if the file cannot be opened.
+  // Problem if the file cannot be opened, or becomes shorter in between.
   bool forEach(const Path& path, std::size_t recordLength, const Visit& visit,
                const Fail& fail = {});
 

@@ -7,8 +7,9 @@
 namespace quorrix {
 namespace {
 
-constexpr std::size_t kVisitedColumns = 20;  // also of the longest stamp that cannot be read
+constexpr std::size_t kVisitedColumns = 20;  // also of the longest stamp that Quorrix writes
 constexpr std::size_t kSchemeColumns = 6;
+constexpr std::size_t kLeastForAddress = 20;  // otherwise it has a line of its own
 constexpr const char* kGap = "  ";
 constexpr const char* kIndentation = "    ";
 
@@ -55,8 +56,13 @@ void TableListing::addLine(std::string visited, std::string scheme, std::string 
                            const std::string& address) {
   std::string line = paddedTo(std::move(visited), kVisitedColumns) + kGap;
   line += paddedTo(std::move(scheme), kSchemeColumns) + kGap;
-  if (frame_.archiveColumns > 0) line += paddedTo(std::move(archive), frame_.archiveColumns) + kGap;
-  write(line + address);
+  if (frame_.archiveColumns > 0) {
+    line += paddedTo(cutToColumns(archive, frame_.archiveColumns), frame_.archiveColumns) + kGap;
+  }
+  const bool isNarrow = frame_.width && columnsOf(line) + kLeastForAddress > *frame_.width;
+  if (!isNarrow) return write(line + address);
+  write(line.substr(0, line.find_last_not_of(' ') + 1));
+  write(kIndentation + address);
 }
 
 void TableListing::addDetail(const char* name, const std::string& text) {

@@ -20,7 +20,9 @@ TEST(CsvLine, EscapesWhatATerminalCouldTakeForACommand) {
 }
 
 TEST(CsvLine, LetsNoSpreadsheetReadAFormula) {
-  EXPECT_EQ(csvLine({"=1+1", "+1", "-1", "@A1", "\tx", "a=1"}), "'=1+1,'+1,'-1,'@A1,'\tx,a=1\r\n");
+  EXPECT_EQ(csvLine({"=1+1", "+1", "-1", "@A1", "\tx", "a=1"}),
+            "'=1+1,'+1,'-1,'@A1,\"'\tx\",a=1\r\n");
+  EXPECT_EQ(csvLine({"a;=1", "a\t=1"}), "\"a;=1\",\"a\t=1\"\r\n");
   EXPECT_EQ(csvLine({"=HYPERLINK(\"http://x\",\"y\")", "\r=1"}),
             "\"'=HYPERLINK(\"\"http://x\"\",\"\"y\"\")\",\"'\r=1\"\r\n");
 }

@@ -61,12 +61,24 @@ TEST_F(ListTest, ShowsWhatIsKeptBelowItsSite) {
 }
 
 TEST_F(ListTest, CutsLinesOnATerminalOnly) {
-  terminalWidth = 40;
+  terminalWidth = 50;
   run({"list", "--no-archives"});
   EXPECT_EQ(output,
             "VISITED               SCHEME  ADDRESS\n"
-            "2026-11-21 16:05:00   http    news.harb\u2026\n"
-            "2026-01-02 00:00:00   https   www.garde\u2026\n");
+            "2026-11-21 16:05:00   http    news.harbour.exampl\u2026\n"
+            "2026-01-02 00:00:00   https   www.garden.example\n");
+}
+
+TEST_F(ListTest, WritesAddressesBelowOnANarrowTerminal) {
+  terminalWidth = 40;
+  run({"list", "--no-archives"});
+  EXPECT_EQ(output,
+            "VISITED               SCHEME\n"
+            "    ADDRESS\n"
+            "2026-11-21 16:05:00   http\n"
+            "    news.harbour.example/tides\n"
+            "2026-01-02 00:00:00   https\n"
+            "    www.garden.example\n");
 }
 
 TEST_F(ListTest, EscapesControlCharactersInTheTable) {

@@ -120,7 +120,7 @@ class Page(DataPagesTest):
         name = f"page-{type(browser).__name__}-{'dark' if is_dark else 'light'}.png"
         path = os.path.join(self.folder, name)
         browser.save_picture(path)
-        self.assertLess(pictures.share_of_black(path), 0.5)
+        self.assertLess(pictures.share_of("black", path), 0.5)
         if os.environ.get("QUORRIX_EVIDENCE"):
             os.makedirs(os.environ["QUORRIX_EVIDENCE"], exist_ok=True)
             shutil.copy(path, os.environ["QUORRIX_EVIDENCE"])

@@ -19,13 +19,13 @@ constexpr const char* kAccessibilityVariable = "AT_SPI_BUS_ADDRESS";
 constexpr const char* kNoBus = "disabled:";
 constexpr std::chrono::milliseconds kBetweenKnocks{10};
 
-struct Acquaintance {
+struct ProbedBus {
   std::unique_ptr<BusConnection> connection;  // null if no bus accepts one
   bool isSilent = false;
 };
 
-Acquaintance meet(const std::string& addresses, const Deadline& deadline) {
-  Acquaintance bus{.connection = BusConnection::open(addresses)};
+ProbedBus probe(const std::string& addresses, const Deadline& deadline) {
+  ProbedBus bus{.connection = BusConnection::open(addresses)};
   while (!bus.connection && BusConnection::isQueueFull(addresses)) {
     bus.isSilent = deadline.hasPassed();
     if (bus.isSilent) return bus;
@@ -71,15 +71,15 @@ Silence silenceOfService(BusConnection& session, std::chrono::milliseconds patie
                                         DBUS_TYPE_INVALID)) {
     return {};
   }
-  return {.ofAccessibility = meet(address, deadline).isSilent};
+  return {.ofAccessibility = probe(address, deadline).isSilent};
 }
 
 Silence silence(std::chrono::milliseconds patience) {
-  const Acquaintance session = meet(sessionBusAddress(), Deadline(patience));
+  const ProbedBus session = probe(sessionBusAddress(), Deadline(patience));
   const char* const given = std::getenv(kAccessibilityVariable);
   if (given && *given) {
     return {.ofSession = session.isSilent,
-            .ofAccessibility = meet(given, Deadline(patience)).isSilent};
+            .ofAccessibility = probe(given, Deadline(patience)).isSilent};
   }
   const bool isReady = session.connection && session.connection->isReady();
   return isReady ? silenceOfService(*session.connection, patience)
