@@ -129,7 +129,7 @@ class Output(DataToolTest):
                              command)
 
     def test_lines_are_cut_at_the_width_of_a_terminal(self):
-        for columns, address in ((200, "news.harbour.example/tides"), (50, "news.harbo…")):
+        for columns, address in ((200, "news.harbour.example/tides"), (60, "news.harbour.example…")):
             ours, theirs = pty.openpty()
             fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
             subprocess.run([data_tool(), "list", "--data", self.data], stdout=theirs, check=True)
