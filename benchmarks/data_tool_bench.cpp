@@ -25,7 +25,7 @@ Path dataFolder(BenchData& data, std::size_t sites) {
 }
 
 // Runs the command under time(1), because a process inherits the peak of the one that started it,
-// and that is this one. Returns its own peak in KiB. Throws if it fails.
+// which here would be the benchmark. Returns its own peak in KiB. Throws if it fails.
 double peakOf(const std::string& command, const Path& folder) {
   const Path report = folder / "peak";
   const std::string line =

@@ -8,7 +8,7 @@
 namespace quorrix {
 
 // One line. A field that a spreadsheet would take for a formula gets an apostrophe before its
-// first character. Such a field begins with "=", "+", "-", "@", a tabulator or CR.
+// first character. Such a field begins with "=", "+", "-", "@", a tab or CR.
 [[nodiscard]] std::string csvLine(const std::vector<std::string>& fields);
 
 }  // namespace quorrix

@@ -1,5 +1,5 @@
-// The style and the script of the exported page. The page allows only these two, by their
-// digests. A test computes the digests again: change them with the texts.
+// The style and the script of the exported page. The page's policy allows only these
+// two, identified by digest. A test computes the digests again: change them with the texts.
 #pragma once
 
 namespace quorrix::html_page {

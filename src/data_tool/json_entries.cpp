@@ -33,7 +33,7 @@ std::string textOf(const Json& value) {
   return withoutControls(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-// Most texts need no escaping, and dump() takes its time.
+// Most texts need no escaping, and dump() is slow.
 bool needsNoEscape(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char byte) {
     return byte >= 0x20 && byte < 0x7F && byte != '"' && byte != '\\';

@@ -64,8 +64,8 @@ class Record {
     if (place != kNowhere) error(layout.offset + place, name + " contains a NUL.");
   }
 
-  // The boxes of Quorrix accept these characters, so they are no error. `isFine` are those that
-  // belong into a text of several lines.
+  // The boxes of Quorrix accept these characters, so they are no error. `fine` lists those that
+  // belong in a text of several lines.
   void remarkControls(FieldLayout layout, const std::string& name, std::string_view fine) const {
     const std::string_view field = fieldOf(bytes_, layout);
     const auto place = std::find_if(field.begin(), field.end(), [fine](char character) {

@@ -24,7 +24,7 @@ class SiteMatcher {
 
   // `record` is one of the site file. A record without an address does not match. Throws
   // kTypeMismatch if a date cannot be read. This applies to the date of any record with an
-  // address, also with UserSearchType::Url. It applies to the date searched for unless the
+  // address, even with UserSearchType::Url. It applies to the date searched for unless the
   // type is Url, as soon as there is a record to compare it with.
   [[nodiscard]] bool matches(std::span<const char> record);
 

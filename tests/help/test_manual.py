@@ -44,7 +44,7 @@ NO_MESSAGES = {
     "build with 64-bit file offsets",
     # The help of quorrix-data.
     "Check every file, record and date",
-    "Copy all files, also while Quorrix is running",
+    "Copy all files, even while Quorrix is running",
     "Exit status: 0 if everything is fine; 1 if check finds an error or search finds\\nno site; 2 if "
     "the command line is wrong or something cannot be read or written.",
     "Include passwords, in clear text",
@@ -55,10 +55,10 @@ NO_MESSAGES = {
     "Print the version and exit",
     "Print this help and exit",
     "Reads, checks and copies what Quorrix has recorded. It changes nothing.",
-    "Show also these, separated by commas: notes, purchases, logins",
+    "Also show these, separated by commas: notes, purchases, logins",
     "The file to write; by default standard output",
     "The folder for the copy, new or empty",
-    "The folder with the data files; by default that of your Quorrix",
+    "The folder with the data files; by default your Quorrix data folder",
     "What the address contains",
     "Write all data as one file",
     "json, csv, html or netscape-bookmarks",
