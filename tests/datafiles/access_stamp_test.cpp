@@ -209,5 +209,12 @@ TEST(ReadAccessStamp, FailsForWhatIsNoStamp) {
   }
 }
 
+TEST(ReadAccessStamp, ToleratesBlanksAndShortNumbers) {
+  const StampTime expected{.date = {2026, 7, 9}, .hour = 15, .minute = 4, .second = 5};
+  for (const char* const text : {"7/9/26  3:4:5 PM", "7/9/2026 03:04:05PM", "7/9/26 3: 4: 5 PM"}) {
+    EXPECT_EQ(readAccessStamp(text), expected) << text;
+  }
+}
+
 }  // namespace
 }  // namespace quorrix
