@@ -9,7 +9,7 @@ namespace quorrix {
 enum class ShownAddress {
   Same,     // the bar shows the address under which the page was loaded
   Newer,    // another address of the same host
-  Unclear,  // another host, also the same in its own script, or text that is not an address
+  Unclear,  // text that is not an address, another host, or this host in its own script
 };
 
 // Compares the bar's text with the address of the page. The bar leaves out the scheme,

@@ -30,8 +30,7 @@ struct WindowQuestion {
 struct WindowAnswer {
   HWND window = nullptr;
   std::string name;  // the accessible name, UTF-8; empty if it could not be read
-  // nullopt if the question did not ask for the page, or if the window shows none that can
-  // be read.
+  // nullopt if the page was not asked for or cannot be read.
   std::optional<PageReading> page;
   std::optional<bool> remembersHistory = std::nullopt;
 };
