@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -14,10 +15,17 @@
 namespace quorrix {
 namespace {
 
-constexpr std::wstring_view kFirefoxClass = L"MozillaWindowClass";
-constexpr std::wstring_view kChromiumClass = L"Chrome_WidgetWin_1";
-constexpr std::wstring_view kFirefoxProgram = L"firefox.exe";
-constexpr std::wstring_view kChromiumProgram = L"chrome.exe";
+// The programs whose windows have the class, and their browsers.
+struct Family {
+  std::wstring_view windowClass;
+  std::wstring_view program;
+  std::span<const BrowserKind> browsers;
+};
+
+constexpr BrowserKind kMozilla[] = {BrowserKind::Firefox};
+constexpr BrowserKind kChrome[] = {BrowserKind::GoogleChrome, BrowserKind::Chromium};
+constexpr Family kFirefox{L"MozillaWindowClass", L"firefox.exe", kMozilla};
+constexpr Family kChromium{L"Chrome_WidgetWin_1", L"chrome.exe", kChrome};
 
 std::wstring classOf(HWND window) {
   std::array<wchar_t, 64> name{};
@@ -50,17 +58,13 @@ DWORD processOf(HWND window) {
   return process;
 }
 
-// The text of a private window of Chromium is that of an ordinary one.
-std::optional<BrowserKind> browserOf(HWND window) {
+// By the text, which for a private window of Chromium is that of an ordinary one.
+std::optional<BrowserKind> browserOf(HWND window, std::span<const BrowserKind> candidates) {
   const std::string text = textOf(window);
-  if (classOf(window) == kFirefoxClass) {
-    const bool isNamed = titleKind(BrowserKind::Firefox, text) != TitleKind::NotOrdinary;
-    return isNamed ? std::optional(BrowserKind::Firefox) : std::nullopt;
-  }
-  for (const BrowserKind kind : {BrowserKind::GoogleChrome, BrowserKind::Chromium}) {
-    if (titleKind(kind, text) != TitleKind::NotOrdinary) return kind;
-  }
-  return std::nullopt;
+  const auto named = std::ranges::find_if(candidates, [&text](BrowserKind kind) {
+    return titleKind(kind, text) != TitleKind::NotOrdinary;
+  });
+  return named == candidates.end() ? std::nullopt : std::optional(*named);
 }
 
 BOOL CALLBACK collect(HWND window, LPARAM list) noexcept {
@@ -77,38 +81,32 @@ BOOL CALLBACK collect(HWND window, LPARAM list) noexcept {
 
 bool isLikeTodaysBrowsers(HWND window) {
   const std::wstring name = classOf(window);
-  return name == kFirefoxClass || name == kChromiumClass;
+  return name == kFirefox.windowClass || name == kChromium.windowClass;
 }
 
 std::vector<BrowserWindow> BrowserWindowList::visible() {
-  look();
+  std::vector<HWND> windows;
+  ::EnumWindows(collect, reinterpret_cast<LPARAM>(&windows));
+  const auto known = std::exchange(programs_, {});
   std::vector<BrowserWindow> found;
-  for (const HWND window : windows_) {
+  for (const HWND window : windows) {
     const DWORD process = processOf(window);
-    const bool isFirefox = classOf(window) == kFirefoxClass;
-    if (!areSame(programs_[process], isFirefox ? kFirefoxProgram : kChromiumProgram)) continue;
+    if (!programs_.contains(process)) {
+      const auto its = known.find(process);
+      programs_[process] =
+          its != known.end() ? its->second : programOf(process).filename().wstring();
+    }
+    const Family& family = classOf(window) == kFirefox.windowClass ? kFirefox : kChromium;
+    if (!areSame(programs_[process], family.program)) continue;
     if (!isVisible(window) || ::GetWindow(window, GW_OWNER) != nullptr) continue;
-    found.push_back({window, process, browserOf(window)});
+    found.push_back({window, process, browserOf(window, family.browsers)});
   }
   return found;
 }
 
-std::size_t BrowserWindowList::firefoxProcesses() {
-  look();
+std::size_t BrowserWindowList::firefoxProcesses() const {
   return static_cast<std::size_t>(std::ranges::count_if(
-      programs_, [](const auto& entry) { return areSame(entry.second, kFirefoxProgram); }));
-}
-
-void BrowserWindowList::look() {
-  windows_.clear();
-  ::EnumWindows(collect, reinterpret_cast<LPARAM>(&windows_));
-  const auto known = std::exchange(programs_, {});
-  for (const HWND window : windows_) {
-    const DWORD process = processOf(window);
-    if (programs_.contains(process)) continue;
-    const auto its = known.find(process);
-    programs_[process] = its != known.end() ? its->second : programOf(process).filename().wstring();
-  }
+      programs_, [](const auto& entry) { return areSame(entry.second, kFirefox.program); }));
 }
 
 }  // namespace quorrix

@@ -29,16 +29,13 @@ class BrowserWindowList {
   // hidden, minimised or cloaked, and not owned by another window.
   [[nodiscard]] std::vector<BrowserWindow> visible();
 
-  // How many processes of Firefox have windows, in whatever state.
-  [[nodiscard]] std::size_t firefoxProcesses();
+  // How many processes of Firefox had windows then, in whatever state.
+  [[nodiscard]] std::size_t firefoxProcesses() const;
 
  private:
-  void look();
-
   // Finding the program of a process takes long, so it is remembered while the process has
   // windows.
   std::map<DWORD, std::wstring> programs_;
-  std::vector<HWND> windows_;  // of all programs that are built from the same parts
 };
 
 }  // namespace quorrix
