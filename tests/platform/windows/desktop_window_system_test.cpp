@@ -172,14 +172,18 @@ TEST_F(DesktopWindowSystemTest, SeesLinksAndReloadsAndTabs) {
   }
 }
 
-TEST_F(DesktopWindowSystemTest, SeesAPageOfFirefoxThatIsShownAgainWithoutBeingNamed) {
-  const auto browser = firefox();
-  ASSERT_TRUE(visits(kPage));
-  show(*browser, kOtherPage);
-  ASSERT_TRUE(visits(kOtherPage));
-  browser->tell("back 1");
-  EXPECT_TRUE(visits(kPage));
-  EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage, kPage}));
+TEST_F(DesktopWindowSystemTest, SeesAPageOfFirefoxThatIsShownAgainNamedOrNot) {
+  for (const char* const row : {"named-after-back 0", "named-after-back 1"}) {
+    const auto browser = firefox();
+    browser->tell(std::string("behave ") + row);
+    visits_.clear();
+    ASSERT_TRUE(visits(kPage));
+    show(*browser, kOtherPage);
+    ASSERT_TRUE(visits(kOtherPage));
+    browser->tell("back 1");
+    EXPECT_TRUE(visits(kPage)) << row;
+    EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage, kPage})) << row;
+  }
 }
 
 // Firefox keeps the documents of all tabs, and those of a side bar.
@@ -233,17 +237,6 @@ TEST_F(DesktopWindowSystemTest, SeesAnAddressThatAScriptPushesInADocumentThatFol
   browser->tell(std::string("push ") + kOtherPage);
   EXPECT_TRUE(visits(kOtherPage));
   EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage}));
-}
-
-TEST_F(DesktopWindowSystemTest, SeesAPageOfFirefoxThatIsShownAgainAndNamed) {
-  const auto browser = firefox();
-  browser->tell("behave named-after-back 1");
-  ASSERT_TRUE(visits(kPage));
-  show(*browser, kOtherPage);
-  ASSERT_TRUE(visits(kOtherPage));
-  browser->tell("back 1");
-  EXPECT_TRUE(visits(kPage));
-  EXPECT_EQ(visitsWithin(), (Visits{kPage, kOtherPage, kPage}));
 }
 
 TEST_F(DesktopWindowSystemTest, TakesAnAddressFromTheBarOfChromiumWithATitle) {
@@ -376,10 +369,11 @@ TEST_F(DesktopWindowSystemTest, CountsAFirefoxWithoutAWindowOnTheScreen) {
   const auto minimised = firefox();
   minimised->tell("minimised 1");
   BrowserWindowList list;
+  EXPECT_TRUE(list.visible().empty());
   EXPECT_EQ(list.firefoxProcesses(), 1U);
   minimised->tell("name Secrets \u2014 Mozilla Firefox Private Browsing");
-  EXPECT_EQ(list.firefoxProcesses(), 1U);
   EXPECT_TRUE(list.visible().empty());
+  EXPECT_EQ(list.firefoxProcesses(), 1U);
 }
 
 TEST_F(DesktopWindowSystemTest, ReadsAWindowWithATitleOfAnyLength) {

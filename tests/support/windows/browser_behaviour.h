@@ -9,36 +9,30 @@
 
 namespace quorrix::test {
 
+// The defaults are what both browsers do.
 struct BrowserBehaviour {
   const wchar_t* windowClass;
-  const wchar_t* pageClass;  // of the child window that shows the page; null if there is none
+  const wchar_t* pageClass;  // of the child window with the page; null if it has no such window
   bool textTellsPrivate;     // the window's text says that it is private, as its name does
-
-  long windowRole;  // of the object that the window answers with
-  long toolBarRole;
-  long addressBarRole;
-  long tabRole;
-  long documentRole;
-  long stateOfHiddenTab;  // and of its document
-
-  bool mustBeWoken;  // by WM_GETOBJECT with 1 to the page and a name asked for
-  DWORD wakingTime;  // milliseconds from then until a document has its address
+  bool mustBeWoken;          // by WM_GETOBJECT with 1 to the page, and by asking for a name
+  DWORD wakingTime;          // milliseconds from then until a document has its address
 
   bool namesShownDocument;      // by NAVRELATION_EMBEDS of the window's object
   bool namesDocumentAfterBack;  // also after Back to a document that was kept in memory
   bool keepsAddressAfterPush;   // when a script changes the address, the document has the old one
+
+  long windowRole = ROLE_SYSTEM_APPLICATION;  // of the object that the window answers with
+  long toolBarRole = ROLE_SYSTEM_TOOLBAR;
+  long addressBarRole = ROLE_SYSTEM_TEXT;
+  long tabRole = ROLE_SYSTEM_PROPERTYPAGE;
+  long documentRole = ROLE_SYSTEM_DOCUMENT;
+  long stateOfHiddenTab = STATE_SYSTEM_OFFSCREEN;  // and of its document
 };
 
 inline constexpr BrowserBehaviour kFirefox{
     .windowClass = L"MozillaWindowClass",
     .pageClass = nullptr,
     .textTellsPrivate = true,
-    .windowRole = ROLE_SYSTEM_APPLICATION,
-    .toolBarRole = ROLE_SYSTEM_TOOLBAR,
-    .addressBarRole = ROLE_SYSTEM_TEXT,
-    .tabRole = ROLE_SYSTEM_PROPERTYPAGE,
-    .documentRole = ROLE_SYSTEM_DOCUMENT,
-    .stateOfHiddenTab = STATE_SYSTEM_OFFSCREEN,
     .mustBeWoken = false,
     .wakingTime = 0,
     .namesShownDocument = true,
@@ -51,12 +45,6 @@ inline constexpr BrowserBehaviour kChromium{
     .windowClass = L"Chrome_WidgetWin_1",
     .pageClass = L"Chrome_RenderWidgetHostHWND",
     .textTellsPrivate = false,
-    .windowRole = ROLE_SYSTEM_APPLICATION,
-    .toolBarRole = ROLE_SYSTEM_TOOLBAR,
-    .addressBarRole = ROLE_SYSTEM_TEXT,
-    .tabRole = ROLE_SYSTEM_PROPERTYPAGE,
-    .documentRole = ROLE_SYSTEM_DOCUMENT,
-    .stateOfHiddenTab = STATE_SYSTEM_OFFSCREEN,
     .mustBeWoken = true,
     .wakingTime = 300,
     .namesShownDocument = false,
