@@ -13,6 +13,7 @@
 #include "platform/folder_claim.h"
 #include "platform/privacy.h"
 #include "platform/program_folder.h"
+#include "platform/real_file_system.h"
 #include "platform/system_clock.h"
 #include "platform/system_code_page.h"
 #include "shell/bring_up.h"
@@ -26,14 +27,12 @@
 
 #include "platform/windows/desktop_window_system.h"
 #include "platform/windows/windows_command_shell.h"
-#include "platform/windows/windows_file_system.h"
 #else
 #include <QAccessible>
 #include <QMenuBar>
 #include <QSocketNotifier>
 
 #include "platform/linux/accessible_window_system.h"
-#include "platform/linux/posix_file_system.h"
 #include "platform/linux/session_bus.h"
 #include "platform/linux/silent_buses.h"
 #include "platform/linux/x11_activation.h"
@@ -44,7 +43,6 @@
 namespace {
 
 #ifdef _WIN32
-using RealFileSystem = quorrix::WindowsFileSystem;
 using RealCommandShell = quorrix::WindowsCommandShell;
 struct SilentBuses {};  // there are no buses
 
@@ -61,7 +59,6 @@ void activate(const QWidget& /*window*/) {}  // the later start has passed the f
 
 void connectToolkit(SilentBuses& /*silent*/) {}
 #else
-using RealFileSystem = quorrix::PosixFileSystem;
 using RealCommandShell = quorrix::QtCommandShell;
 using quorrix::SilentBuses;
 
@@ -148,7 +145,7 @@ int main(int argc, char* argv[]) {
     return 1;
   }
   quorrix::SystemClock clock;
-  RealFileSystem files;
+  quorrix::RealFileSystem files;
   auto windows = windowSystem(clock, *codePage);
   quorrix::QtEventPump events;
   RealCommandShell commandShell(*codePage);

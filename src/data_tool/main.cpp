@@ -14,21 +14,10 @@
 #include "platform/failure.h"
 #include "platform/privacy.h"
 #include "platform/program_folder.h"
+#include "platform/real_file_system.h"
 #include "platform/system_code_page.h"
 
-#ifdef _WIN32
-#include "platform/windows/windows_file_system.h"
-#else
-#include "platform/linux/posix_file_system.h"
-#endif
-
 namespace {
-
-#ifdef _WIN32
-using RealFileSystem = quorrix::WindowsFileSystem;
-#else
-using RealFileSystem = quorrix::PosixFileSystem;
-#endif
 
 // Quorrix waits for 400 ms for a file. While this program waits for one file of several, it must
 // not keep the others from Quorrix for that long.
@@ -46,7 +35,7 @@ quorrix::Path userFolder() {
 }
 
 int run(int argc, char* argv[]) {
-  RealFileSystem files(kLockPatience);
+  quorrix::RealFileSystem files(kLockPatience);
   const quorrix::CodePage codePage(quorrix::systemCodePage());
   quorrix::DataTool tool(
       {.files = files,

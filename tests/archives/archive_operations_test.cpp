@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/real_file_system.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
-#include "support/real_file_system.h"
 #include "support/site_record_bytes.h"
 #include "support/temporary_folder.h"
 
@@ -424,7 +424,7 @@ TEST_F(ArchiveOperationsTest, StopDeletingWithTheNumberOfWhateverCallFails) {
 
 TEST_F(ArchiveOperationsTest, WorkOnRealFiles) {
   const test::TemporaryFolder folder;
-  test::RealFileSystem real;
+  RealFileSystem real;
   const Path data = folder / "Data";
   const Path may = folder / "May";
   real.makeFolder(data);
@@ -461,7 +461,7 @@ Path anotherPathTo(const Path& folder) {
 
 TEST_F(ArchiveOperationsTest, KnowTheWorkingFolderUnderAnotherPath) {
   const test::TemporaryFolder folder;
-  test::RealFileSystem real;
+  RealFileSystem real;
   const Path data = folder / "Data";
   real.makeFolder(data);
   for (const char* name : kNames) folder.givenAFile(data / name, "x");

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/real_file_system.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
-#include "support/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -62,7 +62,7 @@ TEST_F(LastArchiveTest, StaysWhenItCannotBeReplaced) {
 
 TEST_F(LastArchiveTest, IsWrittenToARealFile) {
   const test::TemporaryFolder folder;
-  test::RealFileSystem real;
+  RealFileSystem real;
   real.makeFolder(folder / "Data");
   folder.givenAFile(Path("Data") / "load.txt", "none\n");
   rememberArchive(real, AppPaths(folder.path()), "/Archives/May");

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "data_tool/tool_stage.h"
-#include "support/real_file_system.h"
+#include "platform/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -117,7 +117,7 @@ TEST(BadFiles, WhatIsNoFileIsNamedAndTheOthersAreChecked) {
   ASSERT_EQ(::mkfifo((folder / "notes.dat").c_str(), 0600), 0);
   std::filesystem::create_symlink("nowhere", folder / "info.dat");
   folder.givenAFile("purchases.dat", "too short");
-  test::RealFileSystem files;
+  RealFileSystem files;
   std::string output;
   std::string error;
   DataTool tool({.files = files,

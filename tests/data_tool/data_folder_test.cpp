@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "data_tool/problem.h"
+#include "platform/real_file_system.h"
 #include "support/memory_file_system.h"
-#include "support/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -60,7 +60,7 @@ TEST(DataFolders, AreFoundFromWhereverTheFolderIsNamed) {
   std::filesystem::create_directories(folder / "Data");
   std::filesystem::create_directories(folder / "Archives" / "May");
   folder.givenAFile(Path("Archives") / "May" / "nodes.dat", "");
-  test::RealFileSystem files;
+  RealFileSystem files;
   for (const Path& name : {folder / "Data", folder / "Data" / "", folder / "Data" / ".",
                            folder / "Archives" / ".." / "Data"}) {
     EXPECT_EQ(archivesIn(files, name), (std::vector<std::string>{"", "May"})) << name;
@@ -86,7 +86,7 @@ TEST(DataFolders, DoNotFollowALinkThatLeadsBack) {
   std::filesystem::create_directory_symlink(folder / "Archives", folder / "Archives" / "Loop");
   std::filesystem::create_directory_symlink(folder / "Archives" / "May",
                                             folder / "Archives" / "Other");
-  test::RealFileSystem files;
+  RealFileSystem files;
   EXPECT_EQ(archivesIn(files, folder / "Data"), (std::vector<std::string>{"", "May", "Other"}));
 }
 #endif

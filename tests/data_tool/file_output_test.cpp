@@ -7,8 +7,8 @@
 #include <string>
 
 #include "data_tool/problem.h"
+#include "platform/real_file_system.h"
 #include "support/faulty_file_system.h"
-#include "support/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -32,7 +32,7 @@ class FileOutputTest : public testing::Test {
   }
 
   test::TemporaryFolder folder_;
-  test::RealFileSystem real_;
+  RealFileSystem real_;
   test::FaultyFileSystem files_{real_};
 };
 

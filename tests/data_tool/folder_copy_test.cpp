@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "data_tool/problem.h"
+#include "platform/real_file_system.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
-#include "support/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -61,7 +61,7 @@ class FolderCopyTest : public testing::Test {
                                       "purchases.dat"};
 
   test::TemporaryFolder folder_;
-  test::RealFileSystem real_{std::chrono::milliseconds(1)};
+  RealFileSystem real_{std::chrono::milliseconds(1)};
   test::FaultyFileSystem files_{real_};
 };
 

@@ -11,7 +11,7 @@
 
 #include "main_window/help_file.h"
 #include "main_window/help_window.h"
-#include "support/real_file_system.h"
+#include "platform/real_file_system.h"
 
 namespace quorrix {
 namespace {
@@ -46,7 +46,7 @@ class ManualTest : public testing::Test {
     return texts;
   }
 
-  test::RealFileSystem files_;
+  RealFileSystem files_;
   std::string page_;
   HelpWindow window_{[](const QUrl&) {}, [](const auto& work) { work(); }};
 };

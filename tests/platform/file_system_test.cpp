@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/real_file_system.h"
 #include "support/failure_number.h"
-#include "support/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -50,7 +50,7 @@ class RealFileSystemTest : public testing::Test {
   }
 
   test::TemporaryFolder folder_;
-  test::RealFileSystem files_;
+  RealFileSystem files_;
 };
 
 using FolderExists = RealFileSystemTest;
@@ -155,7 +155,7 @@ TEST_F(OpenRandomAccess, FailsForAReadOnlyFile) {
 }
 
 TEST_F(OpenRandomAccess, FailsAsInUseWhileTheFileIsOpenElsewhere) {
-  test::RealFileSystem impatient(kShortPatience);
+  RealFileSystem impatient(kShortPatience);
   const auto held = files_.openRandomAccess(folder_ / "nodes.dat");
   const auto open = [&] { return impatient.openRandomAccess(folder_ / "nodes.dat"); };
   EXPECT_EQ(failureNumberOf(open), 75);
@@ -169,7 +169,7 @@ TEST_F(OpenRandomAccess, IsPossibleAgainOnceTheFileIsClosed) {
 }
 
 TEST_F(OpenRandomAccess, WaitsForTheFileToBeClosed) {
-  test::RealFileSystem patient(std::chrono::seconds(60));
+  RealFileSystem patient(std::chrono::seconds(60));
   auto held = files_.openRandomAccess(folder_ / "nodes.dat");
   auto second = std::async(std::launch::async,
                            [&] { return patient.openRandomAccess(folder_ / "nodes.dat"); });
@@ -225,7 +225,7 @@ TEST_F(OpenForReading, IsPossibleForSeveralAtOnce) {
 }
 
 TEST_F(OpenForReading, AndOpeningForWritingExcludeEachOther) {
-  test::RealFileSystem impatient(kShortPatience);
+  RealFileSystem impatient(kShortPatience);
   const Path path = folder_.givenAFile("notes.dat", "kept");
   {
     const auto held = files_.openForReading(path);
@@ -258,7 +258,7 @@ TEST_F(OpenAsPermitted, ReadsAReadOnlyFile) {
 }
 
 TEST_F(OpenAsPermitted, FailsWhileTheFileIsOpenElsewhereInsteadOfOpeningItForReading) {
-  test::RealFileSystem impatient(kShortPatience);
+  RealFileSystem impatient(kShortPatience);
   const Path path = folder_.givenAFile("notes.dat", "kept");
   const auto held = files_.openForReading(path);
   EXPECT_EQ(failureNumberOf([&] { return impatient.openAsPermitted(path); }), 75);
@@ -334,7 +334,7 @@ TEST_F(DeleteFile, FailsForAReadOnlyFile) {
 }
 
 TEST_F(DeleteFile, FailsWhileTheFileIsOpenElsewhere) {
-  test::RealFileSystem impatient(kShortPatience);
+  RealFileSystem impatient(kShortPatience);
   const Path path = folder_.givenAFile("nodes.dat", "kept");
   for (const bool isForReading : {false, true}) {
     const auto held = isForReading ? files_.openForReading(path) : files_.openRandomAccess(path);
@@ -346,7 +346,7 @@ TEST_F(DeleteFile, FailsWhileTheFileIsOpenElsewhere) {
 }
 
 TEST_F(DeleteFile, WaitsForTheFileToBeClosed) {
-  test::RealFileSystem patient(std::chrono::seconds(60));
+  RealFileSystem patient(std::chrono::seconds(60));
   const Path path = folder_.givenAFile("nodes.dat", "first");
   auto held = files_.openRandomAccess(path);
   auto deletion = std::async(std::launch::async, [&] { patient.deleteFile(path); });
@@ -452,7 +452,7 @@ TEST_F(CopyFile, FailsForAReadOnlyTarget) {
 }
 
 TEST_F(CopyFile, FailsWhileEitherFileIsOpenElsewhere) {
-  test::RealFileSystem impatient(kShortPatience);
+  RealFileSystem impatient(kShortPatience);
   const Path from = folder_.givenAFile("nodes.dat", "new");
   const Path to = folder_.givenAFile("copy", "old");
   for (const Path& path : {from, to}) {
@@ -464,7 +464,7 @@ TEST_F(CopyFile, FailsWhileEitherFileIsOpenElsewhere) {
 }
 
 TEST_F(CopyFile, WaitsForTheTargetToBeClosed) {
-  test::RealFileSystem patient(std::chrono::seconds(60));
+  RealFileSystem patient(std::chrono::seconds(60));
   const Path from = folder_.givenAFile("nodes.dat", "new");
   const Path to = folder_.givenAFile("copy", "old");
   auto held = files_.openRandomAccess(to);
@@ -523,7 +523,7 @@ TEST_F(ReplaceByLine, FailsForAReadOnlyFile) {
 }
 
 TEST_F(ReplaceByLine, FailsWhileTheFileIsOpenElsewhere) {
-  test::RealFileSystem impatient(kShortPatience);
+  RealFileSystem impatient(kShortPatience);
   const Path path = folder_.givenAFile("load.txt", "none\r\n");
   const auto held = files_.openRandomAccess(path);
   EXPECT_EQ(failureNumberOf([&] { impatient.replaceByLine(path, "x"); }), 75);

@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "platform/real_file_system.h"
 #include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
-#include "support/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -359,7 +359,7 @@ TEST_F(SiteDeletionTest, StopsDeletingAllWithTheNumberOfWhateverCallFails) {
 
 TEST_F(SiteDeletionTest, WorksOnRealFiles) {
   const test::TemporaryFolder folder;
-  test::RealFileSystem real;
+  RealFileSystem real;
   paths_.setFolder(folder.path());
   for (const File& file : kFiles) {
     folder.givenAFile(file.path.filename(), recordsOf(file, {"a.a.a", "b.b.b", "a.a.a"}));

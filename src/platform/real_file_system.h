@@ -1,4 +1,4 @@
-// The file system of the platform that the test is built for.
+// The file system of the platform that the program is built for.
 #pragma once
 
 #ifdef _WIN32
@@ -7,7 +7,7 @@
 #include "platform/linux/posix_file_system.h"
 #endif
 
-namespace quorrix::test {
+namespace quorrix {
 
 #ifdef _WIN32
 using RealFileSystem = WindowsFileSystem;
@@ -15,4 +15,4 @@ using RealFileSystem = WindowsFileSystem;
 using RealFileSystem = PosixFileSystem;
 #endif
 
-}  // namespace quorrix::test
+}  // namespace quorrix
