@@ -118,6 +118,8 @@ WindowAnswer MsaaPageReader::readWindow(const WindowQuestion& question) {
   answer.page = browser_ == BrowserKind::Firefox
                     ? readFirefox(window)
                     : readChromium(question.window, window, answer.name);
+  // The page may belong to the name that the window has taken on since.
+  if (answer.page && window.root.name() != answer.name) answer.page.reset();
   return answer;
 }
 

@@ -30,7 +30,8 @@ struct WindowQuestion {
 struct WindowAnswer {
   HWND window = nullptr;
   std::string name;  // the accessible name, UTF-8; empty if it could not be read
-  // nullopt if the page was not asked for or cannot be read.
+  // nullopt if the page was not asked for or cannot be read, or if the name changed while it was
+  // read.
   std::optional<PageReading> page;
   std::optional<bool> remembersHistory = std::nullopt;
 };

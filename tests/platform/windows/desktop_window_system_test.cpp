@@ -415,6 +415,21 @@ TEST_F(DesktopWindowSystemTest, ReadsNoWindowWhoseNameCannotBeRead) {
   EXPECT_EQ(visitsWithin(), Visits{kPage});
 }
 
+TEST_F(DesktopWindowSystemTest, DiscardsAPageWhoseWindowTakesOnAPrivateNameWhileItIsRead) {
+  const std::unique_ptr<MsaaBrowser> browsers[] = {chromium(), firefox()};
+  const char* const names[] = {"News - Chromium (Incognito)",
+                               "News \u2014 Mozilla Firefox Private Browsing"};
+  for (std::size_t i = 0; i < 2; ++i) {
+    browsers[i]->tell("front");
+    visits_.clear();
+    ASSERT_TRUE(visits(kPage));
+    visitsWithin(400ms);
+    browsers[i]->tell(std::string("next-name ") + names[i]);
+    browsers[i]->tell(std::string("page ") + kOtherPage);
+    EXPECT_EQ(visitsWithin(), Visits{kPage}) << names[i];
+  }
+}
+
 TEST_F(DesktopWindowSystemTest, StopsReadingAWindowThatTakesOnAPrivateName) {
   const auto browser = chromium();
   ASSERT_TRUE(visits(kPage));

@@ -8,6 +8,7 @@
 //   name TEXT            the accessible name, and the window's text, which lacks " (...)"
 //                        at the end
 //   accessible-name TEXT the accessible name alone
+//   next-name TEXT       the accessible name as soon as a document's address was asked for
 //   page URL             a new document
 //   push URL             a script changes the address
 //   tab N                selects the tab with this document, counted from 1
@@ -41,6 +42,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -66,6 +68,7 @@ bool wasNameRead = false;
 DWORD awakeSince = 0;  // 0 while asleep
 DWORD nameHang = 0;
 bool diesInside = false;
+std::function<void()> afterNextAddress;  // was asked for
 unsigned calls = 0;
 unsigned askedOfThePage = 0;
 unsigned askedForAnAddress = 0;
@@ -127,8 +130,10 @@ class Object final : public IAccessible {
   HRESULT STDMETHODCALLTYPE get_accValue(VARIANT child, BSTR* text) override {
     count();
     if (diesInside) TerminateProcess(GetCurrentProcess(), 1);
-    if (role_ == behaviour.documentRole) ++askedForAnAddress;
-    const bool isHidden = role_ == behaviour.documentRole && !isAwake();
+    const bool isDocument = role_ == behaviour.documentRole;
+    if (isDocument) ++askedForAnAddress;
+    if (isDocument && afterNextAddress) std::exchange(afterNextAddress, nullptr)();
+    const bool isHidden = isDocument && !isAwake();
     *text = SysAllocString(isHidden ? L"" : target(child).value.c_str());
     return S_OK;
   }
@@ -305,6 +310,8 @@ std::string obey(const std::string& line) {
     SetWindowTextW(window.frame, windowText(window.root->name).c_str());
   } else if (command == "accessible-name") {
     window.root->name = wide(text);
+  } else if (command == "next-name") {
+    afterNextAddress = [root = window.root, text] { root->name = wide(text); };
   } else if (command == "page") {
     auto* const made = new Object(behaviour.documentRole);
     made->value = wide(text);
