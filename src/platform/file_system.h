@@ -77,10 +77,9 @@ class FileSystem {
   virtual void deleteFile(const Path& path) = 0;
 
   // Deletes a file after it was copied to `copy`. If another program has written to the
-  // file since, it is first copied again, so that nothing is lost. Where a file cannot be
-  // deleted while it is locked, this is deleteFile(). Throws as deleteFile() and
-  // copyFile() do.
-  virtual void deleteCopiedFile(const Path& path, const Path& /*copy*/) { deleteFile(path); }
+  // file since, it is first copied again, so that nothing is lost. Throws as deleteFile()
+  // and copyFile() do.
+  virtual void deleteCopiedFile(const Path& path, const Path& copy) = 0;
 
   // Whether deleting `one` would delete the file that `other` leads to. The two paths may
   // differ in spelling and pass through links to folders. False if `one` is itself a link

@@ -356,6 +356,50 @@ TEST_F(DeleteFile, WaitsForTheFileToBeClosed) {
   EXPECT_FALSE(std::filesystem::exists(path));
 }
 
+using DeleteCopiedFile = RealFileSystemTest;
+
+TEST_F(DeleteCopiedFile, CopiesAgainWhatWasWrittenSinceTheCopy) {
+  for (const char* const written : {"recorD", "record and more", "rec"}) {
+    const Path path = folder_.givenAFile("nodes.dat", "record");
+    files_.copyFile(path, folder_ / "copy");
+    folder_.givenAFile("nodes.dat", written);
+    files_.deleteCopiedFile(path, folder_ / "copy");
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(folder_.bytesOf("copy"), written);
+  }
+}
+
+TEST_F(DeleteCopiedFile, DeletesAFileThatWasCopiedOntoItself) {
+  const Path path = folder_.givenAFile("nodes.dat", "record");
+  files_.deleteCopiedFile(path, folder_ / "." / "nodes.dat");
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(DeleteCopiedFile, FailsWithoutTheCopy) {
+  const Path path = folder_.givenAFile("nodes.dat", "record");
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteCopiedFile(path, folder_ / "copy"); }), 53);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "record");
+}
+
+TEST_F(DeleteCopiedFile, FailsWhileTheFileIsOpenElsewhere) {
+  RealFileSystem impatient(kShortPatience);
+  const Path path = folder_.givenAFile("nodes.dat", "record");
+  const Path copy = folder_.givenAFile("copy", "rec");
+  const auto held = files_.openForReading(path);
+  EXPECT_TRUE(failsBecauseInUse([&] { impatient.deleteCopiedFile(path, copy); }));
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "record");
+  EXPECT_EQ(folder_.bytesOf("copy"), "rec");
+}
+
+TEST_F(DeleteCopiedFile, KeepsAFileThatCannotBeCopiedAgain) {
+  const Path path = folder_.givenAFile("nodes.dat", "record");
+  const Path copy = folder_.givenAFile("copy", "rec");
+  std::filesystem::permissions(copy, std::filesystem::perms::owner_read);
+  EXPECT_EQ(failureNumberOf([&] { files_.deleteCopiedFile(path, copy); }), 75);
+  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "record");
+  EXPECT_EQ(folder_.bytesOf("copy"), "rec");
+}
+
 using CopyFile = RealFileSystemTest;
 
 TEST_F(CopyFile, MakesAFileOfTheSameBytes) {

@@ -142,6 +142,11 @@ void MemoryFileSystem::deleteFile(const Path& path) {
   files_.erase(nameOf(path));
 }
 
+void MemoryFileSystem::deleteCopiedFile(const Path& path, const Path& copy) {
+  if (bytesOf(path) != bytesOf(copy)) copyFile(path, copy);
+  deleteFile(path);
+}
+
 bool MemoryFileSystem::isSameFile(const Path& one, const Path& other) {
   return holdsFile(one) && nameOf(one) == nameOf(other);
 }

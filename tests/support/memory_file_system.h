@@ -56,6 +56,7 @@ class MemoryFileSystem final : public FileSystem {
 
   // Deleting, copying over and replacing a file throw 75 if it is read-only or open.
   void deleteFile(const Path& path) override;
+  void deleteCopiedFile(const Path& path, const Path& copy) override;
   [[nodiscard]] bool isSameFile(const Path& one, const Path& other) override;
   void copyFile(const Path& from, const Path& to) override;
   void replaceByLine(const Path& path, std::string_view line) override;

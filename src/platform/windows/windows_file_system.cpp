@@ -227,11 +227,32 @@ void WindowsFileSystem::deleteFile(const Path& path) {
   if (!deleted) throw Failure::ofFileInUse();
 }
 
+// A file that is opened for this program alone can be deleted while it is open.
+void WindowsFileSystem::deleteCopiedFile(const Path& path, const Path& copy) {
+  if (!isBeingDeleted(path)) requireReplaceable(path);
+  UniqueHandle opened;
+  const bool isAlone = succeedsWithin(lockPatience_, [&] {
+    opened = openUnlessInUse(path, GENERIC_READ, FILE_SHARE_DELETE, OPEN_EXISTING);
+    return opened.isOpen();
+  });
+  if (!isAlone) throw Failure::ofFileInUse();
+  const bool isCopiedOntoItself = isNamed(opened, copy);
+  WindowsRandomAccessFile file(std::move(opened), path);
+  if (!isCopiedOntoItself && !holdSameBytes(file, *openForReading(copy))) {
+    replaceByCopyOf(file, copy);
+  }
+  deleteFile(path);
+}
+
 void WindowsFileSystem::copyFile(const Path& from, const Path& to) {
   UniqueHandle opened = openLocked(from, Access::Read);
   if (isNamed(opened, to)) return;
-  if (!isBeingDeleted(to)) static_cast<void>(isReplaceable(to));
   WindowsRandomAccessFile source(std::move(opened), from);
+  replaceByCopyOf(source, to);
+}
+
+void WindowsFileSystem::replaceByCopyOf(RandomAccessFile& source, const Path& to) {
+  if (!isBeingDeleted(to)) static_cast<void>(isReplaceable(to));
   replace(to, [&source](RandomAccessFile& next) { writeCopy(source, next); });
 }
 

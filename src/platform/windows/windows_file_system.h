@@ -38,6 +38,7 @@ class WindowsFileSystem final : public FileSystem {
 
   // Waits, as an open does, while another program has the file open.
   void deleteFile(const Path& path) override;
+  void deleteCopiedFile(const Path& path, const Path& copy) override;
 
   // Locks `from` during the copy. Waits, as an open does, for another program to close `to`.
   void copyFile(const Path& from, const Path& to) override;
@@ -58,6 +59,7 @@ class WindowsFileSystem final : public FileSystem {
  private:
   enum class Access { Read, ReadWrite };
   [[nodiscard]] UniqueHandle openLocked(const Path& path, Access access);
+  void replaceByCopyOf(RandomAccessFile& source, const Path& to);
   void replace(const Path& path, const std::function<void(RandomAccessFile&)>& write);
 
   std::chrono::milliseconds lockPatience_;

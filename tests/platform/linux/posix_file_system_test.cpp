@@ -109,29 +109,6 @@ TEST_F(PosixFileSystemTest, DeletesALinkAndLeavesWhatItLeadsTo) {
   EXPECT_EQ(folder_.bytesOf("target.dat"), "kept");
 }
 
-TEST_F(PosixFileSystemTest, CopiesAgainWhatWasWrittenBeforeItDeletesACopiedFile) {
-  for (const char* const written : {"recorD", "record and more", "rec"}) {
-    const Path path = folder_.givenAFile("nodes.dat", "record");
-    files_.copyFile(path, folder_ / "copy");
-    folder_.givenAFile("nodes.dat", written);
-    files_.deleteCopiedFile(path, folder_ / "copy");
-    EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_EQ(folder_.bytesOf("copy"), written);
-  }
-}
-
-TEST_F(PosixFileSystemTest, DeletesAFileThatWasCopiedOntoItself) {
-  const Path path = folder_.givenAFile("nodes.dat", "record");
-  files_.deleteCopiedFile(path, folder_ / "." / "nodes.dat");
-  EXPECT_FALSE(std::filesystem::exists(path));
-}
-
-TEST_F(PosixFileSystemTest, DeletesNoCopiedFileWhoseCopyIsMissing) {
-  const Path path = folder_.givenAFile("nodes.dat", "record");
-  EXPECT_EQ(failureNumberOf([&] { files_.deleteCopiedFile(path, folder_ / "copy"); }), 53);
-  EXPECT_EQ(folder_.bytesOf("nodes.dat"), "record");
-}
-
 TEST_F(PosixFileSystemTest, DeletesNoPipe) {
   const Path pipe = folder_ / "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
