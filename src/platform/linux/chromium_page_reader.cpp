@@ -94,6 +94,10 @@ ChromiumPageReader::Step ChromiumPageReader::findSides() {
     if (sides_.size() != containers) sides_.clear();
   }
   side_ = 0;
+  // What is known about a split is about the sides before, of which there may be more. The
+  // next look comes at once.
+  activeSide_.reset();
+  readings_ = 0;
   if (sides_.empty()) readingsUntilSearch_ = kReadingsBetweenSearches;
   return Step::Done;
 }

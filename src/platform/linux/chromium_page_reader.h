@@ -67,7 +67,7 @@ class ChromiumPageReader final : public PageReader {
   std::optional<AccessibleId> document_;   // that the frame embeds
   std::optional<AccessibleId> container_;  // of that document, as last known
   std::optional<AccessibleId> shown_;      // the document of the side in use
-  unsigned readings_ = 0;
+  unsigned readings_ = 0;                  // since the sides were searched for
   unsigned readingsUntilSearch_ = 0;
 };
 
