@@ -128,7 +128,7 @@ void TrackingLoop::writeVisitsAgain() {
 void TrackingLoop::writeVisitsBeforeFailure() {
   try {
     writeVisits();
-  } catch (const Failure&) {
+  } catch (...) {
     // Writing the file failed, too.
   }
   giveVisitsUp();

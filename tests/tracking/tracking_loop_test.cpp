@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -481,6 +483,15 @@ TEST_F(TrackingLoopTest, WritesARecordOnceThoughItsSyncFailed) {
   EXPECT_EQ(file(), record("one.two.three/a", 'N'));
 }
 
+TEST_F(TrackingLoopTest, WritesARecordForWhichMemoryRanOutAtTheNextVisit) {
+  files_.onEveryCall([] { throw std::bad_alloc(); });
+  EXPECT_THROW(visit("http://one.two.three/a"), std::bad_alloc);
+  loop_.stopAfterFailure();
+  files_.reset();
+  visit("http://one.two.three/a");
+  EXPECT_EQ(file(), record("one.two.three/a", 'N'));
+}
+
 // --- a file that another program has locked --------------------------------------------------
 
 // Holds the site file open from the second pass until pass `last`.
@@ -552,6 +563,67 @@ TEST_F(TrackingLoopTest, WritesAWaitingVisitWhenAnotherFailureEndsIt) {
   });
   EXPECT_EQ(failureNumberOf([this] { loop_.startTracking(); }), 57);
   EXPECT_EQ(file(), record("one.two.three/a", 'N') + record("one.two.three/b", 'N'));
+}
+
+// The waiting visit is not written, because the second failure hits the same operation.
+void expectFirstFailure(TrackingSession& session, const std::function<void()>& secondFailure) {
+  OtherProgram other;
+  session.events_.atEachPump([&, pass = 1](int) mutable { other.atPass(++pass, session, 6); });
+  session.windows_.atEachEnumeration([&](int enumeration) {
+    session.windows_.show({enumeration == 4 ? connectingBrowser("http://one.two.three/b")
+                                            : idleBrowser("http://one.two.three/a")});
+    if (enumeration < 7) return;
+    secondFailure();
+    throw Failure(57);
+  });
+  EXPECT_EQ(failureNumberOf([&] { session.loop_.startTracking(); }), 57);
+  EXPECT_EQ(session.file(), record("one.two.three/a", 'N'));
+  session.loop_.stopAfterFailure();
+  session.files_.reset();
+  session.events_.atEachPump(nullptr);
+  session.visit("http://one.two.three/b");
+  EXPECT_EQ(session.file(), record("one.two.three/a", 'N') + record("one.two.three/b", 'N'));
+}
+
+TEST_F(TrackingLoopTest, PassesOnTheFirstFailureIfAWaitingVisitCannotBeWrittenEither) {
+  expectFirstFailure(*this, [this] { files_.failAtCall(FileCall::WriteAt, 1, 61); });
+}
+
+TEST_F(TrackingLoopTest, PassesOnTheFirstFailureIfMemoryRunsOutForAWaitingVisit) {
+  expectFirstFailure(*this, [this] { files_.onEveryCall([] { throw std::bad_alloc(); }); });
+}
+
+TEST_F(TrackingLoopTest, LosesAWaitingVisitWithoutAWordWhenAbandoned) {
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable {
+    other.atPass(++pass, *this, 100);
+    if (pass == 8) loop_.abandon();
+  });
+  windows_.atEachEnumeration([this](int enumeration) {
+    windows_.show({enumeration == 4 ? connectingBrowser("http://one.two.three/b")
+                                    : idleBrowser("http://one.two.three/a")});
+  });
+  loop_.startTracking();
+  other.file.reset();
+  EXPECT_EQ(file(), record("one.two.three/a", 'N'));
+}
+
+// The user deletes the site from the display while its visit waits.
+TEST_F(TrackingLoopTest, StampsTheRecordOfAWaitingVisitWhoseNodeIsGone) {
+  givenTheFile(record("one.two.three/b", 'N', "1/2/25 3:04:05 AM~"));
+  OtherProgram other;
+  events_.atEachPump([&, pass = 1](int) mutable {
+    if (!loop_.isTracking()) return;
+    other.atPass(++pass, *this, 6);
+    if (pass == 5) tree_.remove(tree_.at("one.two.three"));
+    if (pass == 8) loop_.stopTracking();
+  });
+  windows_.atEachEnumeration([this](int enumeration) {
+    windows_.show({enumeration == 4 ? connectingBrowser("https://one.two.three/b")
+                                    : idleBrowser("http://one.two.three/a")});
+  });
+  EXPECT_EQ(failureNumberOf([this] { loop_.startTracking(); }), 35601);
+  EXPECT_EQ(file(), record("one.two.three/b", 'S') + record("one.two.three/a", 'N'));
 }
 
 TEST_F(TrackingLoopTest, KeepsNoVisitForTheNextStart) {
