@@ -137,6 +137,8 @@ class Program {
       objects_[words[1]].name = std::string(std::stoul(words[2]), 'x');
     } else if (words[0] == "wrong") {
       wrongMembers_.insert(words[1]);
+    } else if (words[0] == "refuse") {
+      refusedMembers_.insert(words[1]);
     } else if (words[0] == "time") {
       answerTime_ = std::stoi(words[1]);
     } else if (words[0] == "remove") {
@@ -165,7 +167,7 @@ class Program {
         path == "/org/a11y/bus"
             ? answerAsService(call, member, out)
             : object != objects_.end() && answerAsObject(call, path, object->second, out);
-    if (!known) {
+    if (!known || refusedMembers_.contains(member)) {
       dbus_message_unref(reply);
       reply = dbus_message_new_error(call, DBUS_ERROR_UNKNOWN_OBJECT, path.c_str());
     }
@@ -174,13 +176,18 @@ class Program {
   }
 
   bool answerAsService(DBusMessage* call, const std::string& member, DBusMessageIter& out) {
+    const bool isWrong = wrongMembers_.contains(member);
     if (member == "GetAddress") {
-      appendText(out, busAddress_);
+      isWrong ? appendWrong(out) : appendText(out, busAddress_);
     } else if (member == "Get") {
       DBusMessageIter variant;
       const dbus_bool_t value = isSwitchedOn_;
-      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, "b", &variant);
-      dbus_message_iter_append_basic(&variant, DBUS_TYPE_BOOLEAN, &value);
+      dbus_message_iter_open_container(&out, DBUS_TYPE_VARIANT, isWrong ? "ad" : "b", &variant);
+      if (isWrong) {
+        appendWrong(variant);
+      } else {
+        dbus_message_iter_append_basic(&variant, DBUS_TYPE_BOOLEAN, &value);
+      }
       dbus_message_iter_close_container(&out, &variant);
     } else if (member == "Set") {
       isSwitchedOn_ = dbus_message_has_signature(call, "ssv") != 0;
@@ -344,6 +351,7 @@ class Program {
   DBusConnection* connection_ = nullptr;
   std::map<std::string, FakeObject> objects_;
   std::set<std::string> wrongMembers_;
+  std::set<std::string> refusedMembers_;
   std::string calls_;
   std::string busAddress_;
   std::string programName_;
@@ -400,6 +408,10 @@ void FakeAccessibleProgram::setLongName(const std::string& path, std::size_t byt
 
 void FakeAccessibleProgram::answerWrongly(const std::string& member) {
   static_cast<void>(command("wrong\t" + member));
+}
+
+void FakeAccessibleProgram::refuse(const std::string& member) {
+  static_cast<void>(command("refuse\t" + member));
 }
 
 void FakeAccessibleProgram::setAnswerTime(std::chrono::milliseconds time) {

@@ -61,6 +61,9 @@ class FakeAccessibleProgram {
   // expects.
   void answerWrongly(const std::string& member);
 
+  // From now on calls of this method fail, although they take effect.
+  void refuse(const std::string& member);
+
   // From now on each answer takes this long, one after the other.
   void setAnswerTime(std::chrono::milliseconds time);
 

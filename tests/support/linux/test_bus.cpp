@@ -12,7 +12,7 @@
 
 namespace quorrix::test {
 
-TestBus::TestBus() {
+TestBus::TestBus(TestBusOptions options) : options_(options) {
   std::string pattern = std::filesystem::temp_directory_path() / "quorrix-bus-XXXXXX";
   if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
   folder_ = pattern;
@@ -20,7 +20,8 @@ TestBus::TestBus() {
       << "<busconfig><type>session</type><listen>" << address() << "</listen>"
       << "<auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
       << "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/><allow "
-         "own=\"*\"/></policy></busconfig>\n";
+         "own=\"*\"/></policy><limit name=\"max_completed_connections\">"
+      << options_.mostClients << "</limit></busconfig>\n";
   start();
 }
 
@@ -29,7 +30,9 @@ TestBus::~TestBus() {
   std::filesystem::remove_all(folder_);
 }
 
-std::string TestBus::address() const { return "unix:path=" + (folder_ / "bus").string(); }
+std::string TestBus::address() const {
+  return (options_.isAbstract ? "unix:abstract=" : "unix:path=") + (folder_ / "bus").string();
+}
 
 // The daemon writes its address once it listens, so reading that waits for it.
 void TestBus::start() {

@@ -8,9 +8,14 @@
 
 namespace quorrix::test {
 
+struct TestBusOptions {
+  bool isAbstract = false;  // whether its socket has an abstract name instead of a path
+  int mostClients = 1000;   // it refuses the introduction of any more
+};
+
 class TestBus {
  public:
-  TestBus();  // returns when the bus answers
+  explicit TestBus(TestBusOptions options = {});  // returns when the bus answers
   ~TestBus();
   TestBus(const TestBus&) = delete;
   TestBus& operator=(const TestBus&) = delete;
@@ -25,6 +30,7 @@ class TestBus {
  private:
   void start();
 
+  TestBusOptions options_;
   std::filesystem::path folder_;
   pid_t process_ = -1;
 };
