@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -9,7 +10,11 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <future>
+#include <memory>
 
+#include "platform/linux/file_descriptor.h"
+#include "support/linux/child_process.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -102,6 +107,66 @@ TEST(FolderClaimOnLinux, IsNotTakenAwayByAnotherUser) {
   ASSERT_TRUE(squatter.isReady());
   FolderClaim claim;
   EXPECT_EQ(claim.claim(folder.path(), "", kNoPatience), ClaimResult::Unavailable);
+}
+
+// Connects to the program that has the claim, as a later start does.
+FileDescriptor callerOf(const FolderClaim& claim) {
+  sockaddr_un name{};
+  socklen_t size = sizeof name;
+  auto* const address = reinterpret_cast<sockaddr*>(&name);
+  ::getsockname(static_cast<int>(claim.signal()), address, &size);
+  FileDescriptor caller(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  EXPECT_EQ(::connect(caller.number(), address, size), 0);
+  return caller;
+}
+
+TEST(FolderClaimOnLinux, PassesNothingOnFromACallerThatEndsOrSaysNothing) {
+  const TemporaryFolder folder;
+  FolderClaim claim;
+  ASSERT_EQ(claim.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  static_cast<void>(callerOf(claim));  // it is closed at once
+  EXPECT_EQ(claim.takeRequest(), std::nullopt);
+  const FileDescriptor silent = callerOf(claim);
+  EXPECT_EQ(claim.takeRequest(), std::nullopt);
+  FolderClaim later;
+  ASSERT_EQ(later.claim(folder.path(), "token", kNoPatience), ClaimResult::Unanswered);
+  EXPECT_EQ(claim.takeRequest(), "token");
+}
+
+TEST(FolderClaimOnLinux, PassesNothingOnFromAnotherUser) {
+  if (::getuid() != 0) GTEST_SKIP() << "only root may start a process of another user";
+  const TemporaryFolder folder;
+  FolderClaim claim;
+  ASSERT_EQ(claim.claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  const int status = test::waitStatusOfAChild([&claim] {
+    if (::setuid(65534) != 0) return 1;
+    const FileDescriptor caller = callerOf(claim);
+    return ::send(caller.number(), "token\n", 6, MSG_NOSIGNAL) == 6 ? 0 : 1;
+  });
+  ASSERT_TRUE(WIFEXITED(status));
+  ASSERT_EQ(WEXITSTATUS(status), 0);
+  EXPECT_EQ(claim.takeRequest(), std::nullopt);
+}
+
+// It has accepted the connection and has read the request, so the later start waits for
+// the answer.
+TEST(FolderClaimOnLinux, IsTakenOverFromAProgramThatEndsBeforeItAnswers) {
+  const TemporaryFolder folder;
+  auto first = std::make_unique<FolderClaim>();
+  ASSERT_EQ(first->claim(folder.path(), "", kNoPatience), ClaimResult::Claimed);
+  FolderClaim second;
+  auto result = std::async(std::launch::async, [&] {
+    return second.claim(folder.path(), "token", std::chrono::seconds(20));
+  });
+  {
+    pollfd waiting{.fd = static_cast<int>(first->signal()), .events = POLLIN, .revents = 0};
+    ASSERT_EQ(::poll(&waiting, 1, 20'000), 1);
+    const FileDescriptor call(::accept(waiting.fd, nullptr, nullptr));
+    char request[16];
+    ASSERT_EQ(::recv(call.number(), request, sizeof request, 0), 6);
+    first.reset();
+  }
+  EXPECT_EQ(result.get(), ClaimResult::Claimed);
 }
 
 }  // namespace
