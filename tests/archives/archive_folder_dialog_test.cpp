@@ -374,6 +374,18 @@ TEST_P(ExistingArchiveDialogTest, OpensATypedPathWhenTheBoxIsLeft) {
   EXPECT_EQ(driveShownIn(dialog()), "/media/stick");
 }
 
+TEST_P(ExistingArchiveDialogTest, KeepsATypedPathWhileTheUserIsInAnotherWindow) {
+  open();
+  type("/media/stick");
+  for (const Qt::FocusReason reason : {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason}) {
+    QFocusEvent leave(QEvent::FocusOut, reason);
+    QApplication::sendEvent(&control<QLineEdit>(dialog(), "Text1"), &leave);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(openFolderOf(dialog()), "/opt/quorrix/Archives");
+    EXPECT_EQ(shownInBox(dialog()), "/media/stick");
+  }
+}
+
 TEST_P(ExistingArchiveDialogTest, BeginsATypedNameAtTheOpenFolder) {
   open();
   type("June");

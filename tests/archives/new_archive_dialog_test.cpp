@@ -68,6 +68,26 @@ TEST_F(NewArchiveDialogTest, MakesTheFolderInTheHighlightedOne) {
   EXPECT_TRUE(disk_.folderExists("/opt/quorrix/Archives/May/July"));
 }
 
+TEST_F(NewArchiveDialogTest, MakesTheFolderInTheOpenOneIfNoneIsHighlighted) {
+  open();
+  control<FolderList>(dialog_, "Dir1").clearSelection();
+  makeJuly();
+  EXPECT_TRUE(disk_.folderExists("/opt/quorrix/Archives/July"));
+}
+
+TEST_F(NewArchiveDialogTest, MakesNoFolderIfTheHighlightedOneCannotBeOpened) {
+  open();
+  clickOn(control<FolderList>(dialog_, "Dir1"), "May");
+  disk_.failListing("/opt/quorrix/Archives/May", 71);
+  enter("July");
+  messageBox_.expect("Disk not ready.", MessageBoxStyle::Critical);
+  press(dialog_, "OKButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+  EXPECT_TRUE(dialog_.isVisible());
+  EXPECT_EQ(openFolderOf(dialog_), "/opt/quorrix/Archives");
+  EXPECT_EQ(files_.callsOf(FileCall::MakeFolder), 0);
+}
+
 TEST_F(NewArchiveDialogTest, OpensWhereTheArchiveDialogIs) {
   chooseDrive(archiveDialog_, "/");
   openIn(archiveDialog_, "May");

@@ -214,6 +214,17 @@ TEST(ReadAccessStamp, ToleratesBlanksAndShortNumbers) {
   for (const char* const text : {"7/9/26  3:4:5 PM", "7/9/2026 03:04:05PM", "7/9/26 3: 4: 5 PM"}) {
     EXPECT_EQ(readAccessStamp(text), expected) << text;
   }
+  EXPECT_EQ(secondIn("7/9/26  3:4:5 AM"), "2026-7-9 3:4:5");
+  EXPECT_EQ(secondIn("7/9/26 12:4:5 AM"), "2026-7-9 0:4:5");
+}
+
+TEST(StampTime, IsOrderedByDateThenHourThenMinuteThenSecond) {
+  const StampTime noon{.date = {2026, 7, 9}, .hour = 12, .minute = 30, .second = 30};
+  EXPECT_LT((StampTime{.date = {2026, 7, 8}, .hour = 23, .minute = 59, .second = 59}), noon);
+  EXPECT_LT((StampTime{.date = {2026, 7, 9}, .hour = 11, .minute = 59, .second = 59}), noon);
+  EXPECT_LT((StampTime{.date = {2026, 7, 9}, .hour = 12, .minute = 29, .second = 59}), noon);
+  EXPECT_LT((StampTime{.date = {2026, 7, 9}, .hour = 12, .minute = 30, .second = 29}), noon);
+  EXPECT_LT(noon, (StampTime{.date = {2026, 7, 9}, .hour = 12, .minute = 30, .second = 31}));
 }
 
 }  // namespace

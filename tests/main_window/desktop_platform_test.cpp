@@ -101,6 +101,10 @@ TEST_F(LocaleOfDates, IsTheOneOfTimes) {
   qputenv("LC_ALL", "");
   EXPECT_EQ(localeOfDates(), QLocale(QLocale::English, QLocale::UnitedKingdom));
 }
+
+TEST_F(LocaleOfDates, IsTheSystemsIfNoVariableNamesOne) {
+  EXPECT_EQ(localeOfDates(), QLocale::system());
+}
 #endif
 
 }  // namespace

@@ -69,6 +69,15 @@ TEST_F(LineBoxTest, CanUndoAPasteOfACharacterWithoutAPlace) {
   EXPECT_EQ(box_.text(), QStringLiteral("ab?"));
 }
 
+TEST_F(LineBoxTest, PastesByTheKeysWhatIsStoredAsItIs) {
+  type(QStringLiteral("ab"));
+  box_.setCursorPosition(1);
+  QApplication::clipboard()->setText(QStringLiteral("XY"));
+  QTest::keyClick(&box_, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(box_.text(), QStringLiteral("aXYb"));
+  EXPECT_EQ(box_.cursorPosition(), 3);
+}
+
 TEST_F(LineBoxTest, MakesABlankOfAPastedLineBreak) {
   paste(QStringLiteral("a\r\nb\nc"));
   EXPECT_EQ(box_.text(), QStringLiteral("a b "));

@@ -216,6 +216,18 @@ TEST_F(PurchaseDialogsTest, WantAnItemSelected) {
   press(dialog, "Command1");
 }
 
+TEST_F(PurchaseDialogsTest, CloseTheListOnCancelAndOpenNothing) {
+  givenPurchases(purchaseRecord("one.two.three/a"));
+  PurchasesDialog dialog(parts());
+  bool somePurchasesToLoad = false;
+  dialog.Form_Load(somePurchasesToLoad);
+  control<QListWidget>(dialog, "List1").setCurrentRow(0);
+  dialog.show();
+  press(dialog, "CancelButton");
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(dialog.result(), QDialog::Rejected);
+}
+
 TEST_F(PurchaseDialogsTest, DeleteAPurchaseAndKeepTheListInStep) {
   givenPurchases(purchaseRecord("one.two.three/a", {.dateStamp = "1~"}) +
                  purchaseRecord("one.two.three/a", {.dateStamp = "2~"}));

@@ -126,5 +126,29 @@ TEST_F(UIDDialogTest, ShowsWhatWasNeverReadBeforeItDeletesIt) {
   EXPECT_EQ(file(), userIDPasswordRecord("one.two.three/a", "tulip7", "anna"));
 }
 
+TEST_F(UIDDialogTest, DeletesWhatWasNeverReadAfterTheSecondQuestion) {
+  givenRecord("tulip7", "anna");
+  UIDDialog dialog(parts());
+  loadInVain(dialog);
+  for (int question = 0; question < 2; ++question) {
+    messageBox_.expect("Delete user ID and password?", MessageBoxStyle::ConfirmQuestion,
+                       MessageBoxButton::Ok);
+  }
+  press(dialog, "DeleteButton");
+  EXPECT_EQ(file(), std::string(360, ' '));
+  EXPECT_EQ(control<QLineEdit>(dialog, "Text1").text(), QString());
+}
+
+TEST_F(UIDDialogTest, AsksOnceToDeleteIfThereIsNothing) {
+  UIDDialog dialog(parts());
+  loadInVain(dialog);
+  messageBox_.expect("Delete user ID and password?", MessageBoxStyle::ConfirmQuestion,
+                     MessageBoxButton::Ok);
+  press(dialog, "DeleteButton");
+  EXPECT_TRUE(messageBox_.isThrough());
+  EXPECT_FALSE(isEnabled(dialog, "DeleteButton"));
+  EXPECT_EQ(files_.callsOf(test::FileCall::WriteAt), 0);
+}
+
 }  // namespace
 }  // namespace quorrix

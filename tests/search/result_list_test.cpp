@@ -76,6 +76,45 @@ TEST_F(ResultListTest, GoesOnFromTheTopWhenItFindsNothingBelow) {
   EXPECT_EQ(list_.selectedRow(), 0);
 }
 
+TEST_F(ResultListTest, SearchesBelowAndThenAbove) {
+  list_.showAddresses({"one.two.three", "four.five.six", "one.two.four", "seven.eight.nine"});
+  const auto rowsFrom = [this](int start, const QString& text) {
+    QList<int> rows;
+    const QAbstractItemModel& model = *list_.model();
+    for (const QModelIndex& found : model.match(model.index(start, 0), Qt::DisplayRole, text, 1,
+                                                Qt::MatchStartsWith | Qt::MatchWrap)) {
+      rows.push_back(found.row());
+    }
+    return rows;
+  };
+  EXPECT_EQ(rowsFrom(1, QStringLiteral("ONE")), QList<int>{2});
+  EXPECT_EQ(rowsFrom(3, QStringLiteral("ONE")), QList<int>{0});
+  EXPECT_EQ(rowsFrom(2, QStringLiteral("four")), QList<int>{1});
+  EXPECT_EQ(rowsFrom(2, QStringLiteral("x")), QList<int>{});
+}
+
+// As screen readers and tools search it.
+TEST_F(ResultListTest, LeavesSearchesOfOtherKindsToQt) {
+  list_.showAddresses({"one.two.three", "four.five.six", "one.two.four"});
+  const QAbstractItemModel& model = *list_.model();
+  const auto found = model.match(model.index(0, 0), Qt::DisplayRole, QStringLiteral("four"), -1,
+                                 Qt::MatchContains);
+  ASSERT_EQ(found.size(), 2);
+  EXPECT_EQ(found[0].row(), 1);
+  EXPECT_EQ(found[1].row(), 2);
+}
+
+TEST_F(ResultListTest, HasNoToolTipsUnlessTheyAreDescribed) {
+  list_.showAddresses({"one.two.three"});
+  const QModelIndex row = list_.model()->index(0, 0);
+  EXPECT_FALSE(row.data(Qt::ToolTipRole).isValid());
+  list_.describeBy([](const std::string& address) {
+    return QString::fromStdString(address) + QStringLiteral("\n<b>");
+  });
+  EXPECT_EQ(row.data(Qt::ToolTipRole).toString(),
+            QStringLiteral("<p style='white-space:pre'>one.two.three\n&lt;b&gt;</p>"));
+}
+
 TEST_F(ResultListTest, IsNeverWiderThanItIs) {
   list_.showAddresses({"one.two.three/" + std::string(250, 'w'), "four.five.six"});
   QCoreApplication::processEvents();

@@ -196,6 +196,15 @@ TEST_F(SearchDialogTest, GivesTheKeyboardToTheTextWhenNothingMatches) {
   EXPECT_EQ(control<QLineEdit>(dialog_, "Text3").selectedText(), QStringLiteral("tulip"));
 }
 
+TEST_F(SearchDialogTest, LeavesTheKeyboardWhereItIsWhenNoDateMatches) {
+  dialog_.show();
+  choose(dialog_, "Option2");
+  control<QLineEdit>(dialog_, "Text2").setFocus();
+  messageBox_.expect("No matches found.", MessageBoxStyle::Information);
+  press(dialog_, "OKButton");
+  EXPECT_EQ(dialog_.focusWidget(), &control<QLineEdit>(dialog_, "Text2"));
+}
+
 TEST_F(SearchDialogTest, StaysOpenForAnotherTryWhenNothingMatches) {
   dialog_.show();
   enter(dialog_, "Text3", "tulip");

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "search/site_matcher.h"
 #include "support/code_page_samples.h"
 #include "support/code_pages.h"
 #include "support/failure_number.h"
@@ -572,6 +573,17 @@ TEST_F(SiteSearchTest, SearchesTheBytesOfTheCodePageInUse) {
   EXPECT_EQ(searchSiteFile(files_, paths_, cyrillic, western).size(), 0U);
   EXPECT_EQ(searchSiteFile(files_, paths_, test::westernCodePage(), russian).size(), 0U);
   EXPECT_EQ(searchSiteFile(files_, paths_, test::westernCodePage(), western).size(), 1U);
+}
+
+TEST(SiteMatcher, MatchesNoRecordByAnEmptyText) {
+  const SearchCriteria criteria{UserSearchType::Url, "", ""};
+  SiteMatcher matcher(test::westernCodePage(), criteria);
+  EXPECT_FALSE(matcher.canMatch());
+  EXPECT_FALSE(matcher.matches(record("one.two.three")));
+  const SearchCriteria withDate{UserSearchType::Both, "", "1/1/25"};
+  SiteMatcher other(test::westernCodePage(), withDate);
+  EXPECT_TRUE(other.canMatch());
+  EXPECT_TRUE(other.matches(record("one.two.three")));
 }
 
 }  // namespace

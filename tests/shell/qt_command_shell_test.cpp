@@ -9,6 +9,7 @@
 #include <string>
 
 #include "support/code_pages.h"
+#include "support/failure_number.h"
 
 namespace quorrix {
 namespace {
@@ -68,6 +69,13 @@ TEST_F(QtCommandShellTest, OpensAnAddressOf300Characters) {
 
 TEST_F(QtCommandShellTest, HandsOnWhatIsNotAsciiInTheWorldsEncoding) {
   EXPECT_EQ(whenRun("start http://a.b.c/\xE9"), "1\nhttp://a.b.c/\xC3\xA9\n");
+}
+
+TEST_F(QtCommandShellTest, FailsIfThereIsNoOpener) {
+  const QTemporaryDir empty;
+  qputenv("PATH", empty.path().toLocal8Bit());
+  QtCommandShell shell(test::westernCodePage());
+  EXPECT_EQ(test::failureNumberOf([&shell] { shell.run("start http://one.two.three/a"); }), 53);
 }
 
 }  // namespace

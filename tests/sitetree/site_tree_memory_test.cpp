@@ -1,7 +1,10 @@
 // The tree when memory runs out.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <iterator>
 #include <new>
+#include <string_view>
 
 #include "sitetree/site_tree.h"
 #include "support/scarce_memory.h"
@@ -60,6 +63,31 @@ TEST(SiteTreeInScarceMemory, AddsANodeWholeOrNotAtAll) {
     EXPECT_EQ(tree.size(), 21U) << "with memory again";
   }
   EXPECT_GT(failures, 20) << "the children of every level take memory";
+}
+
+TEST(SiteTreeInScarceMemory, SkipsTheSiteOfABatchForWhichMemoryRunsOut) {
+  const std::string_view sites[] = {"one.two.three/a", "four.five.six", "seven.eight.nine/b"};
+  int failures = 0;
+  for (bool isWhole = false; !isWhole; ++failures) {
+    SiteTree tree;
+    tree.addRoot();
+    SiteTree::Batch batch(tree);
+    for (std::uint64_t i = 0; i < std::size(sites); ++i) batch.add(sites[i], 'N', i + 1);
+    {
+      const test::ScarceMemory scarce(failures + 1);
+      batch.flush();
+    }
+    std::size_t found = 0;
+    for (std::uint64_t i = 0; i < std::size(sites); ++i) {
+      const NodeId node = tree.find(sites[i]);
+      if (node == kNoNode) continue;
+      ++found;
+      EXPECT_EQ(tree.recordNumber(node), i + 1);
+    }
+    isWhole = found == std::size(sites);
+    EXPECT_GE(found, std::size(sites) - 1) << failures;
+  }
+  EXPECT_GT(failures, 3) << "every site takes memory";
 }
 
 }  // namespace

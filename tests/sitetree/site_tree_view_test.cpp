@@ -500,6 +500,11 @@ TEST_F(SiteTreeViewMouseUp, ComesOnceForEveryButtonReleased) {
   EXPECT_EQ(mouseUps_.count(), 3);
 }
 
+TEST_F(SiteTreeViewMouseUp, HasNoCodeForAnyOtherButton) {
+  click(Qt::BackButton, QPoint(30, 8));
+  EXPECT_EQ(lastMouseUp(), QList<QVariant>({0, 0, 30, 8}));
+}
+
 TEST_F(SiteTreeViewMouseUp, ComesOnTheReleaseAndNotOnThePress) {
   QTest::mousePress(view_.viewport(), Qt::RightButton, {}, QPoint(30, 8));
   EXPECT_EQ(mouseUps_.count(), 0);

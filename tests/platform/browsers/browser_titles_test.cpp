@@ -421,6 +421,12 @@ TEST(BrowserTitle, OfAnotherFamilyIsNotOrdinary) {
   EXPECT_EQ(titleKind(BrowserKind::GoogleChrome, "X - Google Chrome"), TitleKind::Ordinary);
 }
 
+TEST(BrowserTitle, OfGnomeWebIsNeverOrdinary) {
+  for (const std::string_view name : {"X", "X - Web", "X - Chromium", "X — Mozilla Firefox", ""}) {
+    EXPECT_EQ(titleKind(BrowserKind::GnomeWeb, name), TitleKind::NotOrdinary) << name;
+  }
+}
+
 TEST(BrowserTitle, OfFirefoxAloneSaysNothingYet) {
   EXPECT_EQ(firefox("Mozilla Firefox"), TitleKind::BrowserNameAlone);
 }
