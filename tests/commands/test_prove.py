@@ -50,12 +50,13 @@ class Coverage(unittest.TestCase):
         coverage = script("coverage")
         with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
             file.write("# A comment.\n\nsrc/main.cpp\n  Starts the\n  program.\n\n"
-                       "src/a.cpp\n- return {};\n- throw;\n  The library fails.\n")
+                       "src/a.cpp\n- return {};\n? throw;\n  The library fails.\n")
             file.flush()
             coverage.REASONS = Path(file.name)
             self.assertEqual(({"src/main.cpp": "Starts the program."},
                               {("src/a.cpp", "return {};"): "The library fails.",
-                               ("src/a.cpp", "throw;"): "The library fails."}),
+                               ("src/a.cpp", "throw;"): "The library fails."},
+                              {("src/a.cpp", "throw;")}),
                              coverage.read_reasons())
 
 
