@@ -119,7 +119,8 @@ TEST_F(AccessibleWindowSystemTest, ReportsAReload) {
   static_cast<void>(statusWhenSeen("http://a.test/"));
   EXPECT_EQ(visitsIn(10), 0);
   browser.load("/one", "/one/again", "http://a.test/");
-  EXPECT_EQ(visitsIn(20), 1);
+  EXPECT_TRUE(reportsAVisit());
+  EXPECT_EQ(visitsIn(20), 0);
 }
 
 TEST_F(AccessibleWindowSystemTest, FollowsAnAddressThatAScriptPushesInChromium) {
@@ -194,7 +195,8 @@ TEST_F(AccessibleWindowSystemTest, ReportsAReloadOfAnEmptyPageOfFirefox) {
     tab.role = ATSPI_ROLE_INTERNAL_FRAME;
     tab.children = {document};
     browser.program().set("/one/browser", tab);
-    EXPECT_EQ(visitsIn(60), 1) << document;
+    EXPECT_TRUE(reportsAVisit()) << document;
+    EXPECT_EQ(visitsIn(20), 0) << document;
   }
 }
 
@@ -296,7 +298,8 @@ TEST_F(AccessibleWindowSystemTest, ReadsThePageOfGnomeWebFromAnotherProcess) {
   EXPECT_EQ(statusWhenSeen("http://www.a.test/"), "Connect: www.a.test");
   EXPECT_EQ(visitsIn(20), 0);
   browser.load("/one", "/one/again", "http://www.a.test/");
-  EXPECT_EQ(visitsIn(20), 1);
+  EXPECT_TRUE(reportsAVisit());
+  EXPECT_EQ(visitsIn(20), 0);
   browser.load("/one", "/one/next", "http://www.b.test/");
   EXPECT_EQ(statusWhenSeen("http://www.b.test/"), "Connect: www.b.test");
 }
@@ -346,7 +349,8 @@ TEST_F(AccessibleWindowSystemTest, ReadsThePageThatGnomeWebGoesBackTo) {
   EXPECT_EQ(statusWhenSeen("http://www.a.test/"), "Connect: www.a.test");
   EXPECT_EQ(visitsIn(20), 0);
   browser.load("/one", "/one/again", "http://www.a.test/");
-  EXPECT_EQ(visitsIn(20), 1);
+  EXPECT_TRUE(reportsAVisit());
+  EXPECT_EQ(visitsIn(20), 0);
   browser.loadElsewhere("/one", "http://www.b.test/");
   EXPECT_EQ(statusWhenSeen("http://www.b.test/"), "Connect: www.b.test");
 }

@@ -118,6 +118,11 @@ class AccessibleWindowsStage : public testing::Test {
     return seen.status;
   }
 
+  // Passes until one reports a visit.
+  bool reportsAVisit() {
+    return eventually([this] { return visitsIn(1) == 1; });
+  }
+
   // Runs this many passes; returns how many of them reported a visit.
   int visitsIn(int passes) {
     int visits = 0;
