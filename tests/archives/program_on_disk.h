@@ -44,7 +44,10 @@ class ProgramOnDisk {
     messageBox_.sentences.clear();
     QTimer::singleShot(0, &form_, [&] {
       auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr) return messageBox_.sentences.push_back("no dialog opened");
+      if (dialog == nullptr) {
+        messageBox_.sentences.emplace_back("no dialog opened");
+        return;
+      }
       dialog->findChild<FolderList*>(QStringLiteral("Dir1"))->setPath(folder);
       atOK();
       dialog->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();

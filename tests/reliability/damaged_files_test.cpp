@@ -38,7 +38,7 @@ class DamagedFiles : public testing::Test {
     memory.givenAFile(kFolder + "load.txt", kArchive + "\r\n");
     for (const DataFile& file : kept_) memory.givenAFile(kFolder + file.name, file.bytes());
     memory.givenAFile(kFolder + name, bytes);
-    const std::set<std::string> shown = test::ShownData(memory, "").read();
+    std::set<std::string> shown = test::ShownData(memory, "").read();
     ++cases_;
     for (const DataFile& file : kept_) {
       for (std::size_t i = 0; i < file.facts.size(); ++i) {

@@ -24,7 +24,7 @@ namespace quorrix {
 namespace {
 
 constexpr unsigned kSites = 1000;
-constexpr std::uint64_t kSecondsOfTheDay = 24 * 60 * 60;
+constexpr std::uint64_t kSecondsOfTheDay = std::uint64_t{24} * 60 * 60;
 
 unsigned visitsWanted() {
   const char* const wanted = std::getenv("QUORRIX_VISITS");

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QDialog>
+#include <QListWidget>
+#include <QRadioButton>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>

@@ -108,6 +108,7 @@ class HostileAddresses : public testing::Test {
 
 TEST_F(HostileAddresses, LeaveWholeRecordsThatLoadAgain) {
   std::vector<test::FakeWindow> windows;
+  windows.reserve(kVisits);
   for (int i = 0; i < kVisits; ++i) {
     windows.push_back(test::browserWindow(hostileText() + " - Netscape", hostileText(),
                                           "Connect: " + hostileText()));

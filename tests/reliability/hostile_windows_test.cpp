@@ -97,7 +97,7 @@ TEST_F(HostileWindows, WithDescriptionsAndAttributesOfAMegabyte) {
 // An address with a character that it cannot have is not shown. A character without a
 // place in the code page becomes "?".
 TEST_F(HostileWindows, WithControlCharactersAndDirectionMarksInAddresses) {
-  const struct {
+  const struct Case {
     std::string text;
     std::string address;
   } cases[] = {
@@ -111,12 +111,12 @@ TEST_F(HostileWindows, WithControlCharactersAndDirectionMarksInAddresses) {
       {"%00%0A", "http://www.a.test/%00%0A"},
       {"<b>&amp;</b>", "http://www.a.test/<b>&amp;</b>"},
   };
-  for (const auto& [text, address] : cases) {
+  for (const Case& each : cases) {
     FakeFirefox firefox(bus_.address());
-    firefox.show("/one", firefoxWindow("A", "http://www.a.test/" + text, true));
+    firefox.show("/one", firefoxWindow("A", "http://www.a.test/" + each.text, true));
     list({&firefox});
-    EXPECT_TRUE(test::eventually([&] { return timedPass().address == address; })) << text;
-    for (int i = 0; i < 20; ++i) EXPECT_EQ(timedPass().address, address) << text;
+    EXPECT_TRUE(test::eventually([&] { return timedPass().address == each.address; })) << each.text;
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(timedPass().address, each.address) << each.text;
   }
 }
 

@@ -81,8 +81,8 @@ std::string addressOf(const std::string& line) {
   return subject.substr(subject.find(' ') + 1);
 }
 
-bool isAtOrBelow(const std::string& address, const std::string& site) {
-  return address == site || address.starts_with(site + "/");
+bool isAtOrBelow(const std::string& key, const std::string& top) {
+  return key == top || key.starts_with(top + "/");
 }
 
 // Deleting the root empties the files. Deleting another site deletes what the tree has at

@@ -82,7 +82,7 @@ class Child {
     const std::vector<std::string> sites = kept_.sites();
     const auto dice = sites.empty() ? 0 : random_() % 100;
     if (dice < 35) return {Kind::Visit, kSites[random_() % std::size(kSites)], ""};
-    const std::string site = sites[random_() % sites.size()];
+    const std::string& site = sites[random_() % sites.size()];
     const std::string text = std::to_string(::getpid()) + "-" + std::to_string(number);
     if (dice < 55) return {Kind::Notes, site, text};
     if (dice < 70) return {Kind::Password, site, text};
@@ -164,7 +164,7 @@ class KillTest : public testing::Test {
     ::kill(child, SIGKILL);
     std::string told;
     char block[4096];
-    for (ssize_t count; (count = ::read(ends[0], block, sizeof block)) > 0;) {
+    for (ssize_t count = 0; (count = ::read(ends[0], block, sizeof block)) > 0;) {
       told.append(block, static_cast<std::size_t>(count));
     }
     ::close(ends[0]);

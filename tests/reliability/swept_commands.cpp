@@ -18,7 +18,10 @@ std::string eightSites() {
   return records + siteRecord(kSite);
 }
 
-std::string longNotes(char letter) { return std::string(1000, letter); }
+std::string longNotes(char letter) {
+  std::string notes(1000, letter);
+  return notes;
+}
 
 // The working data, with a record of the site and at least one of another in each file,
 // and an empty folder for an archive.
