@@ -94,8 +94,8 @@ ChromiumPageReader::Step ChromiumPageReader::findSides() {
     if (sides_.size() != containers) sides_.clear();
   }
   side_ = 0;
-  // What is known about a split is about the sides before, of which there may be more. The
-  // next look comes at once.
+  // What was known about a split belongs to the earlier sides, of which there may have been
+  // more. So the next reading looks again.
   activeSide_.reset();
   readings_ = 0;
   if (sides_.empty()) readingsUntilSearch_ = kReadingsBetweenSearches;
