@@ -4,6 +4,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <array>
 #include <cstdlib>
@@ -84,6 +85,7 @@ class AccessibleWindowsStage : public testing::Test {
   Seen pass() {
     clock_.advance(std::chrono::milliseconds(100));
     Seen seen;
+    const long before = timesWaited();
     windows_.EnumWindows([&](WindowHandle window) {
       seen.titles.push_back(textOf(window));
       if (seen.titles.size() > 1) return true;
@@ -92,6 +94,7 @@ class AccessibleWindowsStage : public testing::Test {
       seen.status = textOf(windows_.GetWindow(box, WindowRelation::NextSibling));
       return true;
     });
+    hasWaited_ = timesWaited() != before;
     return seen;
   }
 
@@ -134,6 +137,10 @@ class AccessibleWindowsStage : public testing::Test {
     return windows_.passStatistics().duration;
   }
 
+  // Whether the last pass waited for anything. Unlike its duration, this does not depend on
+  // what else the machine does.
+  [[nodiscard]] bool hasWaited() const { return hasWaited_; }
+
   // Whether the program has stopped waiting in its passes. On a busy machine, a few
   // passes may still wait for the registry, which answers as soon as it gets to run.
   [[nodiscard]] bool waitsNoMore() {
@@ -147,6 +154,13 @@ class AccessibleWindowsStage : public testing::Test {
     return waits <= kPasses / 2;
   }
 
+  static long timesWaited() {
+    struct rusage usage {};
+    ::getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_nvcsw;
+  }
+
+  bool hasWaited_ = false;
   TestBus bus_;
   FakeClock clock_;
   std::unique_ptr<FakeAccessibleProgram> registry_;
