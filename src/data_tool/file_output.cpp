@@ -6,6 +6,7 @@
 #include "data_tool/buffered_output.h"
 #include "data_tool/outside.h"
 #include "data_tool/problem.h"
+#include "platform/deferred_signals.h"
 #include "platform/failure.h"
 #include "platform/file_replacement.h"
 
@@ -53,12 +54,14 @@ void writeFile(FileSystem& files, const Path& path, const std::function<void(Out
   if (withPath(stage, [&] { return files.folderExists(stage) || files.fileExists(stage); })) {
     throw Problem::ofFile(stage, "This is an unfinished file. Remove it and try again.");
   }
+  const DeferredSignals signals;
   const PrivateFolder folder(files, stage);
   const Path next = folder.path() / target.filename();
   {
     const auto file = withPath(path, [&] { return files.openRandomAccess(next); });
     std::uint64_t length = 0;
     BufferedOutput output([&](std::string_view text) {
+      signals.throwIfPending();
       withPath(path, [&] { file->writeAt(length, text); });
       length += text.size();
     });

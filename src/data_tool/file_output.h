@@ -10,7 +10,8 @@
 namespace quorrix {
 
 // Replaces or creates the file at `path` with what `write` writes. The content has reached the
-// disk on return. If anything is thrown, the file is as it was. Throws Problem.
+// disk on return. If anything is thrown, or if a signal ends the process (see DeferredSignals), the
+// file is as it was. Throws Problem.
 void writeFile(FileSystem& files, const Path& path, const std::function<void(Output&)>& write);
 
 }  // namespace quorrix

@@ -1,126 +1,112 @@
 #include "data_tool/folder_copy.h"
 
 #include <chrono>
-#include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
+#include "data_tool/copy_stage.h"
+#include "data_tool/file_copy.h"
 #include "data_tool/outside.h"
 #include "data_tool/problem.h"
-#include "data_tool/record_reader.h"
 #include "datafiles/working_folder.h"
+#include "platform/deferred_signals.h"
 #include "platform/failure.h"
-#include "platform/file_replacement.h"
 
 namespace quorrix {
 namespace {
 
-// The largest file is last, so that the others are locked only briefly.
+// In the order in which they are released. The largest file is last.
 constexpr const char* kFileNames[] = {"load.txt", data_file::kUserIDPassword, data_file::kPurchases,
                                       data_file::kURLNotes, data_file::kNodes};
 
-struct OpenFile {
-  const char* name;
-  std::unique_ptr<RandomAccessFile> file;
-};
+constexpr int kMostRounds = 5;
 
-// The folder in which the copy is made. Removed again unless it is given its final name.
-class Stage {
- public:
-  Stage(FileSystem& files, const Path& target)
-      : files_(files), target_(target), path_(replacementNameOf(target)) {
-    if (withPath(path_, [&] { return files_.folderExists(path_) || files_.fileExists(path_); })) {
-      throw Problem::ofFile(path_, "This is an unfinished copy. Remove it and try again.");
-    }
-    path_ = withPath(path_, [&] { return files_.makeFolder(path_); });
-  }
+// 16 MiB. Quorrix changes one record at a time.
+constexpr std::size_t kMostKeptBlocks = 64;
 
-  ~Stage() {
-    std::error_code ignored;
-    if (!isFinished_) std::filesystem::remove_all(path_, ignored);
-  }
+using Sources = std::vector<std::unique_ptr<RandomAccessFile>>;
 
-  Stage(const Stage&) = delete;
-  Stage& operator=(const Stage&) = delete;
-
-  [[nodiscard]] const Path& path() const { return path_; }
-
-  void finish() {
-    std::error_code reason;
-    std::filesystem::remove(target_, reason);
-    if (reason) throw Problem::ofFile(target_, "The empty folder cannot be replaced by the copy.");
-    withPath(target_, [&] { files_.rename(path_, target_); });
-    isFinished_ = true;
-  }
-
- private:
-  FileSystem& files_;
-  Path target_;
-  Path path_;
-  bool isFinished_ = false;
-};
-
-// nullopt if another program is writing one of the files. None stays locked then.
-std::optional<std::vector<OpenFile>> openAll(FileSystem& files, const Path& folder) {
-  std::vector<OpenFile> opened;
-  for (const char* const name : kFileNames) {
+// Null for each file that is missing. nullopt if another program is writing one of the files. No
+// file stays locked then.
+std::optional<Sources> openAll(FileSystem& files, const std::vector<FileCopy>& copies) {
+  Sources opened;
+  for (const FileCopy& copy : copies) {
     try {
-      opened.push_back({name, files.openForReading(folder / name)});
+      opened.push_back(files.openForReading(copy.source()));
     } catch (const Failure& reason) {
       if (reason.isFileInUse()) return std::nullopt;
       if (reason.number() != failure::kFileNotFound) {
-        throw Problem::ofFile(folder / name, reason.number());
+        throw Problem::ofFile(copy.source(), reason.number());
       }
+      opened.push_back(nullptr);
     }
   }
   return opened;
 }
 
-std::vector<OpenFile> openAllPatiently(FileSystem& files, const Path& folder,
-                                       std::chrono::milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (true) {
-    if (auto opened = openAll(files, folder)) return std::move(*opened);
-    if (std::chrono::steady_clock::now() >= deadline) {
-      throw Problem::ofFile(folder, "Another program is using the files. Try again later.");
+// The files of one folder as they were at one moment.
+class FolderCopy {
+ public:
+  FolderCopy(FileSystem& files, const Path& from, const Path& into,
+             std::chrono::milliseconds patience, const DeferredSignals& signals)
+      : files_(files), from_(from), patience_(patience), signals_(signals) {
+    for (const char* const name : kFileNames) copies_.emplace_back(files, from / name, into / name);
+  }
+
+  void make() {
+    for (int round = 0; round < kMostRounds; ++round) {
+      for (FileCopy& copy : copies_) copy.copy(patience_, signals_);
+      // What was written meanwhile. So little or nothing is left to read while Quorrix waits.
+      for (FileCopy& copy : copies_) {
+        if (!copy.isSettled()) copy.copy(patience_, signals_);
+      }
+      if (catchUp()) {
+        for (FileCopy& copy : copies_) copy.writeKept();
+        for (FileCopy& copy : copies_) copy.sync();
+        return;
+      }
+      for (FileCopy& copy : copies_) copy.discard();
+    }
+    throw Problem::ofFile(from_, "The files changed while they were copied. Try again.");
+  }
+
+ private:
+  // All files are locked together, and each is released when it has been read. Nothing is written
+  // here, because Quorrix has to wait.
+  bool catchUp() {
+    Sources sources = openAllPatiently();
+    BlockBudget budget{kMostKeptBlocks};
+    for (std::size_t i = 0; i < copies_.size(); ++i) {
+      if (!copies_[i].catchUp(sources[i].get(), budget)) return false;
+      sources[i].reset();
+    }
+    return true;
+  }
+
+  Sources openAllPatiently() {
+    const auto deadline = std::chrono::steady_clock::now() + patience_;
+    while (true) {
+      signals_.throwIfPending();
+      if (auto opened = openAll(files_, copies_)) return std::move(*opened);
+      if (std::chrono::steady_clock::now() >= deadline) {
+        throw Problem::ofFile(from_, "Another program is using the files. Try again later.");
+      }
     }
   }
-}
 
-void copyFiles(FileSystem& files, const Path& from, const Path& into,
-               std::chrono::milliseconds patience) {
-  std::vector<OpenFile> copies;
-  for (OpenFile& source : openAllPatiently(files, from, patience)) {
-    const Path path = into / source.name;
-    copies.push_back({source.name, withPath(path, [&] { return files.openRandomAccess(path); })});
-    withPath(path, [&] { writeCopy(*source.file, *copies.back().file); });
-    source.file.reset();
-  }
-  for (const OpenFile& copy : copies) {
-    withPath(into / copy.name, [&] { copy.file->sync(); });
-  }
-}
+  FileSystem& files_;
+  const Path& from_;
+  std::chrono::milliseconds patience_;
+  const DeferredSignals& signals_;
+  std::vector<FileCopy> copies_;
+};
 
 // Makes the folder and those above it that are missing.
 void makeFolders(FileSystem& files, const Path& folder) {
   if (withPath(folder, [&] { return files.folderExists(folder); })) return;
   makeFolders(files, folder.parent_path());
   withPath(folder, [&] { return files.makeFolder(folder); });
-}
-
-void requireEmpty(FileSystem& files, const Path& target) {
-  if (withPath(target, [&] { return files.fileExists(target); })) {
-    throw Problem::ofFile(target, "This is a file. Name a new or empty folder.");
-  }
-  std::error_code unknown;
-  if (std::filesystem::is_symlink(target, unknown)) {
-    throw Problem::ofFile(target, "This is a link to a folder that is missing.");
-  }
-  const bool exists = withPath(target, [&] { return files.folderExists(target); });
-  if (!exists) return;
-  const bool isEmpty = withPath(
-      target, [&] { return files.fileNames(target).empty() && files.folderNames(target).empty(); });
-  if (!isEmpty) throw Problem::ofFile(target, "This folder is not empty.");
 }
 
 }  // namespace
@@ -132,17 +118,17 @@ void copyFolders(FileSystem& files, const Path& data, Archives archives, const P
   const Path named = withoutLinks(target);
   requireOutside(files, named, data);
   requireOutside(files, named, place);
-  requireEmpty(files, named);
   if (!withPath(data, [&] { return holdsDataFiles(files, data); })) {
     throw Problem::ofFile(data, "There are no data files in this folder.");
   }
-  Stage stage(files, named);
-  copyFiles(files, data, stage.path(), patience);
+  const DeferredSignals signals;
+  CopyStage stage(files, named);
+  FolderCopy(files, data, stage.path(), patience, signals).make();
   for (const DataFolder& folder : dataFoldersOf(files, data, archives)) {
     if (folder.archive.empty()) continue;
     const Path into = stage.path() / "Archives" / folder.path.lexically_relative(place);
     makeFolders(files, into);
-    copyFiles(files, folder.path, into, patience);
+    FolderCopy(files, folder.path, into, patience, signals).make();
   }
   stage.finish();
 }

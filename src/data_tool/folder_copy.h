@@ -12,13 +12,16 @@ namespace quorrix {
 // "Archives" in it. So the copy is itself a folder that Load Archive accepts. The copies are
 // private to the user.
 //
-// The files of one folder are copied as they are at one moment: all are locked against writing
-// together. Each is unlocked as soon as it is copied, nodes.dat last. Copies are synced later.
+// The files of one folder are copied as they are at one moment, but Quorrix is never kept waiting
+// while anything is written. Each file is first copied with a lock only while a block is read. Then
+// all files are locked together, those that may have been written since are read once more, and
+// what has changed is kept in memory and written after the locks are released.
 //
-// `target` must be missing or empty. The copy is made beside it and renamed, so there is never an
-// incomplete copy of that name. `patience` is how long to try while another program writes a file.
-// The archives are looked for after `data` is copied, so what Quorrix archives at that time is in
-// the copy at least once. Throws Problem, also if `target` is in a folder with data files.
+// `target` must be missing or an empty folder. Nothing incomplete is ever in its place; see
+// CopyStage. SIGINT and the like end the copy, too, see DeferredSignals. `patience` is how long to
+// try while another program writes a file. The archives are looked for after `data` is copied, so
+// what Quorrix archives at that time is in the copy at least once. Throws Problem, also if `target`
+// is in a folder with data files.
 void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
                  std::chrono::milliseconds patience = kReadPatience);
 

@@ -11,6 +11,7 @@
 #include "platform/code_page.h"
 #include "platform/command_line.h"
 #include "platform/console.h"
+#include "platform/deferred_signals.h"
 #include "platform/failure.h"
 #include "platform/privacy.h"
 #include "platform/program_folder.h"
@@ -57,6 +58,9 @@ int main(int argc, char* argv[]) {
     return run(argc, argv);
   } catch (const quorrix::ReaderLeft&) {
     return quorrix::Console::endAfterReaderLeft();
+  } catch (const quorrix::EndRequested&) {
+    // The signal has ended the process by now, unless someone handles it.
+    return quorrix::kStatusOfProblem;
   } catch (const std::exception&) {
     quorrix::Console::writeError("quorrix-data: " + std::string(kCannotBegin) + "\n");
     return quorrix::kStatusOfProblem;

@@ -2,67 +2,32 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <set>
 #include <string>
-#include <vector>
 
-#include "data_tool/problem.h"
-#include "platform/real_file_system.h"
+#include "data_tool/folder_copy_stage.h"
 #include "support/failure_number.h"
-#include "support/faulty_file_system.h"
-#include "support/temporary_folder.h"
 
 namespace quorrix {
 namespace {
 
-class FolderCopyTest : public testing::Test {
+using test::FileCall;
+
+constexpr const char* kFiles[] = {"load.txt", "info.dat", "purchases.dat", "notes.dat",
+                                  "nodes.dat"};
+
+class FolderCopyTest : public test::FolderCopyStage {
  protected:
-  FolderCopyTest() {
-    for (const char* name : {"Data", "Archives/2025/May"}) {
-      std::filesystem::create_directories(folder_ / name);
-      for (const char* file : {"nodes.dat", "notes.dat", "info.dat", "purchases.dat"}) {
-        folder_.givenAFile(Path(name) / file, std::string(name) + " " + file);
-      }
+  // Those of Data that another program could not write to now.
+  std::string lockedFiles() {
+    std::string locked;
+    for (const char* name : kFiles) {
+      const auto open = [&] { return real_.openRandomAccess(folder_ / "Data" / name); };
+      if (test::failsBecauseInUse(open)) locked += std::string(" ") + name;
     }
-    folder_.givenAFile("Data/load.txt", "none\r\n");
+    return locked;
   }
-
-  std::string copy(const Path& target) {
-    try {
-      copyFolders(files_, folder_ / "Data", Archives::Include, target,
-                  std::chrono::milliseconds(0));
-    } catch (const Problem& problem) {
-      return problem.what();
-    }
-    return "";
-  }
-
-  // The files below a folder, sorted.
-  std::vector<std::string> filesIn(const Path& name) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_ / name)) {
-      if (!entry.is_directory()) {
-        names.push_back(entry.path().lexically_relative(folder_ / name).generic_string());
-      }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-
-  const std::vector<std::string> kAll{"Archives/2025/May/info.dat",
-                                      "Archives/2025/May/nodes.dat",
-                                      "Archives/2025/May/notes.dat",
-                                      "Archives/2025/May/purchases.dat",
-                                      "info.dat",
-                                      "load.txt",
-                                      "nodes.dat",
-                                      "notes.dat",
-                                      "purchases.dat"};
-
-  test::TemporaryFolder folder_;
-  RealFileSystem real_{std::chrono::milliseconds(1)};
-  test::FaultyFileSystem files_{real_};
 };
 
 TEST_F(FolderCopyTest, CopiesEveryFileOfTheFolderAndItsArchives) {
@@ -72,21 +37,6 @@ TEST_F(FolderCopyTest, CopiesEveryFileOfTheFolderAndItsArchives) {
   EXPECT_EQ(folder_.bytesOf("Copy/info.dat"), "Data info.dat");
   EXPECT_EQ(folder_.bytesOf("Copy/Archives/2025/May/notes.dat"), "Archives/2025/May notes.dat");
   EXPECT_EQ(folder_.bytesOf("Copy/load.txt"), "none\r\n");
-}
-
-TEST_F(FolderCopyTest, TakesAnEmptyFolder) {
-  std::filesystem::create_directory(folder_ / "Copy");
-  EXPECT_EQ(copy(folder_ / "Copy" / ""), "");
-  EXPECT_EQ(filesIn("Copy"), kAll);
-}
-
-TEST_F(FolderCopyTest, RefusesAFolderThatIsNotEmpty) {
-  std::filesystem::create_directory(folder_ / "Copy");
-  folder_.givenAFile("Copy/mine.txt", "mine");
-  EXPECT_TRUE(copy(folder_ / "Copy").ends_with("Copy: This folder is not empty."));
-  EXPECT_EQ(filesIn("Copy"), std::vector<std::string>{"mine.txt"});
-  EXPECT_TRUE(copy(folder_ / "Copy" / "mine.txt")
-                  .ends_with("mine.txt: This is a file. Name a new or empty folder."));
 }
 
 TEST_F(FolderCopyTest, RefusesAPlaceInTheFoldersThatAreRead) {
@@ -100,80 +50,116 @@ TEST_F(FolderCopyTest, RefusesAPlaceInTheFoldersThatAreRead) {
   EXPECT_FALSE(std::filesystem::exists(folder_ / "Data" / "Copy"));
 }
 
-#ifndef _WIN32
-TEST_F(FolderCopyTest, CopiesToWhereALinkLeads) {
-  std::filesystem::create_directory(folder_ / "Stick");
-  std::filesystem::create_directory_symlink("Stick", folder_ / "Link");
-  EXPECT_EQ(copy(folder_ / "Link"), "");
-  EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "Link"));
-  EXPECT_EQ(filesIn("Stick"), kAll);
-  std::filesystem::create_directory_symlink("nowhere", folder_ / "Dangling");
-  EXPECT_TRUE(copy(folder_ / "Dangling")
-                  .ends_with("Dangling: This is a link to a folder that is missing."));
-}
-#endif
-
-TEST_F(FolderCopyTest, LocksAllFilesTogetherAndNoneWhileItWaitsForTheDisk) {
-  const auto isLocked = [&](const char* name) {
-    return test::failsBecauseInUse([&] { return real_.openRandomAccess(folder_ / "Data" / name); });
-  };
-  std::vector<std::string> seen;
+TEST_F(FolderCopyTest, LocksNothingWhileItWrites) {
+  std::set<std::string> locked;
   files_.onEveryCall([&] {
     const auto call = files_.calls().back();
-    if (call != test::FileCall::WriteAt && call != test::FileCall::Sync) return;
-    std::string locked = call == test::FileCall::WriteAt ? "write:" : "sync:";
-    for (const char* name : {"load.txt", "info.dat", "purchases.dat", "notes.dat", "nodes.dat"}) {
-      if (isLocked(name)) locked += std::string(" ") + name;
-    }
-    if (seen.empty() || seen.back() != locked) seen.push_back(locked);
+    const bool isWriting = call == FileCall::WriteAt || call == FileCall::Sync ||
+                           call == FileCall::OpenRandomAccess || call == FileCall::Rename;
+    if (!isWriting) return;
+    locked.insert(lockedFiles());
+    if (call != FileCall::WriteAt) return;
+    // The second change is found only when all files are locked.
+    if (files_.callsOf(FileCall::WriteAt) == 3) write("Data/load.txt", 0, "late");
+    if (files_.callsOf(FileCall::WriteAt) == 6) write("Data/load.txt", 0, "last");
   });
   EXPECT_EQ(copy(folder_ / "Copy"), "");
-  EXPECT_EQ(std::vector<std::string>(seen.begin(), seen.begin() + 6),
-            (std::vector<std::string>{"write: load.txt info.dat purchases.dat notes.dat nodes.dat",
-                                      "write: info.dat purchases.dat notes.dat nodes.dat",
-                                      "write: purchases.dat notes.dat nodes.dat",
-                                      "write: notes.dat nodes.dat", "write: nodes.dat", "sync:"}));
+  EXPECT_EQ(folder_.bytesOf("Copy/load.txt"), "last\r\n");
+  EXPECT_EQ(locked, std::set<std::string>{""});
 }
 
-TEST_F(FolderCopyTest, NamesTheFolderThatAnotherProgramIsWriting) {
+TEST_F(FolderCopyTest, LocksAllFilesTogetherAndReleasesEachWhenItIsRead) {
+  std::vector<std::string> locked;
+  files_.onEveryCall([&] {
+    if (files_.calls().back() == FileCall::ReadAt) locked.push_back(lockedFiles());
+  });
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  // Each file alone, twice because they are new, and then together.
+  const std::vector<std::string> alone{" load.txt", " info.dat", " purchases.dat", " notes.dat",
+                                       " nodes.dat"};
+  std::vector<std::string> expected(alone);
+  expected.insert(expected.end(), alone.begin(), alone.end());
+  expected.insert(expected.end(),
+                  {" load.txt info.dat purchases.dat notes.dat nodes.dat",
+                   " info.dat purchases.dat notes.dat nodes.dat",
+                   " purchases.dat notes.dat nodes.dat", " notes.dat nodes.dat", " nodes.dat"});
+  locked.resize(expected.size());  // without the archive
+  EXPECT_EQ(locked, expected);
+}
+
+TEST_F(FolderCopyTest, ReadsAgainOnlyWhatWasWrittenLately) {
+  const auto earlier = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+  for (const char* name : kFiles) {
+    std::filesystem::last_write_time(folder_ / "Data" / name, earlier);
+  }
+  std::vector<std::string> locked;
+  files_.onEveryCall([&] {
+    const auto call = files_.calls().back();
+    if (call == FileCall::ReadAt) locked.push_back(lockedFiles());
+    if (call == FileCall::WriteAt && locked.size() == 5) write("Data/notes.dat", 0, "late");
+  });
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  locked.resize(7);  // without the archive
+  EXPECT_EQ(locked,
+            (std::vector<std::string>{" load.txt", " info.dat", " purchases.dat", " notes.dat",
+                                      " nodes.dat", " notes.dat", " notes.dat nodes.dat"}));
+  EXPECT_EQ(folder_.bytesOf("Copy/notes.dat"), "late notes.dat");
+}
+
+// At every write of the copy, another program changes two files that belong together.
+TEST_F(FolderCopyTest, HasTheFilesAsTheyWereAtOneMoment) {
+  int number = 0;
+  onEveryWrite([&] {
+    const std::string text = "visit " + std::to_string(++number);
+    write("Data/notes.dat", 0, text);
+    write("Data/nodes.dat", 600'000, text);
+  });
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  // Seven writes, then the two changed blocks again. What changes later is not in the copy.
+  EXPECT_EQ(folder_.bytesOf("Copy/notes.dat").substr(0, 7), "visit 9");
+  EXPECT_EQ(folder_.bytesOf("Copy/nodes.dat").substr(600'000), "visit 9");
+  EXPECT_GT(number, 9);
+}
+
+TEST_F(FolderCopyTest, StartsAgainIfAFileBecomesShorter) {
+  bool isDone = false;
+  onEveryWrite([&] {
+    if (isDone || !std::filesystem::exists(folder_ / "Copy.quorrix-new/nodes.dat")) return;
+    isDone = true;
+    for (const char* name : {"nodes.dat", "notes.dat"}) {
+      real_.deleteFile(folder_ / "Data" / name);
+      folder_.givenAFile(Path("Data") / name, "");
+    }
+    real_.deleteFile(folder_ / "Data" / "info.dat");
+  });
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  EXPECT_EQ(folder_.bytesOf("Copy/nodes.dat"), "");
+  EXPECT_EQ(folder_.bytesOf("Copy/notes.dat"), "");
+  EXPECT_EQ(folder_.bytesOf("Copy/purchases.dat"), "Data purchases.dat");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy" / "info.dat"));
+}
+
+TEST_F(FolderCopyTest, GivesUpIfTheFilesNeverRest) {
+  std::size_t length = 1000;
+  folder_.givenAFile("Data/load.txt", std::string(length, 'x'));
+  onEveryWrite([&] { folder_.givenAFile("Data/load.txt", std::string(--length, 'x')); });
+  EXPECT_TRUE(copy(folder_ / "Copy")
+                  .ends_with("Data: The files changed while they were copied. Try again."));
+  EXPECT_EQ(1000 - length, 5U * 6);  // in each round five files, and load.txt again
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy.quorrix-new"));
+}
+
+TEST_F(FolderCopyTest, NamesTheFileThatAnotherProgramIsWriting) {
   const auto writer = real_.openRandomAccess(folder_ / "Data" / "notes.dat");
   EXPECT_TRUE(copy(folder_ / "Copy")
-                  .ends_with("Data: Another program is using the files. Try again later."));
+                  .ends_with("notes.dat: Another program is using this file. Try again later."));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy"));
-}
-
-TEST_F(FolderCopyTest, LeavesNothingIfItFails) {
-  ASSERT_EQ(copy(folder_ / "Copy"), "");
-  const auto calls = static_cast<int>(files_.calls().size());
-  int failures = 0;
-  for (int call = 1; call <= calls; ++call) {
-    std::filesystem::remove_all(folder_ / "Copy");
-    files_.reset();
-    files_.failAtCall(call, 61);
-    const std::string problem = copy(folder_ / "Copy");
-    if (problem.empty()) {
-      EXPECT_EQ(filesIn("Copy"), kAll) << "call " << call;
-      continue;
-    }
-    ++failures;
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy")) << "call " << call;
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy.quorrix-new")) << "call " << call;
-  }
-  EXPECT_GT(failures, 40);
 }
 
 TEST_F(FolderCopyTest, NeedsAFolderWithDataFiles) {
   std::filesystem::remove_all(folder_ / "Data");
   std::filesystem::create_directory(folder_ / "Data");
   EXPECT_TRUE(copy(folder_ / "Copy").ends_with("Data: There are no data files in this folder."));
-}
-
-TEST_F(FolderCopyTest, LeavesAnUnfinishedCopyToTheUser) {
-  std::filesystem::create_directory(folder_ / "Copy.quorrix-new");
-  EXPECT_TRUE(copy(folder_ / "Copy")
-                  .ends_with("Copy.quorrix-new: This is an unfinished copy. Remove it and try "
-                             "again."));
-  EXPECT_TRUE(std::filesystem::exists(folder_ / "Copy.quorrix-new"));
 }
 
 #ifndef _WIN32
