@@ -1,21 +1,23 @@
 #include "data_tool/data_folder.h"
 
 #include <algorithm>
+#include <deque>
 #include <filesystem>
+#include <set>
+#include <utility>
 
-#include "data_tool/problem.h"
+#include "data_tool/outside.h"
 #include "datafiles/working_folder.h"
 #include "platform/command_line.h"
+#include "platform/failure.h"
 #include "shell/app_paths.h"
 
 namespace quorrix {
 namespace {
 
 constexpr const char* kArchives = "Archives";
+constexpr const char* kLoadFile = "load.txt";
 constexpr const char* kProgramName = "Quorrix";
-
-// A chain of mounts or junctions may lead back to where it began.
-constexpr int kDeepestArchive = 16;
 
 constexpr const char* kDataFiles[] = {data_file::kNodes, data_file::kURLNotes,
                                       data_file::kUserIDPassword, data_file::kPurchases};
@@ -25,31 +27,82 @@ bool isLink(const Path& path) {
   return std::filesystem::is_symlink(path, unknown);
 }
 
+// Finds every archive once, also if links lead to it, below it or in a circle.
 class ArchiveSearch {
  public:
-  ArchiveSearch(FileSystem& files, const Path& dataFolder, std::vector<DataFolder>& found)
-      : files_(files), dataFolder_(dataFolder), found_(found) {}
+  ArchiveSearch(FileSystem& files, const Path& dataFolder, const Path& place,
+                const ReportProblem& report)
+      : files_(files), place_(place), report_(report), visited_{withoutLinks(dataFolder)} {}
 
-  void searchBelow(const Path& folder, const std::string& name, int depth) {
-    if (depth > kDeepestArchive) return;
-    for (const Path& entry : withPath(folder, [&] { return files_.folderNames(folder); })) {
-      take(folder / entry, name.empty() ? shownPath(entry) : name + "/" + shownPath(entry), depth);
+  // The folders themselves come before links, so that an archive has its own name.
+  std::vector<DataFolder> all() {
+    visit(place_, "");
+    while (!links_.empty()) {
+      const DataFolder link = links_.front();
+      links_.pop_front();
+      visit(link.path, link.archive);
     }
+    std::sort(found_.begin(), found_.end(),
+              [](const DataFolder& one, const DataFolder& other) { return one.path < other.path; });
+    return std::move(found_);
   }
 
  private:
-  void take(const Path& folder, const std::string& name, int depth) {
-    if (withPath(folder, [&] { return files_.isSameFile(folder, dataFolder_); })) return;
-    if (withPath(folder, [&] { return holdsDataFiles(files_, folder); })) {
-      found_.push_back({.path = folder, .archive = name});
+  // A folder that cannot be read is reported, and does not keep the others from being found.
+  void visit(const Path& folder, const std::string& name) {
+    if (isAboveItself(folder) || !visited_.insert(withoutLinks(folder)).second) return;
+    try {
+      withPath(folder, [&] { look(folder, name); });
+    } catch (const Problem& problem) {
+      report_(problem);
     }
-    if (!isLink(folder)) searchBelow(folder, name, depth + 1);
+  }
+
+  void look(const Path& folder, const std::string& name) {
+    const std::vector<Path> entries = files_.folderNames(folder);
+    if (!name.empty() && holdsDataFiles(files_, folder)) found_.push_back({folder, name});
+    for (const Path& entry : entries) {
+      const Path path = folder / entry;
+      const std::string entryName = name.empty() ? shownPath(entry) : name + "/" + shownPath(entry);
+      if (isLink(path)) {
+        links_.push_back({path, entryName});
+      } else {
+        visit(path, entryName);
+      }
+    }
+  }
+
+  // Not all systems resolve every kind of link, such as the junctions of Windows.
+  bool isAboveItself(const Path& folder) const {
+    for (Path above = folder; above != place_;) {
+      above = above.parent_path();
+      std::error_code unknown;
+      if (std::filesystem::equivalent(above, folder, unknown)) return true;
+    }
+    return false;
   }
 
   FileSystem& files_;
-  const Path& dataFolder_;
-  std::vector<DataFolder>& found_;
+  const Path& place_;
+  const ReportProblem& report_;
+  std::set<Path> visited_;
+  std::deque<DataFolder> links_;
+  std::vector<DataFolder> found_;
 };
+
+// Throws Problem if one of the files cannot be opened. A missing file is fine, and one that is in
+// use will be readable soon.
+void requireReadableFiles(FileSystem& files, const Path& folder) {
+  for (const char* const name : kDataFiles) {
+    const Path path = folder / name;
+    try {
+      static_cast<void>(files.openForReading(path));
+    } catch (const Failure& reason) {
+      const bool isFine = reason.isFileInUse() || reason.number() == failure::kFileNotFound;
+      if (!isFine) throw Problem::ofFile(path, reason.number());
+    }
+  }
+}
 
 }  // namespace
 
@@ -63,12 +116,9 @@ Path archivesOf(FileSystem& files, const Path& dataFolder) {
   Path inside = dataFolder / kArchives;
   if (files.folderExists(inside)) return inside;
   // The parent of "." or "Data/" is found only in the absolute path.
-  Path absolute = std::filesystem::absolute(dataFolder).lexically_normal();
-  if (!absolute.has_filename()) absolute = absolute.parent_path();
-  const bool isRelative = dataFolder.is_relative() && dataFolder.has_filename() &&
-                          dataFolder.filename() != "." && dataFolder.filename() != "..";
-  const Path parent = isRelative ? dataFolder.parent_path() : absolute.parent_path();
-  return parent / kArchives;
+  const bool isNamed =
+      dataFolder.has_filename() && dataFolder.filename() != "." && dataFolder.filename() != "..";
+  return (isNamed ? dataFolder : absoluteFolder(dataFolder)).parent_path() / kArchives;
 }
 
 bool holdsDataFiles(FileSystem& files, const Path& folder) {
@@ -82,14 +132,38 @@ void requireFolder(FileSystem& files, const Path& folder) {
   }
 }
 
-std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
-                                      Archives archives) {
-  requireFolder(files, dataFolder);
+void requireDataFiles(FileSystem& files, const Path& folder) {
+  requireFolder(files, folder);
+  const bool isDataFolder = withPath(folder, [&] {
+    return holdsDataFiles(files, folder) || files.fileExists(folder / kLoadFile);
+  });
+  if (!isDataFolder) throw Problem::ofFile(folder, "This folder has no data files.");
+}
+
+std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder, Archives archives,
+                                      const ReportProblem& report) {
+  requireDataFiles(files, dataFolder);
   std::vector<DataFolder> folders{{.path = dataFolder, .archive = {}}};
   if (archives == Archives::LeaveOut) return folders;
   const Path place = withPath(dataFolder, [&] { return archivesOf(files, dataFolder); });
-  const bool hasArchives = withPath(place, [&] { return files.folderExists(place); });
-  if (hasArchives) ArchiveSearch(files, dataFolder, folders).searchBelow(place, "", 1);
+  if (!withPath(place, [&] { return files.folderExists(place); })) return folders;
+  auto found = ArchiveSearch(files, dataFolder, place, report).all();
+  folders.insert(folders.end(), found.begin(), found.end());
+  return folders;
+}
+
+std::vector<DataFolder> readableFoldersOf(FileSystem& files, const Path& dataFolder,
+                                          Archives archives, const ReportProblem& report) {
+  auto folders = dataFoldersOf(files, dataFolder, archives, report);
+  std::erase_if(folders, [&](const DataFolder& folder) {
+    try {
+      if (!folder.archive.empty()) requireReadableFiles(files, folder.path);
+      return false;
+    } catch (const Problem& problem) {
+      report(problem);
+      return true;
+    }
+  });
   return folders;
 }
 

@@ -1,9 +1,11 @@
 // The folders that hold data files: the one that the user names, and its archives.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "data_tool/problem.h"
 #include "platform/file_system.h"
 
 namespace quorrix {
@@ -35,13 +37,25 @@ inline constexpr const char* kDataFolderName = "Data";
 // Throws Problem if the folder is missing.
 void requireFolder(FileSystem& files, const Path& folder);
 
+// Throws Problem if the folder is missing, or holds neither a data file nor load.txt. So a wrong
+// folder is not taken for an empty one: Quorrix always has these files, even before the first site.
+void requireDataFiles(FileSystem& files, const Path& folder);
+
 enum class Archives { Include, LeaveOut };
 
+// Receives what keeps one archive from being read, but not the others.
+using ReportProblem = std::function<void(const Problem& problem)>;
+
 // The data folder, then its archives sorted by their paths. Every folder below the place of the
-// archives that holds a data file is one, except the data folder itself. A linked folder is
-// read, but not the folders below it. Throws Problem if the data folder is missing or if a folder
-// cannot be read.
+// archives that holds a data file is one, except the data folder itself. Links to folders are
+// followed, but each archive is found only once, if possible under its own name. A folder that
+// cannot be listed is reported. Throws Problem as requireDataFiles().
 [[nodiscard]] std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
-                                                    Archives archives);
+                                                    Archives archives, const ReportProblem& report);
+
+// The same without those archives that have a file that cannot be opened; they are reported, too.
+[[nodiscard]] std::vector<DataFolder> readableFoldersOf(FileSystem& files, const Path& dataFolder,
+                                                        Archives archives,
+                                                        const ReportProblem& report);
 
 }  // namespace quorrix

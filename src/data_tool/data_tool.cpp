@@ -70,7 +70,8 @@ int DataTool::run(const std::vector<std::string>& arguments) {
       }
       return answer->status;
     }
-    return run(std::get<Arguments>(read));
+    const int status = run(std::get<Arguments>(read));
+    return isIncomplete_ ? kStatusOfProblem : status;
   } catch (const Problem& problem) {
     complain(problem.what());
   } catch (const Failure& reason) {
@@ -148,7 +149,9 @@ int DataTool::exportData(const Arguments& arguments) {
   const auto writeTo = [&](Output& output) {
     exportFolders(folders, reader, surroundings_.codePage, arguments.exportFormat,
                   arguments.passwords, output);
-    if (foldersOf(arguments) != folders) {
+    const auto foldersNow = readableFoldersOf(surroundings_.files, folders.front().path,
+                                              arguments.archives, [](const Problem&) {});
+    if (foldersNow != folders) {
       throw Problem::ofFile(folders.front().path, "The archives changed. Try again.");
     }
   };
@@ -178,7 +181,12 @@ int DataTool::check(const Arguments& arguments) {
              complain(problem);
              report.countError();
            }});
-  for (const DataFolder& folder : foldersOf(arguments)) folderCheck.check(folder);
+  const auto folders = dataFoldersOf(surroundings_.files, dataFolderOf(arguments),
+                                     arguments.archives, [&](const Problem& problem) {
+                                       complain(problem.what());
+                                       report.countError();
+                                     });
+  for (const DataFolder& folder : folders) folderCheck.check(folder);
   report.end(folderCheck.filesChecked(), folderCheck.recordsChecked());
   output.flush();
   return report.errors() == 0 ? kStatusFine : kStatusOfFindings;
@@ -186,12 +194,20 @@ int DataTool::check(const Arguments& arguments) {
 
 int DataTool::copy(const Arguments& arguments) {
   copyFolders(surroundings_.files, dataFolderOf(arguments), arguments.archives,
-              pathOfArgument(arguments.target));
+              pathOfArgument(arguments.target), complaining());
   return kStatusFine;
 }
 
 std::vector<DataFolder> DataTool::foldersOf(const Arguments& arguments) {
-  return dataFoldersOf(surroundings_.files, dataFolderOf(arguments), arguments.archives);
+  return readableFoldersOf(surroundings_.files, dataFolderOf(arguments), arguments.archives,
+                           complaining());
+}
+
+ReportProblem DataTool::complaining() {
+  return [this](const Problem& problem) {
+    complain(problem.what());
+    isIncomplete_ = true;
+  };
 }
 
 Path DataTool::dataFolderOf(const Arguments& arguments) const {

@@ -45,10 +45,13 @@ class DataTool {
   bool listSites(const Arguments& arguments, const Filter& filterOf);
 
   [[nodiscard]] Path dataFolderOf(const Arguments& arguments) const;
+  // Complains of archives that cannot be read, and leaves them out.
   [[nodiscard]] std::vector<DataFolder> foldersOf(const Arguments& arguments);
+  [[nodiscard]] ReportProblem complaining();
   void complain(std::string_view sentence);
 
   Surroundings surroundings_;
+  bool isIncomplete_ = false;  // an archive was left out
 };
 
 }  // namespace quorrix

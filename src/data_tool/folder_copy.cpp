@@ -57,7 +57,7 @@ class FolderCopy {
   void make() {
     for (int round = 0; round < kMostRounds; ++round) {
       for (FileCopy& copy : copies_) copy.copy(patience_, signals_);
-      // What was written meanwhile. So little or nothing is left to read while Quorrix waits.
+      // What was written in between, so that little is left to read while Quorrix waits.
       for (FileCopy& copy : copies_) {
         if (!copy.isSettled()) copy.copy(patience_, signals_);
       }
@@ -112,19 +112,16 @@ void makeFolders(FileSystem& files, const Path& folder) {
 }  // namespace
 
 void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
-                 std::chrono::milliseconds patience) {
-  requireFolder(files, data);
+                 const ReportProblem& report, std::chrono::milliseconds patience) {
+  requireDataFiles(files, data);
   const Path place = withPath(data, [&] { return archivesOf(files, data); });
   const Path named = withoutLinks(target);
   requireOutside(files, named, data);
   requireOutside(files, named, place);
-  if (!withPath(data, [&] { return holdsDataFiles(files, data); })) {
-    throw Problem::ofFile(data, "There are no data files in this folder.");
-  }
   const DeferredSignals signals;
   CopyStage stage(files, named);
   FolderCopy(files, data, stage.path(), patience, signals).make();
-  for (const DataFolder& folder : dataFoldersOf(files, data, archives)) {
+  for (const DataFolder& folder : readableFoldersOf(files, data, archives, report)) {
     if (folder.archive.empty()) continue;
     const Path into = stage.path() / "Archives" / folder.path.lexically_relative(place);
     makeFolders(files, into);

@@ -20,9 +20,10 @@ namespace quorrix {
 // `target` must be missing or an empty folder. Nothing incomplete is ever in its place; see
 // CopyStage. SIGINT and the like end the copy, too, see DeferredSignals. `patience` is how long to
 // try while another program writes a file. The archives are looked for after `data` is copied, so
-// what Quorrix archives at that time is in the copy at least once. Throws Problem, also if `target`
+// what Quorrix archives at that time is in the copy at least once. Archives that cannot be read are
+// reported and left out. Throws Problem, also if `target`
 // is in a folder with data files.
 void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
-                 std::chrono::milliseconds patience = kReadPatience);
+                 const ReportProblem& report, std::chrono::milliseconds patience = kReadPatience);
 
 }  // namespace quorrix

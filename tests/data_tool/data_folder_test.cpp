@@ -3,19 +3,38 @@
 #include <gtest/gtest.h>
 
 #include "data_tool/problem.h"
-#include "platform/real_file_system.h"
+#include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
+#include "platform/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
 namespace {
 
-std::vector<std::string> archivesIn(FileSystem& files, const Path& folder) {
+std::vector<std::string> namesOf(const std::vector<DataFolder>& folders) {
   std::vector<std::string> names;
-  for (const DataFolder& found : dataFoldersOf(files, folder, Archives::Include)) {
-    names.push_back(found.archive);
-  }
+  names.reserve(folders.size());
+  for (const DataFolder& folder : folders) names.push_back(folder.archive);
   return names;
+}
+
+std::vector<std::string> archivesIn(FileSystem& files, const Path& folder) {
+  return namesOf(dataFoldersOf(files, folder, Archives::Include,
+                               [](const Problem& problem) { ADD_FAILURE() << problem.what(); }));
+}
+
+std::string problemOf(FileSystem& files, const Path& folder) {
+  try {
+    static_cast<void>(archivesIn(files, folder));
+  } catch (const Problem& problem) {
+    return problem.what();
+  }
+  return "";
+}
+
+void givenAnArchive(const test::TemporaryFolder& folder, const Path& path) {
+  std::filesystem::create_directories((folder / path));
+  folder.givenAFile(path / "nodes.dat", "");
 }
 
 TEST(DefaultDataFolder, IsBesideTheProgramIfThereIsOne) {
@@ -30,6 +49,7 @@ TEST(DefaultDataFolder, IsBesideTheProgramIfThereIsOne) {
 TEST(DataFolders, AreTheDataFolderAndEveryArchiveBelowArchives) {
   test::MemoryFileSystem files;
   files.givenAFolder("Q/Data");
+  files.givenAFile("Q/Data/nodes.dat", "");
   files.givenAFolder("Q/Archives/Empty");
   for (const char* name : {"May/nodes.dat", "2025/June/nodes.dat", "Notes/notes.dat"}) {
     files.givenAFolder((Path("Q/Archives") / name).parent_path());
@@ -37,7 +57,7 @@ TEST(DataFolders, AreTheDataFolderAndEveryArchiveBelowArchives) {
   }
   EXPECT_EQ(archivesIn(files, "Q/Data"),
             (std::vector<std::string>{"", "2025/June", "May", "Notes"}));
-  EXPECT_EQ(dataFoldersOf(files, "Q/Data", Archives::LeaveOut).size(), 1U);
+  EXPECT_EQ(dataFoldersOf(files, "Q/Data", Archives::LeaveOut, {}).size(), 1U);
 }
 
 TEST(DataFolders, OfAnArchiveAreThatArchiveAlone) {
@@ -52,14 +72,14 @@ TEST(DataFolders, OfACopyHaveTheirArchivesInside) {
   test::MemoryFileSystem files;
   files.givenAFolder("Copy/Archives/May");
   files.givenAFile("Copy/Archives/May/nodes.dat", "");
+  files.givenAFile("Copy/nodes.dat", "");
   EXPECT_EQ(archivesIn(files, "Copy"), (std::vector<std::string>{"", "May"}));
 }
 
 TEST(DataFolders, AreFoundFromWhereverTheFolderIsNamed) {
   const test::TemporaryFolder folder;
-  std::filesystem::create_directories(folder / "Data");
-  std::filesystem::create_directories(folder / "Archives" / "May");
-  folder.givenAFile(Path("Archives") / "May" / "nodes.dat", "");
+  givenAnArchive(folder, "Data");
+  givenAnArchive(folder, "Archives/May");
   RealFileSystem files;
   for (const Path& name : {folder / "Data", folder / "Data" / "", folder / "Data" / ".",
                            folder / "Archives" / ".." / "Data"}) {
@@ -69,25 +89,102 @@ TEST(DataFolders, AreFoundFromWhereverTheFolderIsNamed) {
 
 TEST(DataFolders, AreAProblemIfTheFolderIsMissing) {
   test::MemoryFileSystem files;
-  try {
-    static_cast<void>(dataFoldersOf(files, "Nowhere", Archives::Include));
-    FAIL();
-  } catch (const Problem& problem) {
-    EXPECT_STREQ(problem.what(), "Nowhere: There is no such folder.");
+  EXPECT_EQ(problemOf(files, "Nowhere"), "Nowhere: There is no such folder.");
+}
+
+TEST(DataFolders, AreAProblemIfTheFolderHasNoDataFiles) {
+  test::MemoryFileSystem files;
+  files.givenAFolder("Quorrix/Archives/May");
+  files.givenAFile("Quorrix/Archives/May/nodes.dat", "");
+  files.givenAFile("Quorrix/notes.txt", "");
+  EXPECT_EQ(problemOf(files, "Quorrix"), "Quorrix: This folder has no data files.");
+  // Quorrix creates the others when it starts.
+  files.givenAFile("Quorrix/load.txt", "none");
+  EXPECT_EQ(problemOf(files, "Quorrix"), "");
+}
+
+TEST(DataFolders, AreFoundAtEveryDepth) {
+  test::MemoryFileSystem files;
+  files.givenAFolder("Q/Data");
+  files.givenAFile("Q/Data/nodes.dat", "");
+  std::string deep = "a";
+  for (int level = 2; level <= 40; ++level) deep += "/a";
+  files.givenAFolder("Q/Archives/" + deep);
+  files.givenAFile("Q/Archives/" + deep + "/nodes.dat", "");
+  EXPECT_EQ(archivesIn(files, "Q/Data"), (std::vector<std::string>{"", deep}));
+}
+
+TEST(DataFolders, AreReportedIfTheyCannotBeRead) {
+  test::MemoryFileSystem files;
+  for (const char* name : {"Data", "Archives/1", "Archives/2/Deep", "Archives/3"}) {
+    files.givenAFolder(Path("Q") / name);
+    files.givenAFile(Path("Q") / name / "nodes.dat", "");
   }
+  files.failListing("Q/Archives/2", 75);
+  std::vector<std::string> reported;
+  const auto report = [&](const Problem& problem) { reported.emplace_back(problem.what()); };
+  EXPECT_EQ(namesOf(dataFoldersOf(files, "Q/Data", Archives::Include, report)),
+            (std::vector<std::string>{"", "1", "3"}));
+  EXPECT_EQ(reported, (std::vector<std::string>{(Path("Q/Archives") / "2").string() +
+                                                ": Path/file access error."}));
+}
+
+TEST(ReadableDataFolders, LeaveOutAnArchiveWithAFileThatCannotBeOpened) {
+  test::MemoryFileSystem memory;
+  for (const char* name : {"Data", "Archives/1", "Archives/2"}) {
+    memory.givenAFolder(Path("Q") / name);
+    memory.givenAFile(Path("Q") / name / "nodes.dat", "");
+  }
+  test::FaultyFileSystem files(memory);
+  files.failAtCall(test::FileCall::OpenForReading, 1, 75);
+  std::vector<std::string> reported;
+  const auto report = [&](const Problem& problem) { reported.emplace_back(problem.what()); };
+  EXPECT_EQ(namesOf(readableFoldersOf(files, "Q/Data", Archives::Include, report)),
+            (std::vector<std::string>{"", "2"}));
+  EXPECT_EQ(reported, (std::vector<std::string>{(Path("Q/Archives") / "1" / "nodes.dat").string() +
+                                                ": Path/file access error."}));
 }
 
 #ifndef _WIN32
-TEST(DataFolders, DoNotFollowALinkThatLeadsBack) {
-  const test::TemporaryFolder folder;
-  std::filesystem::create_directories(folder / "Data");
-  std::filesystem::create_directories(folder / "Archives" / "May");
-  folder.givenAFile(Path("Archives") / "May" / "nodes.dat", "");
-  std::filesystem::create_directory_symlink(folder / "Archives", folder / "Archives" / "Loop");
-  std::filesystem::create_directory_symlink(folder / "Archives" / "May",
-                                            folder / "Archives" / "Other");
-  RealFileSystem files;
-  EXPECT_EQ(archivesIn(files, folder / "Data"), (std::vector<std::string>{"", "May", "Other"}));
+class LinkedDataFolders : public testing::Test {
+ protected:
+  LinkedDataFolders() {
+    givenAnArchive(folder_, "Data");
+    givenAnArchive(folder_, "Archives/May");
+  }
+
+  void givenALink(const Path& name, const Path& target) {
+    std::filesystem::create_directory_symlink(folder_ / target, folder_ / name);
+  }
+
+  std::vector<std::string> archives() { return archivesIn(files_, folder_ / "Data"); }
+
+  test::TemporaryFolder folder_;
+  RealFileSystem files_;
+};
+
+TEST_F(LinkedDataFolders, AreReadOnceUnderTheirOwnNames) {
+  givenALink("Archives/Again", "Archives/May");
+  givenALink("Archives/Data", "Data");
+  EXPECT_EQ(archives(), (std::vector<std::string>{"", "May"}));
+}
+
+TEST_F(LinkedDataFolders, AreReadBelowOtherLinks) {
+  givenAnArchive(folder_, "Disk/2025");
+  givenAnArchive(folder_, "Stick/2024");
+  givenALink("Archives/Disk", "Disk");
+  givenALink("Disk/Stick", "Stick");
+  EXPECT_EQ(archives(), (std::vector<std::string>{"", "Disk/2025", "Disk/Stick/2024", "May"}));
+}
+
+TEST_F(LinkedDataFolders, EndWhereALinkLeadsBack) {
+  givenAnArchive(folder_, "Disk/2025");
+  givenALink("Archives/Loop", "Archives");
+  givenALink("Archives/May/Up", "");
+  givenALink("Archives/Disk", "Disk");
+  givenALink("Disk/Back", "Archives");
+  givenALink("Disk/2025/Self", "Disk/2025");
+  EXPECT_EQ(archives(), (std::vector<std::string>{"", "Disk/2025", "May"}));
 }
 #endif
 

@@ -75,7 +75,8 @@ TEST_F(ExportTest, IncludesPasswordsOnlyIfAsked) {
 }
 
 TEST_F(ExportTest, OfNothingIsStillJson) {
-  EXPECT_EQ(run({"export", "--format", "json", "--data", "Quorrix/Archives/2025"}), 0);
+  given("Empty/nodes.dat", "");
+  EXPECT_EQ(run({"export", "--format", "json", "--data", "Quorrix/Empty", "--no-archives"}), 0);
   EXPECT_EQ(output,
             "{\n\"sites\": [],\n\"notes\": [],\n\"logins\": [],\n\"purchases\": [],\n"
             "\"archives\": []\n}\n");

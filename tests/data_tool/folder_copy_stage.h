@@ -33,8 +33,10 @@ class FolderCopyStage : public testing::Test {
 
   std::string copy(const Path& target) {
     try {
-      copyFolders(files_, folder_ / "Data", Archives::Include, target,
-                  std::chrono::milliseconds(0));
+      copyFolders(
+          files_, folder_ / "Data", Archives::Include, target,
+          [this](const Problem& problem) { reported_.push_back(problem.what()); },
+          std::chrono::milliseconds(0));
     } catch (const Problem& problem) {
       return problem.what();
     }
@@ -78,6 +80,7 @@ class FolderCopyStage : public testing::Test {
   TemporaryFolder folder_;
   RealFileSystem real_{std::chrono::milliseconds(1)};
   FaultyFileSystem files_{real_};
+  std::vector<std::string> reported_;
 };
 
 }  // namespace quorrix::test

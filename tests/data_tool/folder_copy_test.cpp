@@ -159,7 +159,16 @@ TEST_F(FolderCopyTest, NamesTheFileThatAnotherProgramIsWriting) {
 TEST_F(FolderCopyTest, NeedsAFolderWithDataFiles) {
   std::filesystem::remove_all(folder_ / "Data");
   std::filesystem::create_directory(folder_ / "Data");
-  EXPECT_TRUE(copy(folder_ / "Copy").ends_with("Data: There are no data files in this folder."));
+  EXPECT_TRUE(copy(folder_ / "Copy").ends_with("Data: This folder has no data files."));
+}
+
+TEST_F(FolderCopyTest, ContinuesAfterAnArchiveThatCannotBeRead) {
+  std::filesystem::create_directories(folder_ / "Archives/2026/notes.dat/x");
+  folder_.givenAFile("Archives/2026/nodes.dat", "");
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  EXPECT_EQ(filesIn("Copy"), kAll);
+  ASSERT_EQ(reported_.size(), 1U);
+  EXPECT_TRUE(reported_[0].ends_with("notes.dat: Path/file access error.")) << reported_[0];
 }
 
 #ifndef _WIN32
