@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -18,7 +17,5 @@ struct Finding {
   std::optional<std::uint64_t> byte;    // of the file, counted from 0
   std::string what;
 };
-
-using ReportFinding = std::function<void(const Finding&)>;
 
 }  // namespace quorrix

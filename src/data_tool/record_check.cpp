@@ -42,6 +42,10 @@ class Record {
     report_(FindingKind::Error, offset, what);
   }
 
+  void remark(std::size_t offset, const std::string& what) const {
+    report_(FindingKind::Remark, offset, what);
+  }
+
   // Returns false if the record belongs to no site. Nothing else of it is then ever read.
   [[nodiscard]] bool checkAddress() const {
     const std::string_view field = fieldOf(bytes_, kSiteKey);
@@ -72,8 +76,8 @@ class Record {
       return character != '\0' && isControl(character) && fine.find(character) == kNowhere;
     });
     if (place == field.end()) return;
-    report_(FindingKind::Remark, layout.offset + static_cast<std::size_t>(place - field.begin()),
-            name + " contains the control character " + codeOf(*place) + ".");
+    remark(layout.offset + static_cast<std::size_t>(place - field.begin()),
+           name + " contains the control character " + codeOf(*place) + ".");
   }
 
   // A text, one "~", and blanks.
@@ -128,23 +132,42 @@ void checkScheme(const Record& record, char flag) {
                "The scheme is " + codeOf(flag) + ", not N, S, F or U.");
 }
 
+std::string stampTextOf(const StampTime& time) {
+  return accessStampText({.year = time.date.year,
+                          .month = time.date.month,
+                          .day = time.date.day,
+                          .hour = time.hour,
+                          .minute = time.minute,
+                          .second = time.second});
+}
+
 void checkStamp(const Record& record, std::string_view field) {
   const std::size_t offset = site_record::kAccessStamp.offset;
   const auto end = field.find(kStampEnd);
   if (end == kNowhere) return record.error(offset, "The date has no \"~\" at its end.");
+  const std::string_view stamp = field.substr(0, end);
   try {
-    static_cast<void>(readAccessStamp(field.substr(0, end)));
+    // Quorrix reads other forms, too, but writes only one.
+    if (stampTextOf(readAccessStamp(stamp)) != stamp) {
+      record.error(offset, "The date is not in the form in which Quorrix writes it.");
+    }
   } catch (const Failure&) {
     record.error(offset, "The date cannot be read.");
   }
   record.checkBlanksAfter(site_record::kAccessStamp, end + 1, "The date");
 }
 
-// Quorrix reads the text up to its first blank.
+// Quorrix reads the text up to its first blank. A user can type a blank, but then sees only a part
+// of the text again.
 void checkUnbroken(const Record& record, std::span<const char> bytes, FieldLayout layout,
                    const std::string& name) {
-  if (fieldOf(bytes, layout).find(' ') == kNowhere) {
+  const std::string_view field = fieldOf(bytes, layout);
+  const auto blank = field.find(' ');
+  if (blank == kNowhere) {
     record.error(layout.offset, name + " has no blank at its end.");
+  } else if (field.find_first_not_of(' ', blank) != kNowhere) {
+    record.remark(layout.offset + blank,
+                  name + " contains a blank. Quorrix shows only what is before it.");
   }
   record.checkNuls(layout, name);
   record.remarkControls(layout, name, "");
@@ -172,6 +195,9 @@ void checkUserIDPasswordRecord(std::span<const char> record, const ReportInRecor
   if (!login.checkAddress()) return;
   checkUnbroken(login, record, kPassword, "The password");
   checkUnbroken(login, record, kUserID, "The user ID");
+  const bool isEmpty = fieldOf(record, kPassword).find_first_not_of(' ') == kNowhere &&
+                       fieldOf(record, kUserID).find_first_not_of(' ') == kNowhere;
+  if (isEmpty) login.remark(kPassword.offset, "The user ID and the password are empty.");
 }
 
 void checkPurchaseRecord(std::span<const char> record, const ReportInRecord& report) {

@@ -29,7 +29,7 @@ struct SiteDetails {
 class SiteDetailIndex {
  public:
   // Reads the files that `choice` needs. As in Quorrix, the first notes and the first user ID of
-  // a site count.
+  // a site count. Throws Problem for a file with more than 32,767 records that are not deleted.
   SiteDetailIndex(FolderReader& folder, const DetailChoice& choice);
 
   // Empty for a site without details.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
 #include <string>
 
 #include "data_tool/tool_stage.h"
@@ -91,6 +92,19 @@ class RandomUser {
   PurchasesFile purchases_{stage_.files, paths_};
 };
 
+// A user ID or a password in which the user typed a blank is worth a remark.
+std::string withoutTypedBlanks(const std::string& output) {
+  std::istringstream lines(output);
+  std::string others;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.ends_with("contains a blank. Quorrix shows only what is before it.") &&
+        !line.ends_with("remark: The user ID and the password are empty.")) {
+      others += line + "\n";
+    }
+  }
+  return others;
+}
+
 TEST(CheckProperty, FindsNothingInWhatQuorrixWrites) {
   for (unsigned seed = 1; seed <= 30; ++seed) {
     SCOPED_TRACE(seed);
@@ -99,7 +113,7 @@ TEST(CheckProperty, FindsNothingInWhatQuorrixWrites) {
     RandomUser user(stage, seed);
     for (int step = 0; step < 60; ++step) user.doSomething();
     EXPECT_EQ(stage.run({"check"}), 0);
-    EXPECT_EQ(stage.output.find("byte"), std::string::npos) << stage.output;
+    EXPECT_EQ(withoutTypedBlanks(stage.output).find("byte"), std::string::npos) << stage.output;
     EXPECT_EQ(stage.error, "");
   }
 }

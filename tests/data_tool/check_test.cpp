@@ -46,7 +46,7 @@ TEST_F(CheckTest, FindsNothingInGoodFiles) {
                               std::string(322, ' '));
   given("Data/notes.dat",
         notesRecord("a.b.c", "One\r\n\ttwo") + std::string(1324, ' ') + notesRecord("d.e.f", ""));
-  given("Data/info.dat", loginRecord("a.b.c", "anna b", "") + std::string(360, ' '));
+  given("Data/info.dat", loginRecord("a.b.c", "anna", "") + std::string(360, ' '));
   given("Data/purchases.dat", purchaseRecord("a.b.c") + purchaseRecord("a.b.c") +
                                   purchaseRecord("a.b.c", {.date = "~", .item = "a~b~"}) +
                                   std::string(542, ' '));
@@ -100,6 +100,21 @@ TEST_F(CheckTest, FindsDatesThatCannotBeRead) {
             "nodes.dat: record 1, byte 319: The date is followed by more than blanks.\n");
 }
 
+TEST_F(CheckTest, FindsDatesThatAreNotInTheFormOfQuorrix) {
+  for (const char* stamp : {"01/2/26 1:00:00 AM~", "1/02/26 1:00:00 AM~", "1/2/2026 1:00:00 AM~",
+                            "1/2/26 01:00:00 AM~", "1/2/26 1:0:00 AM~", "1/2/26  1:00:00 AM~"}) {
+    EXPECT_EQ(found("nodes.dat", siteRecord("a.b.c", 'N', stamp)),
+              "nodes.dat: record 1, byte 301: The date is not in the form in which Quorrix writes "
+              "it.\n")
+        << stamp;
+    EXPECT_EQ(status, 1);
+  }
+  for (const char* stamp : {"1/2/03 1:00:00 AM~", "12/31/99 12:00:00 PM~", "2/29/00 12:00:00 AM~",
+                            "10/20/98 10:10:10 PM~"}) {
+    EXPECT_EQ(found("nodes.dat", siteRecord("a.b.c", 'N', stamp)), "") << stamp;
+  }
+}
+
 TEST_F(CheckTest, FindsAnIncompleteRecord) {
   EXPECT_EQ(found("nodes.dat", siteRecord("a.b.c") + "d.e.f"),
             "nodes.dat: record 2, byte 322: The last record is incomplete: it has 5 of 322 "
@@ -131,6 +146,30 @@ TEST_F(CheckTest, FindsUserIDsAndPasswordsWithoutEnd) {
             "info.dat: record 1, byte 330: The user ID has no blank at its end.\n");
   EXPECT_EQ(found("info.dat", loginRecord("a.b.c", "a\0b"s, "p")),
             "info.dat: record 1, byte 331: The user ID contains a NUL.\n");
+}
+
+TEST_F(CheckTest, RemarksUserIDsAndPasswordsThatAreNotShownWhole) {
+  EXPECT_EQ(found("info.dat", loginRecord("a.b.c", "anna b", " tulip7")),
+            "info.dat: record 1, byte 300: remark: The password contains a blank. Quorrix shows "
+            "only what is before it.\n"
+            "info.dat: record 1, byte 334: remark: The user ID contains a blank. Quorrix shows "
+            "only what is before it.\n");
+  EXPECT_EQ(found("info.dat", loginRecord("a.b.c", "", "")),
+            "info.dat: record 1, byte 300: remark: The user ID and the password are empty.\n");
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(CheckTest, CountsAnArchiveThatCannotBeReadAsAnError) {
+  for (const char* name : {"1", "2"}) {
+    for (const char* file : {"nodes.dat", "notes.dat", "info.dat", "purchases.dat"}) {
+      given("Archives/" + std::string(name) + "/" + file, "");
+    }
+  }
+  memory.failListing("Quorrix/Archives/1", 75);
+  EXPECT_EQ(run({"check"}), 1);
+  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix/Archives") / "1").string() +
+                       ": Path/file access error.\n");
+  EXPECT_EQ(output, "9 files, 0 records, 1 error\n");
 }
 
 TEST_F(CheckTest, FindsPurchaseTextsWithoutEnd) {
