@@ -12,13 +12,48 @@
 namespace quorrix {
 namespace {
 
-const std::map<std::string, ListFormat> kListFormats{
+// "json, csv or html"
+std::string alternatives(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " or " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
+std::string inQuotes(const std::string& text) { return '"' + text + '"'; }
+
+template <typename Format>
+using Formats = std::vector<std::pair<std::string, Format>>;
+
+const Formats<ListFormat> kListFormats{
     {"table", ListFormat::Table}, {"json", ListFormat::Json}, {"csv", ListFormat::Csv}};
-const std::map<std::string, ExportFormat> kExportFormats{
-    {"json", ExportFormat::Json},
-    {"csv", ExportFormat::Csv},
-    {"html", ExportFormat::Html},
-    {"netscape-bookmarks", ExportFormat::NetscapeBookmarks}};
+const Formats<ExportFormat> kExportFormats{{"json", ExportFormat::Json},
+                                           {"csv", ExportFormat::Csv},
+                                           {"html", ExportFormat::Html},
+                                           {"netscape-bookmarks", ExportFormat::NetscapeBookmarks}};
+
+template <typename Format>
+std::string namesOf(const Formats<Format>& formats) {
+  std::vector<std::string> names;
+  names.reserve(formats.size());
+  for (const auto& [name, format] : formats) names.push_back(name);
+  return alternatives(names);
+}
+
+// A sentence for standard error.
+struct UsageProblem {
+  std::string sentence;
+};
+
+template <typename Format>
+Format formatOf(const Formats<Format>& formats, const std::string& name) {
+  for (const auto& [known, format] : formats) {
+    if (known == name) return format;
+  }
+  throw UsageProblem{"There is no format " + inQuotes(name) + ". Name " + namesOf(formats) + "."};
+}
 
 std::string versionText() {
   return "quorrix-data " + std::to_string(kProgramVersion.major) + "." +
@@ -29,19 +64,28 @@ class CommandLine {
  public:
   CommandLine() {
     app_.name("quorrix-data");
+    app_.get_formatter()->label("OPTIONS", "OPTION...");
+    app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    app_.get_formatter()->label("Positionals", "Arguments");
+    app_.get_formatter()->label("REQUIRED", "");
+    // Of an option that is given twice, the last one counts.
+    app_.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app_.allow_extras();
     app_.set_version_flag("--version", versionText(), "Print the version and exit");
     app_.set_help_flag("--help", "Print this help and exit");
     app_.require_subcommand(0, 1);
     app_.footer(
-        "Exit status: 0 if everything is fine; 1 if check finds an error or search finds\n"
-        "no site; 2 if the command line is wrong or something cannot be read or written.");
+        "Exit status: 0 if everything is fine; 1 if check finds an error or a file that\n"
+        "cannot be read, or if search finds no site; 2 if the command line is wrong, or if\n"
+        "another command cannot read or write something.");
     addListing(Command::List, "list", "List the recorded sites");
     addSearch();
     addExport();
     addFolderOptions(add(Command::Check, "check", "Check every file, record and date"));
     CLI::App& copy = add(Command::Copy, "copy", "Copy all files, even while Quorrix is running");
     copy.add_option("FOLDER", arguments_.target, "The folder for the copy, new or empty")
-        ->required();
+        ->required()
+        ->type_name("");
     addFolderOptions(copy);
   }
 
@@ -49,20 +93,19 @@ class CommandLine {
     std::reverse(arguments.begin(), arguments.end());
     try {
       app_.parse(std::move(arguments));
+      return finished();
     } catch (const CLI::ParseError& reason) {
       return answerTo(reason);
+    } catch (const UsageProblem& problem) {
+      return usage(problem.sentence);
     }
-    for (const auto& [command, subcommand] : subcommands_) {
-      if (!subcommand->parsed()) continue;
-      arguments_.command = command;
-      return finished();
-    }
-    return usage("name a command: list, search, export, check or copy");
   }
 
  private:
   CLI::App& add(Command command, const std::string& name, const std::string& description) {
     CLI::App* const subcommand = app_.add_subcommand(name, description);
+    subcommand->group("Commands");
+    subcommand->allow_extras();
     subcommands_[command] = subcommand;
     return *subcommand;
   }
@@ -72,13 +115,13 @@ class CommandLine {
         .add_option("--data", arguments_.data,
                     "The folder with the data files; by default your Quorrix data folder")
         ->type_name("FOLDER");
-    subcommand.add_flag("--no-archives", leavesOutArchives_, "Leave out the archives");
+    subcommand.add_flag("--no-archives", leavesOutArchives_, "Leave out the archives")
+        ->disable_flag_override();
   }
 
   CLI::App& addListing(Command command, const std::string& name, const std::string& description) {
     CLI::App& subcommand = add(command, name, description);
-    subcommand.add_option("--format", listFormat_, "table, json or csv; by default table")
-        ->check(CLI::IsMember(namesOf(kListFormats)).description(""))
+    subcommand.add_option("--format", listFormat_, namesOf(kListFormats) + "; by default table")
         ->type_name("FORMAT");
     subcommand
         .add_option("--with", with_,
@@ -92,7 +135,7 @@ class CommandLine {
   void addSearch() {
     CLI::App& search = addListing(Command::Search, "search",
                                   "List the sites with TEXT in their address, whatever its case");
-    search.add_option("TEXT", arguments_.text, "What the address contains");
+    search.add_option("TEXT", arguments_.text, "What the address contains")->type_name("");
     search
         .add_option("--after", arguments_.after,
                     "Only sites visited on this day or later, such as 11/21/2026 (month first)")
@@ -101,8 +144,7 @@ class CommandLine {
 
   void addExport() {
     CLI::App& exporting = add(Command::Export, "export", "Write all data as one file");
-    exporting.add_option("--format", exportFormat_, "json, csv, html or netscape-bookmarks")
-        ->check(CLI::IsMember(namesOf(kExportFormats)).description(""))
+    exporting.add_option("--format", exportFormat_, namesOf(kExportFormats))
         ->type_name("FORMAT")
         ->required();
     exporting
@@ -113,33 +155,74 @@ class CommandLine {
   }
 
   void addPasswords(CLI::App& subcommand) {
-    subcommand.add_flag("--show-passwords", showsPasswords_, "Include passwords, in clear text");
+    subcommand.add_flag("--show-passwords", showsPasswords_, "Include passwords, in clear text")
+        ->disable_flag_override();
   }
 
-  template <typename Value>
-  static std::vector<std::string> namesOf(const std::map<std::string, Value>& formats) {
-    std::vector<std::string> names;
-    names.reserve(formats.size());
-    for (const auto& [name, format] : formats) names.push_back(name);
-    return names;
-  }
-
-  Answer answerTo(const CLI::ParseError& reason) const {
+  Answer answerTo(const CLI::ParseError& reason) {
     if (reason.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
       std::ostringstream output;
       std::ostringstream error;
       app_.exit(reason, output, error);
       return {.output = output.str(), .error = {}, .status = kStatusFine};
     }
-    return usage(reason.what());
+    return usage(sentenceFor(reason));
+  }
+
+  std::string sentenceFor(const CLI::ParseError& reason) const {
+    if (dynamic_cast<const CLI::RequiredError*>(&reason) != nullptr) {
+      if (parsedCommand() == subcommands_.at(Command::Copy)) return "Name the folder for the copy.";
+      return "Name a format: --format " + namesOf(kExportFormats) + ".";
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&reason) == nullptr) {
+      return "The command line cannot be understood.";
+    }
+    // CLI11's own text begins with the option's name, but with a flag's name without "--".
+    const std::string text = reason.what();
+    const std::string name = text.substr(0, text.find_first_of(": "));
+    if (name.starts_with('-')) return inQuotes(name) + " needs a value.";
+    return inQuotes("--" + name) + " takes no value.";
+  }
+
+  // Null without a command.
+  CLI::App* parsedCommand() const {
+    for (const auto& [command, subcommand] : subcommands_) {
+      if (subcommand->parsed()) return subcommand;
+    }
+    return nullptr;
   }
 
   static Answer usage(const std::string& problem) {
     return {.output = {}, .error = problem, .status = kStatusOfProblem};
   }
 
-  // False for any other word.
-  [[nodiscard]] bool readKinds() {
+  // What CLI11 could not assign, without the "--" after which everything is a word.
+  static std::vector<std::string> othersOf(const CLI::App& app) {
+    std::vector<std::string> others = app.remaining();
+    std::erase(others, "--");
+    return others;
+  }
+
+  void requireNothingElse(const CLI::App* command) const {
+    const auto isOption = [](const std::string& word) { return word.starts_with('-'); };
+    const std::vector<std::string> before = othersOf(app_);
+    if (!before.empty() && isOption(before.front())) {
+      throw UsageProblem{"There is no option " + inQuotes(before.front()) + " before a command."};
+    }
+    if (!before.empty())
+      throw UsageProblem{"There is no command " + inQuotes(before.front()) + "."};
+    if (command == nullptr) return;
+    const std::vector<std::string> others = othersOf(*command);
+    if (others.empty()) return;
+    const std::string& name = command->get_name();
+    const auto option = std::find_if(others.begin(), others.end(), isOption);
+    if (option != others.end()) {
+      throw UsageProblem{name + " has no option " + inQuotes(*option) + "."};
+    }
+    throw UsageProblem{inQuotes(others.front()) + " is too much for " + name + "."};
+  }
+
+  void readKinds() {
     DetailChoice& details = arguments_.listing.details;
     std::istringstream kinds(with_);
     for (std::string kind; std::getline(kinds, kind, ',');) {
@@ -150,27 +233,33 @@ class CommandLine {
       } else if (kind == "logins") {
         details.logins = true;
       } else {
-        return false;
+        throw UsageProblem{"--with has no kind " + inQuotes(kind) +
+                           ". Name notes, purchases and logins, separated by commas."};
       }
     }
-    return true;
   }
 
-  std::variant<Arguments, Answer> finished() {
-    if (!readKinds()) return usage("--with: name notes, purchases and logins, separated by commas");
+  Arguments finished() {
+    const CLI::App* const command = parsedCommand();
+    requireNothingElse(command);
+    if (!command) throw UsageProblem{"Name a command: list, search, export, check or copy."};
+    for (const auto& [value, subcommand] : subcommands_) {
+      if (subcommand == command) arguments_.command = value;
+    }
+    readKinds();
     const bool isPathEmpty = (arguments_.command == Command::Copy && arguments_.target.empty()) ||
                              arguments_.output == "" || arguments_.data == "";
-    if (isPathEmpty) return usage("the name of a file or folder is empty");
+    if (isPathEmpty) throw UsageProblem{"The name of a file or folder is empty."};
     arguments_.archives = leavesOutArchives_ ? Archives::LeaveOut : Archives::Include;
-    arguments_.listing.format = kListFormats.at(listFormat_);
+    arguments_.listing.format = formatOf(kListFormats, listFormat_);
     if (showsPasswords_) {
       arguments_.listing.details.logins = true;
       arguments_.listing.details.passwords = true;
     }
-    arguments_.exportFormat = kExportFormats.at(exportFormat_);
+    arguments_.exportFormat = formatOf(kExportFormats, exportFormat_);
     arguments_.passwords = showsPasswords_ ? Passwords::Show : Passwords::LeaveOut;
     if (arguments_.command == Command::Search && !arguments_.text && !arguments_.after) {
-      return usage("search needs TEXT, --after or both");
+      throw UsageProblem{"search needs TEXT, --after or both."};
     }
     return arguments_;
   }

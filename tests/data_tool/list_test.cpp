@@ -217,7 +217,7 @@ TEST_F(SearchTest, EndsAtARecordWhoseDateCannotBeRead) {
 TEST_F(SearchTest, NeedsATextOrADate) {
   EXPECT_EQ(run({"search"}), 2);
   EXPECT_EQ(error,
-            "quorrix-data: search needs TEXT, --after or both\n"
+            "quorrix-data: search needs TEXT, --after or both.\n"
             "Try 'quorrix-data --help' for more information.\n");
 }
 
