@@ -72,9 +72,16 @@ class WindowsDataTool(unittest.TestCase):
                          (self.out / "Kopie/Archives/Frühling/nodes.dat").read_bytes())
 
     def test_errors_are_on_standard_error(self):
-        self.assertEqual(b"quorrix-data: --format: xml not in {csv,json,table}\n"
+        self.assertEqual(b'quorrix-data: There is no format "xml". Name table, json or csv.\n'
                          b"Try 'quorrix-data --help' for more information.\n",
                          (self.out / "usage").read_bytes())
+
+    def test_it_tells_windows_its_version_and_that_paths_may_be_long(self):
+        program = Path(os.environ["QUORRIX_DATA_TOOL"]).read_bytes()
+        for text in ("FileVersion", "quorrix-data.exe", "ProductVersion"):
+            self.assertIn(text.encode("utf-16-le"), program)
+        self.assertIn(b">true</longPathAware>", program)
+        self.assertIn(b'name="quorrix-data" version="', program)
 
 
 if __name__ == "__main__":
