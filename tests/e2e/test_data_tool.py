@@ -94,6 +94,40 @@ class Files(DataToolTest):
                 self.assertRegex(call, r" (openat|newfstatat|statx?|access|readlink|flock)\(")
         self.assertNotIn("purchases.dat", os.listdir(self.data))
 
+    @unittest.skipUnless(can_trace(), "this system does not let processes be traced")
+    def test_nothing_is_locked_while_a_copy_is_written(self):
+        targets = processes.temporary_folder()
+        log = os.path.join(targets, "calls")
+        subprocess.run(["strace", "-y", "-e", "trace=flock,close,pwrite64,fdatasync,fsync", "-o",
+                        log, data_tool(), "copy", os.path.join(targets, "Copy"), "--data",
+                        self.data], check=True)
+        locked, locks, writes = set(), 0, 0
+        with open(log, encoding="utf-8") as file:
+            for call, path in re.findall(r"^(\w+)\(\d+<([^>]*)>", file.read(), re.M):
+                if call == "flock" and path.startswith(self.folder):
+                    locked.add(path)
+                    locks += 1
+                elif call == "close":
+                    locked.discard(path)
+                elif call != "flock":
+                    writes += 1
+                    self.assertEqual(set(), locked)
+        self.assertGreater(locks, 10)
+        self.assertGreater(writes, 10)
+
+    def test_one_archive_that_cannot_be_read_does_not_hide_the_others(self):
+        damaged = write_folder(os.path.join(self.folder, "Archives/2025"), nodes=site("a.b.c"))
+        os.remove(os.path.join(damaged, "notes.dat"))
+        os.mkdir(os.path.join(damaged, "notes.dat"))
+        for command in COMMANDS:
+            done = subprocess.run([data_tool(), *command, "--data", self.data],
+                                  capture_output=True, text=True, check=False)
+            self.assertEqual((1 if command == ["check"] else 2,
+                              f"quorrix-data: {damaged}/notes.dat: Path/file access error.\n"),
+                             (done.returncode, done.stderr), command)
+            if command not in (["check"], ["search", "garden"]):
+                self.assertIn("www.mill.example", done.stdout, command)
+
     def test_the_folder_beside_the_program_is_the_default(self):
         # A copy of the program, because build/dev/bin may have a Data of its own.
         program = shutil.copy(data_tool(), self.folder)
@@ -109,6 +143,39 @@ class Files(DataToolTest):
         listing = subprocess.run([program, "list", "--format", "csv"], capture_output=True,
                                  env=environment, check=True).stdout.decode()
         self.assertIn("\r\nMay,www.mill.example,http,2026-03-14T10:00:00\r\n", listing)
+
+
+@unittest.skipUnless(can_trace(), "this system does not let processes be traced")
+class Interruption(DataToolTest):
+    """Output to a disk that is so slow that a signal arrives in the middle."""
+
+    def setUp(self):
+        super().setUp()
+        self.big = write_folder(os.path.join(self.folder, "Big"), nodes=many_sites(20_000))
+        self.target = processes.temporary_folder()
+
+    def started(self, *command):
+        slow = ["strace", "-o", "/dev/null", "-e", "trace=pwrite64", "-e",
+                "inject=pwrite64:delay_enter=200000"]
+        traced = subprocess.Popen([*slow, data_tool(), *command, "--data", self.big])
+        self.addCleanup(traced.wait)
+        wait_until(lambda: os.listdir(self.target), "an unfinished output")
+        return traced
+
+    def end(self, traced, ending):
+        with open(f"/proc/{traced.pid}/task/{traced.pid}/children", encoding="ascii") as children:
+            os.kill(int(children.read()), ending)
+        # strace ends as the program did.
+        self.assertEqual(-ending, traced.wait(timeout=60))
+        self.assertEqual([], os.listdir(self.target))
+
+    def test_a_signal_leaves_nothing_of_a_copy(self):
+        for ending in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            self.end(self.started("copy", os.path.join(self.target, "Copy")), ending)
+
+    def test_a_signal_leaves_nothing_of_an_export(self):
+        self.end(self.started("export", "--format", "json", "--output",
+                              os.path.join(self.target, "sites.json")), signal.SIGINT)
 
 
 class Output(DataToolTest):

@@ -45,8 +45,11 @@ NO_MESSAGES = {
     # The help of quorrix-data.
     "Check every file, record and date",
     "Copy all files, even while Quorrix is running",
-    "Exit status: 0 if everything is fine; 1 if check finds an error or search finds\\nno site; 2 if "
-    "the command line is wrong or something cannot be read or written.",
+    "Exit status: 0 if everything is fine; 1 if check finds an error or a file that\\ncannot be "
+    "read, or if search finds no site; 2 if the command line is wrong, or if\\nanother command cannot "
+    "read or write something.",
+    "; by default table",
+    "a shorter digest could hide a change",
     "Include passwords, in clear text",
     "Leave out the archives",
     "List the recorded sites",
@@ -61,8 +64,6 @@ NO_MESSAGES = {
     "The folder with the data files; by default your Quorrix data folder",
     "What the address contains",
     "Write all data as one file",
-    "json, csv, html or netscape-bookmarks",
-    "table, json or csv; by default table",
 }
 
 # Sources whose literals are the text of exported files.
