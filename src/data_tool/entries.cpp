@@ -2,7 +2,6 @@
 
 #include "datafiles/record_layouts.h"
 #include "datafiles/site_record.h"
-#include "platform/failure.h"
 
 namespace quorrix {
 namespace {
@@ -19,14 +18,6 @@ std::string_view withoutEndMark(std::string_view field) {
   std::string_view text = withoutPadding(field);
   if (text.ends_with(kFieldEnd)) text.remove_suffix(1);
   return text;
-}
-
-std::optional<StampTime> timeOf(std::string_view stamp) {
-  try {
-    return readAccessStamp(stamp);
-  } catch (const Failure&) {
-    return std::nullopt;
-  }
 }
 
 bool readAddress(const CodePage& codePage, std::span<const char> record, std::string& address) {
@@ -47,7 +38,7 @@ bool readSite(const CodePage& codePage, std::span<const char> record, SiteEntry&
   const auto end = field.find(kStampEnd);
   const auto stamp = end == std::string_view::npos ? withoutPadding(field) : field.substr(0, end);
   entry.stamp = codePage.toUtf8(stamp);
-  entry.visited = end == std::string_view::npos ? std::nullopt : timeOf(stamp);
+  entry.visited = end == std::string_view::npos ? std::nullopt : stampTime(stamp);
   return true;
 }
 

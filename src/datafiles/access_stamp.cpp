@@ -128,6 +128,14 @@ StampTime readAccessStamp(std::string_view stamp) {
   return time;
 }
 
+std::optional<StampTime> stampTime(std::string_view stamp) {
+  try {
+    return readAccessStamp(stamp);
+  } catch (const Failure&) {
+    return std::nullopt;
+  }
+}
+
 CalendarDate stampDate(std::string_view stamp) {
   const auto blank = stamp.find(' ');
   if (blank == std::string_view::npos) failToReadDate();

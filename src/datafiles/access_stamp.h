@@ -3,6 +3,7 @@
 #pragma once
 
 #include <compare>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -50,6 +51,9 @@ struct StampTime {
 // Reads a stamp that accessStampText() wrote. Tolerates small deviations, such as extra
 // blanks in the time and a year of four digits. Throws kTypeMismatch for anything else.
 [[nodiscard]] StampTime readAccessStamp(std::string_view stamp);
+
+// The same, but nullopt if the stamp cannot be read. It compares less than every time.
+[[nodiscard]] std::optional<StampTime> stampTime(std::string_view stamp);
 
 // The date of a stamp: the text before its first blank. Throws kTypeMismatch if the stamp
 // has no blank or if that text is not a date.

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "datafiles/access_stamp.h"
-#include "platform/failure.h"
 
 namespace quorrix {
 namespace {
@@ -42,15 +41,6 @@ std::uint64_t findRecord(FixedRecordFile& file, std::string_view siteAddress,
   }
   if (found == 0) file.scan(last, FixedRecordFile::ReadFailures::Throw, take);
   return found;
-}
-
-// Returns nullopt, which compares less than every time, if the stamp cannot be read.
-std::optional<StampTime> timeOf(std::string_view stamp) {
-  try {
-    return readAccessStamp(stamp);
-  } catch (const Failure&) {
-    return std::nullopt;
-  }
 }
 
 }  // namespace
@@ -98,7 +88,7 @@ std::optional<SiteFile::LatestVisit> SiteFile::latestVisit(std::string_view site
               if (!holdsAddress(record, siteAddress)) return true;
               const auto field = fieldOf(record, site_record::kAccessStamp);
               const auto stamp = field.substr(0, field.find(kStampEnd));
-              const auto time = timeOf(stamp);
+              const auto time = stampTime(stamp);
               if (latest && time <= latestTime) return true;
               latest = {fieldOf(record, site_record::kProtocolFlag).front(), std::string(stamp)};
               latestTime = time;

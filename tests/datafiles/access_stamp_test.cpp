@@ -227,5 +227,12 @@ TEST(StampTime, IsOrderedByDateThenHourThenMinuteThenSecond) {
   EXPECT_LT(noon, (StampTime{.date = {2026, 7, 9}, .hour = 12, .minute = 30, .second = 31}));
 }
 
+TEST(StampTime, IsMissingIfItCannotBeRead) {
+  EXPECT_EQ(stampTime("7/9/26 3:04:05 PM"),
+            (StampTime{.date = {2026, 7, 9}, .hour = 15, .minute = 4, .second = 5}));
+  EXPECT_EQ(stampTime("yesterday"), std::nullopt);
+  EXPECT_LT(stampTime("yesterday"), stampTime("1/1/00 12:00:00 AM"));
+}
+
 }  // namespace
 }  // namespace quorrix
