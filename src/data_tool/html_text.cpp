@@ -1,9 +1,7 @@
 #include "data_tool/html_text.h"
 
-#include <array>
-#include <cstdio>
-
 #include "data_tool/shown_text.h"
+#include "platform/percent_encoding.h"
 
 namespace quorrix {
 namespace {
@@ -53,18 +51,7 @@ std::string htmlLines(std::string_view utf8) {
 }
 
 std::string htmlAddress(std::string_view utf8) {
-  std::string address;
-  for (const char character : utf8) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte > 0x20 && byte != 0x7F) {
-      address += character;
-      continue;
-    }
-    std::array<char, 8> code{};
-    std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned>(byte));
-    address += code.data();
-  }
-  return withEntities(address);
+  return withEntities(percentEncoded(utf8, isBlankOrControl));
 }
 
 }  // namespace quorrix

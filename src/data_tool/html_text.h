@@ -1,4 +1,4 @@
-// Text inside of HTML.
+// Text inside HTML.
 #pragma once
 
 #include <string>

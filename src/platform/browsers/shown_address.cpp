@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "platform/browsers/address_text.h"
+#include "platform/percent_encoding.h"
 
 namespace quorrix {
 namespace {
@@ -12,10 +13,8 @@ namespace {
 constexpr std::string_view kSchemeEnd = "://";
 constexpr std::string_view kWww = "www.";
 
-bool isPlain(char character) {
-  const auto byte = static_cast<unsigned char>(character);
-  return byte > ' ' && byte != 0x7F;
-}
+// Whether it is a byte of a character beyond ASCII. The addresses of documents have them encoded.
+bool isBeyondAscii(char character) { return static_cast<unsigned char>(character) >= 0x80; }
 
 std::string_view withoutPrefix(std::string_view text, std::string_view prefix) {
   return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
@@ -30,21 +29,6 @@ std::string decoded(std::string_view text) {
                         std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
     result += isCode ? static_cast<char>(byte) : text[i];
     if (isCode) i += 2;
-  }
-  return result;
-}
-
-// Encodes the bytes of characters beyond ASCII, as the addresses of documents have them.
-std::string encoded(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string result;
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x80) {
-      result += character;
-    } else {
-      result.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
-    }
   }
   return result;
 }
@@ -71,7 +55,9 @@ std::string_view schemeOf(std::string_view address) {
 }  // namespace
 
 ShownAddress compareWithBar(std::string_view loaded, std::string_view shown) {
-  if (!isWebAddress(loaded) || !std::ranges::all_of(shown, isPlain)) return ShownAddress::Unclear;
+  if (!isWebAddress(loaded) || std::ranges::any_of(shown, isBlankOrControl)) {
+    return ShownAddress::Unclear;
+  }
   const std::string_view scheme = schemeOf(loaded);
   const std::string_view text = withoutScheme(shown, scheme);
   const std::string_view host = text.substr(0, text.find_first_of("/?#"));
@@ -89,7 +75,7 @@ std::string newerAddress(std::string_view loaded, std::string_view shown) {
   const std::size_t hostEnd = std::min(rest.find_first_of("/?#"), rest.size());
   return std::string(scheme)
       .append(rest.substr(0, hostEnd))
-      .append(encoded(path.empty() ? "/" : path));
+      .append(percentEncoded(path.empty() ? "/" : path, isBeyondAscii));
 }
 
 }  // namespace quorrix

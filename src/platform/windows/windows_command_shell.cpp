@@ -7,22 +7,20 @@
 #include <string>
 
 #include "platform/failure.h"
+#include "platform/percent_encoding.h"
 #include "platform/windows/wide_text.h"
 
 namespace quorrix {
+namespace {
+
+bool endsArgument(char character) {
+  return isBlankOrControl(character) || character == '"' || character == '\\';
+}
+
+}  // namespace
+
 std::string asOneArgument(const CodePage& codePage, std::string_view address) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string argument;
-  for (const char character : codePage.toUtf8(address)) {
-    const auto byte = static_cast<unsigned char>(character);
-    const bool endsArgument = byte <= ' ' || byte == 0x7F || character == '"' || character == '\\';
-    if (!endsArgument) {
-      argument += character;
-    } else {
-      argument += {'%', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
-    }
-  }
-  return argument;
+  return percentEncoded(codePage.toUtf8(address), endsArgument);
 }
 
 void WindowsCommandShell::run(std::string_view line) {
