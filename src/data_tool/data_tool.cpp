@@ -112,7 +112,7 @@ int DataTool::search(const Arguments& arguments) {
   const bool isFound = listSites(arguments, [&](const Path& file) -> FolderReader::IsSought {
     return [&matcher, file](std::uint64_t number, std::span<const char> record) {
       try {
-        return matcher.canMatch() && matcher.matches(record);
+        return matcher.matches(record);
       } catch (const Failure&) {
         throw Problem::ofFile(file, "record " + std::to_string(number) + ": " + kSearchEnds);
       }

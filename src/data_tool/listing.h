@@ -20,7 +20,6 @@ struct ListingChoice {
   DetailChoice details;
 };
 
-// The table's frame.
 struct TableFrame {
   // Of the column for the names of archives; 0 without archives, and the column is left out.
   std::size_t archiveColumns = 0;

@@ -29,10 +29,9 @@ bool SiteMatcher::canMatch() const {
 }
 
 bool SiteMatcher::matches(std::span<const char> record) {
+  if (!canMatch()) return false;
   const auto field = fieldOf(record, site_record::kSiteAddress);
-  if (!fieldHoldsText(field)) return false;
-  const CalendarDate visited = stampDate(stampOf(record));
-  return canMatch() && matches(field, visited);
+  return fieldHoldsText(field) && matches(field, stampDate(stampOf(record)));
 }
 
 // `field` is the address with its padding. Searching it is cheaper than cutting off the

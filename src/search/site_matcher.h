@@ -19,13 +19,13 @@ class SiteMatcher {
   SiteMatcher(const CodePage& codePage, const SearchCriteria& criteria);
 
   // False if no record matches, whatever is in it: an empty text is in no address unless a
-  // date is sought, too. Such a search reads no record.
+  // date is sought, too. Such a search need not read any record.
   [[nodiscard]] bool canMatch() const;
 
   // `record` is one of the site file. A record without an address does not match. Throws
-  // kTypeMismatch if a date cannot be read. This applies to the date of any record with an
-  // address, even with UserSearchType::Url. It applies to the date searched for unless the
-  // type is Url, as soon as there is a record to compare it with.
+  // kTypeMismatch if a date cannot be read, unless canMatch() is false. This applies to the
+  // date of any record with an address, even with UserSearchType::Url. It applies to the date
+  // searched for unless the type is Url, as soon as there is a record to compare it with.
   [[nodiscard]] bool matches(std::span<const char> record);
 
  private:
