@@ -4,15 +4,16 @@
 
 namespace quorrix {
 
-void JsonListing::begin() { output_.write("["); }
+void JsonListing::begin() { items_.emplace(output_); }
 
 void JsonListing::add(const SiteEntry& site, const std::string& archive,
                       const SiteDetails& details) {
-  output_.write(isEmpty_ ? "\n" : ",\n");
-  output_.write(jsonOf(site, archive, details, choice_));
-  isEmpty_ = false;
+  items_->add(jsonOf(site, archive, details, choice_));
 }
 
-void JsonListing::end() { output_.write(isEmpty_ ? "]\n" : "\n]\n"); }
+void JsonListing::end() {
+  items_->end();
+  output_.write("\n");
+}
 
 }  // namespace quorrix

@@ -1,6 +1,9 @@
 // A JSON array with one object for each site, each in a line of its own.
 #pragma once
 
+#include <optional>
+
+#include "data_tool/json_items.h"
 #include "data_tool/listing.h"
 
 namespace quorrix {
@@ -16,7 +19,7 @@ class JsonListing final : public Listing {
  private:
   DetailChoice choice_;
   Output& output_;
-  bool isEmpty_ = true;
+  std::optional<JsonItems> items_;  // from begin() on
 };
 
 }  // namespace quorrix
