@@ -3,71 +3,57 @@
 #include <string>
 
 #include "data_tool/csv.h"
+#include "data_tool/csv_columns.h"
 
 namespace quorrix {
 namespace {
 
-struct Line {
-  std::string kind, archive, address, scheme, visited, notes, userID, password;
-  PurchaseEntry purchase;
+constexpr const char* kKindColumn = "kind";
+
+class CsvFile {
+ public:
+  CsvFile(Passwords passwords, Output& output)
+      : choice_{.notes = true,
+                .purchases = true,
+                .logins = true,
+                .passwords = passwords == Passwords::Show},
+        output_(output) {
+    write(kKindColumn, csvNames(choice_));
+  }
+
+  void addFolder(FolderReader& folder) {
+    const std::string& archive = folder.folder().archive;
+    folder.forEachSite(
+        [&](const SiteEntry& site) { add("site", {.archive = archive, .site = site}); });
+    folder.forEachNotes([&](const NotesEntry& notes) {
+      add("notes", {.archive = archive, .site = levelAt(notes.address), .notes = &notes.text});
+    });
+    folder.forEachLogin([&](const LoginEntry& login) {
+      add("login", {.archive = archive, .site = levelAt(login.address), .login = &login});
+    });
+    folder.forEachPurchase([&](const PurchaseEntry& purchase) {
+      add("purchase",
+          {.archive = archive, .site = levelAt(purchase.address), .purchase = &purchase});
+    });
+  }
+
+ private:
+  void add(const char* kind, const CsvRow& row) { write(kind, csvFields(row, choice_)); }
+
+  void write(const char* kind, std::vector<std::string> fields) {
+    fields.insert(fields.begin(), kind);
+    output_.write(csvLine(fields));
+  }
+
+  DetailChoice choice_;
+  Output& output_;
 };
-
-std::string textOf(const Line& line, Passwords passwords) {
-  std::vector<std::string> fields{line.kind,    line.archive, line.address, line.scheme,
-                                  line.visited, line.notes,   line.userID};
-  if (passwords == Passwords::Show) fields.push_back(line.password);
-  const PurchaseEntry& purchase = line.purchase;
-  fields.insert(fields.end(), {purchase.date, purchase.item, purchase.price, purchase.quantity,
-                               purchase.paymentMethod, purchase.description});
-  return csvLine(fields);
-}
-
-void exportFolder(FolderReader& folder, Passwords passwords, Output& output) {
-  Line line;
-  line.archive = folder.folder().archive;
-  const auto lineOf = [&](const char* kind, const std::string& address) {
-    Line filled = line;
-    filled.kind = kind;
-    filled.address = address;
-    return filled;
-  };
-  folder.forEachSite([&](const SiteEntry& site) {
-    Line filled = lineOf("site", site.address);
-    filled.scheme = schemeName(site.protocolFlag);
-    if (site.visited) filled.visited = isoTime(*site.visited);
-    output.write(textOf(filled, passwords));
-  });
-  folder.forEachNotes([&](const NotesEntry& notes) {
-    Line filled = lineOf("notes", notes.address);
-    filled.notes = notes.text;
-    output.write(textOf(filled, passwords));
-  });
-  folder.forEachLogin([&](const LoginEntry& login) {
-    Line filled = lineOf("login", login.address);
-    filled.userID = login.userID;
-    filled.password = login.password;
-    output.write(textOf(filled, passwords));
-  });
-  folder.forEachPurchase([&](const PurchaseEntry& purchase) {
-    Line filled = lineOf("purchase", purchase.address);
-    filled.purchase = purchase;
-    output.write(textOf(filled, passwords));
-  });
-}
 
 }  // namespace
 
 void exportCsv(std::vector<FolderReader>& folders, Passwords passwords, Output& output) {
-  Line names{"kind", "archive", "address", "scheme", "visited", "notes", "user_id", "password", {}};
-  names.purchase = {.address = {},
-                    .date = "purchase_date",
-                    .item = "item",
-                    .price = "price",
-                    .quantity = "quantity",
-                    .paymentMethod = "payment_method",
-                    .description = "description"};
-  output.write(textOf(names, passwords));
-  for (FolderReader& folder : folders) exportFolder(folder, passwords, output);
+  CsvFile file(passwords, output);
+  for (FolderReader& folder : folders) file.addFolder(folder);
 }
 
 }  // namespace quorrix

@@ -1,6 +1,6 @@
 // All records as comma-separated values. Each record is a line; its column "kind" says which file
-// it is from: site, notes, login or purchase. Columns that a kind does not have are empty. The
-// column "password" is there only if passwords are to be shown.
+// it is from: site, notes, login or purchase. The other columns are those of csv_columns.h; what a
+// kind does not have is empty. The column "password" is there only if passwords are to be shown.
 #pragma once
 
 #include <vector>

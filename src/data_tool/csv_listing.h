@@ -2,8 +2,7 @@
 // purchases, a site has a line for each of its purchases, and one if it has no purchase.
 #pragma once
 
-#include <vector>
-
+#include "data_tool/csv_columns.h"
 #include "data_tool/listing.h"
 
 namespace quorrix {
@@ -17,7 +16,7 @@ class CsvListing final : public Listing {
   void end() override {}
 
  private:
-  void addLine(std::vector<std::string> fields, const PurchaseEntry& purchase);
+  void addLine(const CsvRow& row);
 
   DetailChoice choice_;
   Output& output_;

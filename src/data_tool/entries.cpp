@@ -7,7 +7,7 @@ namespace quorrix {
 namespace {
 
 constexpr char kFieldEnd = '~';
-constexpr const char* kUnknownScheme = "?";
+constexpr std::string_view kUnknownScheme = "?";
 constexpr std::string_view kPadding(" \0", 2);  // a partial record is read with NULs
 
 std::string_view withoutPadding(std::string_view field) {
@@ -29,16 +29,26 @@ bool readAddress(const CodePage& codePage, std::span<const char> record, std::st
 
 }  // namespace
 
+SiteEntry levelAt(const std::string& address) {
+  SiteEntry level;
+  level.address = address;
+  return level;
+}
+
+bool isRecorded(const SiteEntry& site) {
+  return !schemeName(site.protocolFlag).empty() || !site.unknownFlag.empty();
+}
+
 bool readSite(const CodePage& codePage, std::span<const char> record, SiteEntry& entry) {
   if (!readAddress(codePage, record, entry.address)) return false;
   const auto flag = fieldOf(record, site_record::kProtocolFlag);
   entry.protocolFlag = flag.front();
-  entry.unknownFlag = schemeName(flag.front()) == kUnknownScheme ? codePage.toUtf8(flag) : "";
+  entry.unknownFlag = schemeName(flag.front()).empty() ? codePage.toUtf8(flag) : "";
   const auto field = fieldOf(record, site_record::kAccessStamp);
   const auto end = field.find(kStampEnd);
   const auto stamp = end == std::string_view::npos ? withoutPadding(field) : field.substr(0, end);
-  entry.stamp = codePage.toUtf8(stamp);
   entry.visited = end == std::string_view::npos ? std::nullopt : stampTime(stamp);
+  entry.unreadableStamp = entry.visited ? "" : codePage.toUtf8(stamp);
   return true;
 }
 
@@ -71,7 +81,7 @@ bool readPurchase(const CodePage& codePage, std::span<const char> record, Purcha
   return true;
 }
 
-std::string schemeName(char protocolFlag) {
+std::string_view schemeName(char protocolFlag) {
   switch (protocolFlag) {
     case protocol_flag::kHttp:
       return "http";
@@ -82,8 +92,12 @@ std::string schemeName(char protocolFlag) {
     case protocol_flag::kNone:
       return "none";
     default:
-      return kUnknownScheme;
+      return {};
   }
+}
+
+std::string_view shownScheme(const SiteEntry& site) {
+  return site.unknownFlag.empty() ? schemeName(site.protocolFlag) : kUnknownScheme;
 }
 
 std::string webAddress(const SiteEntry& site) {

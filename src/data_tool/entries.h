@@ -6,19 +6,26 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "datafiles/access_stamp.h"
 #include "platform/code_page.h"
 
 namespace quorrix {
 
+// A level of the tree without a record of its own has only an address.
 struct SiteEntry {
   std::string address;
   char protocolFlag = ' ';
-  std::string unknownFlag;           // the flag as text if it stands for no scheme, or empty
-  std::string stamp;                 // without its end mark
-  std::optional<StampTime> visited;  // nullopt if the stamp cannot be read
+  std::string unknownFlag;  // the flag as text if it stands for no scheme, or empty
+  std::optional<StampTime> visited;
+  std::string unreadableStamp;  // without its end mark; empty if `visited` says what it says
 };
+
+[[nodiscard]] SiteEntry levelAt(const std::string& address);
+
+// False for a level without a record.
+[[nodiscard]] bool isRecorded(const SiteEntry& site);
 
 struct NotesEntry {
   std::string address;
@@ -48,8 +55,11 @@ bool readNotes(const CodePage& codePage, std::span<const char> record, NotesEntr
 bool readLogin(const CodePage& codePage, std::span<const char> record, LoginEntry& entry);
 bool readPurchase(const CodePage& codePage, std::span<const char> record, PurchaseEntry& entry);
 
-// "http", "https", "ftp" or "none"; "?" for a letter that stands for no scheme.
-[[nodiscard]] std::string schemeName(char protocolFlag);
+// "http", "https", "ftp" or "none"; empty for a letter that stands for no scheme.
+[[nodiscard]] std::string_view schemeName(char protocolFlag);
+
+// The same for people, who see "?" for such a letter.
+[[nodiscard]] std::string_view shownScheme(const SiteEntry& site);
 
 // The whole address, such as "https://www.example.org/a".
 [[nodiscard]] std::string webAddress(const SiteEntry& site);

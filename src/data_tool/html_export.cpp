@@ -103,19 +103,21 @@ class HtmlPage {
     if (site.visited) {
       output_.write(" <time datetime=\"" + isoTime(*site.visited) + "\">" +
                     isoTime(*site.visited, ' ') + "</time>");
-    } else if (!site.stamp.empty()) {
-      output_.write(" <span class=\"faint\">" + htmlText(site.stamp) + "</span>");
+    } else if (!site.unreadableStamp.empty()) {
+      output_.write(" <span class=\"faint\">" + htmlText(site.unreadableStamp) + "</span>");
     }
     addDetails(details);
     output_.write("</li>\n");
   }
 
   void addDetails(const SiteDetails& details) {
-    if (!details.notes && !details.login && details.purchases.empty()) return;
+    if (details.notes.empty() && details.logins.empty() && details.purchases.empty()) return;
     output_.write("\n<dl>\n");
-    if (details.notes) addDetail("Notes", *details.notes);
-    if (details.login) addDetail("User ID", details.login->userID);
-    if (details.login && choice_.passwords) addDetail("Password", details.login->password);
+    for (const std::string& notes : details.notes) addDetail("Notes", notes);
+    for (const LoginEntry& login : details.logins) {
+      addDetail("User ID", login.userID);
+      if (choice_.passwords) addDetail("Password", login.password);
+    }
     for (const PurchaseEntry& purchase : details.purchases) addPurchase(purchase);
     output_.write("</dl>");
   }

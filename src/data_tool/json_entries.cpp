@@ -59,17 +59,18 @@ class ObjectText {
     text_ += textOf(value);
   }
 
-  void addNull(const char* name) {
-    begin(name);
-    text_ += "null";
+  // Null if it is a null pointer.
+  void add(const char* name, const std::string* value) {
+    if (value != nullptr) {
+      add(name, *value);
+    } else {
+      begin(name);
+      text_ += "null";
+    }
   }
 
   void add(const char* name, const std::optional<std::string>& value) {
-    if (value) {
-      add(name, *value);
-    } else {
-      addNull(name);
-    }
+    add(name, value ? &*value : nullptr);
   }
 
   [[nodiscard]] std::string finished() { return std::move(text_) + "}"; }
@@ -84,28 +85,13 @@ class ObjectText {
   std::string text_;
 };
 
-std::optional<std::string> userIDOf(const SiteDetails& details) {
-  return details.login ? std::optional(details.login->userID) : std::nullopt;
-}
-
-std::optional<std::string> passwordOf(const SiteDetails& details) {
-  return details.login ? std::optional(details.login->password) : std::nullopt;
-}
-
 void addSite(ObjectText& object, const SiteEntry& site) {
   object.add("address", site.address);
-  if (site.unknownFlag.empty()) {
-    object.add("scheme", schemeName(site.protocolFlag));
-  } else {
-    object.addNull("scheme");
-    object.add("flag", site.unknownFlag);
-  }
-  if (site.visited) {
-    object.add("visited", isoTime(*site.visited));
-  } else {
-    object.addNull("visited");
-    object.add("stamp", site.stamp);
-  }
+  const std::string_view scheme = schemeName(site.protocolFlag);
+  object.add("scheme", scheme.empty() ? std::nullopt : std::optional<std::string>(scheme));
+  if (!site.unknownFlag.empty()) object.add("flag", site.unknownFlag);
+  object.add("visited", site.visited ? std::optional(isoTime(*site.visited)) : std::nullopt);
+  if (!site.unreadableStamp.empty()) object.add("stamp", site.unreadableStamp);
 }
 
 Json objectOf(const PurchaseEntry& purchase) {
@@ -118,9 +104,11 @@ Json objectOf(const PurchaseEntry& purchase) {
 }
 
 void addDetails(ObjectText& object, const SiteDetails& details, const DetailChoice& choice) {
-  if (choice.notes) object.add("notes", details.notes);
-  if (choice.logins) object.add("userId", userIDOf(details));
-  if (choice.passwords) object.add("password", passwordOf(details));
+  const std::string* const notes = details.firstNotes();
+  const LoginEntry* const login = details.firstLogin();
+  if (choice.notes) object.add("notes", notes);
+  if (choice.logins) object.add("userId", login != nullptr ? &login->userID : nullptr);
+  if (choice.passwords) object.add("password", login != nullptr ? &login->password : nullptr);
   if (!choice.purchases) return;
   Json purchases = Json::array();
   for (const PurchaseEntry& purchase : details.purchases) purchases.push_back(objectOf(purchase));

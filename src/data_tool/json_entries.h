@@ -11,7 +11,7 @@ namespace quorrix {
 
 // {"address": ..., "scheme": ..., "visited": ...}. A stamp that cannot be read is in "stamp", and
 // "visited" is then null. A letter that stands for no scheme is in "flag", and "scheme" is then
-// null.
+// null. A level without a record of its own has neither "stamp" nor "flag".
 [[nodiscard]] std::string jsonOf(const SiteEntry& site);
 
 // The same with "archive", the name or null, and with the details that `choice` asks for.

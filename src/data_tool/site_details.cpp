@@ -32,16 +32,14 @@ SiteDetailIndex::SiteDetailIndex(FolderReader& folder, const DetailChoice& choic
     RecordLimit limit(folder.folder().path / data_file::kURLNotes);
     folder.forEachNotes([&](const NotesEntry& entry) {
       limit.count();
-      auto& notes = details_[entry.address].notes;
-      if (!notes) notes = entry.text;
+      details_[entry.address].notes.push_back(entry.text);
     });
   }
   if (choice.logins) {
     RecordLimit limit(folder.folder().path / data_file::kUserIDPassword);
     folder.forEachLogin([&](const LoginEntry& entry) {
       limit.count();
-      auto& login = details_[entry.address].login;
-      if (!login) login = entry;
+      details_[entry.address].logins.push_back(entry);
     });
   }
   if (choice.purchases) {
@@ -53,7 +51,7 @@ SiteDetailIndex::SiteDetailIndex(FolderReader& folder, const DetailChoice& choic
   }
 }
 
-const SiteDetails& SiteDetailIndex::of(const std::string& address) const {
+const SiteDetails& SiteDetailIndex::of(std::string_view address) const {
   static const SiteDetails kNone;
   const auto found = details_.find(address);
   return found == details_.end() ? kNone : found->second;

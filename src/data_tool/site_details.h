@@ -2,9 +2,10 @@
 // records, so they fit in memory however many sites there are.
 #pragma once
 
+#include <functional>
 #include <map>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "data_tool/entries.h"
@@ -20,26 +21,38 @@ struct DetailChoice {
   bool passwords = false;
 };
 
+// All in the order of their files.
 struct SiteDetails {
-  std::optional<std::string> notes;
-  std::optional<LoginEntry> login;
+  std::vector<std::string> notes;
+  std::vector<LoginEntry> logins;
   std::vector<PurchaseEntry> purchases;
+
+  // What Quorrix shows, and the listings as well. Null if nothing is kept.
+  [[nodiscard]] const std::string* firstNotes() const {
+    return notes.empty() ? nullptr : &notes.front();
+  }
+  [[nodiscard]] const LoginEntry* firstLogin() const {
+    return logins.empty() ? nullptr : &logins.front();
+  }
 };
 
 class SiteDetailIndex {
  public:
-  // Reads the files that `choice` needs. As in Quorrix, the first notes and the first user ID of
-  // a site count. Throws Problem for a file with more than 32,767 records that are not deleted.
+  SiteDetailIndex() = default;
+
+  // Reads the files that `choice` needs. Throws Problem for a file with more than 32,767 records
+  // that are not deleted.
   SiteDetailIndex(FolderReader& folder, const DetailChoice& choice);
 
   // Empty for a site without details.
-  [[nodiscard]] const SiteDetails& of(const std::string& address) const;
+  [[nodiscard]] const SiteDetails& of(std::string_view address) const;
 
-  // All sites with details, sorted by their addresses.
-  [[nodiscard]] const std::map<std::string, SiteDetails>& all() const { return details_; }
+  // All addresses with details, sorted.
+  using Map = std::map<std::string, SiteDetails, std::less<>>;
+  [[nodiscard]] const Map& all() const { return details_; }
 
  private:
-  std::map<std::string, SiteDetails> details_;
+  Map details_;
 };
 
 }  // namespace quorrix

@@ -42,17 +42,19 @@ void TableListing::begin() { addLine("VISITED", "SCHEME", "ARCHIVE", "ADDRESS");
 
 void TableListing::add(const SiteEntry& site, const std::string& archive,
                        const SiteDetails& details) {
-  addLine(site.visited ? isoTime(*site.visited, ' ') : escapedText(site.stamp),
-          schemeName(site.protocolFlag), escapedText(archive), escapedText(site.address));
-  if (details.notes) addDetail("notes: ", *details.notes);
-  if (details.login) addDetail("user ID: ", details.login->userID);
-  if (details.login && choice_.passwords) addDetail("password: ", details.login->password);
+  addLine(site.visited ? isoTime(*site.visited, ' ') : escapedText(site.unreadableStamp),
+          std::string(shownScheme(site)), escapedText(archive), escapedText(site.address));
+  if (const std::string* const notes = details.firstNotes()) addDetail("notes: ", *notes);
+  if (const LoginEntry* const login = details.firstLogin()) {
+    addDetail("user ID: ", login->userID);
+    if (choice_.passwords) addDetail("password: ", login->password);
+  }
   for (const PurchaseEntry& purchase : details.purchases) {
     addDetail("purchase: ", summaryOf(purchase));
   }
 }
 
-void TableListing::addLine(std::string visited, std::string scheme, std::string archive,
+void TableListing::addLine(std::string visited, std::string scheme, const std::string& archive,
                            const std::string& address) {
   std::string line = paddedTo(std::move(visited), kVisitedColumns) + kGap;
   line += paddedTo(std::move(scheme), kSchemeColumns) + kGap;

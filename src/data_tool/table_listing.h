@@ -18,7 +18,7 @@ class TableListing final : public Listing {
   void end() override {}
 
  private:
-  void addLine(std::string visited, std::string scheme, std::string archive,
+  void addLine(std::string visited, std::string scheme, const std::string& archive,
                const std::string& address);
   void addDetail(const char* name, const std::string& text);
   void write(const std::string& line);

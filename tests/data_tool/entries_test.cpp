@@ -28,11 +28,11 @@ TEST(SiteEntry, KeepsAStampThatCannotBeRead) {
   SiteEntry site;
   ASSERT_TRUE(readSite(westernCodePage(), test::siteRecord("a.b.c", 'N', "yesterday~"), site));
   EXPECT_FALSE(site.visited);
-  EXPECT_EQ(site.stamp, "yesterday");
+  EXPECT_EQ(site.unreadableStamp, "yesterday");
   ASSERT_TRUE(
       readSite(westernCodePage(), test::siteRecord("a.b.c", 'N', "1/2/26 3:04:05 AM"), site));
   EXPECT_FALSE(site.visited) << "no end mark";
-  EXPECT_EQ(site.stamp, "1/2/26 3:04:05 AM");
+  EXPECT_EQ(site.unreadableStamp, "1/2/26 3:04:05 AM");
 }
 
 TEST(SiteEntry, IsMissingFromADeletedRecord) {
@@ -45,7 +45,29 @@ TEST(SchemeName, HasANameForEachLetter) {
   EXPECT_EQ(schemeName('N'), "http");
   EXPECT_EQ(schemeName('F'), "ftp");
   EXPECT_EQ(schemeName('U'), "none");
-  EXPECT_EQ(schemeName('x'), "?");
+  EXPECT_EQ(schemeName('x'), "");
+}
+
+TEST(ShownScheme, IsAQuestionMarkForAnUnknownFlag) {
+  SiteEntry site;
+  ASSERT_TRUE(readSite(westernCodePage(), test::siteRecord("a.b.c", 'x'), site));
+  EXPECT_EQ(site.unknownFlag, "x");
+  EXPECT_EQ(shownScheme(site), "?");
+  ASSERT_TRUE(readSite(westernCodePage(), test::siteRecord("a.b.c", 'S'), site));
+  EXPECT_EQ(site.unknownFlag, "");
+  EXPECT_EQ(shownScheme(site), "https");
+}
+
+TEST(SiteEntry, OfALevelWithoutARecordHasOnlyAnAddress) {
+  const SiteEntry level = levelAt("a.b.c");
+  EXPECT_EQ(level.address, "a.b.c");
+  EXPECT_FALSE(isRecorded(level));
+  EXPECT_EQ(shownScheme(level), "");
+  for (const char flag : {'U', ' ', '\0'}) {
+    SiteEntry site;
+    ASSERT_TRUE(readSite(westernCodePage(), test::siteRecord("a.b.c", flag), site));
+    EXPECT_TRUE(isRecorded(site));
+  }
 }
 
 TEST(NotesEntry, IsTheTextWithoutItsPadding) {

@@ -1,6 +1,7 @@
-// Random folders, exported as JSON and read again: every field of every record is there.
+// Random folders, exported as JSON and CSV and read again: every field of every record is there.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <string>
@@ -173,6 +174,119 @@ TEST(ExportProperty, ListsTheSameSitesAsJson) {
     Json expected = data.expected["sites"];
     for (Json& site : expected) site["archive"] = nullptr;
     EXPECT_EQ(Json::parse(stage.output), expected);
+  }
+}
+
+using Row = std::map<std::string, std::string>;  // fields by the names of their columns
+
+// The lines of a CSV file, read by RFC 4180.
+std::vector<std::vector<std::string>> linesOf(const std::string& csv) {
+  std::vector<std::vector<std::string>> lines;
+  bool isQuoted = false;
+  bool isLineBegun = false;
+  for (std::size_t i = 0; i < csv.size(); ++i) {
+    if (!isLineBegun) lines.push_back({""});
+    isLineBegun = true;
+    if (csv[i] == '"' && isQuoted && csv.compare(i, 2, "\"\"") == 0) {
+      lines.back().back() += csv[i++];
+    } else if (csv[i] == '"') {
+      isQuoted = !isQuoted;
+    } else if (isQuoted || (csv[i] != ',' && csv[i] != '\r')) {
+      lines.back().back() += csv[i];
+    } else if (csv[i] == ',') {
+      lines.back().emplace_back();
+    } else {
+      ++i;  // LF
+      isLineBegun = false;
+    }
+  }
+  return lines;
+}
+
+// The text without the apostrophe before a formula, and with control characters for "\xNN".
+std::string textOf(std::string field) {
+  if (field.size() > 1 && field[0] == '\'' &&
+      std::string("=+-@\t\r").find(field[1]) != std::string::npos) {
+    field.erase(0, 1);
+  }
+  std::string text;
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    if (field.compare(i, 2, "\\x") != 0) {
+      text += field[i];
+      continue;
+    }
+    const int code = std::stoi(field.substr(i + 2, 2), nullptr, 16);
+    if (code >= 0x80) text += '\xC2';
+    text += static_cast<char>(code);
+    i += 3;
+  }
+  return text;
+}
+
+std::vector<Row> rowsOf(const std::string& csv) {
+  const auto lines = linesOf(csv);
+  std::vector<Row> rows;
+  for (std::size_t line = 1; line < lines.size(); ++line) {
+    Row row;
+    EXPECT_EQ(lines[line].size(), lines[0].size());
+    for (std::size_t column = 0; column < lines[0].size(); ++column) {
+      const std::string text = textOf(lines[line].at(column));
+      if (!text.empty()) row[lines[0][column]] = text;
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+struct Column {
+  const char* name;
+  const char* nameInJson;
+};
+
+// Adds the records as rows; empty fields are left out.
+void addRows(std::vector<Row>& rows, const char* kind, const std::string& archive,
+             const Json& records, const std::vector<Column>& columns) {
+  for (const Json& record : records) {
+    Row row{{"kind", kind}};
+    if (!archive.empty()) row["archive"] = archive;
+    for (const Column& column : columns) {
+      const auto text = record[column.nameInJson].get<std::string>();
+      if (!text.empty()) row[column.name] = text;
+    }
+    rows.push_back(row);
+  }
+}
+
+void addRows(std::vector<Row>& rows, const std::string& archive, const Json& expected) {
+  addRows(rows, "site", archive, expected["sites"],
+          {{"address", "address"}, {"scheme", "scheme"}, {"visited", "visited"}});
+  addRows(rows, "notes", archive, expected["notes"], {{"address", "address"}, {"notes", "text"}});
+  addRows(rows, "login", archive, expected["logins"],
+          {{"address", "address"}, {"user_id", "userId"}, {"password", "password"}});
+  addRows(rows, "purchase", archive, expected["purchases"],
+          {{"address", "address"},
+           {"purchase_date", "date"},
+           {"item", "item"},
+           {"price", "price"},
+           {"quantity", "quantity"},
+           {"payment_method", "paymentMethod"},
+           {"description", "description"}});
+}
+
+TEST(ExportProperty, CsvHasEveryFieldOfEveryRecord) {
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE(seed);
+    test::ToolStage stage;
+    FolderMaker maker(seed);
+    const Folder data = maker.make();
+    const Folder archive = maker.make();
+    give(stage, "Data", data);
+    give(stage, "Archives/May", archive);
+    ASSERT_EQ(stage.run({"export", "--format", "csv", "--show-passwords"}), 0);
+    std::vector<Row> expected;
+    addRows(expected, "", data.expected);
+    addRows(expected, "May", archive.expected);
+    EXPECT_EQ(rowsOf(stage.output), expected);
   }
 }
 

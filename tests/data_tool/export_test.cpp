@@ -85,16 +85,16 @@ TEST_F(ExportTest, OfNothingIsStillJson) {
 TEST_F(ExportTest, WritesALineForEachRecordAsCsv) {
   EXPECT_EQ(run({"export", "--format", "csv", "--show-passwords"}), 0);
   EXPECT_EQ(output,
-            "kind,archive,address,scheme,visited,notes,user_id,password,purchase_date,item,price,"
-            "quantity,payment_method,description\r\n"
-            "site,,news.harbour.example/tides?a=1&b=2,http,2026-11-21T16:05:00,,,,,,,,,\r\n"
-            "site,,www.garden.example,https,,,,,,,,,,\r\n"
-            "site,,news.harbour.example,ftp,2026-01-02T00:00:00,,,,,,,,,\r\n"
-            "notes,,news.harbour.example,,,\"<b>High\r\nand low</b>\",,,,,,,,\r\n"
-            "login,,www.garden.example,,,,anna,tulip7,,,,,,\r\n"
-            "purchase,,shop.garden.example,,,,,,3/14/26 10:00:00 AM,Rose shears,24.50,2,Card,"
+            "kind,archive,address,scheme,flag,visited,stamp,notes,user_id,password,purchase_date,"
+            "item,price,quantity,payment_method,description\r\n"
+            "site,,news.harbour.example/tides?a=1&b=2,http,,2026-11-21T16:05:00,,,,,,,,,,\r\n"
+            "site,,www.garden.example,https,,,yesterday,,,,,,,,,\r\n"
+            "site,,news.harbour.example,ftp,,2026-01-02T00:00:00,,,,,,,,,,\r\n"
+            "notes,,news.harbour.example,,,,,\"<b>High\r\nand low</b>\",,,,,,,,\r\n"
+            "login,,www.garden.example,,,,,,anna,tulip7,,,,,,\r\n"
+            "purchase,,shop.garden.example,,,,,,,,3/14/26 10:00:00 AM,Rose shears,24.50,2,Card,"
             "For the climbers\r\n"
-            "site,2025/May,www.mill.example,?,2026-07-01T08:00:00,,,,,,,,,\r\n");
+            "site,2025/May,www.mill.example,,\u00E9,2026-07-01T08:00:00,,,,,,,,,,\r\n");
 }
 
 // The times depend on the time zone, so the sites have none.

@@ -125,13 +125,13 @@ TEST_F(ListTest, HasNoPasswordsInJsonUnlessAsked) {
 TEST_F(ListTest, IsCsvWithALineForEachPurchase) {
   EXPECT_EQ(run({"list", "--format", "csv", "--with", "purchases,logins", "--show-passwords"}), 0);
   EXPECT_EQ(output,
-            "archive,address,scheme,visited,user_id,password,purchase_date,item,price,quantity,"
-            "payment_method,description\r\n"
-            ",news.harbour.example/tides,http,2026-11-21T16:05:00,,,,,,,,\r\n"
-            ",www.garden.example,https,2026-01-02T00:00:00,anna,tulip7,3/14/26 10:00:00 AM,"
+            "archive,address,scheme,flag,visited,stamp,user_id,password,purchase_date,item,price,"
+            "quantity,payment_method,description\r\n"
+            ",news.harbour.example/tides,http,,2026-11-21T16:05:00,,,,,,,,,\r\n"
+            ",www.garden.example,https,,2026-01-02T00:00:00,,anna,tulip7,3/14/26 10:00:00 AM,"
             "Rose shears,24.50,2,Card,For the climbers\r\n"
-            ",www.garden.example,https,2026-01-02T00:00:00,anna,tulip7,3/15/26,'=Gloves,8,,,\r\n"
-            "May,www.mill.example,none,,,,,,,,,\r\n");
+            ",www.garden.example,https,,2026-01-02T00:00:00,,anna,tulip7,3/15/26,'=Gloves,8,,,\r\n"
+            "May,www.mill.example,none,,,yesterday,,,,,,,,\r\n");
 }
 
 TEST_F(ListTest, OfNothingIsStillWellFormed) {
@@ -139,7 +139,19 @@ TEST_F(ListTest, OfNothingIsStillWellFormed) {
   EXPECT_EQ(run({"list", "--no-archives", "--format", "json"}), 0);
   EXPECT_EQ(output, "[]\n");
   EXPECT_EQ(run({"list", "--no-archives", "--format", "csv"}), 0);
-  EXPECT_EQ(output, "archive,address,scheme,visited\r\n");
+  EXPECT_EQ(output, "archive,address,scheme,flag,visited,stamp\r\n");
+}
+
+TEST_F(ListTest, ShowsAFlagThatStandsForNoScheme) {
+  given("Data/nodes.dat", siteRecord("a.b.c", '\xE9'));
+  EXPECT_EQ(run({"list", "--no-archives"}), 0);
+  EXPECT_EQ(output,
+            "VISITED               SCHEME  ADDRESS\n"
+            "2026-07-01 08:00:00   ?       a.b.c\n");
+  EXPECT_EQ(run({"list", "--no-archives", "--format", "csv"}), 0);
+  EXPECT_EQ(output,
+            "archive,address,scheme,flag,visited,stamp\r\n"
+            ",a.b.c,,\u00E9,2026-07-01T08:00:00,\r\n");
 }
 
 TEST_F(ListTest, ReadsAMissingFileAsNoRecords) {

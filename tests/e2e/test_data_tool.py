@@ -142,7 +142,7 @@ class Files(DataToolTest):
         environment = {"HOME": home, "PATH": os.environ["PATH"]}
         listing = subprocess.run([program, "list", "--format", "csv"], capture_output=True,
                                  env=environment, check=True).stdout.decode()
-        self.assertIn("\r\nMay,www.mill.example,http,2026-03-14T10:00:00\r\n", listing)
+        self.assertIn("\r\nMay,www.mill.example,http,,2026-03-14T10:00:00,\r\n", listing)
 
 
 @unittest.skipUnless(can_trace(), "this system does not let processes be traced")
