@@ -3,7 +3,7 @@
 #include <ctime>
 #include <string>
 
-#include "data_tool/host_tree.h"
+#include "data_tool/folder_tree.h"
 #include "data_tool/html_text.h"
 
 namespace quorrix {
@@ -53,21 +53,34 @@ class BookmarksFile {
   }
 
   void addSites(FolderReader& folder) {
-    for (const HostGroup& group : sitesByHost(folder)) {
-      beginFolder(group.host);
+    const FolderTree tree(folder, SiteDetailIndex());
+    const SiteTree& levels = tree.levels();
+    for (std::size_t row = 0; row < levels.childCount(levels.root()); ++row) {
+      const NodeId host = levels.child(levels.root(), row);
+      beginFolder(std::string(levels.text(host)));
       ++depth_;
-      for (const SiteEntry& site : group.sites) {
-        writeLine("<DT><A HREF=\"" + htmlAddress(webAddress(site)) + "\"" + datesOf(site) + ">" +
-                  htmlText(site.address) + "</A>");
-      }
+      addBranch(tree, host);
       --depth_;
       endFolder();
     }
+    for (const SiteEntry& site : tree.outsiders()) addSite(site);
   }
 
   void end() { output_.write(kEnd); }
 
  private:
+  void addBranch(const FolderTree& tree, NodeId level) {
+    tree.forEachSite(level, [this](const SiteEntry& site) { addSite(site); });
+    for (std::size_t row = 0; row < tree.levels().childCount(level); ++row) {
+      addBranch(tree, tree.levels().child(level, row));
+    }
+  }
+
+  void addSite(const SiteEntry& site) {
+    writeLine("<DT><A HREF=\"" + htmlAddress(webAddress(site)) + "\"" + datesOf(site) + ">" +
+              htmlText(site.address) + "</A>");
+  }
+
   void writeLine(const std::string& line) {
     output_.write(std::string(4 * depth_, ' ') + line + "\n");
   }

@@ -1,5 +1,5 @@
-// The sites with everything that is kept about them, as one page for a browser. It needs no
-// network and no other file. Each host can be folded; a script adds a search box.
+// The tree of sites with everything that is kept about them, as one page for a browser. It needs
+// no network and no other file. Every branch can be folded; a script adds a search box.
 #pragma once
 
 #include <vector>

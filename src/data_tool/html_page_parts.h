@@ -1,5 +1,8 @@
 // The style and the script of the exported page. The page's policy allows only these
 // two, identified by digest. A test computes the digests again: change them with the texts.
+//
+// A page may have 100,000 sites. So the browser lays out only the hosts and sites that are in view,
+// and no item is of the type list-item, whose numbers take quadratic time when many are hidden.
 #pragma once
 
 namespace quorrix::html_page {
@@ -15,23 +18,30 @@ body { margin: 0 auto; max-width: 60rem; padding: 1rem; background: var(--paper)
   color: var(--ink); font: 1rem/1.5 system-ui, sans-serif; overflow-wrap: anywhere; }
 h1 { font-size: 1.5rem; margin: 0 0 .5rem; }
 h2 { font-size: 1.2rem; margin: 2rem 0 .5rem; }
-a { color: var(--link); }
-.faint, time { color: var(--faint); }
-time { font-size: .875rem; white-space: nowrap; }
+a { color: var(--link); unicode-bidi: plaintext; }
+.faint, .site, summary span { color: var(--faint); }
 form { position: sticky; top: 0; padding: .5rem 0; background: var(--paper); }
 input { width: 100%; padding: .5rem; font: inherit; color: inherit; background: var(--raised);
   border: 1px solid var(--faint); border-radius: .3rem; }
-details { border-top: 1px solid var(--line); }
-summary { padding: .4rem 0; cursor: pointer; font-weight: 600; }
-summary .faint { font-weight: 400; }
-ul { margin: 0 0 .75rem; padding-left: 1.25rem; }
-li { margin: .25rem 0; }
-dl { margin: .25rem 0; padding: .5rem; background: var(--raised); border-radius: .3rem; }
+ul { margin: 0; padding: 0; }
+li { display: block; }
+main > ul > li, li.site { content-visibility: auto; contain-intrinsic-size: auto 2.1rem; }
+main > ul > li { border-top: 1px solid var(--line); }
+details ul { margin-left: .4rem; padding-left: .6rem; border-left: 1px solid var(--line); }
+ul ul ul ul ul ul ul ul ul ul { margin-left: 0; padding-left: 0; border-left: 0; }
+summary { padding: .3rem 0; cursor: pointer; font-weight: 600; }
+summary span { font-weight: 400; }
+.site { padding: .3rem 0 .3rem 1.1rem; font-size: .875rem; }
+.site > a, .site > bdi { font-size: 1rem; }
+.site > bdi { color: var(--ink); }
+time { white-space: nowrap; }
+dl { margin: .25rem 0; padding: .5rem; background: var(--raised); border-radius: .3rem;
+  color: var(--ink); font-size: 1rem; }
 dt { color: var(--faint); font-size: .875rem; }
 dd { margin: 0 0 .25rem; white-space: pre-wrap; }
 [hidden] { display: none; }
 @media print { form { display: none; } body { max-width: none; padding: 0; }
-  details, li { break-inside: avoid; } }
+  li { content-visibility: visible; } .site { break-inside: avoid; } }
 )css";
 
 inline constexpr const char* kScript = R"js(
@@ -39,42 +49,64 @@ inline constexpr const char* kScript = R"js(
 const form = document.getElementById("search");
 const box = document.getElementById("text");
 const status = document.getElementById("status");
-const hosts = Array.from(document.querySelectorAll("details"), (host) => ({
-  element: host, open: false,
-  sites: Array.from(host.querySelectorAll(".site"), (site) => ({
-    element: site, text: site.textContent.toLowerCase() })) }));
+const count = document.querySelectorAll(".site").length;
+const branches = new Map();
+let sites = null;
 let wasSearching = false;
+function branchAround(element) {
+  return branches.get(element.parentElement.closest("details"));
+}
+function readPage() {
+  for (const element of document.querySelectorAll("details")) {
+    const above = branchAround(element);
+    const name = element.querySelector("bdi").textContent;
+    branches.set(element, { element, item: element.parentElement, above, open: false,
+      isFound: false, key: above ? above.key + "/" + name : name });
+  }
+  sites = Array.from(document.querySelectorAll(".site"), (element) => {
+    const branch = branchAround(element);
+    const isWhole = !branch || element.localName === "div";
+    const text = (isWhole ? "" : branch.key + "/") + element.textContent;
+    return { element, branch, text: text.toLowerCase() };
+  });
+}
+function show(element, isShown) {
+  if (element.hidden === isShown) element.hidden = !isShown;
+}
 function search() {
   const text = box.value.trim().toLowerCase();
   const isSearching = text !== "";
+  if (!sites) readPage();
+  for (const branch of branches.values()) branch.isFound = false;
   let found = 0;
-  let all = 0;
-  for (const host of hosts) {
-    let foundHere = 0;
-    for (const site of host.sites) {
-      site.element.hidden = !site.text.includes(text);
-      if (!site.element.hidden) foundHere += 1;
+  for (const site of sites) {
+    const isFound = site.text.includes(text);
+    show(site.element, isFound);
+    if (!isFound) continue;
+    found += 1;
+    for (let branch = site.branch; branch && !branch.isFound; branch = branch.above) {
+      branch.isFound = true;
     }
-    if (isSearching && !wasSearching) host.open = host.element.open;
-    host.element.hidden = foundHere === 0;
-    if (isSearching) host.element.open = foundHere > 0;
-    else if (wasSearching) host.element.open = host.open;
-    found += foundHere;
-    all += host.sites.length;
+  }
+  for (const branch of branches.values()) {
+    if (isSearching && !wasSearching) branch.open = branch.element.open;
+    show(branch.item, branch.isFound);
+    const isOpen = isSearching ? branch.isFound : branch.open;
+    if (branch.element.open !== isOpen) branch.element.open = isOpen;
   }
   wasSearching = isSearching;
-  status.textContent = isSearching ? found + " of " + all + " sites" : all + " sites";
+  status.textContent = isSearching ? found + " of " + count + " sites" : count + " sites";
 }
 form.hidden = false;
+status.textContent = count + " sites";
 form.addEventListener("submit", (event) => event.preventDefault());
 box.addEventListener("input", search);
 addEventListener("beforeprint", () => {
-  for (const host of hosts) if (!host.element.hidden) host.element.open = true;
+  for (const element of document.querySelectorAll("details")) element.open = true;
 });
-search();
 )js";
 
-inline constexpr const char* kStyleDigest = "sha256-FiB6phAJJ5SuXfSvlTdGv0f2EXazp46gq1ATQznrSDE=";
-inline constexpr const char* kScriptDigest = "sha256-29q6iLtUVzAn/q2AjqUxUhviHw0kKtAB1a+MTq8kh7c=";
+inline constexpr const char* kStyleDigest = "sha256-AGxl+uza6dQXv4+LxkZn9feBBW+90H5R9QgGELlzehk=";
+inline constexpr const char* kScriptDigest = "sha256-khQ69RYCp+KTyrgGC9/2nM3sL1sN3o9ar++fxgEE+vo=";
 
 }  // namespace quorrix::html_page

@@ -113,8 +113,8 @@ TEST_F(ExportTest, WritesBookmarksWithAFolderForEachHost) {
     <DL><p>
         <DT><H3>news.harbour.example</H3>
         <DL><p>
-            <DT><A HREF="http://news.harbour.example/tides?a=1&amp;b=2">news.harbour.example/tides?a=1&amp;b=2</A>
             <DT><A HREF="ftp://news.harbour.example">news.harbour.example</A>
+            <DT><A HREF="http://news.harbour.example/tides?a=1&amp;b=2">news.harbour.example/tides?a=1&amp;b=2</A>
         </DL><p>
         <DT><H3>www.garden.example</H3>
         <DL><p>
@@ -132,34 +132,35 @@ TEST_F(ExportTest, WritesBookmarksWithAFolderForEachHost) {
 )");
 }
 
-TEST_F(ExportTest, WritesAPageWithEverythingThatIsKept) {
-  EXPECT_EQ(run({"export", "--format", "html"}), 0);
-  const auto begin = output.find("</form>\n") + 8;
-  const std::string body = output.substr(begin, output.find("</main>") - begin);
-  EXPECT_EQ(body, R"(<details>
-<summary><bdi>news.harbour.example</bdi> <span class="faint">(2)</span></summary>
-<ul>
-<li class="site"><a href="http://news.harbour.example/tides?a=1&amp;b=2" rel="noreferrer noopener"><bdi>news.harbour.example/tides?a=1&amp;b=2</bdi></a> <time datetime="2026-11-21T16:05:00">2026-11-21 16:05:00</time></li>
-<li class="site"><a href="ftp://news.harbour.example" rel="noreferrer noopener"><bdi>news.harbour.example</bdi></a> <time datetime="2026-01-02T00:00:00">2026-01-02 00:00:00</time>
+class PageTest : public ExportTest {
+ protected:
+  // What is between the search box and the end of the page.
+  std::string page(std::vector<std::string> options = {}) {
+    options.insert(options.begin(), {"export", "--format", "html"});
+    EXPECT_EQ(run(options), 0);
+    const auto begin = output.find("</form>\n") + 8;
+    return output.substr(begin, output.find("</main>") - begin);
+  }
+};
+
+TEST_F(PageTest, IsATreeWithEverythingThatIsKept) {
+  EXPECT_EQ(page(), R"(<ul>
+<li><details>
+<summary><bdi>news.harbour.example</bdi> <span>(2)</span></summary>
+<div class="site"><a href="ftp://news.harbour.example">news.harbour.example</a> ftp <time>2026-01-02 00:00:00</time>
 <dl>
 <dt>Notes</dt><dd dir="auto">&lt;b&gt;High
 and low&lt;/b&gt;</dd>
-</dl></li>
-</ul>
-</details>
-<details>
-<summary><bdi>www.garden.example</bdi> <span class="faint">(1)</span></summary>
+</dl></div>
 <ul>
-<li class="site"><a href="https://www.garden.example" rel="noreferrer noopener"><bdi>www.garden.example</bdi></a> <span class="faint">yesterday</span>
+<li class="site"><a href="http://news.harbour.example/tides?a=1&amp;b=2">tides?a=1&amp;b=2</a> http <time>2026-11-21 16:05:00</time></li>
+</ul>
+</details></li>
+<li class="site"><a href="https://www.garden.example">www.garden.example</a> https <bdi>yesterday</bdi>
 <dl>
 <dt>User ID</dt><dd dir="auto">anna</dd>
 </dl></li>
-</ul>
-</details>
-<details>
-<summary><bdi>Kept for addresses without a visit</bdi> <span class="faint">(1)</span></summary>
-<ul>
-<li class="site"><a href="http://shop.garden.example" rel="noreferrer noopener"><bdi>shop.garden.example</bdi></a>
+<li class="site"><bdi>shop.garden.example</bdi>
 <dl>
 <dt>Purchase</dt><dd dir="auto">Rose shears</dd>
 <dt>Date</dt><dd dir="auto">3/14/26 10:00:00 AM</dd>
@@ -169,15 +170,67 @@ and low&lt;/b&gt;</dd>
 <dt>Description</dt><dd dir="auto">For the climbers</dd>
 </dl></li>
 </ul>
-</details>
 <h2>Archive 2025/May</h2>
-<details>
-<summary><bdi>www.mill.example</bdi> <span class="faint">(1)</span></summary>
 <ul>
-<li class="site"><a href="http://www.mill.example" rel="noreferrer noopener"><bdi>www.mill.example</bdi></a> <time datetime="2026-07-01T08:00:00">2026-07-01 08:00:00</time></li>
+<li class="site"><a href="http://www.mill.example">www.mill.example</a> ? <time>2026-07-01 08:00:00</time></li>
 </ul>
-</details>
 )");
+}
+
+TEST_F(PageTest, OnlyGroupsByLevelsWithoutARecord) {
+  given("Data/nodes.dat",
+        siteRecord("www.garden.example/beds/roses/climbers", 'S') +
+            siteRecord("www.garden.example/beds/tulips", 'S') +
+            siteRecord("www.garden.example/beds/tulips", 'N', "1/2/26 12:00:00 AM~"));
+  given("Data/notes.dat", test::notesRecord("www.garden.example/beds", "Water them.") +
+                              test::notesRecord("www.garden.example/beds", "Weed them."));
+  given("Data/info.dat", "");
+  given("Data/purchases.dat", "");
+  EXPECT_EQ(page({"--no-archives"}), R"(<ul>
+<li><details>
+<summary><bdi>www.garden.example</bdi> <span>(3)</span></summary>
+<ul>
+<li><details>
+<summary><bdi>beds</bdi> <span>(3)</span></summary>
+<div class="site"><bdi>www.garden.example/beds</bdi>
+<dl>
+<dt>Notes</dt><dd dir="auto">Water them.</dd>
+<dt>Notes</dt><dd dir="auto">Weed them.</dd>
+</dl></div>
+<ul>
+<li><details>
+<summary><bdi>roses</bdi> <span>(1)</span></summary>
+<ul>
+<li class="site"><a href="https://www.garden.example/beds/roses/climbers">climbers</a> https <time>2026-07-01 08:00:00</time></li>
+</ul>
+</details></li>
+<li class="site"><a href="https://www.garden.example/beds/tulips">tulips</a> https <time>2026-07-01 08:00:00</time><br>
+<a href="http://www.garden.example/beds/tulips">tulips</a> http <time>2026-01-02 00:00:00</time></li>
+</ul>
+</details></li>
+</ul>
+</details></li>
+</ul>
+)");
+}
+
+TEST_F(PageTest, ShowsPasswordsAndASecondUserID) {
+  given("Data/info.dat", test::loginRecord("www.garden.example", "anna", "tulip7") +
+                             test::loginRecord("www.garden.example", "otto", "lilac8"));
+  const std::string shown = page({"--show-passwords", "--no-archives"});
+  EXPECT_NE(shown.find(R"(<dl>
+<dt>User ID</dt><dd dir="auto">anna</dd>
+<dt>Password</dt><dd dir="auto">tulip7</dd>
+<dt>User ID</dt><dd dir="auto">otto</dd>
+<dt>Password</dt><dd dir="auto">lilac8</dd>
+</dl>)"),
+            std::string::npos)
+      << shown;
+}
+
+TEST_F(PageTest, OfNothingSaysSo) {
+  EXPECT_EQ(page({"--data", "Quorrix/Archives/2025"}),
+            "<p class=\"faint\">No sites are recorded here.</p>\n");
 }
 
 }  // namespace

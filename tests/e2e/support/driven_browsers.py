@@ -38,7 +38,7 @@ class DrivenBrowser:
 class DrivenChromium(DrivenBrowser):
     """Speaks the DevTools protocol over a pair of pipes: JSON texts that end with NUL."""
 
-    def __init__(self, folder, is_dark=False):
+    def __init__(self, folder, is_dark=False, has_script=True):
         super().__init__(folder)
         commands, self._commands = os.pipe()
         self._answers, answers = os.pipe()
@@ -56,6 +56,8 @@ class DrivenChromium(DrivenBrowser):
         self._session = self._call("Target.attachToTarget", targetId=target,
                                    flatten=True)["sessionId"]
         self._call("Page.enable")
+        # Of pages only; evaluate() works all the same.
+        self._call("Emulation.setScriptExecutionDisabled", value=not has_script)
         scheme = "dark" if is_dark else "light"
         self._call("Emulation.setEmulatedMedia",
                    features=[{"name": "prefers-color-scheme", "value": scheme}])
