@@ -125,7 +125,8 @@ class CommandLine {
         ->type_name("FORMAT");
     subcommand
         .add_option("--with", with_,
-                    "Also show these, separated by commas: notes, purchases, logins")
+                    "Also show these, separated by commas: notes, purchases, logins;\n"
+                    "even of addresses without a visit, below the sites")
         ->type_name("KINDS");
     addPasswords(subcommand);
     addFolderOptions(subcommand);

@@ -99,8 +99,9 @@ int DataTool::run(const Arguments& arguments) {
 }
 
 int DataTool::list(const Arguments& arguments) {
-  listSites(arguments, [](const Path&) -> FolderReader::IsSought {
-    return [](std::uint64_t, std::span<const char>) { return true; };
+  listFolders(arguments, [](const DataFolder&) -> Sought {
+    return {.isRecordSought = [](std::uint64_t, std::span<const char>) { return true; },
+            .isAddressSought = [](const std::string&) { return true; }};
   });
   return kStatusFine;
 }
@@ -109,36 +110,46 @@ int DataTool::search(const Arguments& arguments) {
   const SearchCriteria criteria = criteriaOf(arguments);
   if (arguments.after) requireDate(*arguments.after);
   SiteMatcher matcher(surroundings_.codePage, criteria);
-  const bool isFound = listSites(arguments, [&](const Path& file) -> FolderReader::IsSought {
-    return [&matcher, file](std::uint64_t number, std::span<const char> record) {
+  const bool isFound = listFolders(arguments, [&](const DataFolder& folder) -> Sought {
+    const auto isRecordSought = [&](std::uint64_t number, std::span<const char> record) {
       try {
         return matcher.matches(record);
       } catch (const Failure&) {
-        throw Problem::ofFile(file, "record " + std::to_string(number) + ": " + kSearchEnds);
+        throw Problem::ofFile(folder.path / data_file::kNodes,
+                              "record " + std::to_string(number) + ": " + kSearchEnds);
       }
     };
+    const auto isAddressSought = [&](const std::string& address) {
+      const auto text = surroundings_.codePage.exactFromUtf8(address);
+      return text && matcher.matchesUnvisited(*text);
+    };
+    return {.isRecordSought = isRecordSought, .isAddressSought = isAddressSought};
   });
   return isFound ? kStatusFine : kStatusOfFindings;
 }
 
-bool DataTool::listSites(const Arguments& arguments, const Filter& filterOf) {
+bool DataTool::listFolders(const Arguments& arguments, const SoughtIn& soughtIn) {
   const std::vector<DataFolder> folders = foldersOf(arguments);
   RecordReader reader(surroundings_.files);
   BufferedOutput output(surroundings_.write);
   const auto listing =
       makeListing(arguments.listing, frameOf(folders, surroundings_.terminalWidth), output);
+  const auto end = [&] {
+    listing->end();
+    output.flush();
+  };
   bool isFound = false;
   listing->begin();
-  for (const DataFolder& folder : folders) {
-    FolderReader entries(reader, surroundings_.codePage, folder);
-    const SiteDetailIndex details(entries, arguments.listing.details);
-    entries.forEachSite(filterOf(folder.path / data_file::kNodes), [&](const SiteEntry& site) {
-      listing->add(site, folder.archive, details.of(site.address));
-      isFound = true;
-    });
+  try {
+    for (const DataFolder& folder : folders) {
+      FolderReader entries(reader, surroundings_.codePage, folder);
+      isFound |= listFolder(entries, arguments.listing.details, soughtIn(folder), *listing);
+    }
+  } catch (const Problem&) {
+    end();  // shows what was found before
+    throw;
   }
-  listing->end();
-  output.flush();
+  end();
   return isFound;
 }
 

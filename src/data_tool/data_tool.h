@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "data_tool/arguments.h"
-#include "data_tool/folder_reader.h"
+#include "data_tool/folder_listing.h"
 #include "platform/code_page.h"
 #include "platform/file_system.h"
 
@@ -39,10 +39,9 @@ class DataTool {
   int check(const Arguments& arguments);
   int copy(const Arguments& arguments);
 
-  // Lists the sites for whose records the filter of their file is true. Returns whether any site
-  // matched.
-  using Filter = std::function<FolderReader::IsSought(const Path& file)>;
-  bool listSites(const Arguments& arguments, const Filter& filterOf);
+  // Lists what is sought in each folder. Returns whether anything was listed.
+  using SoughtIn = std::function<Sought(const DataFolder& folder)>;
+  bool listFolders(const Arguments& arguments, const SoughtIn& soughtIn);
 
   [[nodiscard]] Path dataFolderOf(const Arguments& arguments) const;
   // Complains of archives that cannot be read, and leaves them out.

@@ -34,6 +34,10 @@ bool SiteMatcher::matches(std::span<const char> record) {
   return fieldHoldsText(field) && matches(field, stampDate(stampOf(record)));
 }
 
+bool SiteMatcher::matchesUnvisited(std::string_view siteAddress) const {
+  return criteria_.userSearchType == UserSearchType::Url && canMatch() && holdsText(siteAddress);
+}
+
 // `field` is the address with its padding. Searching it is cheaper than cutting off the
 // padding, and a text that is not in the field is not in the address.
 bool SiteMatcher::matches(std::string_view field, const CalendarDate& visited) {

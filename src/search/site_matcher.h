@@ -28,6 +28,10 @@ class SiteMatcher {
   // searched for unless the type is Url, as soon as there is a record to compare it with.
   [[nodiscard]] bool matches(std::span<const char> record);
 
+  // Whether an address without a record matches. It has no date, so it does not match if one is
+  // sought.
+  [[nodiscard]] bool matchesUnvisited(std::string_view siteAddress) const;
+
  private:
   [[nodiscard]] bool matches(std::string_view field, const CalendarDate& visited);
   [[nodiscard]] bool holdsText(std::string_view field) const;

@@ -154,6 +154,72 @@ TEST_F(ListTest, ShowsAFlagThatStandsForNoScheme) {
             ",a.b.c,,\u00E9,2026-07-01T08:00:00,\r\n");
 }
 
+class ListOfDetailsTest : public testing::Test, protected ToolStage {
+ protected:
+  ListOfDetailsTest() {
+    given("Data/nodes.dat",
+          siteRecord("www.garden.example/roses") + siteRecord("www.mill.example"));
+    given("Data/notes.dat", test::notesRecord("www.mill.example", "Closed on Mondays.") +
+                                test::notesRecord("www.garden.example", "Prune in March.") +
+                                test::notesRecord("www.garden.example", "Another note."));
+    given("Data/info.dat", test::loginRecord("news.harbour.example", "anna", "tulip7"));
+    given("Archives/May/nodes.dat", siteRecord("www.garden.example"));
+  }
+};
+
+TEST_F(ListOfDetailsTest, HasAddressesWithoutARecordBelowTheSitesOfTheirFolder) {
+  EXPECT_EQ(run({"list", "--with", "notes,logins"}), 0);
+  EXPECT_EQ(output,
+            "VISITED               SCHEME  ARCHIVE  ADDRESS\n"
+            "2026-07-01 08:00:00   http             www.garden.example/roses\n"
+            "2026-07-01 08:00:00   http             www.mill.example\n"
+            "    notes: Closed on Mondays.\n"
+            "                                       news.harbour.example\n"
+            "    user ID: anna\n"
+            "                                       www.garden.example\n"
+            "    notes: Prune in March.\n"
+            "2026-07-01 08:00:00   http    May      www.garden.example\n");
+}
+
+TEST_F(ListOfDetailsTest, HasNoSchemeAndNoTimeOfAnAddressWithoutARecord) {
+  EXPECT_EQ(run({"list", "--no-archives", "--with", "logins", "--format", "json"}), 0);
+  EXPECT_EQ(
+      output,
+      "[\n"
+      R"({"address":"www.garden.example/roses","scheme":"http","visited":"2026-07-01T08:00:00","archive":null,"userId":null},)"
+      "\n"
+      R"({"address":"www.mill.example","scheme":"http","visited":"2026-07-01T08:00:00","archive":null,"userId":null},)"
+      "\n"
+      R"({"address":"news.harbour.example","scheme":null,"visited":null,"archive":null,"userId":"anna"})"
+      "\n]\n");
+  EXPECT_EQ(run({"list", "--no-archives", "--with", "logins", "--format", "csv"}), 0);
+  EXPECT_EQ(output,
+            "archive,address,scheme,flag,visited,stamp,user_id\r\n"
+            ",www.garden.example/roses,http,,2026-07-01T08:00:00,,\r\n"
+            ",www.mill.example,http,,2026-07-01T08:00:00,,\r\n"
+            ",news.harbour.example,,,,,anna\r\n");
+}
+
+TEST_F(ListOfDetailsTest, HasOnlyTheKindsThatAreAskedFor) {
+  EXPECT_EQ(run({"list", "--no-archives", "--with", "purchases"}), 0);
+  EXPECT_EQ(output,
+            "VISITED               SCHEME  ADDRESS\n"
+            "2026-07-01 08:00:00   http    www.garden.example/roses\n"
+            "2026-07-01 08:00:00   http    www.mill.example\n");
+}
+
+TEST_F(ListOfDetailsTest, IsSearchedByTextButNotByDate) {
+  EXPECT_EQ(run({"search", "HARBOUR", "--no-archives", "--with", "logins,notes"}), 0);
+  EXPECT_EQ(output,
+            "VISITED               SCHEME  ADDRESS\n"
+            "                              news.harbour.example\n"
+            "    user ID: anna\n");
+  EXPECT_EQ(run({"search", "HARBOUR", "--no-archives"}), 1);
+  EXPECT_EQ(run({"search", "harbour", "--no-archives", "--with", "logins", "--after", "1/1/00"}),
+            1);
+  EXPECT_EQ(run({"search", "", "--no-archives", "--with", "logins,notes"}), 1);
+}
+
 TEST_F(ListTest, ReadsAMissingFileAsNoRecords) {
   EXPECT_EQ(run({"list", "--data", "Quorrix/Archives/May", "--with", "notes"}), 0);
   EXPECT_EQ(output,
@@ -219,8 +285,14 @@ TEST_F(SearchTest, RefusesADateThatIsNone) {
 }
 
 TEST_F(SearchTest, EndsAtARecordWhoseDateCannotBeRead) {
-  given("Data/nodes.dat", siteRecord("a.b.c") + siteRecord("d.e.f", 'N', "yesterday~"));
-  EXPECT_EQ(run({"search", "zzz"}), 2);
+  given("Data/nodes.dat",
+        siteRecord("a.b.c") + siteRecord("d.e.f", 'N', "yesterday~") + siteRecord("a.b.d"));
+  EXPECT_EQ(run({"search", "a", "--format", "json"}), 2);
+  EXPECT_EQ(output,
+            "[\n"
+            R"({"address":"a.b.c","scheme":"http","visited":"2026-07-01T08:00:00","archive":null})"
+            "\n]\n")
+      << "what was found before";
   const std::string file = (Path("Quorrix/Data") / "nodes.dat").string();
   EXPECT_EQ(error, "quorrix-data: " + file +
                        ": record 2: The date cannot be read, so the search ends here.\n");

@@ -20,5 +20,16 @@ TEST(SiteMatcher, ReadsNoDateIfNothingCanMatch) {
   EXPECT_EQ(test::failureNumberOf([&] { return other.matches(record); }), 13);
 }
 
+TEST(SiteMatcher, MatchesAnUnvisitedAddressByItsTextOnly) {
+  const auto matches = [](const SearchCriteria& criteria) {
+    return SiteMatcher(test::westernCodePage(), criteria).matchesUnvisited("www.garden.example");
+  };
+  EXPECT_TRUE(matches({UserSearchType::Url, "GARDEN", ""}));
+  EXPECT_FALSE(matches({UserSearchType::Url, "mill", ""}));
+  EXPECT_FALSE(matches({UserSearchType::Url, "", ""}));
+  EXPECT_FALSE(matches({UserSearchType::Both, "garden", "1/1/00"}));
+  EXPECT_FALSE(matches({UserSearchType::Date, "", "1/1/00"}));
+}
+
 }  // namespace
 }  // namespace quorrix
