@@ -9,6 +9,7 @@ namespace quorrix {
 
 FolderTree::FolderTree(FolderReader& folder, const SiteDetailIndex& details) {
   tree_.addRoot();
+  kept_.resize(tree_.size());
   folder.forEachSite([this](const SiteEntry& site) { addSite(site); });
   addDetails(details);
   count();
