@@ -76,6 +76,7 @@ function show(element, isShown) {
 function search() {
   const text = box.value.trim().toLowerCase();
   const isSearching = text !== "";
+  if (!isSearching && !wasSearching) return;
   if (!sites) readPage();
   for (const branch of branches.values()) branch.isFound = false;
   let found = 0;
@@ -107,6 +108,6 @@ addEventListener("beforeprint", () => {
 )js";
 
 inline constexpr const char* kStyleDigest = "sha256-AGxl+uza6dQXv4+LxkZn9feBBW+90H5R9QgGELlzehk=";
-inline constexpr const char* kScriptDigest = "sha256-khQ69RYCp+KTyrgGC9/2nM3sL1sN3o9ar++fxgEE+vo=";
+inline constexpr const char* kScriptDigest = "sha256-3JBh5OlUvQwT5554gCsVgbXfgy+3JGTUJEaphpSaHBY=";
 
 }  // namespace quorrix::html_page
