@@ -15,8 +15,8 @@ std::vector<std::string> csvNames(const DetailChoice& choice) {
 }
 
 std::vector<std::string> csvFields(const CsvRow& row, const DetailChoice& choice) {
-  static const LoginEntry kNoLogin;
-  static const PurchaseEntry kNoPurchase;
+  static const LoginEntry kNoLogin{};
+  static const PurchaseEntry kNoPurchase{};
   const SiteEntry& site = row.site;
   const LoginEntry& login = row.login != nullptr ? *row.login : kNoLogin;
   const PurchaseEntry& purchase = row.purchase != nullptr ? *row.purchase : kNoPurchase;
