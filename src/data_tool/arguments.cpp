@@ -125,8 +125,7 @@ class CommandLine {
         ->type_name("FORMAT");
     subcommand
         .add_option("--with", with_,
-                    "Also show these, separated by commas: notes, purchases, logins;\n"
-                    "even of addresses without a visit, below the sites")
+                    "Also show notes,purchases,logins or some of them, even without a visit")
         ->type_name("KINDS");
     addPasswords(subcommand);
     addFolderOptions(subcommand);

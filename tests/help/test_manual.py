@@ -58,7 +58,7 @@ NO_MESSAGES = {
     "Print the version and exit",
     "Print this help and exit",
     "Reads, checks and copies what Quorrix has recorded. It changes nothing.",
-    "Also show these, separated by commas: notes, purchases, logins",
+    "Also show notes,purchases,logins or some of them, even without a visit",
     "The file to write; by default standard output",
     "The folder for the copy, new or empty",
     "The folder with the data files; by default your Quorrix data folder",
