@@ -167,7 +167,7 @@ TEST_F(CheckTest, CountsAnArchiveThatCannotBeReadAsAnError) {
   }
   memory.failListing("Quorrix/Archives/1", 75);
   EXPECT_EQ(run({"check"}), 1);
-  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix/Archives") / "1").string() +
+  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix") / "Archives" / "1").string() +
                        ": Path/file access error.\n");
   EXPECT_EQ(output, "9 files, 0 records, 1 error\n");
 }

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "data_tool/problem.h"
+#include "platform/real_file_system.h"
 #include "support/faulty_file_system.h"
 #include "support/memory_file_system.h"
-#include "platform/real_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix {
@@ -52,8 +52,8 @@ TEST(DataFolders, AreTheDataFolderAndEveryArchiveBelowArchives) {
   files.givenAFile("Q/Data/nodes.dat", "");
   files.givenAFolder("Q/Archives/Empty");
   for (const char* name : {"May/nodes.dat", "2025/June/nodes.dat", "Notes/notes.dat"}) {
-    files.givenAFolder((Path("Q/Archives") / name).parent_path());
-    files.givenAFile(Path("Q/Archives") / name, "");
+    files.givenAFolder((Path("Q") / "Archives" / name).parent_path());
+    files.givenAFile(Path("Q") / "Archives" / name, "");
   }
   EXPECT_EQ(archivesIn(files, "Q/Data"),
             (std::vector<std::string>{"", "2025/June", "May", "Notes"}));
@@ -125,7 +125,7 @@ TEST(DataFolders, AreReportedIfTheyCannotBeRead) {
   const auto report = [&](const Problem& problem) { reported.emplace_back(problem.what()); };
   EXPECT_EQ(namesOf(dataFoldersOf(files, "Q/Data", Archives::Include, report)),
             (std::vector<std::string>{"", "1", "3"}));
-  EXPECT_EQ(reported, (std::vector<std::string>{(Path("Q/Archives") / "2").string() +
+  EXPECT_EQ(reported, (std::vector<std::string>{(Path("Q") / "Archives" / "2").string() +
                                                 ": Path/file access error."}));
 }
 
@@ -141,8 +141,9 @@ TEST(ReadableDataFolders, LeaveOutAnArchiveWithAFileThatCannotBeOpened) {
   const auto report = [&](const Problem& problem) { reported.emplace_back(problem.what()); };
   EXPECT_EQ(namesOf(readableFoldersOf(files, "Q/Data", Archives::Include, report)),
             (std::vector<std::string>{"", "2"}));
-  EXPECT_EQ(reported, (std::vector<std::string>{(Path("Q/Archives") / "1" / "nodes.dat").string() +
-                                                ": Path/file access error."}));
+  EXPECT_EQ(reported,
+            (std::vector<std::string>{(Path("Q") / "Archives" / "1" / "nodes.dat").string() +
+                                      ": Path/file access error."}));
 }
 
 #ifndef _WIN32

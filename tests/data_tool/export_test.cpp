@@ -229,7 +229,8 @@ TEST_F(PageTest, ShowsPasswordsAndASecondUserID) {
 }
 
 TEST_F(PageTest, OfNothingSaysSo) {
-  EXPECT_EQ(page({"--data", "Quorrix/Archives/2025"}),
+  given("Empty/nodes.dat", "");
+  EXPECT_EQ(page({"--data", "Quorrix/Empty", "--no-archives"}),
             "<p class=\"faint\">No sites are recorded here.</p>\n");
 }
 

@@ -13,8 +13,8 @@
 
 #include "data_tool/folder_copy.h"
 #include "data_tool/problem.h"
-#include "support/faulty_file_system.h"
 #include "platform/real_file_system.h"
+#include "support/faulty_file_system.h"
 #include "support/temporary_folder.h"
 
 namespace quorrix::test {

@@ -89,7 +89,7 @@ def text_of(element):
 def literals_of(source):
     """The string literals of a source, with adjacent literals joined."""
     code = "\n".join(line for line in source.splitlines()
-                     if not line.lstrip().startswith(("#", "//")))
+                     if not line.lstrip().startswith(("#", "//"))).replace("'\"'", "")
     for match in LITERALS.finditer(code):
         yield "".join(re.findall(LITERAL, match[0])).replace('\\"', '"')
 
