@@ -146,6 +146,12 @@ TEST(ReadCalendarDate, FailsForBlanksAndNuls) {
   }
 }
 
+// A stamp is often a part of a record's bytes.
+TEST(ReadCalendarDate, ReadsNothingAfterTheEndOfTheText) {
+  EXPECT_EQ(failureOfReading(std::string_view("1/2/2025").substr(0, 3)), 13);
+  EXPECT_EQ(failureOfReading({}), 13);
+}
+
 TEST(ReadCalendarDate, FailsForDigitsOfOtherKinds) {
   EXPECT_EQ(failureOfReading("1/2/2\xB2"), 13);  // superscript two
   EXPECT_EQ(failureOfReading("\xB9/2/25"), 13);  // superscript one
@@ -204,9 +210,15 @@ TEST(ReadAccessStamp, FailsForWhatIsNoStamp) {
   for (const char* const text :
        {"", "7/9/26", "7/9/26 ", "7/9/26 3:24:35", "7/9/26 3:24:35 XM", "7/9/26 13:24:35 PM",
         "7/9/26 0:24:35 AM", "7/9/26 3:60:35 PM", "7/9/26 3:24:60 PM", "7/9/26 3:24:35 PM ",
-        "7/9/26 3:-4:35 PM", "2/30/26 3:24:35 PM", "7/9/26 3:24:35 PMs"}) {
+        "7/9/26 3:-4:35 PM", "2/30/26 3:24:35 PM", "7/9/26 3:24:35 PMs", "7/9/26 3:24:35 PX",
+        "7/9/26 012:24:35 PM"}) {
     EXPECT_EQ(failureNumberOf([text] { return readAccessStamp(text); }), 13) << text;
   }
+}
+
+TEST(ReadAccessStamp, ReadsNothingAfterTheEndOfTheStamp) {
+  const std::string_view longer = "7/9/26 3:24:35 PXM";
+  EXPECT_EQ(failureNumberOf([&] { return readAccessStamp(longer.substr(0, 17)); }), 13);
 }
 
 TEST(ReadAccessStamp, ToleratesBlanksAndShortNumbers) {
@@ -216,6 +228,7 @@ TEST(ReadAccessStamp, ToleratesBlanksAndShortNumbers) {
   }
   EXPECT_EQ(secondIn("7/9/26  3:4:5 AM"), "2026-7-9 3:4:5");
   EXPECT_EQ(secondIn("7/9/26 12:4:5 AM"), "2026-7-9 0:4:5");
+  EXPECT_EQ(secondIn("7/9/26  3:0:0 AM"), "2026-7-9 3:0:0");
 }
 
 TEST(StampTime, IsOrderedByDateThenHourThenMinuteThenSecond) {
