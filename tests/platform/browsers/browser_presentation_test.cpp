@@ -216,6 +216,13 @@ TEST_F(BrowserPresentationTest, TakesARestoredTabThatIsSlowlyFetchedAgainForOneV
   EXPECT_EQ(visitsIn(milliseconds(2000), "4", "http://b.test/"), 1);
 }
 
+TEST_F(BrowserPresentationTest, SignalsAReloadRightAfterTheDocumentThatWasAwaited) {
+  EXPECT_TRUE(see("1", "http://a.test/").isVisit);
+  for (int i = 0; i < 5; ++i) EXPECT_FALSE(seeLoading("1", "http://a.test/").isVisit);
+  EXPECT_FALSE(see("2", "http://a.test/").isVisit);
+  EXPECT_EQ(visitsIn(milliseconds(2000), "3", "http://a.test/"), 1);
+}
+
 TEST_F(BrowserPresentationTest, SignalsBothWaysWhenATabIsChosenAndLeft) {
   rest("1", "http://a.test/");
   EXPECT_TRUE(see("2", "http://b.test/").isVisit);

@@ -368,6 +368,7 @@ TEST(BrowserTitle, WithAProfileNamedLikeAPrivateWindowIsNotOrdinary) {
   EXPECT_EQ(chromium("X - Chromium - Y - Chromium - Guest"), TitleKind::NotOrdinary);
   EXPECT_EQ(chromium("X - Chromium - Alice (Incognito)"), TitleKind::NotOrdinary);
   EXPECT_EQ(chromium("X - Chromium - Guests"), TitleKind::Ordinary);
+  EXPECT_EQ(chromium("X - Chromium - Alice (Guesthouse)"), TitleKind::Ordinary);
 }
 
 // Direction marks after the word must not hide it.

@@ -74,6 +74,21 @@ TEST_F(PlayedWindowsTest, KnowNoHandleOfAnEarlierPass) {
   EXPECT_TRUE(PlayedWindows::owns(earlier));
 }
 
+TEST_F(PlayedWindowsTest, EndTheirTextsWithANul) {
+  givenTwoWindows();
+  std::array<char, 40> buffer;
+  buffer.fill('x');
+  EXPECT_EQ(windows_.GetWindowTextA(windows_.frame(1), buffer), 26U);
+  EXPECT_STREQ(buffer.data(), "Maps - Chromium - Netscape");
+}
+
+TEST_F(PlayedWindowsTest, LoseTheMiddleOfATitleThatIsTooLong) {
+  givenTwoWindows();
+  std::array<char, 20> buffer{};
+  EXPECT_EQ(windows_.GetWindowTextA(windows_.frame(1), buffer), 19U);
+  EXPECT_STREQ(buffer.data(), "Maps - Chr Netscape");
+}
+
 TEST_F(PlayedWindowsTest, HaveHandlesThatNoWindowOfTheSystemHas) {
   givenTwoWindows();
   EXPECT_TRUE(PlayedWindows::owns(windows_.frame(1)));

@@ -27,6 +27,7 @@ TEST(CompareWithBar, FindsANewerAddressOfTheSameHost) {
         std::tuple{"http://one.test:8080/a", "one.test:8080/b", "http://one.test:8080/b"},
         std::tuple{"https://www.one.test/a", "one.test", "https://www.one.test/"},
         std::tuple{"https://one.test/a", "one.test/café", "https://one.test/caf%C3%A9"},
+        std::tuple{"https://one.test/a", "one.test/À", "https://one.test/%C3%80"},
         std::tuple{"https://one.test/a", "one.test/b?u=http://two.test",
                    "https://one.test/b?u=http://two.test"}}) {
     EXPECT_EQ(compareWithBar(loaded, shown), ShownAddress::Newer) << shown;
