@@ -387,6 +387,16 @@ TEST_F(MainFormRecords, BelongToTheSiteThatTheMenuWasOpenedFor) {
   EXPECT_EQ(opened_, QStringList(QStringLiteral("Notes - four.five.six")));
 }
 
+TEST_F(MainFormRecords, BelongToTheSelectedSiteAfterTheDisplayWasCleared) {
+  click(Qt::RightButton, placeOf("four.five.six"));
+  stage_.choose("FileClear");
+  stage_.form.tree().addMissingLevels(addressLevels("seven.eight.nine/a/b/c/d/e/f/g"), 'N');
+  select("seven.eight.nine");
+  whenADialogOpens({});
+  stage_.choose("PopUpNotes");
+  EXPECT_EQ(opened_, QStringList(QStringLiteral("Notes - seven.eight.nine")));
+}
+
 TEST_F(MainFormRecords, ListNoPurchasesWhereThereAreNone) {
   click(Qt::RightButton, placeOf("four.five.six"));
   stage_.messageBox.expect("No purchase information recorded for this web location.",
