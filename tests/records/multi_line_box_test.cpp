@@ -186,6 +186,25 @@ TEST_F(MultiLineBoxTest, KeepsTheSelectionWhenAPictureIsPasted) {
   EXPECT_EQ(box_.textCursor().selectedText(), QStringLiteral("abc"));
 }
 
+// The menu of the box offers to paste only what can be pasted.
+TEST_F(MultiLineBoxTest, CannotPasteMarkupWithoutAText) {
+  auto* const markup = new QMimeData;
+  markup->setHtml(QStringLiteral("<b>abc</b>"));
+  QApplication::clipboard()->setMimeData(markup);
+  EXPECT_FALSE(box_.canPaste());
+  QApplication::clipboard()->setText(QStringLiteral("abc"));
+  EXPECT_TRUE(box_.canPaste());
+}
+
+TEST_F(MultiLineBoxTest, ScrollsToTheEndOfWhatIsPasted) {
+  MultiLineBox box(200, test::westernCodePage(), nullptr);
+  box.resize(200, 60);
+  box.show();
+  QApplication::clipboard()->setText(QStringLiteral("line\n").repeated(20));
+  box.paste();
+  EXPECT_TRUE(box.viewport()->rect().contains(box.cursorRect().center()));
+}
+
 TEST_F(MultiLineBoxTest, KeepsWhatIsPastedAgainInAnOverlongText) {
   box_.showStored("abcdefghijklmnop");
   QTextCursor cursor = box_.textCursor();

@@ -58,6 +58,13 @@ TEST_F(PurchaseDialogsTest, EndEveryRowOfBoxesAtOneEdge) {
   }
 }
 
+TEST_F(PurchaseDialogsTest, HaveRoomForFourLinesOfADescription) {
+  NewPurchaseDialog dialog(parts());
+  dialog.show();
+  auto& box = control<QTextEdit>(dialog, "Text5");
+  EXPECT_GE(box.viewport()->height(), 4 * box.fontMetrics().lineSpacing());
+}
+
 TEST_F(PurchaseDialogsTest, ShowAPurchaseAsItIsStored) {
   givenPurchases(purchaseRecord("one.two.three/a", {.dateStamp = "1/2/26 3:04:05 PM~",
                                                     .price = "9.95~",
