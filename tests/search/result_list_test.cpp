@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QTest>
 
 #include "support/code_pages.h"
@@ -102,6 +103,41 @@ TEST_F(ResultListTest, LeavesSearchesOfOtherKindsToQt) {
   ASSERT_EQ(found.size(), 2);
   EXPECT_EQ(found[0].row(), 1);
   EXPECT_EQ(found[1].row(), 2);
+}
+
+TEST_F(ResultListTest, FindsAsManyRowsAsAreWanted) {
+  list_.showAddresses({"one.two.three", "four.five.six", "one.two.four"});
+  const QAbstractItemModel& model = *list_.model();
+  const auto found = model.match(model.index(0, 0), Qt::DisplayRole, QStringLiteral("one"), 2,
+                                 Qt::MatchStartsWith | Qt::MatchWrap);
+  ASSERT_EQ(found.size(), 2);
+  EXPECT_EQ(found[0].row(), 0);
+  EXPECT_EQ(found[1].row(), 2);
+}
+
+TEST_F(ResultListTest, HasNoRowsBelowARow) {
+  list_.showAddresses({"one.two.three", "four.five.six"});
+  const QAbstractItemModel& model = *list_.model();
+  EXPECT_EQ(model.rowCount(model.index(1, 0)), 0);
+}
+
+// Whatever keeps rows of the model forgets them before they change.
+TEST_F(ResultListTest, ReportsThatItsRowsAreAboutToChangeBeforeTheyDo) {
+  list_.showAddresses({"one.two.three"});
+  const QAbstractItemModel& model = *list_.model();
+  QStringList before;
+  QObject::connect(&model, &QAbstractItemModel::modelAboutToBeReset, &list_,
+                   [&] { before << model.index(0, 0).data().toString(); });
+  list_.showAddresses({"four.five.six"});
+  EXPECT_EQ(before, QStringList(QStringLiteral("one.two.three")));
+}
+
+TEST_F(ResultListTest, ShowsAddressesFromLeftToRightInALayoutFromRightToLeft) {
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  auto* const delegate = qobject_cast<QStyledItemDelegate*>(list_.itemDelegate());
+  const QString shown = delegate->displayText(QStringLiteral("one.two.three/a"), QLocale::c());
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(shown, QStringLiteral("\u2066one.two.three/a\u2069"));
 }
 
 TEST_F(ResultListTest, HasNoToolTipsUnlessTheyAreDescribed) {

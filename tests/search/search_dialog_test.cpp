@@ -69,6 +69,15 @@ TEST_F(SearchDialogTest, ShowsItsCaptions) {
   EXPECT_EQ(captionOfButton(dialog_, "CancelButton"), "Cancel");
 }
 
+TEST_F(SearchDialogTest, HasTheCaptionOfTheDateBesideItsBoxes) {
+  dialog_.show();
+  const int caption = control<QLabel>(dialog_, "Label5").geometry().center().y();
+  const auto& month = control<QLineEdit>(dialog_, "Text2");
+  const int top = month.mapTo(&dialog_, QPoint()).y();
+  EXPECT_GT(caption, top);
+  EXPECT_LT(caption, top + month.height());
+}
+
 TEST_F(SearchDialogTest, LetsTheUserGoOnInTheMainWindow) {
   dialog_.show();
   EXPECT_FALSE(dialog_.isModal());
@@ -324,7 +333,8 @@ TEST_F(SearchDialogTest, LeavesTheKeyboardInTheDatePartThatIsWrong) {
   };
   for (const Case& each : {Case{"13", "5", "2026", "Text2"}, Case{"may", "5", "2026", "Text2"},
                            Case{"2", "30", "2026", "Text1"}, Case{"2", "", "2026", "Text1"},
-                           Case{"2", "3", "20", "Text4"}, Case{"2", "3", "20xx", "Text4"}}) {
+                           Case{"12", "32", "2026", "Text1"}, Case{"2", "3", "20", "Text4"},
+                           Case{"2", "3", "20xx", "Text4"}}) {
     enter(dialog_, "Text2", each.month);
     enter(dialog_, "Text1", each.day);
     enter(dialog_, "Text4", each.year);
