@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -256,6 +257,29 @@ TEST_F(SiteTreeViewTypeAhead, FindsNothingByACharacterThatNoAddressHas) {
   EXPECT_EQ(tree_.selected(), node("?.two.three"));
 }
 
+TEST_F(SiteTreeViewTypeAhead, BeginsANewTextAfterAPause) {
+  for (const auto* const address : {"far.two.three", "one.two.three"}) add(address);
+  view_.expandDNSNodes();
+  QTest::keyClicks(&view_, QStringLiteral("f"));
+  EXPECT_EQ(tree_.selected(), node("far.two.three"));
+  QElapsedTimer sinceKey;
+  sinceKey.start();
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return sinceKey.hasExpired(QApplication::keyboardInputInterval()); }));
+  QTest::keyClicks(&view_, QStringLiteral("o"));
+  EXPECT_EQ(tree_.selected(), node("one.two.three"));
+}
+
+// As in Qt's own views: only the first key of a text leaves the selected row in any case.
+TEST_F(SiteTreeViewTypeAhead, StaysOnARowThatMatchesAfterACharacterThatNoAddressHas) {
+  for (const auto* const address : {"far.two.three", "fun.two.three"}) add(address);
+  view_.expandDNSNodes();
+  tree_.select(node("far.two.three"));
+  view_.keyboardSearch(QStringLiteral("\u0436"));
+  view_.keyboardSearch(QStringLiteral("f"));
+  EXPECT_EQ(tree_.selected(), node("far.two.three"));
+}
+
 TEST(SiteTreeViewWithoutARoot, TakesAKey) {
   SiteTree tree;
   SiteTreeView view(tree, test::westernCodePage());
@@ -457,6 +481,14 @@ TEST_F(SiteTreeViewSelects, TheSameAsBeforeWhenEmptySpaceIsClicked) {
   click(Qt::RightButton, emptyPlace());
   EXPECT_EQ(tree_.selected(), node("four.five.six"));
   EXPECT_EQ(highlighted(), QStringList({QStringLiteral("four.five.six")}));
+}
+
+// A screen reader would read out every change.
+TEST_F(SiteTreeViewSelects, NothingElseEvenForAMomentWhenEmptySpaceIsClicked) {
+  givenTwoHostsWithSubSites();
+  const QSignalSpy changes(view_.selectionModel(), &QItemSelectionModel::selectionChanged);
+  click(Qt::LeftButton, emptyPlace());
+  EXPECT_EQ(changes.count(), 0);
 }
 
 // The popup menu acts on the selected node, so a node is always selected.
