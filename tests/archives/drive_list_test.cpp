@@ -1,5 +1,6 @@
 #include "archives/drive_list.h"
 
+#include <QAbstractItemView>
 #include <QSignalSpy>
 
 #include "archives/archive_stage.h"
@@ -87,6 +88,7 @@ TEST_F(DriveListTest, ReadsTheVolumesAnewWhenItOpens) {
   drives_.setDrive("/media/stick");
   disk_.givenVolumes({"/", "/media/new", "/media/stick"});
   drives_.showPopup();
+  EXPECT_TRUE(drives_.view()->isVisible());
   EXPECT_EQ(rows(), (Texts{"/", "/media/new", "/media/stick"}));
   EXPECT_EQ(shown(), "/media/stick");
   drives_.hidePopup();

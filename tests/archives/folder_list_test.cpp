@@ -67,6 +67,16 @@ TEST_F(FolderListTest, IndentsEachFolderBelowTheOneThatHoldsIt) {
             folders_.fontMetrics().horizontalAdvance(QStringLiteral("Data")) + 30);
 }
 
+TEST_F(FolderListTest, ShowsWhichFoldersAreOpen) {
+  folders_.setPath("/opt/quorrix");
+  const auto picture = [](const QIcon& icon) { return icon.pixmap(16).toImage(); };
+  const QImage open = picture(folders_.style()->standardIcon(QStyle::SP_DirOpenIcon));
+  const QImage closed = picture(folders_.style()->standardIcon(QStyle::SP_DirClosedIcon));
+  ASSERT_NE(open, closed);
+  for (const int row : {0, 1, 2}) EXPECT_EQ(picture(folders_.item(row)->icon()), open) << row;
+  for (const int row : {3, 4}) EXPECT_EQ(picture(folders_.item(row)->icon()), closed) << row;
+}
+
 class FolderListHighlight : public FolderListTest {
  protected:
   static constexpr int kIndentOfTwo = 20;
@@ -93,6 +103,15 @@ class FolderListHighlight : public FolderListTest {
     return static_cast<double>(count) / ((right - left) * picture.height());
   }
 
+  static bool isPainted(const QImage& picture, int left, int right) {
+    for (int x = left; x < right; ++x) {
+      for (int y = 0; y < picture.height(); ++y) {
+        if (picture.pixelColor(x, y) != Qt::white) return true;
+      }
+    }
+    return false;
+  }
+
   int iconEnd() const {
     return kIndentOfTwo + folders_.style()->pixelMetric(QStyle::PM_ListViewIconSize);
   }
@@ -102,6 +121,7 @@ class FolderListHighlight : public FolderListTest {
 TEST_F(FolderListHighlight, CoversTheNameAndNotTheIcon) {
   const QImage row = selectedRow();
   EXPECT_EQ(shareOfHighlight(row, 0, kIndentOfTwo + 16), 0);
+  EXPECT_TRUE(isPainted(row, kIndentOfTwo, kIndentOfTwo + 16));
   EXPECT_GT(shareOfHighlight(row, iconEnd() + 5, row.width()), 0.5);
 }
 
@@ -109,6 +129,7 @@ TEST_F(FolderListHighlight, LeavesTheIconFreeAtTheRightInALayoutFromRightToLeft)
   folders_.setLayoutDirection(Qt::RightToLeft);
   const QImage row = selectedRow();
   EXPECT_EQ(shareOfHighlight(row, row.width() - kIndentOfTwo - 16, row.width()), 0);
+  EXPECT_TRUE(isPainted(row, row.width() - kIndentOfTwo - 16, row.width() - kIndentOfTwo));
   EXPECT_GT(shareOfHighlight(row, 0, row.width() - iconEnd() - 5), 0.5);
 }
 

@@ -265,6 +265,15 @@ TEST_F(NewArchiveDialogTest, DoesNotOpenOnADriveThatHasGone) {
   EXPECT_FALSE(archiveDialog_.newArchiveLoadedOK);
 }
 
+TEST_F(NewArchiveDialogTest, TellsOfTheFolderThatHasGoneWithItsDrive) {
+  archiveDialog_.pointAt("/media/stick/Old", "/media/stick");
+  disk_.givenVolumes({"/"});
+  disk_.failListing("/media/stick/Old", 76);
+  messageBox_.expect("Path not found.", MessageBoxStyle::Critical);
+  dialog_.Form_Load();
+  EXPECT_FALSE(archiveDialog_.newArchiveLoadedOK);
+}
+
 TEST_F(NewArchiveDialogTest, ClosesOnCancelAndMakesNothing) {
   open();
   enter("July");
