@@ -24,7 +24,8 @@ namespace {
 constexpr std::string_view kArchiveColumn = "ARCHIVE";
 constexpr std::size_t kWidestArchive = 24;  // in columns of a terminal
 constexpr const char* kNoDate = "This is not a date. Write it as 11/21/2026, month first.";
-constexpr const char* kSearchEnds = "The date cannot be read, so the search ends here.";
+constexpr const char* kSearchEnds =
+    "The date cannot be read, so the search of this folder ends here.";
 constexpr const char* kHint = "Try 'quorrix-data --help' for more information.";
 
 TableFrame frameOf(const std::vector<DataFolder>& folders, std::optional<std::size_t> width) {
@@ -134,22 +135,20 @@ bool DataTool::listFolders(const Arguments& arguments, const SoughtIn& soughtIn)
   BufferedOutput output(surroundings_.write);
   const auto listing =
       makeListing(arguments.listing, frameOf(folders, surroundings_.terminalWidth), output);
-  const auto end = [&] {
-    listing->end();
-    output.flush();
-  };
+  const ReportProblem report = complaining();
   bool isFound = false;
   listing->begin();
-  try {
-    for (const DataFolder& folder : folders) {
+  for (const DataFolder& folder : folders) {
+    try {
       FolderReader entries(reader, surroundings_.codePage, folder);
       isFound |= listFolder(entries, arguments.listing.details, soughtIn(folder), *listing);
+    } catch (const Problem& problem) {
+      output.flush();  // what was found before comes first on a terminal
+      report(problem);
     }
-  } catch (const Problem&) {
-    end();  // shows what was found before
-    throw;
   }
-  end();
+  listing->end();
+  output.flush();
   return isFound;
 }
 

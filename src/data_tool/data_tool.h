@@ -39,7 +39,8 @@ class DataTool {
   int check(const Arguments& arguments);
   int copy(const Arguments& arguments);
 
-  // Lists what is sought in each folder. Returns whether anything was listed.
+  // Lists what is sought in each folder. Complains of a folder that cannot be read to its end.
+  // Returns whether anything was listed.
   using SoughtIn = std::function<Sought(const DataFolder& folder)>;
   bool listFolders(const Arguments& arguments, const SoughtIn& soughtIn);
 
@@ -50,7 +51,7 @@ class DataTool {
   void complain(std::string_view sentence);
 
   Surroundings surroundings_;
-  bool isIncomplete_ = false;  // an archive was left out
+  bool isIncomplete_ = false;  // a folder, or a part of one, was left out
 };
 
 }  // namespace quorrix

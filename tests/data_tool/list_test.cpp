@@ -295,7 +295,23 @@ TEST_F(SearchTest, EndsAtARecordWhoseDateCannotBeRead) {
       << "what was found before";
   const std::string file = (Path("Quorrix/Data") / "nodes.dat").string();
   EXPECT_EQ(error, "quorrix-data: " + file +
-                       ": record 2: The date cannot be read, so the search ends here.\n");
+                       ": record 2: The date cannot be read, so the search of this folder ends "
+                       "here.\n");
+}
+
+TEST_F(SearchTest, ContinuesInTheNextArchiveAfterADateThatCannotBeRead) {
+  given("Data/nodes.dat", siteRecord("a.b.c"));
+  given("Archives/1/nodes.dat", siteRecord("a.b.1", 'N', "yesterday~"));
+  given("Archives/2/nodes.dat", siteRecord("a.b.2"));
+  for (const char* name : {"notes.dat", "info.dat", "purchases.dat"}) {
+    given("Archives/1/" + std::string(name), "");
+    given("Archives/2/" + std::string(name), "");
+  }
+  EXPECT_EQ(addresses({"a.b"}), "a.b.c a.b.2 ");
+  EXPECT_EQ(status, 2);
+  EXPECT_TRUE(error.ends_with(": record 1: The date cannot be read, so the search of this folder "
+                              "ends here.\n"))
+      << error;
 }
 
 TEST_F(SearchTest, NeedsATextOrADate) {
