@@ -7,7 +7,7 @@
 namespace quorrix {
 namespace {
 
-constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r";
+constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r\n";
 // Spreadsheets may also split lines at semicolons and tabs.
 constexpr std::string_view kQuotedCharacters = "\",;\t\r\n";
 constexpr char kQuote = '"';

@@ -25,6 +25,7 @@ TEST(CsvLine, LetsNoSpreadsheetReadAFormula) {
   EXPECT_EQ(csvLine({"a;=1", "a\t=1"}), "\"a;=1\",\"a\t=1\"\r\n");
   EXPECT_EQ(csvLine({"=HYPERLINK(\"http://x\",\"y\")", "\r=1"}),
             "\"'=HYPERLINK(\"\"http://x\"\",\"\"y\"\")\",\"'\r=1\"\r\n");
+  EXPECT_EQ(csvLine({"\n=1"}), "\"'\n=1\"\r\n");
 }
 
 }  // namespace

@@ -214,7 +214,7 @@ std::vector<std::vector<std::string>> linesOf(const std::string& csv) {
 // The text without the apostrophe before a formula, and with control characters for "\xNN".
 std::string textOf(std::string field) {
   if (field.size() > 1 && field[0] == '\'' &&
-      std::string("=+-@\t\r").find(field[1]) != std::string::npos) {
+      std::string("=+-@\t\r\n").find(field[1]) != std::string::npos) {
     field.erase(0, 1);
   }
   std::string text;
