@@ -155,7 +155,9 @@ void FolderCheck::checkLoadFile(const DataFolder& folder) {
   }
   ++filesChecked_;
   const std::string line = text.substr(0, text.find_first_of("\r\n"));
-  if (line.empty()) return error(path, {}, 0, "The first line is empty.");
+  if (line.find_first_not_of(' ') == std::string::npos) {
+    return error(path, {}, 0, "The first line is empty.");
+  }
   if (line.size() == kLongestLine) error(path, {}, kLongestLine, "The first line has no end.");
   const auto control = std::find_if(line.begin(), line.end(), [](char character) {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;

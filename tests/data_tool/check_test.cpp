@@ -218,6 +218,7 @@ TEST_F(CheckTest, NeedsNoLoadFileInAnArchive) {
 TEST_F(CheckTest, ReadsTheLineOfTheLoadFile) {
   EXPECT_EQ(found("load.txt", "/home/anna/Archives/May\n"), "");
   EXPECT_EQ(found("load.txt", ""), "load.txt: byte 0: The first line is empty.\n");
+  EXPECT_EQ(found("load.txt", "   \r\nnone\r\n"), "load.txt: byte 0: The first line is empty.\n");
   EXPECT_EQ(found("load.txt", "no\0ne\r\n"s),
             "load.txt: byte 2: The first line contains a control character.\n");
   EXPECT_EQ(found("load.txt", std::string(70000, 'x')),
