@@ -28,6 +28,11 @@ void CheckReport::add(const Path& file, const Finding& finding) {
   output_.write(line + finding.what + "\n");
 }
 
+void CheckReport::add(const Problem& problem) {
+  ++errors_;
+  output_.write(escapedText(problem.what()) + "\n");
+}
+
 void CheckReport::end(std::uint64_t files, std::uint64_t records) {
   output_.write(counted(files, "file", "files") + ", " + counted(records, "record", "records") +
                 ", " + counted(errors_, "error", "errors") + "\n");

@@ -5,6 +5,7 @@
 
 #include "data_tool/finding.h"
 #include "data_tool/output.h"
+#include "data_tool/problem.h"
 #include "platform/file_system.h"
 
 namespace quorrix {
@@ -16,8 +17,8 @@ class CheckReport {
   // "FILE: record N, byte B: what", as far as the finding has a record and a byte.
   void add(const Path& file, const Finding& finding);
 
-  // For an error that is reported elsewhere.
-  void countError() { ++errors_; }
+  // A file or folder that cannot be read, as an error.
+  void add(const Problem& problem);
 
   void end(std::uint64_t files, std::uint64_t records);
 

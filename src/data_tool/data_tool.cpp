@@ -186,16 +186,10 @@ int DataTool::check(const Arguments& arguments) {
   FolderCheck folderCheck(
       surroundings_.files, reader,
       {.finding = [&](const Path& file, const Finding& finding) { report.add(file, finding); },
-       .problem =
-           [&](const std::string& problem) {
-             complain(problem);
-             report.countError();
-           }});
-  const auto folders = dataFoldersOf(surroundings_.files, dataFolderOf(arguments),
-                                     arguments.archives, [&](const Problem& problem) {
-                                       complain(problem.what());
-                                       report.countError();
-                                     });
+       .problem = [&](const Problem& problem) { report.add(problem); }});
+  const auto folders =
+      dataFoldersOf(surroundings_.files, dataFolderOf(arguments), arguments.archives,
+                    [&](const Problem& problem) { report.add(problem); });
   for (const DataFolder& folder : folders) folderCheck.check(folder);
   report.end(folderCheck.filesChecked(), folderCheck.recordsChecked());
   output.flush();

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "data_tool/outside.h"
-#include "data_tool/problem.h"
 #include "data_tool/record_check.h"
 #include "datafiles/record_layouts.h"
 #include "datafiles/site_record.h"
@@ -71,14 +70,14 @@ void FolderCheck::check(const DataFolder& folder) {
     try {
       checkRecordFile(folder.path / format.fileName, format);
     } catch (const Problem& problem) {
-      reports_.problem(problem.what());
+      reports_.problem(problem);
     }
   }
   try {
     checkLoadFile(folder);
     remarkUnfinishedCopies(folder.path);
   } catch (const Problem& problem) {
-    reports_.problem(problem.what());
+    reports_.problem(problem);
   }
 }
 

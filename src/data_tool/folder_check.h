@@ -7,6 +7,7 @@
 
 #include "data_tool/data_folder.h"
 #include "data_tool/finding.h"
+#include "data_tool/problem.h"
 #include "data_tool/record_reader.h"
 
 namespace quorrix {
@@ -17,7 +18,7 @@ class FolderCheck {
   // their bytes; `problem` receives a file that cannot be opened.
   struct Reports {
     std::function<void(const Path& file, const Finding& finding)> finding;
-    std::function<void(const std::string& problem)> problem;
+    std::function<void(const Problem& problem)> problem;
   };
 
   FolderCheck(FileSystem& files, RecordReader& reader, Reports reports);
