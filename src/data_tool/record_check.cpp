@@ -7,6 +7,7 @@
 
 #include "datafiles/access_stamp.h"
 #include "datafiles/record_layouts.h"
+#include "datafiles/site_address.h"
 #include "datafiles/site_record.h"
 #include "platform/failure.h"
 
@@ -46,7 +47,7 @@ class Record {
     report_(FindingKind::Remark, offset, what);
   }
 
-  // Returns false if the record belongs to no site. Nothing else of it is then ever read.
+  // Returns false if the record belongs to no site. The rest of such a record is never read.
   [[nodiscard]] bool checkAddress() const {
     const std::string_view field = fieldOf(bytes_, kSiteKey);
     if (field.front() == ' ') {
@@ -68,7 +69,7 @@ class Record {
     if (place != kNowhere) error(layout.offset + place, name + " contains a NUL.");
   }
 
-  // The boxes of Quorrix accept these characters, so they are no error. `fine` lists those that
+  // The boxes of Quorrix accept these characters, so they are not errors. `fine` lists those that
   // belong in a text of several lines.
   void remarkControls(FieldLayout layout, const std::string& name, std::string_view fine) const {
     const std::string_view field = fieldOf(bytes_, layout);
@@ -125,6 +126,31 @@ class Record {
   const ReportInRecord& report_;
 };
 
+// Whether storedAddress() may have cut this text out of an address that has a scheme inside, such
+// as "www.a.example/?http://www.b.example". It then removes as many characters from the beginning,
+// whatever they are, and perhaps a part of that scheme.
+bool mayBeCut(std::string_view address) {
+  const std::string text = std::string(address) + "/";  // may have been removed, too
+  for (const std::string_view scheme : {"http://", "https://"}) {
+    if (text.find(scheme) != kNowhere) return true;
+    for (std::size_t cut = 1; cut < scheme.size(); ++cut) {
+      if (text.starts_with(scheme.substr(cut))) return true;
+    }
+  }
+  return false;
+}
+
+// Only a recorded address: notes, user IDs and purchases may belong to a level above, whose key
+// does not show that the address was cut.
+void checkHost(const Record& record, std::string_view address) {
+  if (validateAddress(address.substr(0, address.find('/'))).isValid) return;
+  if (mayBeCut(address)) {
+    record.remark(0, "The address does not begin with a complete host.");
+  } else {
+    record.error(0, "Quorrix cannot have recorded this address.");
+  }
+}
+
 void checkScheme(const Record& record, char flag) {
   using namespace protocol_flag;
   if (flag == kHttp || flag == kHttps || flag == kFtp || flag == kNone) return;
@@ -178,6 +204,7 @@ void checkUnbroken(const Record& record, std::span<const char> bytes, FieldLayou
 void checkSiteRecord(std::span<const char> record, const ReportInRecord& report) {
   const Record site(record, report);
   if (!site.checkAddress()) return;
+  checkHost(site, fieldText(fieldOf(record, kSiteKey)));
   checkScheme(site, fieldOf(record, site_record::kProtocolFlag).front());
   checkStamp(site, fieldOf(record, site_record::kAccessStamp));
 }

@@ -5,7 +5,9 @@
 #include <sstream>
 #include <string>
 
+#include "data_tool/record_check.h"
 #include "data_tool/tool_stage.h"
+#include "datafiles/site_address.h"
 #include "records/notes_file.h"
 #include "records/purchases_file.h"
 #include "records/user_id_password_file.h"
@@ -16,7 +18,7 @@
 namespace quorrix {
 namespace {
 
-// Does at random what a user may do, by the program's own classes.
+// Does what a user may do, in random order, with the program's own classes.
 class RandomUser {
  public:
   RandomUser(test::ToolStage& stage, unsigned seed) : stage_(stage), engine_(seed) {
@@ -116,6 +118,27 @@ TEST(CheckProperty, FindsNothingInWhatQuorrixWrites) {
     EXPECT_EQ(withoutTypedBlanks(stage.output).find("byte"), std::string::npos) << stage.output;
     EXPECT_EQ(stage.error, "");
   }
+}
+
+// Most have schemes in places where no browser puts them.
+TEST(CheckProperty, FindsNoErrorInAnyAddressThatQuorrixRecords) {
+  const std::string parts[] = {"http://", "https://", "ftp://", "http:/", "www.", "a.b.c",
+                               ".",       "/",        "?u=",    "x",      ":",    "s"};
+  std::mt19937 engine(1);
+  std::uniform_int_distribution<std::size_t> part(0, std::size(parts) - 1);
+  int recorded = 0;
+  for (int round = 0; round < 200'000; ++round) {
+    std::string address;
+    for (std::size_t left = 1 + part(engine); left > 0; --left) address += parts[part(engine)];
+    if (!validateAddress(address).isValid) continue;
+    const std::string stored = storedAddress(address);
+    ++recorded;
+    checkSiteRecord(test::siteRecord(stored),
+                    [&](FindingKind kind, std::size_t, const std::string& what) {
+                      EXPECT_EQ(kind, FindingKind::Remark) << address << ": " << what;
+                    });
+  }
+  EXPECT_GT(recorded, 10'000);
 }
 
 }  // namespace

@@ -79,6 +79,35 @@ TEST_F(CheckTest, FindsAddressesThatCannotBeRight) {
   EXPECT_EQ(status, 1);
 }
 
+TEST_F(CheckTest, FindsAddressesThatQuorrixNeverRecords) {
+  for (const char* address : {"a.b", "a.b/c.d.e", "www.a.", "www.a./b", "ROOT",
+                              "https:", "localhost", "ftp://www.a.example"}) {
+    EXPECT_EQ(found("nodes.dat", siteRecord(address)),
+              "nodes.dat: record 1, byte 0: Quorrix cannot have recorded this address.\n")
+        << address;
+    EXPECT_EQ(status, 1);
+  }
+  EXPECT_EQ(found("nodes.dat", siteRecord("www..a") + siteRecord("a.b.c//d") + siteRecord("a.b..")),
+            "");
+}
+
+// Quorrix records the first two of these for www.a.example/?http://b and a.b.cdhttp://c.
+TEST_F(CheckTest, RemarksAnAddressThatQuorrixMayHaveCut) {
+  for (const char* address :
+       {"xample/?http://b", "ttp://c", "http://www.c.example/", "s://a", "/a"}) {
+    EXPECT_EQ(found("nodes.dat", siteRecord(address)),
+              "nodes.dat: record 1, byte 0: remark: The address does not begin with a complete "
+              "host.\n")
+        << address;
+    EXPECT_EQ(status, 0);
+  }
+}
+
+TEST_F(CheckTest, AcceptsTheKeysOfAllLevels) {
+  EXPECT_EQ(found("notes.dat", notesRecord("xample", "One") + notesRecord("xample/?http:", "Two")),
+            "");
+}
+
 TEST_F(CheckTest, FindsAnAddressOfMoreThanFiftyLevels) {
   std::string address = "a.b.c";
   for (int level = 2; level <= 50; ++level) address += "/x";
