@@ -272,6 +272,23 @@ class Completion(unittest.TestCase):
             for option in re.findall(r"^  (--[\w-]+)", run_data_tool(command, "--help"), re.M):
                 self.assertIn(option, offered, command)
 
+    def test_a_kind_is_offered_once(self):
+        self.assertEqual(["notes,purchases", "notes,logins"],
+                         self.completed("quorrix-data list --with notes,"))
+        self.assertEqual([], self.completed("quorrix-data list --with notes,n"))
+        self.assertEqual(["logins,notes,purchases"],
+                         self.completed("quorrix-data list --with logins,notes,"))
+
+    def test_values_of_options_that_a_command_lacks_are_not_offered(self):
+        for line in ("export --with ", "check --format ", "check --output ", "copy --format ",
+                     "list --output ", "list --after "):
+            self.assertEqual([], self.completed("quorrix-data " + line), line)
+
+    def test_a_second_folder_for_a_copy_is_not_offered(self):
+        self.assertEqual([], self.completed("quorrix-data copy debian "))
+        self.assertEqual(["debian"], self.completed("quorrix-data copy --data debian deb"))
+        self.assertEqual(["--data"], self.completed("quorrix-data copy debian --da"))
+
 
 if __name__ == "__main__":
     unittest.main()
