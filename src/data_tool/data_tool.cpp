@@ -154,11 +154,11 @@ bool DataTool::listFolders(const Arguments& arguments, const SoughtIn& soughtIn)
 
 int DataTool::exportData(const Arguments& arguments) {
   const std::vector<DataFolder> folders = foldersOf(arguments);
-  RecordReader reader(surroundings_.files);
-  // Sites that are archived in between would be missing in both places.
-  const auto writeTo = [&](Output& output) {
+  const auto writeTo = [&](Output& output, const DeferredSignals* signals) {
+    RecordReader reader(surroundings_.files, LockTurns({}, signals));
     exportFolders(folders, reader, surroundings_.codePage, arguments.exportFormat,
                   arguments.passwords, output);
+    // Sites that were archived in between would be missing in both places.
     const auto foldersNow = readableFoldersOf(surroundings_.files, folders.front().path,
                                               arguments.archives, [](const Problem&) {});
     if (foldersNow != folders) {
@@ -170,11 +170,12 @@ int DataTool::exportData(const Arguments& arguments) {
     requireOutside(surroundings_.files, target, folders.front().path);
     requireOutside(surroundings_.files, target,
                    archivesOf(surroundings_.files, folders.front().path));
-    writeFile(surroundings_.files, target, writeTo);
+    writeFile(surroundings_.files, target,
+              [&](Output& output, const DeferredSignals& signals) { writeTo(output, &signals); });
     return kStatusFine;
   }
   BufferedOutput output(surroundings_.write);
-  writeTo(output);
+  writeTo(output, nullptr);
   output.flush();
   return kStatusFine;
 }

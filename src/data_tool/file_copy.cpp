@@ -28,13 +28,13 @@ std::uint64_t offsetOf(std::size_t number) { return std::uint64_t{number} * File
 FileCopy::FileCopy(FileSystem& files, Path source, Path target)
     : files_(files), source_(std::move(source)), target_(std::move(target)) {}
 
-void FileCopy::copy(std::chrono::milliseconds patience, const DeferredSignals& signals) {
+void FileCopy::copy(LockTurns& turns) {
   std::vector<char> block(kBlockSize);
   std::size_t count = kBlockSize;
   for (std::size_t number = 0; count == kBlockSize; ++number) {
-    signals.throwIfPending();
+    if (number > 0) turns.betweenReads();
     {
-      const auto source = openPatiently(files_, source_, patience);
+      const auto source = openPatiently(files_, source_, turns);
       if (!source) return;
       if (number == 0) rememberState();
       count = withPath(source_, [&] { return source->readAt(offsetOf(number), block); });

@@ -3,7 +3,6 @@
 // folder_copy.cpp does that for all files of a folder at once.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -12,7 +11,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/deferred_signals.h"
+#include "data_tool/lock_turns.h"
 #include "platform/file_system.h"
 
 namespace quorrix {
@@ -33,7 +32,7 @@ class FileCopy {
   // Copies the file, which may change at the same time. The source is locked only while a block
   // is read, and never while the copy is written. A second call writes only the blocks that have
   // changed. Throws Problem, and EndRequested between blocks.
-  void copy(std::chrono::milliseconds patience, const DeferredSignals& signals);
+  void copy(LockTurns& turns);
 
   // Whether the length and the time of the source show that nothing was written to it since copy()
   // began. False for a while after it was written to.

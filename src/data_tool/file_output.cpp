@@ -6,7 +6,6 @@
 #include "data_tool/buffered_output.h"
 #include "data_tool/outside.h"
 #include "data_tool/problem.h"
-#include "platform/deferred_signals.h"
 #include "platform/failure.h"
 #include "platform/file_replacement.h"
 
@@ -42,7 +41,8 @@ bool isSpecialFile(const Path& path) {
 
 }  // namespace
 
-void writeFile(FileSystem& files, const Path& path, const std::function<void(Output&)>& write) {
+void writeFile(FileSystem& files, const Path& path,
+               const std::function<void(Output&, const DeferredSignals&)>& write) {
   const Path target = withoutLinks(path);
   if (withPath(path, [&] { return files.folderExists(target); })) {
     throw Problem::ofFile(path, failure::kPathFileAccess);
@@ -65,10 +65,11 @@ void writeFile(FileSystem& files, const Path& path, const std::function<void(Out
       withPath(path, [&] { file->writeAt(length, text); });
       length += text.size();
     });
-    write(output);
+    write(output, signals);
     output.flush();
     withPath(path, [&] { file->sync(); });
   }
+  signals.throwIfPending();
   withPath(path, [&] { files.rename(next, target); });
 }
 

@@ -1,6 +1,5 @@
 #include "data_tool/folder_copy.h"
 
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -48,22 +47,24 @@ std::optional<Sources> openAll(FileSystem& files, const std::vector<FileCopy>& c
 // The files of one folder as they were at one moment.
 class FolderCopy {
  public:
-  FolderCopy(FileSystem& files, const Path& from, const Path& into,
-             std::chrono::milliseconds patience, const DeferredSignals& signals)
-      : files_(files), from_(from), patience_(patience), signals_(signals) {
+  FolderCopy(FileSystem& files, const Path& from, const Path& into, LockTurns& turns)
+      : files_(files), from_(from), turns_(turns) {
     for (const char* const name : kFileNames) copies_.emplace_back(files, from / name, into / name);
   }
 
   void make() {
     for (int round = 0; round < kMostRounds; ++round) {
-      for (FileCopy& copy : copies_) copy.copy(patience_, signals_);
+      for (FileCopy& copy : copies_) copy.copy(turns_);
       // What was written in between, so that little is left to read while Quorrix waits.
       for (FileCopy& copy : copies_) {
-        if (!copy.isSettled()) copy.copy(patience_, signals_);
+        if (!copy.isSettled()) copy.copy(turns_);
       }
       if (catchUp()) {
         for (FileCopy& copy : copies_) copy.writeKept();
-        for (FileCopy& copy : copies_) copy.sync();
+        for (FileCopy& copy : copies_) {
+          turns_.throwIfInterrupted();
+          copy.sync();
+        }
         return;
       }
       for (FileCopy& copy : copies_) copy.discard();
@@ -84,21 +85,21 @@ class FolderCopy {
     return true;
   }
 
+  // Between two rounds, Quorrix gets a file that was locked in the first one.
   Sources openAllPatiently() {
-    const auto deadline = std::chrono::steady_clock::now() + patience_;
-    while (true) {
-      signals_.throwIfPending();
-      if (auto opened = openAll(files_, copies_)) return std::move(*opened);
-      if (std::chrono::steady_clock::now() >= deadline) {
-        throw Problem::ofFile(from_, "Another program is using the files. Try again later.");
-      }
-    }
+    std::optional<Sources> opened;
+    const bool isOpen = turns_.succeeds([&] {
+      opened = openAll(files_, copies_);
+      if (!opened) turns_.pause();
+      return opened.has_value();
+    });
+    if (isOpen) return std::move(*opened);
+    throw Problem::ofFile(from_, "Another program is using the files. Try again later.");
   }
 
   FileSystem& files_;
   const Path& from_;
-  std::chrono::milliseconds patience_;
-  const DeferredSignals& signals_;
+  LockTurns& turns_;
   std::vector<FileCopy> copies_;
 };
 
@@ -112,21 +113,23 @@ void makeFolders(FileSystem& files, const Path& folder) {
 }  // namespace
 
 void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
-                 const ReportProblem& report, std::chrono::milliseconds patience) {
+                 const ReportProblem& report, const LockTiming& timing) {
   requireDataFiles(files, data);
   const Path place = withPath(data, [&] { return archivesOf(files, data); });
   const Path named = withoutLinks(target);
   requireOutside(files, named, data);
   requireOutside(files, named, place);
   const DeferredSignals signals;
+  LockTurns turns(timing, &signals);
   CopyStage stage(files, named);
-  FolderCopy(files, data, stage.path(), patience, signals).make();
+  FolderCopy(files, data, stage.path(), turns).make();
   for (const DataFolder& folder : readableFoldersOf(files, data, archives, report)) {
     if (folder.archive.empty()) continue;
     const Path into = stage.path() / "Archives" / folder.path.lexically_relative(place);
     makeFolders(files, into);
-    FolderCopy(files, folder.path, into, patience, signals).make();
+    FolderCopy(files, folder.path, into, turns).make();
   }
+  signals.throwIfPending();
   stage.finish();
 }
 

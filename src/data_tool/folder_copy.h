@@ -1,10 +1,8 @@
 // Copies a data folder and its archives while Quorrix may be using them.
 #pragma once
 
-#include <chrono>
-
 #include "data_tool/data_folder.h"
-#include "data_tool/record_reader.h"
+#include "data_tool/lock_turns.h"
 
 namespace quorrix {
 
@@ -18,12 +16,11 @@ namespace quorrix {
 // what has changed is kept in memory and written after the locks are released.
 //
 // `target` must be missing or an empty folder. Nothing incomplete is ever in its place; see
-// CopyStage. SIGINT and the like end the copy, too, see DeferredSignals. `patience` is how long to
-// try while another program writes a file. The archives are looked for after `data` is copied, so
-// what Quorrix archives at that time is in the copy at least once. Archives that cannot be read are
-// reported and left out. Throws Problem, also if `target`
-// is in a folder with data files.
+// CopyStage. SIGINT and the like end the copy, too, see DeferredSignals. The archives are looked
+// for after `data` is copied, so what Quorrix archives at that time is in the copy at least once.
+// Archives that cannot be read are reported and left out. Throws Problem, also if `target` is in a
+// folder with data files.
 void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
-                 const ReportProblem& report, std::chrono::milliseconds patience = kReadPatience);
+                 const ReportProblem& report, const LockTiming& timing = {});
 
 }  // namespace quorrix

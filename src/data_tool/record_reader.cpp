@@ -51,23 +51,24 @@ struct RecordReader::Block {
 };
 
 std::unique_ptr<RandomAccessFile> openPatiently(FileSystem& files, const Path& path,
-                                                std::chrono::milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (true) {
+                                                const LockTurns& turns) {
+  std::unique_ptr<RandomAccessFile> file;
+  const bool isAnswered = turns.succeeds([&] {
     try {
-      return files.openForReading(path);
+      file = files.openForReading(path);
+      return true;
     } catch (const Failure& reason) {
-      if (isMissing(reason)) return nullptr;
+      if (isMissing(reason)) return true;
       if (!reason.isFileInUse()) throw Problem::ofFile(path, reason.number());
-      if (std::chrono::steady_clock::now() >= deadline) {
-        throw Problem::ofFile(path, "Another program is using this file. Try again later.");
-      }
+      return false;
     }
-  }
+  });
+  if (isAnswered) return file;
+  throw Problem::ofFile(path, "Another program is using this file. Try again later.");
 }
 
 bool RecordReader::readBlock(const Path& path, std::uint64_t offset, Block& block) {
-  const auto file = openPatiently(files_, path, patience_);
+  const auto file = openPatiently(files_, path, turns_);
   if (!file) return false;
   const std::uint64_t length = withPath(path, [&] { return file->length(); });
   if (length < block.fileLength) throw Problem::ofFile(path, kChanged);
@@ -90,6 +91,7 @@ bool RecordReader::forEach(const Path& path, std::size_t recordLength, const Vis
   Block block(recordLength);
   std::uint64_t before = 0;  // records of earlier blocks
   do {
+    if (before > 0) turns_.betweenReads();
     if (!readBlock(path, before * recordLength, block)) {
       if (before > 0) throw Problem::ofFile(path, kChanged);
       return false;

@@ -17,7 +17,7 @@ class FileCopyTest : public testing::Test {
 
   void copyOf(const std::string& bytes) {
     files_.givenAFile("nodes.dat", bytes);
-    copy_.copy(std::chrono::milliseconds(0), signals_);
+    copy_.copy(turns_);
   }
 
   // Whether the copy could be brought up to date.
@@ -27,7 +27,7 @@ class FileCopyTest : public testing::Test {
   }
 
   test::MemoryFileSystem files_;
-  DeferredSignals signals_;
+  LockTurns turns_{{.patience = std::chrono::milliseconds(0)}};
   FileCopy copy_{files_, "nodes.dat", "Copy/nodes.dat"};
 };
 
@@ -82,7 +82,7 @@ TEST_F(FileCopyTest, CannotFollowAFileThatShrinks) {
 }
 
 TEST_F(FileCopyTest, FollowsAFileThatAppearsButNotOneThatDisappears) {
-  copy_.copy(std::chrono::milliseconds(0), signals_);
+  copy_.copy(turns_);
   BlockBudget budget{2};
   EXPECT_TRUE(copy_.catchUp(nullptr, budget));
   EXPECT_FALSE(files_.holdsFile("Copy/nodes.dat"));

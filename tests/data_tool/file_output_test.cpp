@@ -18,7 +18,8 @@ class FileOutputTest : public testing::Test {
  protected:
   std::string write(const std::string& text) {
     try {
-      writeFile(files_, folder_ / "sites.json", [&](Output& output) { output.write(text); });
+      writeFile(files_, folder_ / "sites.json",
+                [&](Output& output, const DeferredSignals&) { output.write(text); });
     } catch (const Problem& problem) {
       return problem.what();
     }
@@ -68,7 +69,7 @@ TEST_F(FileOutputTest, KeepsTheOldFileWhicheverCallFails) {
 TEST_F(FileOutputTest, KeepsTheOldFileIfTheWriterGivesUp) {
   folder_.givenAFile("sites.json", "old");
   EXPECT_THROW(writeFile(files_, folder_ / "sites.json",
-                         [](Output& output) {
+                         [](Output& output, const DeferredSignals&) {
                            output.write("half");
                            throw std::runtime_error("enough");
                          }),

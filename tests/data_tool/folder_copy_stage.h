@@ -35,8 +35,7 @@ class FolderCopyStage : public testing::Test {
     try {
       copyFolders(
           files_, folder_ / "Data", Archives::Include, target,
-          [this](const Problem& problem) { reported_.push_back(problem.what()); },
-          std::chrono::milliseconds(0));
+          [this](const Problem& problem) { reported_.push_back(problem.what()); }, timing_);
     } catch (const Problem& problem) {
       return problem.what();
     }
@@ -81,6 +80,7 @@ class FolderCopyStage : public testing::Test {
   RealFileSystem real_{std::chrono::milliseconds(1)};
   FaultyFileSystem files_{real_};
   std::vector<std::string> reported_;
+  LockTiming timing_{.patience = std::chrono::milliseconds(0)};
 };
 
 }  // namespace quorrix::test

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
 #include <set>
 #include <string>
 
@@ -154,6 +155,27 @@ TEST_F(FolderCopyTest, NamesTheFileThatAnotherProgramIsWriting) {
   EXPECT_TRUE(copy(folder_ / "Copy")
                   .ends_with("notes.dat: Another program is using this file. Try again later."));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy"));
+}
+
+// A program that needs load.txt gets it, although another one keeps the last file locked.
+TEST_F(FolderCopyTest, LetsOthersHaveTheFilesBetweenTwoAttemptsToLockAll) {
+  std::unique_ptr<RandomAccessFile> writer;
+  files_.onEveryCall([&] {
+    // Each file was opened twice by then, because it is new.
+    const bool isLockingAll = files_.callsOf(FileCall::OpenForReading) == 11;
+    if (isLockingAll && !writer) writer = real_.openRandomAccess(folder_ / "Data" / "nodes.dat");
+  });
+  int pauses = 0;
+  timing_.patience = std::chrono::hours(1);
+  timing_.sleep = [&](std::chrono::milliseconds) {
+    EXPECT_EQ(lockedFiles(), " nodes.dat");
+    if (++pauses == 1) write("Data/load.txt", 0, "late");
+    if (pauses == 3) files_.onEveryCall({});
+    if (pauses == 3) writer.reset();
+  };
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  EXPECT_EQ(pauses, 3);
+  EXPECT_EQ(folder_.bytesOf("Copy/load.txt"), "late\r\n");
 }
 
 TEST_F(FolderCopyTest, NeedsAFolderWithDataFiles) {

@@ -7,6 +7,7 @@
 
 #include "data_tool/file_output.h"
 #include "data_tool/folder_copy_stage.h"
+#include "data_tool/record_reader.h"
 #include "platform/deferred_signals.h"
 
 namespace quorrix {
@@ -51,13 +52,58 @@ TEST_F(InterruptionTest, EndsAnExportAndKeepsTheOldFile) {
   raiseAtWrite(1, SIGTERM);
   const std::string text(100'000, 'x');
   EXPECT_THROW(writeFile(files_, folder_ / "sites.json",
-                         [&](Output& output) {
+                         [&](Output& output, const DeferredSignals&) {
                            for (int i = 0; i < 10; ++i) output.write(text);
                          }),
                EndRequested);
   EXPECT_EQ(received, SIGTERM);
   EXPECT_EQ(folder_.bytesOf("sites.json"), "old");
   EXPECT_FALSE(std::filesystem::exists(folder_ / "sites.json.quorrix-new"));
+}
+
+TEST_F(InterruptionTest, IsNoticedDuringTheLastSync) {
+  files_.onEveryCall([this] {
+    if (files_.calls().back() == test::FileCall::Sync) std::raise(SIGINT);
+  });
+  EXPECT_THROW(copy(folder_ / "Copy"), EndRequested);
+  EXPECT_EQ(files_.callsOf(test::FileCall::Sync), 1);
+  folder_.givenAFile("sites.json", "old");
+  const auto write = [](Output& output, const DeferredSignals&) { output.write("new"); };
+  EXPECT_THROW(writeFile(files_, folder_ / "sites.json", write), EndRequested);
+  EXPECT_EQ(folder_.bytesOf("sites.json"), "old");
+  files_.reset();
+  files_.onEveryCall([this] {
+    const bool isLast = files_.callsOf(test::FileCall::Sync) == 9;
+    if (isLast && files_.calls().back() == test::FileCall::Sync) std::raise(SIGINT);
+  });
+  received = 0;
+  EXPECT_THROW(copy(folder_ / "Copy"), EndRequested);
+  EXPECT_EQ(received, SIGINT);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy.quorrix-new"));
+}
+
+TEST_F(InterruptionTest, EndsTheWaitForALockedFile) {
+  timing_.patience = std::chrono::hours(1);
+  const auto writer = real_.openRandomAccess(folder_ / "Data" / "nodes.dat");
+  const auto raiseAtOpen = [this](int number) {
+    files_.onEveryCall([this, number] {
+      const bool isOpening = files_.calls().back() == test::FileCall::OpenForReading;
+      if (isOpening && files_.callsOf(test::FileCall::OpenForReading) == number) std::raise(SIGINT);
+    });
+  };
+  raiseAtOpen(7);  // two attempts after the four other files
+  EXPECT_THROW(copy(folder_ / "Copy"), EndRequested);
+  EXPECT_EQ(received, SIGINT);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy.quorrix-new"));
+  files_.reset();
+  raiseAtOpen(3);
+  const auto write = [this](Output&, const DeferredSignals& signals) {
+    static_cast<void>(
+        openPatiently(files_, folder_ / "Data" / "nodes.dat", LockTurns(timing_, &signals)));
+  };
+  EXPECT_THROW(writeFile(files_, folder_ / "sites.json", write), EndRequested);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "sites.json"));
 }
 
 TEST_F(InterruptionTest, IsForgottenIfTheSignalIsIgnored) {

@@ -43,7 +43,7 @@ class RecordReaderTest : public testing::Test {
   const Path kFile = "Data/nodes.dat";
   test::MemoryFileSystem memory_;
   test::FaultyFileSystem files_{memory_};
-  RecordReader reader_{files_, 0ms};
+  RecordReader reader_{files_, LockTurns({.patience = 0ms})};
 };
 
 TEST_F(RecordReaderTest, ReadsRecordsInOrderAndFillsTheLastWithNuls) {
@@ -97,7 +97,7 @@ TEST_F(RecordReaderTest, KeepsTryingWhileAnotherProgramHasTheFileLocked) {
   files_.onEveryCall([&] {
     if (++attempts == 3) writer.reset();
   });
-  RecordReader patient(files_, 1h);
+  RecordReader patient(files_, LockTurns({.patience = 1h}));
   int visits = 0;
   patient.forEach(kFile, 3, [&](std::uint64_t, std::span<const char>) { return ++visits > 0; });
   EXPECT_EQ(visits, 1);
