@@ -53,22 +53,38 @@ const count = document.querySelectorAll(".site").length;
 const branches = new Map();
 let sites = null;
 let wasSearching = false;
+function counted(number) {
+  return number + (number === 1 ? " site" : " sites");
+}
 function branchAround(element) {
   return branches.get(element.parentElement.closest("details"));
+}
+// The name of an empty level is its whole address, and the only one with "/" at its end.
+function addressOf(above, name) {
+  return above && !name.endsWith("/") ? above.address + "/" + name : name;
 }
 function readPage() {
   for (const element of document.querySelectorAll("details")) {
     const above = branchAround(element);
     const name = element.querySelector("bdi").textContent;
     branches.set(element, { element, item: element.parentElement, above, open: false,
-      isFound: false, key: above ? above.key + "/" + name : name });
+      isFound: false, address: addressOf(above, name) });
   }
   sites = Array.from(document.querySelectorAll(".site"), (element) => {
     const branch = branchAround(element);
-    const isWhole = !branch || element.localName === "div";
-    const text = (isWhole ? "" : branch.key + "/") + element.textContent;
-    return { element, branch, text: text.toLowerCase() };
+    const links = Array.from(element.children).filter((child) => child.localName === "a");
+    const name = (links[0] || element.querySelector("bdi")).textContent;
+    const isWhole = element.localName === "div";
+    const texts = [isWhole ? name : addressOf(branch, name)];
+    for (const detail of element.querySelectorAll("dd")) texts.push(detail.textContent);
+    return { element, branch, text: texts.join("\n").toLowerCase(),
+      schemes: links.map((link) => link.protocol + "//") };
   });
+}
+// Schemes count only in a text that may be a whole address.
+function has(site, text) {
+  return site.text.includes(text) || (text.includes(":") &&
+    site.schemes.some((scheme) => (scheme + site.text).includes(text)));
 }
 function show(element, isShown) {
   if (element.hidden === isShown) element.hidden = !isShown;
@@ -81,7 +97,7 @@ function search() {
   for (const branch of branches.values()) branch.isFound = false;
   let found = 0;
   for (const site of sites) {
-    const isFound = site.text.includes(text);
+    const isFound = has(site, text);
     show(site.element, isFound);
     if (!isFound) continue;
     found += 1;
@@ -95,11 +111,17 @@ function search() {
     const isOpen = isSearching ? branch.isFound : branch.open;
     if (branch.element.open !== isOpen) branch.element.open = isOpen;
   }
+  for (const part of document.querySelectorAll("main > ul, main > p")) {
+    const isShown = !isSearching || Array.from(part.children).some((item) => !item.hidden);
+    show(part, isShown);
+    const heading = part.previousElementSibling;
+    if (heading.localName === "h2") show(heading, isShown);
+  }
   wasSearching = isSearching;
-  status.textContent = isSearching ? found + " of " + count + " sites" : count + " sites";
+  status.textContent = (isSearching ? found + " of " : "") + counted(count);
 }
 form.hidden = false;
-status.textContent = count + " sites";
+status.textContent = counted(count);
 form.addEventListener("submit", (event) => event.preventDefault());
 box.addEventListener("input", search);
 addEventListener("beforeprint", () => {
@@ -108,6 +130,6 @@ addEventListener("beforeprint", () => {
 )js";
 
 inline constexpr const char* kStyleDigest = "sha256-AGxl+uza6dQXv4+LxkZn9feBBW+90H5R9QgGELlzehk=";
-inline constexpr const char* kScriptDigest = "sha256-3JBh5OlUvQwT5554gCsVgbXfgy+3JGTUJEaphpSaHBY=";
+inline constexpr const char* kScriptDigest = "sha256-0Hv12m+Sc1Sv4ixhY/E23FYCERCdiuzOOltlhoJTxi4=";
 
 }  // namespace quorrix::html_page

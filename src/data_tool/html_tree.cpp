@@ -7,8 +7,8 @@
 namespace quorrix {
 namespace {
 
-// Neither its direction nor that of the text around it changes the other. The page's style does
-// the same for links.
+// Isolates the text, so that its direction and that of the surrounding text do not affect each
+// other. The page's style does the same for links.
 std::string isolated(std::string_view text) { return "<bdi>" + htmlText(text) + "</bdi>"; }
 
 std::string linkTo(const SiteEntry& site, std::string_view name) {

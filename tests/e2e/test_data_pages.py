@@ -122,6 +122,42 @@ class Page(DataPagesTest):
                 self.search(browser, "", "6 sites")
                 self.assertEqual(["tides?a=1&b=2", "www.mill.example"], self.shown(browser))
 
+    def headings(self, browser):
+        return browser.evaluate("Array.from(document.querySelectorAll('h2')).filter((e) => "
+                                "e.checkVisibility()).map((e) => e.textContent)")
+
+    def test_the_search_reads_addresses_and_details_and_not_its_labels(self):
+        with open(os.path.join(self.data, "nodes.dat"), "ab") as file:
+            file.write(site("www.garden.example//b/c"))
+        write_folder(os.path.join(self.folder, "Archives", "Winter"))
+        for browser_class in BROWSERS:
+            with self.subTest(browser_class.__name__), self.opened(browser_class) as browser:
+                for text in ("notes", "user", "http", "2026", "rosesPrune", "notesPrune"):
+                    self.search(browser, text, "0 of 7 sites")
+                    self.assertEqual([], self.headings(browser), text)
+                self.search(browser, "http://www.garden.example//b/c", "1 of 7 sites")
+                self.assertEqual(["c"], self.shown(browser))
+                self.search(browser, "www.garden.example//b", "1 of 7 sites")
+                self.search(browser, "https://www.garden", "2 of 7 sites")
+                self.search(browser, "http://www.mill", "1 of 7 sites")
+                self.assertEqual(["Archive Spring <2024>"], self.headings(browser))
+                self.search(browser, "anna", "1 of 7 sites")
+                self.assertEqual([], self.headings(browser))
+                self.search(browser, "", "7 sites")
+                self.assertEqual(["Archive Spring <2024>", "Archive Winter"],
+                                 self.headings(browser))
+
+    def test_one_site_is_counted_as_one(self):
+        with open(os.path.join(self.data, "nodes.dat"), "wb"):
+            pass
+        for name in ("notes.dat", "info.dat"):
+            with open(os.path.join(self.data, name), "wb"):
+                pass
+        with self.opened(DrivenChromium) as browser:
+            self.assertEqual("1 site", browser.evaluate(
+                "document.getElementById('status').textContent"))
+            self.search(browser, "mill", "1 of 1 site")
+
     def test_it_folds_without_script(self):
         with self.opened(DrivenChromium, has_script=False) as browser:
             self.assertEqual("none", browser.evaluate(
