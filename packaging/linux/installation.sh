@@ -3,7 +3,8 @@
 
 # Everything that an update replaces. The program is last: until it is replaced, the
 # old program is the one that starts.
-program_files='lib qt.conf Quorrix.hlp installation.sh uninstall quorrix-data Quorrix'
+program_files='lib qt.conf Quorrix.hlp installation.sh uninstall quorrix-data.1
+  quorrix-data.bash-completion quorrix-data Quorrix'
 
 fail() {
   echo "$(basename -- "$0"): $*" >&2

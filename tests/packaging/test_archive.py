@@ -17,7 +17,7 @@ GIVEN_BY_THE_SYSTEM = re.compile(
     r"(ld-linux-x86-64|lib(c|m|dl|rt|pthread|gcc_s|stdc\+\+))\.so\.[\d.]+$|/gconv/[A-Z0-9-]+\.so$")
 
 PROGRAM_FILES = ["Quorrix", "Quorrix.hlp", "installation.sh", "qt.conf", "quorrix-data",
-                 "uninstall"]
+                 "quorrix-data.1", "quorrix-data.bash-completion", "uninstall"]
 
 
 class Archive(PackageTest):
@@ -233,7 +233,7 @@ class Archive(PackageTest):
         with open(os.path.join(folder, "Quorrix"), "rb") as file:
             old = file.read()
         self.given_a_newer_archive(user)
-        for call in range(1, 8):
+        for call in range(1, len(PROGRAM_FILES) + 2):  # and the link to the libraries
             path = self.given_mv_that_kills_at_call(call, "TERM", user)
             self.assertEqual(1, self.install(user, PATH=path).returncode, call)
             with open(os.path.join(folder, "Quorrix"), "rb") as file:
@@ -248,7 +248,7 @@ class Archive(PackageTest):
         sites = everything_in(folder, "Data", "Archives")
         self.given_a_newer_archive(user)
         # Before anything is renamed, after the libraries are, and before the program is.
-        for call in (1, 2, 7):
+        for call in (1, 2, len(PROGRAM_FILES) + 1):
             path = self.given_mv_that_kills_at_call(call, "KILL", user)
             self.assertNotEqual(0, self.install(user, PATH=path).returncode, call)
             self.assert_starts_and_ends(user, user.inside(".local/share/Quorrix/Quorrix"))

@@ -133,7 +133,7 @@ class DebianPackage(PackageTest):
         self.given_sites(user.path(".local/share/Quorrix"))
         done = user.run("quorrix-data", "list", "--format", "csv")
         self.assert_succeeds(done)
-        self.assertIn("Spring 2024,www.garden.example/roses,http,2024-02-29T00:05:09",
+        self.assertIn("Spring 2024,www.garden.example/roses,http,,2024-02-29T00:05:09",
                       done.stdout)
         self.assert_succeeds(user.run("quorrix-data", "copy", "backup"))
         self.assertEqual(everything_in(user.path("backup")).keys(), {
