@@ -14,6 +14,9 @@ struct DataFolder {
   Path path;
   // The archive's name in UTF-8, such as "2026/May"; empty for the data folder.
   std::string archive;
+  // The same as a path, for copies. Of two archives of the same name, the second one has " (2)"
+  // at its end.
+  Path name = {};
 
   bool operator==(const DataFolder&) const = default;
 };
@@ -27,9 +30,11 @@ inline constexpr const char* kDataFolderName = "Data";
 [[nodiscard]] Path defaultDataFolder(FileSystem& files, const Path& programFolder,
                                      const Path& userFolder);
 
-// Where the archives of a data folder are: in the folder "Archives" inside it, as in a copy,
-// otherwise in the one beside it, as in the program's folder. Either may be missing.
-[[nodiscard]] Path archivesOf(FileSystem& files, const Path& dataFolder);
+// Where the archives of a data folder are: in the folder "Archives" inside it, as in a copy, and in
+// the one beside it, as in the program's folder. A missing one is left out. If the data folder is
+// named by a link and nothing is beside the link, the second place is beside the folder itself.
+// Throws Problem.
+[[nodiscard]] std::vector<Path> archivePlacesOf(FileSystem& files, const Path& dataFolder);
 
 // Whether the folder holds one of the four data files.
 [[nodiscard]] bool holdsDataFiles(FileSystem& files, const Path& folder);
@@ -48,8 +53,9 @@ using ReportProblem = std::function<void(const Problem& problem)>;
 
 // The data folder, then its archives sorted by their paths. Every folder below the place of the
 // archives that holds a data file is one, except the data folder itself. Links to folders are
-// followed, but each archive is found only once, if possible under its own name. A folder that
-// cannot be listed is reported. Throws Problem as requireDataFiles().
+// followed, except those to a folder that contains the data folder. Each archive is found only
+// once, if possible under its own name. A folder that cannot be listed is reported. Throws Problem
+// as requireDataFiles().
 [[nodiscard]] std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
                                                     Archives archives, const ReportProblem& report);
 

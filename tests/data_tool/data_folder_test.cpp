@@ -76,6 +76,24 @@ TEST(DataFolders, OfACopyHaveTheirArchivesInside) {
   EXPECT_EQ(archivesIn(files, "Copy"), (std::vector<std::string>{"", "May"}));
 }
 
+// A copy that was restored as the data folder has archives inside, perhaps an empty folder.
+TEST(DataFolders, HaveArchivesInsideAndBeside) {
+  test::MemoryFileSystem files;
+  files.givenAFolder("Q/Data/Archives");
+  files.givenAFile("Q/Data/nodes.dat", "");
+  for (const char* name : {"Q/Archives/May", "Q/Archives/2025/June"}) {
+    files.givenAFolder(name);
+    files.givenAFile(Path(name) / "nodes.dat", "");
+  }
+  EXPECT_EQ(archivesIn(files, "Q/Data"), (std::vector<std::string>{"", "2025/June", "May"}));
+  for (const char* name : {"Q/Data/Archives/2025/June", "Q/Data/Archives/July"}) {
+    files.givenAFolder(name);
+    files.givenAFile(Path(name) / "nodes.dat", "");
+  }
+  EXPECT_EQ(archivesIn(files, "Q/Data"),
+            (std::vector<std::string>{"", "2025/June", "May", "2025/June (2)", "July"}));
+}
+
 TEST(DataFolders, AreFoundFromWhereverTheFolderIsNamed) {
   const test::TemporaryFolder folder;
   givenAnArchive(folder, "Data");
@@ -176,6 +194,28 @@ TEST_F(LinkedDataFolders, AreReadBelowOtherLinks) {
   givenALink("Archives/Disk", "Disk");
   givenALink("Disk/Stick", "Stick");
   EXPECT_EQ(archives(), (std::vector<std::string>{"", "Disk/2025", "Disk/Stick/2024", "May"}));
+}
+
+TEST_F(LinkedDataFolders, HaveTheirArchivesBesideTheFolderOrTheLink) {
+  std::filesystem::create_directory(folder_ / "Elsewhere");
+  givenALink("Elsewhere/Link", "Data");
+  const Path link = folder_ / "Elsewhere" / "Link";
+  EXPECT_EQ(archivesIn(files_, link), (std::vector<std::string>{"", "May"}));
+  EXPECT_EQ(archivesIn(files_, link / ""), (std::vector<std::string>{"", "May"}));
+  givenAnArchive(folder_, "Elsewhere/Archives/June");
+  EXPECT_EQ(archivesIn(files_, link), (std::vector<std::string>{"", "June"}));
+}
+
+TEST_F(LinkedDataFolders, AreFoundOnceIfBothPlacesAreTheSame) {
+  givenALink("Data/Archives", "Archives");
+  EXPECT_EQ(archives(), (std::vector<std::string>{"", "May"}));
+}
+
+// Such as a link to "/", which would be searched to the end.
+TEST_F(LinkedDataFolders, AreNotSoughtWhereALinkLeadsToAFolderAboveTheData) {
+  givenAnArchive(folder_, "Other");
+  givenALink("Archives/Up", "");
+  EXPECT_EQ(archives(), (std::vector<std::string>{"", "May"}));
 }
 
 TEST_F(LinkedDataFolders, EndWhereALinkLeadsBack) {
