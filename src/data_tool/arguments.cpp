@@ -68,11 +68,11 @@ class CommandLine {
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app_.get_formatter()->label("Positionals", "Arguments");
     app_.get_formatter()->label("REQUIRED", "");
-    // Of an option that is given twice, the last one counts.
+    // If an option is given twice, the last one counts.
     app_.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app_.allow_extras();
     app_.set_version_flag("--version", versionText(), "Print the version and exit");
-    app_.set_help_flag("--help", "Print this help and exit");
+    app_.set_help_flag("-h,--help", "Print this help and exit");
     app_.require_subcommand(0, 1);
     app_.footer(
         "Exit status: 0 if everything is fine; 1 if check finds an error or a file that\n"
@@ -90,8 +90,9 @@ class CommandLine {
   }
 
   std::variant<Arguments, Answer> read(std::vector<std::string> arguments) {
-    std::reverse(arguments.begin(), arguments.end());
     try {
+      requireValues(arguments);
+      std::reverse(arguments.begin(), arguments.end());
       app_.parse(std::move(arguments));
       return finished();
     } catch (const CLI::ParseError& reason) {
@@ -125,7 +126,8 @@ class CommandLine {
         ->type_name("FORMAT");
     subcommand
         .add_option("--with", with_,
-                    "Also show notes,purchases,logins or some of them, even without a visit")
+                    "Also show these, separated by commas: notes, purchases, logins. "
+                    "Addresses without a visit are included.")
         ->type_name("KINDS");
     addPasswords(subcommand);
     addFolderOptions(subcommand);
@@ -134,7 +136,7 @@ class CommandLine {
 
   void addSearch() {
     CLI::App& search = addListing(Command::Search, "search",
-                                  "List the sites with TEXT in their address, whatever its case");
+                                  "List the sites whose address contains TEXT, ignoring case");
     search.add_option("TEXT", arguments_.text, "What the address contains")->type_name("");
     search
         .add_option("--after", arguments_.after,
@@ -192,6 +194,24 @@ class CommandLine {
     return nullptr;
   }
 
+  // CLI11 would take the word after "--option=" as the value.
+  void requireValues(const std::vector<std::string>& arguments) const {
+    for (const std::string& word : arguments) {
+      if (word == "--") return;
+      if (!word.starts_with("--") || !word.ends_with('=')) continue;
+      const std::string name = word.substr(0, word.size() - 1);
+      if (takesValue(name)) throw UsageProblem{inQuotes(name) + " needs a value."};
+    }
+  }
+
+  // Whether an option of any command has this name and a value.
+  bool takesValue(const std::string& name) const {
+    return std::any_of(subcommands_.begin(), subcommands_.end(), [&](const auto& entry) {
+      const CLI::Option* const option = entry.second->get_option_no_throw(name);
+      return option != nullptr && option->get_items_expected_min() > 0;
+    });
+  }
+
   static Answer usage(const std::string& problem) {
     return {.output = {}, .error = problem, .status = kStatusOfProblem};
   }
@@ -207,7 +227,8 @@ class CommandLine {
     const auto isOption = [](const std::string& word) { return word.starts_with('-'); };
     const std::vector<std::string> before = othersOf(app_);
     if (!before.empty() && isOption(before.front())) {
-      throw UsageProblem{"There is no option " + inQuotes(before.front()) + " before a command."};
+      throw UsageProblem{"Unknown option " + inQuotes(before.front()) +
+                         ". Options follow the command."};
     }
     if (!before.empty())
       throw UsageProblem{"There is no command " + inQuotes(before.front()) + "."};
@@ -217,9 +238,9 @@ class CommandLine {
     const std::string& name = command->get_name();
     const auto option = std::find_if(others.begin(), others.end(), isOption);
     if (option != others.end()) {
-      throw UsageProblem{name + " has no option " + inQuotes(*option) + "."};
+      throw UsageProblem{inQuotes(*option) + " is not an option of " + name + "."};
     }
-    throw UsageProblem{inQuotes(others.front()) + " is too much for " + name + "."};
+    throw UsageProblem{name + " does not accept " + inQuotes(others.front()) + "."};
   }
 
   void readKinds() {
@@ -233,8 +254,9 @@ class CommandLine {
       } else if (kind == "logins") {
         details.logins = true;
       } else {
-        throw UsageProblem{"--with has no kind " + inQuotes(kind) +
-                           ". Name notes, purchases and logins, separated by commas."};
+        throw UsageProblem{inQuotes(kind) +
+                           " is not a kind for --with. Name notes, purchases and logins, "
+                           "separated by commas."};
       }
     }
   }
@@ -257,6 +279,11 @@ class CommandLine {
       arguments_.listing.details.passwords = true;
     }
     arguments_.exportFormat = formatOf(kExportFormats, exportFormat_);
+    const bool isOfBookmarks = arguments_.command == Command::Export &&
+                               arguments_.exportFormat == ExportFormat::NetscapeBookmarks;
+    if (showsPasswords_ && isOfBookmarks) {
+      throw UsageProblem{"Bookmarks contain no passwords. Leave out --show-passwords."};
+    }
     arguments_.passwords = showsPasswords_ ? Passwords::Show : Passwords::LeaveOut;
     if (arguments_.command == Command::Search && !arguments_.text && !arguments_.after) {
       throw UsageProblem{"search needs TEXT, --after or both."};

@@ -37,6 +37,15 @@ TEST_F(ArgumentsTest, EveryCommandHasHelpOfItsOwn) {
   }
 }
 
+TEST_F(ArgumentsTest, HelpHasAShortName) {
+  EXPECT_EQ(run({"--help"}), 0);
+  const std::string help = output;
+  EXPECT_EQ(run({"-h"}), 0);
+  EXPECT_EQ(output, help);
+  EXPECT_EQ(run({"list", "-h"}), 0);
+  EXPECT_NE(output.find("--with KINDS"), std::string::npos);
+}
+
 TEST_F(ArgumentsTest, VersionIsOneLine) {
   EXPECT_EQ(run({"--version"}), 0);
   EXPECT_EQ(output, "quorrix-data " QUORRIX_EXPECTED_VERSION "\n");
@@ -61,24 +70,24 @@ TEST_F(ArgumentsTest, AnUnknownCommandIsNamed) {
   EXPECT_EQ(refusal({"--"}), "Name a command: list, search, export, check or copy.\n");
   EXPECT_EQ(refusal({"delete"}), "There is no command \"delete\".\n");
   EXPECT_EQ(refusal({"lis"}), "There is no command \"lis\".\n");
-  EXPECT_EQ(refusal({"--bogus"}), "There is no option \"--bogus\" before a command.\n");
+  EXPECT_EQ(refusal({"--bogus"}), "Unknown option \"--bogus\". Options follow the command.\n");
 }
 
 TEST_F(ArgumentsTest, AnOptionOfAnotherCommandIsRefused) {
-  EXPECT_EQ(refusal({"list", "--bogus"}), "list has no option \"--bogus\".\n");
-  EXPECT_EQ(refusal({"list", "-x"}), "list has no option \"-x\".\n");
-  EXPECT_EQ(refusal({"list", "--after", "1/1/26"}), "list has no option \"--after\".\n");
-  EXPECT_EQ(refusal({"check", "--with", "notes"}), "check has no option \"--with\".\n");
-  EXPECT_EQ(refusal({"list", "--version"}), "list has no option \"--version\".\n");
+  EXPECT_EQ(refusal({"list", "--bogus"}), "\"--bogus\" is not an option of list.\n");
+  EXPECT_EQ(refusal({"list", "-x"}), "\"-x\" is not an option of list.\n");
+  EXPECT_EQ(refusal({"list", "--after", "1/1/26"}), "\"--after\" is not an option of list.\n");
+  EXPECT_EQ(refusal({"check", "--with", "notes"}), "\"--with\" is not an option of check.\n");
+  EXPECT_EQ(refusal({"list", "--version"}), "\"--version\" is not an option of list.\n");
   EXPECT_EQ(refusal({"--data", "Data", "list"}),
-            "There is no option \"--data\" before a command.\n");
+            "Unknown option \"--data\". Options follow the command.\n");
 }
 
-TEST_F(ArgumentsTest, AWordTooMuchIsNamed) {
-  EXPECT_EQ(refusal({"list", "one", "two"}), "\"one\" is too much for list.\n");
-  EXPECT_EQ(refusal({"list", "check"}), "\"check\" is too much for list.\n");
-  EXPECT_EQ(refusal({"search", "a", "b"}), "\"b\" is too much for search.\n");
-  EXPECT_EQ(refusal({"copy", "a", "b"}), "\"b\" is too much for copy.\n");
+TEST_F(ArgumentsTest, AnExtraWordIsNamed) {
+  EXPECT_EQ(refusal({"list", "one", "two"}), "list does not accept \"one\".\n");
+  EXPECT_EQ(refusal({"list", "check"}), "list does not accept \"check\".\n");
+  EXPECT_EQ(refusal({"search", "a", "b"}), "search does not accept \"b\".\n");
+  EXPECT_EQ(refusal({"copy", "a", "b"}), "copy does not accept \"b\".\n");
 }
 
 TEST_F(ArgumentsTest, AMissingWordIsAskedFor) {
@@ -96,13 +105,29 @@ TEST_F(ArgumentsTest, AMissingWordIsAskedFor) {
   EXPECT_EQ(refusal({"export", "--output"}), "\"--output\" needs a value.\n");
 }
 
+TEST_F(ArgumentsTest, AnEmptyValueIsNotReplacedByTheNextWord) {
+  EXPECT_EQ(refusal({"export", "--format", "json", "--output=", "--no-archives"}),
+            "\"--output\" needs a value.\n");
+  EXPECT_EQ(refusal({"list", "--data=", "Quorrix/Data"}), "\"--data\" needs a value.\n");
+  EXPECT_EQ(refusal({"search", "--after=", "1/1/26"}), "\"--after\" needs a value.\n");
+  EXPECT_EQ(refusal({"list", "--with=", "notes"}), "\"--with\" needs a value.\n");
+  EXPECT_EQ(refusal({"list", "--bogus="}), "\"--bogus=\" is not an option of list.\n");
+  EXPECT_EQ(refusal({"search", "--", "--data="}), "");
+}
+
+TEST_F(ArgumentsTest, ShowPasswordsIsRefusedForBookmarks) {
+  EXPECT_EQ(refusal({"export", "--format", "netscape-bookmarks", "--show-passwords"}),
+            "Bookmarks contain no passwords. Leave out --show-passwords.\n");
+  EXPECT_EQ(refusal({"export", "--format", "html", "--show-passwords"}), "");
+}
+
 TEST_F(ArgumentsTest, AWrongValueIsNamed) {
   EXPECT_EQ(refusal({"list", "--format", "xml"}),
             "There is no format \"xml\". Name table, json or csv.\n");
   EXPECT_EQ(refusal({"export", "--format", "table"}),
             "There is no format \"table\". Name json, csv, html or netscape-bookmarks.\n");
   EXPECT_EQ(refusal({"list", "--with", "notes,secrets"}),
-            "--with has no kind \"secrets\". Name notes, purchases and logins, separated by "
+            "\"secrets\" is not a kind for --with. Name notes, purchases and logins, separated by "
             "commas.\n");
   EXPECT_EQ(refusal({"list", "--no-archives=maybe"}), "\"--no-archives\" takes no value.\n");
   EXPECT_EQ(refusal({"list", "--show-passwords=false"}), "\"--show-passwords\" takes no value.\n");
