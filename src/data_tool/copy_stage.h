@@ -2,8 +2,10 @@
 // their final place, when everything in it is complete.
 #pragma once
 
+#include <optional>
 #include <vector>
 
+#include "data_tool/stage_folder.h"
 #include "platform/file_system.h"
 
 namespace quorrix {
@@ -21,20 +23,19 @@ class CopyStage {
   CopyStage(const CopyStage&) = delete;
   CopyStage& operator=(const CopyStage&) = delete;
 
-  [[nodiscard]] const Path& path() const { return path_; }
+  [[nodiscard]] const Path& path() const { return stage_->path(); }
 
   void finish();
 
  private:
   void requireEmptyTarget();
-  void make();
   void moveOut();
   void move(const Path& from, const Path& to);
 
   FileSystem& files_;
   Path target_;
   bool isInside_;
-  Path path_;
+  std::optional<StageFolder> stage_;
   std::vector<Path> moved_;  // the final paths of what finish() has moved
   bool isFinished_ = false;
 };

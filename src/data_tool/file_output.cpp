@@ -6,32 +6,11 @@
 #include "data_tool/buffered_output.h"
 #include "data_tool/outside.h"
 #include "data_tool/problem.h"
-#include "platform/failure.h"
+#include "data_tool/stage_folder.h"
 #include "platform/file_replacement.h"
 
 namespace quorrix {
 namespace {
-
-// A new folder, which nobody else can write to. A new file of a known name could be a link that
-// another user has put there.
-class PrivateFolder {
- public:
-  PrivateFolder(FileSystem& files, const Path& path)
-      : path_(withPath(path, [&] { return files.makeFolder(path); })) {}
-
-  ~PrivateFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  PrivateFolder(const PrivateFolder&) = delete;
-  PrivateFolder& operator=(const PrivateFolder&) = delete;
-
-  [[nodiscard]] const Path& path() const { return path_; }
-
- private:
-  Path path_;
-};
 
 bool isSpecialFile(const Path& path) {
   std::error_code unknown;
@@ -39,23 +18,33 @@ bool isSpecialFile(const Path& path) {
   return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
 }
 
+// Throws Problem unless the user's `path`, which is `target` without links, may be that of a new
+// file, or is that of a file that may be replaced.
+void requireFileName(FileSystem& files, const Path& path, const Path& target) {
+  if (!path.has_filename() || withPath(path, [&] { return files.folderExists(target); })) {
+    throw Problem::ofFile(path, "This is a folder. Name a file.");
+  }
+  if (isLink(target)) throw Problem::ofFile(path, "This is a link to a file that is missing.");
+  if (isSpecialFile(target)) {
+    throw Problem::ofFile(path, "This is a device or a pipe. Use standard output instead.");
+  }
+  // The file system would replace even a file that is write-protected.
+  withPath(path, [&] {
+    if (files.fileExists(target)) static_cast<void>(files.openRandomAccess(target));
+  });
+}
+
 }  // namespace
 
 void writeFile(FileSystem& files, const Path& path,
                const std::function<void(Output&, const DeferredSignals&)>& write) {
-  const Path target = withoutLinks(path);
-  if (withPath(path, [&] { return files.folderExists(target); })) {
-    throw Problem::ofFile(path, failure::kPathFileAccess);
-  }
-  if (isSpecialFile(target)) {
-    throw Problem::ofFile(path, "This is a device or a pipe. Use standard output instead.");
-  }
+  const Path target = outputTarget(path);
+  requireFileName(files, path, target);
   const Path stage = replacementNameOf(target);
-  if (withPath(stage, [&] { return files.folderExists(stage) || files.fileExists(stage); })) {
-    throw Problem::ofFile(stage, "This is an unfinished file. Remove it and try again.");
-  }
+  requireNothingAt(files, stage,
+                   "This folder is left from an interrupted export. Remove it and try again.");
   const DeferredSignals signals;
-  const PrivateFolder folder(files, stage);
+  const StageFolder folder(files, stage);
   const Path next = folder.path() / target.filename();
   {
     const auto file = withPath(path, [&] { return files.openRandomAccess(next); });

@@ -115,17 +115,16 @@ void makeFolders(FileSystem& files, const Path& folder) {
 void copyFolders(FileSystem& files, const Path& data, Archives archives, const Path& target,
                  const ReportProblem& report, const LockTiming& timing) {
   requireDataFiles(files, data);
-  const Path place = withPath(data, [&] { return archivesOf(files, data); });
-  const Path named = withoutLinks(target);
+  const Path named = outputTarget(target);
   requireOutside(files, named, data);
-  requireOutside(files, named, place);
+  for (const Path& place : archivePlacesOf(files, data)) requireOutside(files, named, place);
   const DeferredSignals signals;
   LockTurns turns(timing, &signals);
   CopyStage stage(files, named);
   FolderCopy(files, data, stage.path(), turns).make();
   for (const DataFolder& folder : readableFoldersOf(files, data, archives, report)) {
     if (folder.archive.empty()) continue;
-    const Path into = stage.path() / "Archives" / folder.path.lexically_relative(place);
+    const Path into = stage.path() / "Archives" / folder.name;
     makeFolders(files, into);
     FolderCopy(files, folder.path, into, turns).make();
   }

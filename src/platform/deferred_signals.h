@@ -15,7 +15,7 @@ class DeferredSignals {
  public:
   DeferredSignals();
 
-  // If a signal was noted, the process now ends of it, as it would have without the object.
+  // If a signal was noted, that signal now ends the process, as it would have without the object.
   ~DeferredSignals();
 
   DeferredSignals(const DeferredSignals&) = delete;

@@ -1,6 +1,9 @@
 #include "data_tool/file_output.h"
 
 #include <gtest/gtest.h>
+#ifndef _WIN32
+#include <unistd.h>
+#endif
 
 #include <filesystem>
 #include <stdexcept>
@@ -16,9 +19,9 @@ namespace {
 
 class FileOutputTest : public testing::Test {
  protected:
-  std::string write(const std::string& text) {
+  std::string write(const std::string& text, const std::string& name = "sites.json") {
     try {
-      writeFile(files_, folder_ / "sites.json",
+      writeFile(files_, folder_ / name,
                 [&](Output& output, const DeferredSignals&) { output.write(text); });
     } catch (const Problem& problem) {
       return problem.what();
@@ -80,8 +83,66 @@ TEST_F(FileOutputTest, KeepsTheOldFileIfTheWriterGivesUp) {
 
 TEST_F(FileOutputTest, RefusesAFolder) {
   std::filesystem::create_directory(folder_ / "sites.json");
-  EXPECT_TRUE(write("new").ends_with("sites.json: Path/file access error."));
+  EXPECT_TRUE(write("new").ends_with("sites.json: This is a folder. Name a file."));
+  EXPECT_TRUE(write("new", "missing/").ends_with("missing/: This is a folder. Name a file."));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "missing"));
 }
+
+TEST_F(FileOutputTest, RefusesAWriteProtectedFile) {
+  folder_.givenAFile("sites.json", "old");
+  std::filesystem::permissions(folder_ / "sites.json", std::filesystem::perms::owner_read);
+  EXPECT_TRUE(write("new").ends_with("sites.json: Path/file access error."));
+  EXPECT_EQ(folder_.bytesOf("sites.json"), "old");
+  std::filesystem::permissions(folder_ / "sites.json", std::filesystem::perms::owner_all);
+  expectAlone();
+}
+
+TEST_F(FileOutputTest, NamesTheFolderThatIsLeft) {
+  std::filesystem::create_directory(folder_ / "sites.json.quorrix-new");
+  EXPECT_TRUE(write("new").ends_with(
+      "sites.json.quorrix-new: This folder is left from an interrupted export. Remove it and try "
+      "again."));
+}
+
+TEST_F(FileOutputTest, NamesTheFolderInWhichNothingCanBeWritten) {
+  ASSERT_EQ(write("old"), "");
+  const auto calls = static_cast<int>(files_.calls().size());
+  int refusals = 0;
+  for (int call = 1; call <= calls; ++call) {
+    files_.reset();
+    files_.failAtCall(call, 75);
+    const std::string problem = write("new");
+    EXPECT_EQ(problem.find(".quorrix-new"), std::string::npos) << problem;
+    if (problem == folder_.path().string() + ": Nothing can be written in this folder.") ++refusals;
+  }
+  EXPECT_EQ(refusals, 1);
+}
+
+#ifndef _WIN32
+TEST_F(FileOutputTest, ReplacesWhatALinkLeadsTo) {
+  folder_.givenAFile("real.json", "old");
+  std::filesystem::create_symlink("real.json", folder_ / "sites.json");
+  EXPECT_EQ(write("new"), "");
+  EXPECT_EQ(folder_.bytesOf("real.json"), "new");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "sites.json"));
+}
+
+TEST_F(FileOutputTest, RefusesALinkToNothing) {
+  std::filesystem::create_symlink("missing.json", folder_ / "sites.json");
+  EXPECT_TRUE(write("new").ends_with("sites.json: This is a link to a file that is missing."));
+  expectAlone();
+}
+
+TEST_F(FileOutputTest, RefusesALinkOfAnotherUser) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give a link to another user";
+  folder_.givenAFile("real.json", "old");
+  std::filesystem::create_symlink("real.json", folder_ / "sites.json");
+  ASSERT_EQ(::lchown((folder_ / "sites.json").c_str(), 12345, 12345), 0);
+  EXPECT_TRUE(write("new").ends_with(
+      "sites.json: This link belongs to another user. Name the place it leads to."));
+  EXPECT_EQ(folder_.bytesOf("real.json"), "old");
+}
+#endif
 
 }  // namespace
 }  // namespace quorrix

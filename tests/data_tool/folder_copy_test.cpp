@@ -40,15 +40,30 @@ TEST_F(FolderCopyTest, CopiesEveryFileOfTheFolderAndItsArchives) {
   EXPECT_EQ(folder_.bytesOf("Copy/load.txt"), "none\r\n");
 }
 
+TEST_F(FolderCopyTest, CopiesTheArchivesInsideAndBesideTheFolder) {
+  std::filesystem::create_directories(folder_ / "Data/Archives/2025/May");
+  folder_.givenAFile("Data/Archives/2025/May/nodes.dat", "inside");
+  EXPECT_EQ(copy(folder_ / "Copy"), "");
+  EXPECT_EQ(folder_.bytesOf("Copy/Archives/2025/May/nodes.dat"), "Archives/2025/May nodes.dat");
+  EXPECT_EQ(folder_.bytesOf("Copy/Archives/2025/May (2)/nodes.dat"), "inside");
+  EXPECT_NE(copy(folder_ / "Data/Archives/Copy").find(": The output cannot be inside a folder "),
+            std::string::npos);
+}
+
 TEST_F(FolderCopyTest, RefusesAPlaceInTheFoldersThatAreRead) {
   const std::string refusal = ": The output cannot be inside a folder ";
   std::filesystem::create_directory(folder_ / "Other");
   folder_.givenAFile("Other/notes.dat", "");
+  folder_.givenAFile("notes.dat", "");  // above all of them
   for (const char* target : {"Data", "Data/Copy", "Data/../Data/Copy/Deep", "Archives/Copy",
                              "Archives/2025/May/Copy", "Other/Copy"}) {
     EXPECT_NE(copy(folder_ / target).find(refusal), std::string::npos) << target;
   }
   EXPECT_FALSE(std::filesystem::exists(folder_ / "Data" / "Copy"));
+  EXPECT_EQ(copy(folder_ / "Copy"), folder_.path().string() +
+                                        ": The output cannot be inside a folder with data files.");
+  std::filesystem::create_directory(folder_ / "New");
+  EXPECT_EQ(copy(folder_ / "New" / "Copy"), "");
 }
 
 TEST_F(FolderCopyTest, LocksNothingWhileItWrites) {

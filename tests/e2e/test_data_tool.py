@@ -209,12 +209,43 @@ class Output(DataToolTest):
             os.close(ours)
             self.assertTrue(lines[2].endswith(" " + address), lines)
 
+    def test_a_limit_of_the_length_of_files_is_reported_and_leaves_nothing(self):
+        big = write_folder(os.path.join(self.folder, "Big"), nodes=many_sites(2_000))
+        outputs = processes.temporary_folder()
+        for command in (["export", "--format", "json", "--output", "sites.json"],
+                        ["copy", "Copy"]):
+            done = subprocess.run(["bash", "-c", 'ulimit -f 64; exec "$@"', "bash", data_tool(),
+                                   *command, "--data", big], cwd=outputs, capture_output=True,
+                                  text=True, check=False)
+            self.assertEqual(2, done.returncode, done)
+            self.assertRegex(done.stderr, r"\Aquorrix-data: .+: Disk full\.\n\Z")
+            self.assertEqual([], os.listdir(outputs))
+
+    def test_a_deleted_working_folder_is_reported(self):
+        deleted = "x: The working folder has been deleted."
+        for command, reason in (
+                (["list", "--data", "."], ".: This folder has no data files."),
+                (["export", "--format", "json", "--output", "x", "--data", self.data], deleted),
+                (["copy", "x", "--data", self.data], deleted)):
+            folder = processes.temporary_folder()
+            done = subprocess.run(["bash", "-c", 'rmdir "$PWD" && exec "$@"', "bash", data_tool(),
+                                   *command], cwd=folder, capture_output=True, text=True,
+                                  check=False)
+            os.mkdir(folder)
+            self.assertEqual((2, f"quorrix-data: {reason}\n"), (done.returncode, done.stderr))
+
     def test_it_speaks_utf8_in_every_locale(self):
         data = write_folder(os.path.join(self.folder, "Café"), nodes=site("café.garden.example"))
         for locale in ("C", "C.UTF-8"):
             done = subprocess.run([data_tool(), "search", "CAFÉ", "--data", data], check=True,
                                   capture_output=True, env={**os.environ, "LC_ALL": locale})
             self.assertIn("café.garden.example", done.stdout.decode("utf-8"))
+
+
+def options_of(command):
+    options = re.findall(r"^  (?:-h,)?(--[\w-]+)", run_data_tool(command, "--help"), re.M)
+    assert "--help" in options
+    return options
 
 
 class Documents(unittest.TestCase):
@@ -231,8 +262,8 @@ class Documents(unittest.TestCase):
         self.assertEqual(["list", "search", "export", "check", "copy"], commands)
         for command in commands:
             self.assertIn(f"\n.B {command}\n", page)
-            for option in re.findall(r"^  (--[\w-]+)", run_data_tool(command, "--help"), re.M):
-                self.assertRegex(page, rf"\n\.BI? {option}\b", command)
+            for option in options_of(command):
+                self.assertRegex(page, rf"\n\.B[IR]? .*{option}\b", command)
 
 
 class Completion(unittest.TestCase):
@@ -266,12 +297,6 @@ class Completion(unittest.TestCase):
         self.assertEqual(["notes,purchases"], self.completed("quorrix-data list --with notes,p"))
         self.assertEqual(["debian"], self.completed("quorrix-data copy deb"))
 
-    def test_every_option_is_completed(self):
-        for command in ("list", "search", "export", "check", "copy"):
-            offered = self.completed(f"quorrix-data {command} --")
-            for option in re.findall(r"^  (--[\w-]+)", run_data_tool(command, "--help"), re.M):
-                self.assertIn(option, offered, command)
-
     def test_a_kind_is_offered_once(self):
         self.assertEqual(["notes,purchases", "notes,logins"],
                          self.completed("quorrix-data list --with notes,"))
@@ -288,6 +313,12 @@ class Completion(unittest.TestCase):
         self.assertEqual([], self.completed("quorrix-data copy debian "))
         self.assertEqual(["debian"], self.completed("quorrix-data copy --data debian deb"))
         self.assertEqual(["--data"], self.completed("quorrix-data copy debian --da"))
+
+    def test_every_option_is_completed(self):
+        for command in ("list", "search", "export", "check", "copy"):
+            offered = self.completed(f"quorrix-data {command} --")
+            for option in options_of(command):
+                self.assertIn(option, offered, command)
 
 
 if __name__ == "__main__":

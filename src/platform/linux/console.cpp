@@ -25,10 +25,17 @@ int writeTo(int descriptor, std::string_view text) {
 
 }  // namespace
 
-// A signal in the middle of a write would end the program before it could tidy up.
-Console::Console() { std::signal(SIGPIPE, SIG_IGN); }
+// A signal in the middle of a write would end the program before it could tidy up. SIGXFSZ comes
+// when a file becomes larger than the user's limit.
+Console::Console() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
 
-Console::~Console() { std::signal(SIGPIPE, SIG_DFL); }
+Console::~Console() {
+  std::signal(SIGPIPE, SIG_DFL);
+  std::signal(SIGXFSZ, SIG_DFL);
+}
 
 void Console::write(std::string_view text) {
   const int reason = writeTo(STDOUT_FILENO, text);

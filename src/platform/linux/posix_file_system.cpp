@@ -12,6 +12,7 @@
 #include "platform/file_replacement.h"
 #include "platform/first_line.h"
 #include "platform/folder_listing.h"
+#include "platform/link_owner.h"
 #include "platform/linux/file_lock.h"
 #include "platform/linux/mounted_volumes.h"
 #include "platform/linux/posix_random_access_file.h"
@@ -54,13 +55,6 @@ bool isWritingRefused(const Path& path) {
   if ((status.st_mode & kAnyWriteBit) == 0) return true;
   const bool isRefused = ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0;
   return isRefused && (errno == EACCES || errno == EPERM || errno == EROFS);
-}
-
-// A link that another user made may lead to any of this user's files.
-bool isLinkOfAnotherUser(const Path& path) {
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return false;
-  return status.st_uid != ::geteuid() && status.st_uid != 0;
 }
 
 // The path that a rename has to replace, so that a link stays a link.

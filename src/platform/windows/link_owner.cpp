@@ -1,0 +1,7 @@
+#include "platform/link_owner.h"
+
+namespace quorrix {
+
+bool isLinkOfAnotherUser(const Path& /*path*/) { return false; }
+
+}  // namespace quorrix
