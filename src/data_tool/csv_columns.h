@@ -9,7 +9,7 @@
 
 namespace quorrix {
 
-// What a line says. What is null has empty fields.
+// The content of a line. A null pointer gives empty fields.
 struct CsvRow {
   const std::string& archive;
   const SiteEntry& site;

@@ -19,7 +19,7 @@ struct SiteEntry {
   char protocolFlag = ' ';
   std::string unknownFlag;  // the flag as text if it stands for no scheme, or empty
   std::optional<StampTime> visited;
-  std::string unreadableStamp;  // without its end mark; empty if `visited` says what it says
+  std::string unreadableStamp;  // without its end mark; empty if `visited` has the time
 };
 
 [[nodiscard]] SiteEntry levelAt(const std::string& address);

@@ -8,7 +8,7 @@
 
 namespace quorrix {
 
-// A remark names something that the format allows, but that a user may want to know.
+// A remark names something that the format allows, but that the user may want to know about.
 enum class FindingKind { Error, Remark };
 
 struct Finding {

@@ -35,7 +35,7 @@ class FolderTree {
   void forEachSite(NodeId level, const std::function<void(const SiteEntry&)>& visit) const;
 
   // Sites and addresses with details that the tree of Quorrix leaves out, because they have too
-  // many levels or are called as its root.
+  // many levels or have the key of its root.
   [[nodiscard]] const std::vector<SiteEntry>& outsiders() const { return outsiders_; }
 
  private:
@@ -55,7 +55,7 @@ class FolderTree {
     bool isKept = false;
   };
 
-  // What few records have.
+  // Texts that only damaged records have.
   struct Unusual {
     std::uint32_t visit;
     std::string unknownFlag;

@@ -23,7 +23,7 @@ struct ListingChoice {
 struct TableFrame {
   // Of the column for the names of archives; 0 without archives, and the column is left out.
   std::size_t archiveColumns = 0;
-  // Longer lines are cut; nullopt if no line is.
+  // Longer lines are cut; nullopt if lines are not cut.
   std::optional<std::size_t> width;
 };
 

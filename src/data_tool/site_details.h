@@ -27,7 +27,7 @@ struct SiteDetails {
   std::vector<LoginEntry> logins;
   std::vector<PurchaseEntry> purchases;
 
-  // What Quorrix shows, and the listings as well. Null if nothing is kept.
+  // Quorrix and the listings show these. Null if nothing is kept.
   [[nodiscard]] const std::string* firstNotes() const {
     return notes.empty() ? nullptr : &notes.front();
   }

@@ -277,7 +277,7 @@ TEST_F(SearchTest, FindsAnEmptyTextOnlyWithADate) {
   EXPECT_EQ(addresses({"", "--after", "11/1/26"}), "news.harbour.example ");
 }
 
-TEST_F(SearchTest, RefusesADateThatIsNone) {
+TEST_F(SearchTest, RefusesATextThatIsNotADate) {
   EXPECT_EQ(run({"search", "--after", "13/45/99"}), 2);
   EXPECT_EQ(output, "");
   EXPECT_EQ(error,
@@ -309,8 +309,9 @@ TEST_F(SearchTest, ContinuesInTheNextArchiveAfterADateThatCannotBeRead) {
   }
   EXPECT_EQ(addresses({"a.b"}), "a.b.c a.b.2 ");
   EXPECT_EQ(status, 2);
-  EXPECT_TRUE(error.ends_with(": record 1: The date cannot be read, so the search of this folder "
-                              "ends here.\n"))
+  EXPECT_TRUE(
+      error.ends_with(": record 1: The date cannot be read, so the search of this folder "
+                      "ends here.\n"))
       << error;
 }
 

@@ -46,7 +46,7 @@ TEST(ColumnsOf, CountsCharactersAsATerminalDoes) {
   EXPECT_EQ(columnsOf("\u65E5\u672C"), 4U);
 }
 
-TEST(CutToColumns, EndsWithADotLeaderIfSomethingIsMissing) {
+TEST(CutToColumns, EndsWithAnEllipsisIfSomethingIsMissing) {
   EXPECT_EQ(cutToColumns("garden", 6), "garden");
   EXPECT_EQ(cutToColumns("garden", 5), "gard\u2026");
   EXPECT_EQ(cutToColumns("garden", 1), "\u2026");
