@@ -118,14 +118,18 @@ TEST_F(CopyStageTest, RefusesAFolderThatIsNotEmpty) {
 
 TEST_F(CopyStageTest, LeavesAnUnfinishedCopyToTheUser) {
   std::filesystem::create_directory(folder_ / "Copy.quorrix-new");
-  EXPECT_TRUE(copy(folder_ / "Copy")
-                  .ends_with("Copy.quorrix-new: This folder is left from an interrupted copy. Remove it and try "
-                             "again."));
+  EXPECT_TRUE(
+      copy(folder_ / "Copy")
+          .ends_with(
+              "Copy.quorrix-new: This folder is left from an interrupted copy. Remove it and try "
+              "again."));
   EXPECT_TRUE(std::filesystem::exists(folder_ / "Copy.quorrix-new"));
   std::filesystem::create_directories(folder_ / "Stick" / "copy.quorrix-new");
-  EXPECT_TRUE(copy(folder_ / "Stick")
-                  .ends_with("copy.quorrix-new: This folder is left from an interrupted copy. Remove it and try "
-                             "again."));
+  EXPECT_TRUE(
+      copy(folder_ / "Stick")
+          .ends_with(
+              "copy.quorrix-new: This folder is left from an interrupted copy. Remove it and try "
+              "again."));
   EXPECT_TRUE(std::filesystem::exists(folder_ / "Stick" / "copy.quorrix-new"));
 }
 

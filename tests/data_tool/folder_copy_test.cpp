@@ -60,8 +60,8 @@ TEST_F(FolderCopyTest, RefusesAPlaceInTheFoldersThatAreRead) {
     EXPECT_NE(copy(folder_ / target).find(refusal), std::string::npos) << target;
   }
   EXPECT_FALSE(std::filesystem::exists(folder_ / "Data" / "Copy"));
-  EXPECT_EQ(copy(folder_ / "Copy"), folder_.path().string() +
-                                        ": The output cannot be inside a folder with data files.");
+  EXPECT_EQ(copy(folder_ / "Copy"),
+            folder_.path().string() + ": The output cannot be inside a folder with data files.");
   std::filesystem::create_directory(folder_ / "New");
   EXPECT_EQ(copy(folder_ / "New" / "Copy"), "");
 }
