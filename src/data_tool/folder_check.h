@@ -14,7 +14,7 @@ namespace quorrix {
 
 class FolderCheck {
  public:
-  // `report` receives each finding with the path of its file, in the order of the files and of
+  // `finding` receives each finding with the path of its file, in the order of the files and of
   // their bytes; `problem` receives a file that cannot be opened.
   struct Reports {
     std::function<void(const Path& file, const Finding& finding)> finding;

@@ -59,7 +59,7 @@ class Session {
                              requirePlace(finding);
                              if (finding.kind == FindingKind::Error) isRight = false;
                            },
-                       .problem = [](const std::string&) { require(false, "all can be read"); }});
+                       .problem = [](const Problem&) { require(false, "all can be read"); }});
     check.check(folder_);
     return isRight;
   }
