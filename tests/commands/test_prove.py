@@ -28,6 +28,13 @@ class Prove(unittest.TestCase):
         sections = [title[0].lower() + title[1:] for title in SECTION.findall(document)]
         self.assertEqual(sections, [title for title, _ in script("prove").POINTS])
 
+    def test_it_prints_what_was_measured_and_what_was_skipped(self):
+        prove = script("prove")
+        output = ("measured: 5 files\n[  SKIPPED ] MountedDisk.IsFull (0 ms)\n"
+                  "[  SKIPPED ] 1 test, listed below:\n[  SKIPPED ] MountedDisk.IsFull\n")
+        self.assertEqual(["5 files", "skipped: MountedDisk.IsFull"],
+                         list(prove.figures_in(output, prove.tests("logic", "*"))))
+
     def test_every_filter_finds_tests(self):
         checked = 0
         for title, commands in script("prove").POINTS:
