@@ -32,7 +32,7 @@ std::string headOfPage() {
       "<main>\n"
       "<h1>Sites recorded by Quorrix</h1>\n"
       "<form id=\"search\" role=\"search\" hidden>\n"
-      "<label for=\"text\">Search addresses and notes</label>\n"
+      "<label for=\"text\">Search addresses and details</label>\n"
       "<input id=\"text\" type=\"search\" autocomplete=\"off\">\n"
       "<p id=\"status\" class=\"faint\" role=\"status\"></p>\n"
       "</form>\n";

@@ -75,10 +75,12 @@ function readPage() {
     const links = Array.from(element.children).filter((child) => child.localName === "a");
     const name = (links[0] || element.querySelector("bdi")).textContent;
     const isWhole = element.localName === "div";
-    const texts = [isWhole ? name : addressOf(branch, name)];
+    const address = isWhole ? name : addressOf(branch, name);
+    // Browsers show a host with "/" at its end.
+    const texts = [address.endsWith("/") ? address : address + "/"];
     for (const detail of element.querySelectorAll("dd")) texts.push(detail.textContent);
     return { element, branch, text: texts.join("\n").toLowerCase(),
-      schemes: links.map((link) => link.protocol + "//") };
+      schemes: links.map((link) => link.getAttribute("href").split("//")[0] + "//") };
   });
 }
 // Schemes count only in a text that may be a whole address.
@@ -124,12 +126,17 @@ form.hidden = false;
 status.textContent = counted(count);
 form.addEventListener("submit", (event) => event.preventDefault());
 box.addEventListener("input", search);
+let folded = [];
 addEventListener("beforeprint", () => {
-  for (const element of document.querySelectorAll("details")) element.open = true;
+  folded = Array.from(document.querySelectorAll("details:not([open])"));
+  for (const element of folded) element.open = true;
+});
+addEventListener("afterprint", () => {
+  for (const element of folded) element.open = false;
 });
 )js";
 
 inline constexpr const char* kStyleDigest = "sha256-AGxl+uza6dQXv4+LxkZn9feBBW+90H5R9QgGELlzehk=";
-inline constexpr const char* kScriptDigest = "sha256-0Hv12m+Sc1Sv4ixhY/E23FYCERCdiuzOOltlhoJTxi4=";
+inline constexpr const char* kScriptDigest = "sha256-Oga2egEjPAsXjH3pIW2Xh8zWFEs+v9m2NPRzEIf8ncE=";
 
 }  // namespace quorrix::html_page

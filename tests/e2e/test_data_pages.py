@@ -138,6 +138,7 @@ class Page(DataPagesTest):
                 self.search(browser, "http://www.garden.example//b/c", "1 of 7 sites")
                 self.assertEqual(["c"], self.shown(browser))
                 self.search(browser, "www.garden.example//b", "1 of 7 sites")
+                self.search(browser, "http://www.mill.example/", "1 of 7 sites")
                 self.search(browser, "https://www.garden", "2 of 7 sites")
                 self.search(browser, "http://www.mill", "1 of 7 sites")
                 self.assertEqual(["Archive Spring <2024>"], self.headings(browser))
@@ -225,14 +226,22 @@ class Page(DataPagesTest):
     def test_every_level_is_printed(self):
         for browser_class in BROWSERS:
             with self.subTest(browser_class.__name__), self.opened(browser_class) as browser:
+                opened = "document.querySelectorAll('details[open]').length"
+                self.assertEqual(0, browser.evaluate(opened))
+                printed = "document.body.dataset.printed"
+                browser.evaluate("addEventListener('beforeprint', "
+                                 f"() => {{ {printed} = {opened}; }})")
                 browser.print()
-                self.assertTrue(browser.evaluate(
-                    "Array.from(document.querySelectorAll('details')).every((e) => e.open)"))
+                wait_until(lambda: browser.evaluate(printed), "the printing")
+                self.assertEqual(
+                    browser.evaluate("String(document.querySelectorAll('details').length)"),
+                    browser.evaluate(printed))
+                wait_until(lambda: browser.evaluate(opened) == 0, "the folds from before")
 
     def test_assistive_technology_finds_names(self):
         for browser_class in BROWSERS:
             with self.subTest(browser_class.__name__), self.opened(browser_class) as browser:
-                self.assertEqual("Search addresses and notes", browser.evaluate(
+                self.assertEqual("Search addresses and details", browser.evaluate(
                     "document.getElementById('text').labels[0].textContent"))
                 self.assertEqual("en", browser.evaluate("document.documentElement.lang"))
                 self.assertEqual(["Sites recorded by Quorrix", "Archive Spring <2024>"],
