@@ -7,18 +7,18 @@
 namespace quorrix {
 namespace {
 
-constexpr std::string_view kBeginningsOfFormulas = "=+-@\t\r\n";
+// A text that begins with an apostrophe gets another one, so that the added one can be told apart.
+constexpr std::string_view kGuardedBeginnings = "=+-@\t\r\n'";
 // Spreadsheets may also split lines at semicolons and tabs.
 constexpr std::string_view kQuotedCharacters = "\",;\t\r\n";
 constexpr char kQuote = '"';
 
 void append(std::string& line, std::string_view text) {
   const std::string field = escapedControls(text);
-  const bool isFormula =
-      !field.empty() && kBeginningsOfFormulas.find(field[0]) != std::string::npos;
+  const bool isGuarded = !field.empty() && kGuardedBeginnings.find(field[0]) != std::string::npos;
   const bool isQuoted = field.find_first_of(kQuotedCharacters) != std::string::npos;
   if (isQuoted) line += kQuote;
-  if (isFormula) line += '\'';
+  if (isGuarded) line += '\'';
   if (isQuoted) {
     for (const char character : field) {
       if (character == kQuote) line += kQuote;

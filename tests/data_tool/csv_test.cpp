@@ -26,6 +26,7 @@ TEST(CsvLine, LetsNoSpreadsheetReadAFormula) {
   EXPECT_EQ(csvLine({"=HYPERLINK(\"http://x\",\"y\")", "\r=1"}),
             "\"'=HYPERLINK(\"\"http://x\"\",\"\"y\"\")\",\"'\r=1\"\r\n");
   EXPECT_EQ(csvLine({"\n=1"}), "\"'\n=1\"\r\n");
+  EXPECT_EQ(csvLine({"'=1", "it's"}), "''=1,it's\r\n");
 }
 
 }  // namespace
