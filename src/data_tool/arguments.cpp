@@ -244,8 +244,9 @@ class CommandLine {
   }
 
   void readKinds() {
+    if (!with_) return;
     DetailChoice& details = arguments_.listing.details;
-    std::istringstream kinds(with_);
+    std::istringstream kinds(*with_ + ",");  // so that nothing after the last comma is a kind, too
     for (std::string kind; std::getline(kinds, kind, ',');) {
       if (kind == "notes") {
         details.notes = true;
@@ -255,7 +256,7 @@ class CommandLine {
         details.logins = true;
       } else {
         throw UsageProblem{inQuotes(kind) +
-                           " is not a kind for --with. Name notes, purchases and logins, "
+                           " is not a kind for --with. Use notes, purchases or logins, "
                            "separated by commas."};
       }
     }
@@ -268,6 +269,8 @@ class CommandLine {
     for (const auto& [value, subcommand] : subcommands_) {
       if (subcommand == command) arguments_.command = value;
     }
+    if (with_ == "") throw UsageProblem{inQuotes("--with") + " needs a value."};
+    if (arguments_.after == "") throw UsageProblem{inQuotes("--after") + " needs a value."};
     readKinds();
     const bool isPathEmpty = (arguments_.command == Command::Copy && arguments_.target.empty()) ||
                              arguments_.output == "" || arguments_.data == "";
@@ -298,7 +301,7 @@ class CommandLine {
   bool showsPasswords_ = false;
   std::string listFormat_ = "table";
   std::string exportFormat_ = "json";
-  std::string with_;
+  std::optional<std::string> with_;
 };
 
 }  // namespace

@@ -110,6 +110,11 @@ TEST_F(ArgumentsTest, AnEmptyValueIsNotReplacedByTheNextWord) {
             "\"--output\" needs a value.\n");
   EXPECT_EQ(refusal({"list", "--data=", "Quorrix/Data"}), "\"--data\" needs a value.\n");
   EXPECT_EQ(refusal({"search", "--after=", "1/1/26"}), "\"--after\" needs a value.\n");
+  EXPECT_EQ(refusal({"search", "--after", ""}), "\"--after\" needs a value.\n");
+  EXPECT_EQ(refusal({"list", "--with", ""}), "\"--with\" needs a value.\n");
+  EXPECT_EQ(
+      refusal({"list", "--with", "notes,"}),
+      "\"\" is not a kind for --with. Use notes, purchases or logins, separated by commas.\n");
   EXPECT_EQ(refusal({"list", "--with=", "notes"}), "\"--with\" needs a value.\n");
   EXPECT_EQ(refusal({"list", "--bogus="}), "\"--bogus=\" is not an option of list.\n");
   EXPECT_EQ(refusal({"search", "--", "--data="}), "");
@@ -127,7 +132,7 @@ TEST_F(ArgumentsTest, AWrongValueIsNamed) {
   EXPECT_EQ(refusal({"export", "--format", "table"}),
             "There is no format \"table\". Name json, csv, html or netscape-bookmarks.\n");
   EXPECT_EQ(refusal({"list", "--with", "notes,secrets"}),
-            "\"secrets\" is not a kind for --with. Name notes, purchases and logins, separated by "
+            "\"secrets\" is not a kind for --with. Use notes, purchases or logins, separated by "
             "commas.\n");
   EXPECT_EQ(refusal({"list", "--no-archives=maybe"}), "\"--no-archives\" takes no value.\n");
   EXPECT_EQ(refusal({"list", "--show-passwords=false"}), "\"--show-passwords\" takes no value.\n");

@@ -314,6 +314,11 @@ class Completion(unittest.TestCase):
         self.assertEqual(["debian"], self.completed("quorrix-data copy --data debian deb"))
         self.assertEqual(["--data"], self.completed("quorrix-data copy debian --da"))
 
+    def test_no_option_is_offered_where_it_would_be_refused(self):
+        self.assertEqual([], self.completed("quorrix-data --data deb"))
+        self.assertEqual([], self.completed("quorrix-data list -- --"))
+        self.assertEqual(["debian"], self.completed("quorrix-data copy -- deb"))
+
     def test_every_option_is_completed(self):
         for command in ("list", "search", "export", "check", "copy"):
             offered = self.completed(f"quorrix-data {command} --")
