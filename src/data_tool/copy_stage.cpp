@@ -1,10 +1,11 @@
 #include "data_tool/copy_stage.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "data_tool/data_folder.h"
-#include "data_tool/outside.h"
 #include "data_tool/problem.h"
+#include "data_tool/resolved_path.h"
 #include "datafiles/working_folder.h"
 #include "platform/file_replacement.h"
 
@@ -12,6 +13,11 @@ namespace quorrix {
 namespace {
 
 constexpr const char* kNameInside = "copy";
+
+// Such a folder is in the root of a disk that is otherwise empty.
+bool isOfFileSystem(const Path& name) {
+  return name == "lost+found" || name == "System Volume Information";
+}
 
 }  // namespace
 
@@ -21,7 +27,8 @@ CopyStage::CopyStage(FileSystem& files, const Path& target)
       isInside_(withPath(target, [&] { return files.folderExists(target); })) {
   const Path stage = replacementNameOf(isInside_ ? target / kNameInside : target);
   requireNothingAt(files, stage,
-                   "This folder is left from an interrupted copy. Remove it and try again.");
+                   "This folder belongs to a copy that is running or was interrupted. If it was "
+                   "interrupted, remove the folder and try again.");
   requireEmptyTarget();
   requireFolder(files, stage.parent_path());
   stage_.emplace(files, stage);
@@ -35,7 +42,8 @@ void CopyStage::requireEmptyTarget() {
     throw Problem::ofFile(target_, "This is a link to a folder that is missing.");
   }
   const bool isEmpty = !isInside_ || withPath(target_, [&] {
-    return files_.fileNames(target_).empty() && files_.folderNames(target_).empty();
+    return files_.fileNames(target_).empty() &&
+           std::ranges::all_of(files_.folderNames(target_), isOfFileSystem);
   });
   if (!isEmpty) throw Problem::ofFile(target_, "This folder is not empty.");
 }

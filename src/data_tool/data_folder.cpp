@@ -1,14 +1,11 @@
 #include "data_tool/data_folder.h"
 
 #include <algorithm>
-#include <deque>
-#include <filesystem>
-#include <set>
-#include <utility>
+#include <iterator>
 
-#include "data_tool/outside.h"
+#include "data_tool/archive_search.h"
+#include "data_tool/resolved_path.h"
 #include "datafiles/working_folder.h"
-#include "platform/command_line.h"
 #include "platform/failure.h"
 #include "shell/app_paths.h"
 
@@ -21,108 +18,6 @@ constexpr const char* kProgramName = "Quorrix";
 
 constexpr const char* kDataFiles[] = {data_file::kNodes, data_file::kURLNotes,
                                       data_file::kUserIDPassword, data_file::kPurchases};
-
-// With "/" on every system.
-std::string shownName(const Path& name) {
-  std::string shown;
-  for (const Path& part : name) shown += (shown.empty() ? "" : "/") + shownPath(part);
-  return shown;
-}
-
-// Whether `folder`, with its links resolved, is `place` or above it.
-bool contains(const Path& folder, const Path& place) {
-  const auto difference = std::mismatch(folder.begin(), folder.end(), place.begin(), place.end());
-  return difference.first == folder.end();
-}
-
-// Finds every archive once, even if links lead to it, into it, or in a circle.
-class ArchiveSearch {
- public:
-  ArchiveSearch(FileSystem& files, const Path& dataFolder, const ReportProblem& report)
-      : files_(files),
-        report_(report),
-        dataFolder_(withoutLinks(dataFolder)),
-        visited_{dataFolder_} {}
-
-  // The folders themselves come before links, so that an archive has its own name.
-  std::vector<DataFolder> below(const std::vector<Path>& places) {
-    for (const Path& place : places) visit({place, place, {}});
-    while (!links_.empty()) {
-      const Entry link = links_.front();
-      links_.pop_front();
-      if (!contains(withoutLinks(link.path), dataFolder_)) visit(link);
-    }
-    std::sort(found_.begin(), found_.end(),
-              [](const DataFolder& one, const DataFolder& other) { return one.path < other.path; });
-    return std::move(found_);
-  }
-
- private:
-  struct Entry {
-    Path place;  // of the archives
-    Path path;
-    Path name;  // below the place
-  };
-
-  // A folder that cannot be read is reported, and does not keep the others from being found.
-  void visit(const Entry& folder) {
-    if (isAboveItself(folder) || !visited_.insert(withoutLinks(folder.path)).second) return;
-    try {
-      withPath(folder.path, [&] { look(folder); });
-    } catch (const Problem& problem) {
-      report_(problem);
-    }
-  }
-
-  void look(const Entry& folder) {
-    const std::vector<Path> names = files_.folderNames(folder.path);
-    if (!folder.name.empty() && holdsDataFiles(files_, folder.path)) {
-      found_.push_back({.path = folder.path, .archive = {}, .name = folder.name});
-    }
-    for (const Path& name : names) {
-      const Entry entry{folder.place, folder.path / name, folder.name / name};
-      if (isLink(entry.path)) {
-        links_.push_back(entry);
-      } else {
-        visit(entry);
-      }
-    }
-  }
-
-  // Not all systems resolve every kind of link, such as the junctions of Windows.
-  static bool isAboveItself(const Entry& folder) {
-    for (Path above = folder.path; above != folder.place;) {
-      above = above.parent_path();
-      std::error_code unknown;
-      if (std::filesystem::equivalent(above, folder.path, unknown)) return true;
-    }
-    return false;
-  }
-
-  FileSystem& files_;
-  const ReportProblem& report_;
-  Path dataFolder_;
-  std::set<Path> visited_;
-  std::deque<Entry> links_;
-  std::vector<DataFolder> found_;
-};
-
-// Archives of the same name in two places get different names, so that a copy has both.
-void nameApart(std::vector<DataFolder>& archives) {
-  std::set<Path> taken;
-  for (const DataFolder& archive : archives) taken.insert(archive.name);
-  std::set<Path> named;
-  for (DataFolder& archive : archives) {
-    const Path own = archive.name;
-    for (int number = 2; named.contains(archive.name); ++number) {
-      Path next = own;
-      next += " (" + std::to_string(number) + ")";
-      if (!taken.contains(next)) archive.name = next;
-    }
-    named.insert(archive.name);
-    archive.archive = shownName(archive.name);
-  }
-}
 
 // Throws Problem if one of the files cannot be opened. A missing file is fine, and one that is in
 // use will be readable soon.
@@ -146,23 +41,26 @@ Path defaultDataFolder(FileSystem& files, const Path& programFolder, const Path&
   return userFolder / kProgramName / kDataFolderName;
 }
 
-std::vector<Path> archivePlacesOf(FileSystem& files, const Path& dataFolder) {
+std::vector<Path> archivePlacesOf(FileSystem& files, const Path& dataFolder,
+                                  const ReportProblem& report) {
   std::vector<Path> places;
-  const auto isPlace = [&](const Path& path) {
-    return withPath(path, [&] { return files.folderExists(path); });
+  const auto isAdded = [&](const Path& path) {
+    try {
+      requireUnbrokenLink(files, path);
+      if (!withPath(path, [&] { return files.folderExists(path); })) return false;
+      places.push_back(path);
+    } catch (const Problem& problem) {
+      report(problem);
+    }
+    return true;
   };
-  const Path inside = dataFolder / kArchives;
-  if (isPlace(inside)) places.push_back(inside);
   // The parent of "." or "Data/" is found only in the absolute path.
   const bool isNamed =
       dataFolder.has_filename() && dataFolder.filename() != "." && dataFolder.filename() != "..";
   const Path named = isNamed ? dataFolder : absoluteFolder(dataFolder);
-  for (const Path& folder : {named, withoutLinks(dataFolder)}) {
-    const Path beside = folder.parent_path() / kArchives;
-    if (!isPlace(beside)) continue;
-    places.push_back(beside);
-    break;
-  }
+  const bool isBeside = isAdded(named.parent_path() / kArchives);
+  if (!isBeside) static_cast<void>(isAdded(withoutLinks(dataFolder).parent_path() / kArchives));
+  static_cast<void>(isAdded(dataFolder / kArchives));
   return places;
 }
 
@@ -190,9 +88,8 @@ std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
   requireDataFiles(files, dataFolder);
   std::vector<DataFolder> folders{{.path = dataFolder, .archive = {}}};
   if (archives == Archives::LeaveOut) return folders;
-  auto found = ArchiveSearch(files, dataFolder, report).below(archivePlacesOf(files, dataFolder));
-  nameApart(found);
-  folders.insert(folders.end(), found.begin(), found.end());
+  const FoundArchives found = findArchives(files, dataFolder, report);
+  folders.insert(folders.end(), found.archives.begin(), found.archives.end());
   return folders;
 }
 

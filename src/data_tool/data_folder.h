@@ -14,8 +14,8 @@ struct DataFolder {
   Path path;
   // The archive's name in UTF-8, such as "2026/May"; empty for the data folder.
   std::string archive;
-  // The same as a path, for copies. Of two archives of the same name, the second one has " (2)"
-  // at its end.
+  // The same as a path, for copies. Of two archives of the same name, the one inside the
+  // data folder has " (2)" at its end.
   Path name = {};
 
   bool operator==(const DataFolder&) const = default;
@@ -29,12 +29,6 @@ inline constexpr const char* kDataFolderName = "Data";
 // their data, such as ~/.local/share.
 [[nodiscard]] Path defaultDataFolder(FileSystem& files, const Path& programFolder,
                                      const Path& userFolder);
-
-// Where the archives of a data folder are: in the folder "Archives" inside it, as in a copy, and in
-// the one beside it, as in the program's folder. A missing one is left out. If the data folder is
-// named by a link and nothing is beside the link, the second place is beside the folder itself.
-// Throws Problem.
-[[nodiscard]] std::vector<Path> archivePlacesOf(FileSystem& files, const Path& dataFolder);
 
 // Whether the folder holds one of the four data files.
 [[nodiscard]] bool holdsDataFiles(FileSystem& files, const Path& folder);
@@ -51,11 +45,15 @@ enum class Archives { Include, LeaveOut };
 // Receives what keeps one archive from being read, but not the others.
 using ReportProblem = std::function<void(const Problem& problem)>;
 
-// The data folder, then its archives sorted by their paths. Every folder below the place of the
-// archives that holds a data file is one, except the data folder itself. Links to folders are
-// followed, except those to a folder that contains the data folder. Each archive is found only
-// once, if possible under its own name. A folder that cannot be listed is reported. Throws Problem
-// as requireDataFiles().
+// Where the archives of a data folder are: in the folder "Archives" beside it, as in the program's
+// folder, and in the one inside it, as in a copy. A missing one is left out. If the data folder is
+// named by a link and nothing is beside the link, the first place is beside the folder itself. A
+// place that cannot be reached is reported.
+[[nodiscard]] std::vector<Path> archivePlacesOf(FileSystem& files, const Path& dataFolder,
+                                                const ReportProblem& report);
+
+// The data folder, then its archives as findArchives() finds them. Throws Problem as
+// requireDataFiles().
 [[nodiscard]] std::vector<DataFolder> dataFoldersOf(FileSystem& files, const Path& dataFolder,
                                                     Archives archives, const ReportProblem& report);
 

@@ -168,9 +168,6 @@ int DataTool::exportData(const Arguments& arguments) {
   if (arguments.output) {
     const Path target = pathOfArgument(*arguments.output);
     requireOutside(surroundings_.files, target, folders.front().path);
-    for (const Path& place : archivePlacesOf(surroundings_.files, folders.front().path)) {
-      requireOutside(surroundings_.files, target, place);
-    }
     writeFile(surroundings_.files, target,
               [&](Output& output, const DeferredSignals& signals) { writeTo(output, &signals); });
     return kStatusFine;

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "data_tool/buffered_output.h"
-#include "data_tool/outside.h"
 #include "data_tool/problem.h"
+#include "data_tool/resolved_path.h"
 #include "data_tool/stage_folder.h"
 #include "platform/file_replacement.h"
 
@@ -21,12 +21,15 @@ bool isSpecialFile(const Path& path) {
 // Throws Problem unless the user's `path`, which is `target` without links, may be that of a new
 // file, or is that of a file that may be replaced.
 void requireFileName(FileSystem& files, const Path& path, const Path& target) {
-  if (!path.has_filename() || withPath(path, [&] { return files.folderExists(target); })) {
+  if (withPath(path, [&] { return files.folderExists(target); })) {
     throw Problem::ofFile(path, "This is a folder. Name a file.");
+  }
+  if (!path.has_filename()) {
+    throw Problem::ofFile(path, "This is the name of a folder. Name a file.");
   }
   if (isLink(target)) throw Problem::ofFile(path, "This is a link to a file that is missing.");
   if (isSpecialFile(target)) {
-    throw Problem::ofFile(path, "This is a device or a pipe. Use standard output instead.");
+    throw Problem::ofFile(path, kUseStandardOutput);
   }
   // The file system would replace even a file that is write-protected.
   withPath(path, [&] {
@@ -42,7 +45,8 @@ void writeFile(FileSystem& files, const Path& path,
   requireFileName(files, path, target);
   const Path stage = replacementNameOf(target);
   requireNothingAt(files, stage,
-                   "This folder is left from an interrupted export. Remove it and try again.");
+                   "This folder belongs to an export that is running or was interrupted. If it was "
+                   "interrupted, remove the folder and try again.");
   const DeferredSignals signals;
   const StageFolder folder(files, stage);
   const Path next = folder.path() / target.filename();

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "data_tool/outside.h"
 #include "data_tool/record_check.h"
+#include "data_tool/resolved_path.h"
 #include "datafiles/record_layouts.h"
 #include "datafiles/site_record.h"
 #include "datafiles/working_folder.h"
@@ -23,10 +23,6 @@ constexpr std::size_t kLongestLine = std::size_t{64} * 1024;  // that Quorrix re
 
 enum class Numbers { Any, SixteenBit };
 enum class Duplicates { Fine, Remarked };
-
-bool isUnfinishedCopy(const Path& name) {
-  return name.native().ends_with(replacementNameOf(Path()).native());
-}
 
 // Remembers the first record of each site. Only for files with 16-bit numbers, so it stays small.
 class FirstRecords {
@@ -169,7 +165,7 @@ void FolderCheck::checkLoadFile(const DataFolder& folder) {
 
 void FolderCheck::remarkUnfinishedCopies(const Path& folder) {
   for (const Path& name : withPath(folder, [&] { return files_.fileNames(folder); })) {
-    if (isUnfinishedCopy(name)) remark(folder / name, {}, {}, "This is an unfinished copy.");
+    if (isReplacementName(name)) remark(folder / name, {}, {}, "This is an unfinished copy.");
   }
 }
 

@@ -8,6 +8,7 @@
 #include "data_tool/file_copy.h"
 #include "data_tool/outside.h"
 #include "data_tool/problem.h"
+#include "data_tool/resolved_path.h"
 #include "datafiles/working_folder.h"
 #include "platform/deferred_signals.h"
 #include "platform/failure.h"
@@ -117,7 +118,6 @@ void copyFolders(FileSystem& files, const Path& data, Archives archives, const P
   requireDataFiles(files, data);
   const Path named = outputTarget(target);
   requireOutside(files, named, data);
-  for (const Path& place : archivePlacesOf(files, data)) requireOutside(files, named, place);
   const DeferredSignals signals;
   LockTurns turns(timing, &signals);
   CopyStage stage(files, named);

@@ -23,6 +23,10 @@ class Problem final : public std::runtime_error {
   [[nodiscard]] static Problem ofFile(const Path& path, int failureNumber);
 };
 
+// What is read by another program while it is written.
+inline constexpr const char* kUseStandardOutput =
+    "This is a device or a pipe. Use standard output instead.";
+
 // Calls `work`, and turns its Failure into a Problem of `path`.
 template <typename Work>
 auto withPath(const Path& path, Work work) {

@@ -8,14 +8,19 @@
 namespace quorrix {
 namespace {
 
+constexpr const char* kReplacementEnding = ".quorrix-new";
 constexpr std::size_t kBlockSize = std::size_t{256} * 1024;  // in bytes
 
 }  // namespace
 
 Path replacementNameOf(const Path& path) {
   Path name = path;
-  name += ".quorrix-new";
+  name += kReplacementEnding;
   return name;
+}
+
+bool isReplacementName(const Path& path) {
+  return path.native().ends_with(Path(kReplacementEnding).native());
 }
 
 void writeCopy(RandomAccessFile& from, RandomAccessFile& into) {

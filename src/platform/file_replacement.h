@@ -13,6 +13,9 @@ namespace quorrix {
 // replacement finds and removes what a crash left.
 [[nodiscard]] Path replacementNameOf(const Path& path);
 
+// Whether replacementNameOf() gave `path` its name, probably before a crash.
+[[nodiscard]] bool isReplacementName(const Path& path);
+
 void writeCopy(RandomAccessFile& from, RandomAccessFile& into);
 
 [[nodiscard]] bool holdSameBytes(RandomAccessFile& one, RandomAccessFile& other);

@@ -176,6 +176,18 @@ class LinkedDataFolders : public testing::Test {
     std::filesystem::create_directory_symlink(folder_ / target, folder_ / name);
   }
 
+  // The links that are reported, from the folder of the test.
+  std::vector<std::string> reported() {
+    std::vector<std::string> links;
+    const auto report = [&](const Problem& problem) {
+      const std::string text = problem.what();
+      const auto begin = folder_.path().string().size() + 1;
+      links.push_back(text.substr(begin, text.find(": ") - begin));
+    };
+    static_cast<void>(dataFoldersOf(files_, folder_ / "Data", Archives::Include, report));
+    return links;
+  }
+
   std::vector<std::string> archives() { return archivesIn(files_, folder_ / "Data"); }
 
   test::TemporaryFolder folder_;
@@ -216,6 +228,36 @@ TEST_F(LinkedDataFolders, AreNotSoughtWhereALinkLeadsToAFolderAboveTheData) {
   givenAnArchive(folder_, "Other");
   givenALink("Archives/Up", "");
   EXPECT_EQ(archives(), (std::vector<std::string>{"", "May"}));
+}
+
+// An archive on a disk that is not mounted would otherwise be missing without a word.
+TEST_F(LinkedDataFolders, AreReportedIfALinkLeadsNowhere) {
+  givenALink("Archives/2024", "unplugged/2024");
+  givenALink("Archives/May/Loop", "Archives/May/Loop");
+  std::filesystem::create_symlink("../unplugged", folder_ / "Archives" / "May" / "notes.dat");
+  EXPECT_EQ(reported(), (std::vector<std::string>{"Archives/2024", "Archives/May/Loop",
+                                                  "Archives/May/notes.dat"}));
+  std::filesystem::rename(folder_ / "Archives", folder_ / "Away");
+  givenALink("Archives", "unplugged");
+  EXPECT_EQ(reported(), std::vector<std::string>{"Archives"});
+}
+
+TEST_F(LinkedDataFolders, AreNotUnfinishedOutput) {
+  givenAnArchive(folder_, "Archives/Copy.quorrix-new");
+  EXPECT_EQ(archives(), (std::vector<std::string>{"", "May"}));
+}
+
+TEST_F(LinkedDataFolders, HaveTheSameNamesHoweverTheFolderIsNamed) {
+  givenAnArchive(folder_, "Data/Archives/May");
+  const Path earlier = std::filesystem::current_path();
+  std::filesystem::current_path(folder_ / "Data");
+  for (const Path& name : {folder_ / "Data", Path("."), Path("../Data"), Path("../Data//")}) {
+    const auto folders = dataFoldersOf(files_, name, Archives::Include, {});
+    EXPECT_EQ(namesOf(folders), (std::vector<std::string>{"", "May", "May (2)"})) << name;
+    EXPECT_TRUE(
+        std::filesystem::equivalent(folders[2].path, folder_ / "Data" / "Archives" / "May"));
+  }
+  std::filesystem::current_path(earlier);
 }
 
 TEST_F(LinkedDataFolders, EndWhereALinkLeadsBack) {

@@ -74,6 +74,19 @@ TEST_F(ExportTest, IncludesPasswordsOnlyIfAsked) {
             std::string::npos);
 }
 
+// Sites that were archived in between would be missing in both places.
+TEST_F(ExportTest, FailsIfTheArchivesChange) {
+  bool isReading = false;
+  files.onEveryCall([&] {
+    if (isReading || files.calls().back() != test::FileCall::ReadAt) return;
+    isReading = true;
+    given("Archives/June/nodes.dat", siteRecord("www.mill.example"));
+  });
+  EXPECT_EQ(run({"export", "--format", "json"}), 2);
+  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix") / "Data").string() +
+                       ": The archives changed. Try again.\n");
+}
+
 TEST_F(ExportTest, OfNothingIsStillJson) {
   given("Empty/nodes.dat", "");
   EXPECT_EQ(run({"export", "--format", "json", "--data", "Quorrix/Empty", "--no-archives"}), 0);
@@ -226,6 +239,27 @@ TEST_F(PageTest, ShowsPasswordsAndASecondUserID) {
 </dl>)"),
             std::string::npos)
       << shown;
+}
+
+// The tree of Quorrix has at most 50 levels.
+TEST_F(PageTest, ListsAddressesThatTheTreeCannotHold) {
+  std::string deep = "a.b";
+  for (int level = 2; level <= 51; ++level) deep += "/c";
+  given("Data/nodes.dat", siteRecord(deep) + siteRecord(deep, 'S'));
+  given("Data/notes.dat", test::notesRecord(deep, "Deep.") + test::notesRecord(deep + "/d", "No."));
+  given("Data/info.dat", "");
+  given("Data/purchases.dat", "");
+  EXPECT_EQ(page({"--no-archives"}),
+            "<ul>\n<li class=\"site\"><a href=\"http://" + deep + "\">" + deep +
+                "</a> http <time>2026-07-01 08:00:00</time>\n"
+                "<dl>\n<dt>Notes</dt><dd dir=\"auto\">Deep.</dd>\n</dl></li>\n"
+                "<li class=\"site\"><a href=\"https://" +
+                deep + "\">" + deep +
+                "</a> https <time>2026-07-01 08:00:00</time></li>\n"
+                "<li class=\"site\"><bdi>" +
+                deep +
+                "/d</bdi>\n"
+                "<dl>\n<dt>Notes</dt><dd dir=\"auto\">No.</dd>\n</dl></li>\n</ul>\n");
 }
 
 TEST_F(PageTest, OfNothingSaysSo) {

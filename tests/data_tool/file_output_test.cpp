@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #ifndef _WIN32
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -84,7 +85,8 @@ TEST_F(FileOutputTest, KeepsTheOldFileIfTheWriterGivesUp) {
 TEST_F(FileOutputTest, RefusesAFolder) {
   std::filesystem::create_directory(folder_ / "sites.json");
   EXPECT_TRUE(write("new").ends_with("sites.json: This is a folder. Name a file."));
-  EXPECT_TRUE(write("new", "missing/").ends_with("missing/: This is a folder. Name a file."));
+  EXPECT_TRUE(
+      write("new", "missing/").ends_with("missing/: This is the name of a folder. Name a file."));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "missing"));
 }
 
@@ -99,9 +101,10 @@ TEST_F(FileOutputTest, RefusesAWriteProtectedFile) {
 
 TEST_F(FileOutputTest, NamesTheFolderThatIsLeft) {
   std::filesystem::create_directory(folder_ / "sites.json.quorrix-new");
-  EXPECT_TRUE(write("new").ends_with(
-      "sites.json.quorrix-new: This folder is left from an interrupted export. Remove it and try "
-      "again."));
+  EXPECT_TRUE(
+      write("new").ends_with("sites.json.quorrix-new: This folder belongs to an export that is "
+                             "running or was interrupted. "
+                             "If it was interrupted, remove the folder and try again."));
 }
 
 TEST_F(FileOutputTest, NamesTheFolderInWhichNothingCanBeWritten) {
@@ -140,7 +143,32 @@ TEST_F(FileOutputTest, RefusesALinkOfAnotherUser) {
   ASSERT_EQ(::lchown((folder_ / "sites.json").c_str(), 12345, 12345), 0);
   EXPECT_TRUE(write("new").ends_with(
       "sites.json: This link belongs to another user. Name the place it leads to."));
+  // On the way, and after a link of one's own.
+  std::filesystem::create_symlink("sites.json", folder_ / "own.json");
+  EXPECT_TRUE(write("new", "own.json").starts_with((folder_ / "sites.json").string() + ": This"));
+  std::filesystem::create_directory(folder_ / "real");
+  std::filesystem::create_symlink("real", folder_ / "theirs");
+  ASSERT_EQ(::lchown((folder_ / "theirs").c_str(), 12345, 12345), 0);
+  EXPECT_TRUE(write("new", "theirs/new.json").find("theirs: This link belongs") !=
+              std::string::npos);
   EXPECT_EQ(folder_.bytesOf("real.json"), "old");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "real" / "new.json"));
+}
+
+TEST_F(FileOutputTest, RefusesAPipe) {
+  ASSERT_EQ(::mkfifo((folder_ / "sites.json").c_str(), 0600), 0);
+  EXPECT_TRUE(write("new").ends_with(
+      "sites.json: This is a device or a pipe. Use standard output instead."));
+  expectAlone();
+}
+
+// It could be redirected to a file, which would be replaced while others write to it.
+TEST_F(FileOutputTest, RefusesStandardOutput) {
+  for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+    EXPECT_NE(write("new", name).find(": This is a device or a pipe. Use standard output instead."),
+              std::string::npos)
+        << name;
+  }
 }
 #endif
 

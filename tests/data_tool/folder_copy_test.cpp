@@ -66,6 +66,39 @@ TEST_F(FolderCopyTest, RefusesAPlaceInTheFoldersThatAreRead) {
   EXPECT_EQ(copy(folder_ / "New" / "Copy"), "");
 }
 
+#ifndef _WIN32
+TEST_F(FolderCopyTest, RefusesAPlaceBelowAFolderThatALinkOfTheArchivesLeadsTo) {
+  std::filesystem::create_directories(folder_ / "Disk" / "2025");
+  folder_.givenAFile("Disk/2025/nodes.dat", "");
+  std::filesystem::create_directory_symlink(folder_ / "Disk", folder_ / "Archives" / "Disk");
+  EXPECT_EQ(copy(folder_ / "Disk" / "Copy"),
+            (folder_ / "Disk" / "Copy").string() +
+                ": The output cannot be inside a folder that is read.");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Disk" / "Copy"));
+}
+#endif
+
+TEST_F(FolderCopyTest, GivesUpIfAFileStaysInUse) {
+  std::unique_ptr<RandomAccessFile> open;
+  onEveryWrite([&] {
+    if (!open) open = real_.openRandomAccess(folder_ / "Data" / "info.dat");
+  });
+  EXPECT_EQ(copy(folder_ / "Copy"), (folder_ / "Data" / "info.dat").string() +
+                                        ": Another program is using this file. Try again later.");
+  open.reset();
+  files_.reset();
+  // From when every file has been read twice, because it is new.
+  files_.onEveryCall([&] {
+    if (!open && files_.callsOf(FileCall::ReadAt) == 10 &&
+        files_.calls().back() == FileCall::OpenForReading) {
+      open = real_.openRandomAccess(folder_ / "Data" / "load.txt");
+    }
+  });
+  EXPECT_NE(copy(folder_ / "Copy").find(": Another program is using the files. Try again later."),
+            std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Copy"));
+}
+
 TEST_F(FolderCopyTest, LocksNothingWhileItWrites) {
   std::set<std::string> locked;
   files_.onEveryCall([&] {

@@ -167,6 +167,21 @@ class ListOfDetailsTest : public testing::Test, protected ToolStage {
   }
 };
 
+// Quorrix keeps no more, so the file is damaged or none of its own.
+TEST_F(ListOfDetailsTest, HasAtMost32767RecordsOfAFile) {
+  std::string logins;
+  for (int number = 1; number <= 32'767; ++number) {
+    logins += test::loginRecord("www.mill.example/" + std::to_string(number), "anna", "");
+  }
+  given("Data/info.dat", logins);
+  EXPECT_EQ(run({"list", "--with", "logins", "--no-archives"}), 0);
+  EXPECT_EQ(error, "");
+  given("Data/info.dat", logins + test::loginRecord("www.mill.example", "anna", ""));
+  EXPECT_EQ(run({"list", "--with", "logins", "--no-archives"}), 2);
+  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix") / "Data" / "info.dat").string() +
+                       ": The file has more than 32,767 records.\n");
+}
+
 TEST_F(ListOfDetailsTest, HasAddressesWithoutARecordBelowTheSitesOfTheirFolder) {
   EXPECT_EQ(run({"list", "--with", "notes,logins"}), 0);
   EXPECT_EQ(output,
@@ -275,6 +290,25 @@ TEST_F(SearchTest, FindsAnEmptyTextOnlyWithADate) {
   EXPECT_EQ(addresses({""}), "");
   EXPECT_EQ(status, 1);
   EXPECT_EQ(addresses({"", "--after", "11/1/26"}), "news.harbour.example ");
+}
+
+TEST_F(ListTest, ReportsOutputThatCannotBeWritten) {
+  given("Data/nodes.dat", siteRecord("www.garden.example"));
+  std::string told;
+  const auto runWith = [&](const std::function<void(std::string_view)>& write) {
+    told.clear();
+    DataTool tool({.files = files,
+                   .codePage = test::westernCodePage(),
+                   .defaultFolder = "Quorrix/Data",
+                   .write = write,
+                   .writeError = [&](std::string_view text) { told += text; },
+                   .terminalWidth = {}});
+    return tool.run({"list"});
+  };
+  EXPECT_EQ(runWith([](std::string_view) { throw Failure(failure::kDiskFull); }), 2);
+  EXPECT_EQ(told, "quorrix-data: Disk full.\n");
+  EXPECT_EQ(runWith([](std::string_view) { throw std::bad_alloc(); }), 2);
+  EXPECT_EQ(told, "quorrix-data: Out of memory.\n");
 }
 
 TEST_F(SearchTest, RefusesATextThatIsNotADate) {

@@ -12,7 +12,7 @@
 #include "platform/file_replacement.h"
 #include "platform/first_line.h"
 #include "platform/folder_listing.h"
-#include "platform/link_owner.h"
+#include "platform/link_kind.h"
 #include "platform/linux/file_lock.h"
 #include "platform/linux/mounted_volumes.h"
 #include "platform/linux/posix_random_access_file.h"
@@ -59,7 +59,8 @@ bool isWritingRefused(const Path& path) {
 
 // The path that a rename has to replace, so that a link stays a link.
 Path withoutLinks(const Path& path) {
-  if (isLinkOfAnotherUser(path)) return path;
+  // A link that another user made may lead to any of this user's files.
+  if (linkKindOf(path) == LinkKind::AnotherUsers) return path;
   std::error_code leadsNowhere;
   const Path target = std::filesystem::canonical(path, leadsNowhere);
   return leadsNowhere ? path : target;
