@@ -52,6 +52,7 @@ NO_MESSAGES = {
     "a shorter digest could hide a change",
     "Include passwords, in clear text",
     "Leave out the archives",
+    "System Volume Information",
     "List the recorded sites",
     "List the sites whose address contains TEXT, ignoring case",
     "Only sites visited on this day or later, such as 11/21/2026 (month first)",
