@@ -83,7 +83,7 @@ TEST_F(ExportTest, FailsIfTheArchivesChange) {
     given("Archives/June/nodes.dat", siteRecord("www.mill.example"));
   });
   EXPECT_EQ(run({"export", "--format", "json"}), 2);
-  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix") / "Data").string() +
+  EXPECT_EQ(error, "quorrix-data: " + Path("Quorrix/Data").string() +
                        ": The archives changed. Try again.\n");
 }
 

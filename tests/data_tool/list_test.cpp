@@ -178,7 +178,7 @@ TEST_F(ListOfDetailsTest, HasAtMost32767RecordsOfAFile) {
   EXPECT_EQ(error, "");
   given("Data/info.dat", logins + test::loginRecord("www.mill.example", "anna", ""));
   EXPECT_EQ(run({"list", "--with", "logins", "--no-archives"}), 2);
-  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix") / "Data" / "info.dat").string() +
+  EXPECT_EQ(error, "quorrix-data: " + (Path("Quorrix/Data") / "info.dat").string() +
                        ": The file has more than 32,767 records.\n");
 }
 
