@@ -6,7 +6,7 @@
 namespace quorrix {
 
 Problem Problem::ofFile(const Path& path, const std::string& reason) {
-  return Problem(shownPath(path) + ": " + reason);
+  return Problem{shownPath(path) + ": " + reason};
 }
 
 Problem Problem::ofFile(const Path& path, int failureNumber) {
