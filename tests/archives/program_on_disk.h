@@ -68,6 +68,7 @@ class ProgramOnDisk {
   }
 
   [[nodiscard]] MainForm& form() { return form_; }
+  [[nodiscard]] FakeClock& clock() { return clock_; }
   [[nodiscard]] FormEventPump& events() { return events_; }
   [[nodiscard]] AgreeingMessageBox& messageBox() { return messageBox_; }
   [[nodiscard]] FakeWindowSystem& windows() { return windows_; }

@@ -27,6 +27,7 @@ class BusyUser {
     user_.messageBox().sentences.clear();
     switch (step.kind) {
       case UserStep::Kind::Visit:
+        user_.clock().set(timeOfVisit(step.text));
         user_.visit("http://" + step.site);
         break;
       case UserStep::Kind::Notes:

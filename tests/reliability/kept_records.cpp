@@ -16,13 +16,19 @@ std::string bytesOf(const Path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
 std::string trimmed(const std::string& field) {
   return field.substr(0, field.find_last_not_of(' ') + 1);
 }
 
 // How the line of a record is made from the text behind its key.
 std::string siteLine(const std::string& key, const std::string& rest) {
-  return rest == "N7/9/26 3:04:05 PM~   " ? "site " + key : "broken site " + key;
+  const std::string time = rest.substr(10, 5);
+  const bool isTime = std::ranges::count(time, ':') == 1 && time[2] == ':' &&
+                      std::ranges::count_if(time, isDigit) == 4;
+  const bool isWhole = isTime && rest == "N7/9/26 3:" + time + " PM~   ";
+  return isWhole ? "site " + key + ": " + time : "broken site " + key;
 }
 
 std::string notesLine(const std::string& key, const std::string& rest) {
@@ -99,7 +105,7 @@ bool isDeleted(const std::string& line, const std::string& deleted,
 std::string lineOf(const UserStep& step) {
   switch (step.kind) {
     case UserStep::Kind::Visit:
-      return "site " + step.site;
+      return "site " + step.site + ": " + step.text;
     case UserStep::Kind::Notes:
       return "notes " + step.site + ": " + step.text;
     case UserStep::Kind::Password:
@@ -116,13 +122,33 @@ std::string lineOf(const UserStep& step) {
 // Whether the found records have `line`, or, if the step replaces it, what replaces it.
 bool isKept(const std::string& line, const UserStep& step, const Records& found) {
   if (found.contains(line)) return true;
-  const bool mayReplace =
-      step.kind == UserStep::Kind::Notes || step.kind == UserStep::Kind::Password;
-  const bool isReplaced = mayReplace && subjectOf(line) == subjectOf(lineOf(step));
+  const bool isReplaced =
+      step.kind != UserStep::Kind::Purchase && subjectOf(line) == subjectOf(lineOf(step));
   return isReplaced && found.contains(lineOf(step));
 }
 
+// How many records each subject has.
+std::map<std::string, std::size_t> subjectsOf(const Records& records) {
+  std::map<std::string, std::size_t> counts;
+  for (const std::string& line : records) ++counts[subjectOf(line)];
+  return counts;
+}
+
+std::size_t countOf(const std::map<std::string, std::size_t>& counts, const std::string& subject) {
+  const auto found = counts.find(subject);
+  return found == counts.end() ? 0 : found->second;
+}
+
 }  // namespace
+
+LocalDateTime timeOfVisit(const std::string& minuteAndSecond) {
+  return {.year = 2026,
+          .month = 7,
+          .day = 9,
+          .hour = 15,
+          .minute = std::stoi(minuteAndSecond.substr(0, 2)),
+          .second = std::stoi(minuteAndSecond.substr(3))};
+}
 
 KeptRecords KeptRecords::onDisk(const Path& programFolder) {
   KeptRecords kept;
@@ -138,8 +164,6 @@ KeptRecords KeptRecords::after(const UserStep& step) const {
   const std::string line = lineOf(step);
   switch (step.kind) {
     case UserStep::Kind::Visit:
-      if (!current_.contains(line)) next.current_.insert(line);
-      break;
     case UserStep::Kind::Notes:
     case UserStep::Kind::Password:
       std::erase_if(next.current_,
@@ -177,6 +201,13 @@ std::vector<std::string> KeptRecords::faultsOf(const KeptRecords& found,
   for (const std::string& line : found.current_) {
     const std::size_t most = std::max(current_.count(line), next.current_.count(line));
     if (found.current_.count(line) > most) faults.push_back("unexpected: " + line);
+  }
+  // A record is replaced in its place, so the old and the new one are never there together.
+  const auto before = subjectsOf(current_);
+  const auto afterwards = subjectsOf(next.current_);
+  for (const auto& [subject, count] : subjectsOf(found.current_)) {
+    const std::size_t most = std::max(countOf(before, subject), countOf(afterwards, subject));
+    if (most > 0 && count > most) faults.push_back("more than one: " + subject);
   }
   for (const auto& [name, records] : found.archives_) {
     if (isArchiving && name == interrupted->text) continue;

@@ -9,12 +9,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/clock.h"
 #include "platform/file_system.h"
 
 namespace quorrix::test {
 
 // One step of the user. `site` is an address, empty for the root; `text` is what is saved,
-// or the name of the archive's folder.
+// the name of the archive's folder, or the minute and second of a visit, such as "04:05".
 struct UserStep {
   enum class Kind : char {
     Visit = 'v',
@@ -28,6 +29,9 @@ struct UserStep {
   std::string site;
   std::string text;
 };
+
+// On July 9, 2026, after three in the afternoon.
+[[nodiscard]] LocalDateTime timeOfVisit(const std::string& minuteAndSecond);
 
 // Each record is a line such as "notes www.a.example: text".
 using Records = std::multiset<std::string>;

@@ -18,7 +18,8 @@ using test::UserStep;
 using Faults = std::vector<std::string>;
 using Kind = UserStep::Kind;
 
-const UserStep kVisit{Kind::Visit, "www.a.example", ""};
+const UserStep kVisit{Kind::Visit, "www.a.example", "04:05"};
+const UserStep kNextVisit{Kind::Visit, "www.a.example", "04:06"};
 const UserStep kNotes{Kind::Notes, "www.a.example", "old"};
 const UserStep kNewNotes{Kind::Notes, "www.a.example", "new"};
 const UserStep kDelete{Kind::Delete, "www.a.example", ""};
@@ -26,9 +27,9 @@ const UserStep kArchive{Kind::Archive, "", "May"};
 
 class KeptRecordsTest : public testing::Test {
  protected:
-  void givenASite(const std::string& folder) const {
+  void givenASite(const std::string& folder, const std::string& time = "3:04:05") const {
     folder_.givenAFile(folder + "/nodes.dat",
-                       test::siteRecord("www.a.example", 'N', "7/9/26 3:04:05 PM~"));
+                       test::siteRecord("www.a.example", 'N', "7/9/26 " + time + " PM~"));
   }
 
   void givenNotes(const std::string& folder, const std::string& notes) const {
@@ -72,6 +73,25 @@ TEST_F(KeptRecordsTest, AcceptTheOldOrTheNewNotesWhileTheyAreSaved) {
             (Faults{"lost: notes www.a.example: old", "unexpected: notes www.a.example: new"}));
 }
 
+TEST_F(KeptRecordsTest, AcceptTheOldOrTheNewStampOfAVisit) {
+  givenNotes("Data", "old");
+  givenASite("Data", "3:04:06");
+  EXPECT_EQ(kept_.faultsOf(onDisk(), kNextVisit), Faults{});
+  givenASite("Data", "3:04:05");
+  EXPECT_EQ(kept_.faultsOf(onDisk(), kNextVisit), Faults{});
+  EXPECT_EQ(kept_.after(kNextVisit).faultsOf(onDisk(), std::nullopt),
+            (Faults{"lost: site www.a.example: 04:06", "unexpected: site www.a.example: 04:05"}));
+  givenASite("Data", "3:14:06");
+  EXPECT_EQ(kept_.faultsOf(onDisk(), kNextVisit).size(), 2U) << "neither of them";
+}
+
+TEST_F(KeptRecordsTest, FindTheOldAndTheNewRecordTogether) {
+  givenASite("Data");
+  folder_.givenAFile("Data/notes.dat", test::notesRecord("www.a.example", "old") +
+                                           test::notesRecord("www.a.example", "new"));
+  EXPECT_EQ(kept_.faultsOf(onDisk(), kNewNotes), Faults{"more than one: notes www.a.example"});
+}
+
 TEST_F(KeptRecordsTest, AcceptARecordInTheArchiveOnlyWhileItIsMade) {
   givenASite("Data");
   givenNotes("Archives/May", "old");
@@ -82,7 +102,7 @@ TEST_F(KeptRecordsTest, AcceptARecordInTheArchiveOnlyWhileItIsMade) {
 TEST_F(KeptRecordsTest, FindARecordThatWasDeleted) {
   givenASite("Data");
   EXPECT_EQ(kept_.after(kDelete).faultsOf(onDisk(), std::nullopt),
-            Faults{"unexpected: site www.a.example"});
+            Faults{"unexpected: site www.a.example: 04:05"});
 }
 
 TEST_F(KeptRecordsTest, FindAPartOfARecord) {

@@ -1,6 +1,6 @@
-// A program that is killed at any moment while it records visits, saves, deletes and
-// archives: every record that it reported as saved is there, every file is a whole number
-// of records, and the next start works.
+// A program that is killed at any moment while it starts, records visits, saves, deletes
+// and archives: every record that it reported as saved is there, every file is a whole
+// number of records, and the next start works.
 //
 // QUORRIX_KILL_RUNS sets the number of runs, and QUORRIX_KILL_SEED repeats a run's steps.
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <random>
@@ -34,7 +35,9 @@ using test::UserStep;
 using Kind = UserStep::Kind;
 
 constexpr int kUsualRuns = 50;
-constexpr std::chrono::microseconds kLongestLife{400'000};  // after the program is ready
+constexpr unsigned kLongestLife = 400'000;    // microseconds after the program is ready
+constexpr unsigned kLongestStartUp = 50'000;  // microseconds after the fork
+constexpr unsigned kRunsForAnEarlyKill = 10;  // one of so many is killed that soon
 constexpr std::size_t kMostArchives = 6;
 
 unsigned numberFrom(const char* variable, unsigned otherwise) {
@@ -51,6 +54,8 @@ constexpr const char* kSites[] = {
     "shop.d.example/bread", "shop.d.example/butter",  "shop.d.example/milk/fresh",
     "mail.e.example/inbox", "mail.e.example/sent",    "mail.e.example/drafts"};
 
+enum class Life { StartOnly, UntilKilled };
+
 // The lines on the pipe: "+" before the first step, a step before it is taken, "." after
 // it, and "!" with a sentence if it failed.
 class Child {
@@ -58,30 +63,40 @@ class Child {
   Child(const Path& folder, unsigned seed, KeptRecords kept, int pipe)
       : folder_(folder), random_(seed), kept_(std::move(kept)), pipe_(pipe) {}
 
-  [[noreturn]] void run() {
-    PosixFileSystem files;
-    test::BusyUser user(files, folder_);
+  [[noreturn]] void run(Life life) {
+    try {
+      PosixFileSystem files;
+      test::BusyUser user(files, folder_);
+      start(user);
+      for (int number = 0; life == Life::UntilKilled; ++number) take(user, nextStep(number));
+    } catch (const std::exception& reason) {
+      fail(std::string("exception: ") + reason.what());
+    }
+    ::_exit(0);
+  }
+
+ private:
+  void start(test::BusyUser& user) {
     if (!user.start()) fail("the program does not start");
     for (const std::string& site : kept_.sites()) {
       if (!user.shows(site)) fail("not shown: " + site);
     }
     tell("+");
-    for (int number = 0;; ++number) {
-      const UserStep step = nextStep(number);
-      tell(std::string(1, static_cast<char>(step.kind)) + '\t' + step.site + '\t' + step.text);
-      const auto failures = user.take(step);
-      if (!failures.empty()) fail(failures.front());
-      kept_ = kept_.after(step);
-      tell(".");
-    }
   }
 
- private:
+  void take(test::BusyUser& user, const UserStep& step) {
+    tell(std::string(1, static_cast<char>(step.kind)) + '\t' + step.site + '\t' + step.text);
+    const auto failures = user.take(step);
+    if (!failures.empty()) fail(failures.front());
+    kept_ = kept_.after(step);
+    tell(".");
+  }
+
   // Mostly visits and saves; nothing can be kept, deleted or archived without a site.
   UserStep nextStep(int number) {
     const std::vector<std::string> sites = kept_.sites();
     const auto dice = sites.empty() ? 0 : random_() % 100;
-    if (dice < 35) return {Kind::Visit, kSites[random_() % std::size(kSites)], ""};
+    if (dice < 35) return {Kind::Visit, kSites[random_() % std::size(kSites)], timeOf(number)};
     const std::string& site = sites[random_() % sites.size()];
     const std::string text = std::to_string(::getpid()) + "-" + std::to_string(number);
     if (dice < 55) return {Kind::Notes, site, text};
@@ -91,6 +106,16 @@ class Child {
     if (dice < 85) return {Kind::Notes, site, text};
     if (dice < 93) return {Kind::Delete, deletedWith(site), ""};
     return {Kind::Archive, "", archiveFor(text)};
+  }
+
+  // One second after the other, in an hour that begins anywhere, so that each visit to a
+  // known site changes its record.
+  [[nodiscard]] std::string timeOf(int number) const {
+    const int second = (firstSecond_ + number) % 3600;
+    const auto twoDigits = [](int value) {
+      return (value < 10 ? "0" : "") + std::to_string(value);
+    };
+    return twoDigits(second / 60) + ":" + twoDigits(second % 60);
   }
 
   // The site, its host, or everything.
@@ -124,8 +149,14 @@ class Child {
 
   Path folder_;
   std::mt19937 random_;
+  int firstSecond_ = static_cast<int>(random_() % 3600);
   KeptRecords kept_;
   int pipe_;
+};
+
+struct Program {
+  pid_t process;
+  int pipe;  // to read from
 };
 
 UserStep stepOf(const std::string& line) {
@@ -141,43 +172,71 @@ class KillTest : public testing::Test {
     folder_.givenAFile("Data/load.txt", "none\r\n");
   }
 
-  // Starts a program, kills it after a random time, and returns what it told.
-  std::string tellingsOf(unsigned seed) {
+  [[nodiscard]] Program started(unsigned seed, Life life) const {
     int ends[2];
     if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
     const pid_t child = ::fork();
+    if (child < 0) throw std::runtime_error("no process");
     if (child == 0) {
       ::prctl(PR_SET_PDEATHSIG, SIGKILL);
       ::close(ends[0]);
-      try {
-        Child(folder_.path(), seed, kept_, ends[1]).run();
-      } catch (...) {
-        ::_exit(2);
-      }
+      Child(folder_.path(), seed, kept_, ends[1]).run(life);
     }
     ::close(ends[1]);
-    pollfd ready{ends[0], POLLIN, 0};
-    ::poll(&ready, 1, -1);
-    std::mt19937 random(seed);
-    std::this_thread::sleep_for(
-        std::chrono::microseconds(random() % static_cast<unsigned>(kLongestLife.count())));
-    ::kill(child, SIGKILL);
+    return {child, ends[0]};
+  }
+
+  // Waits for the end of the program. Returns what it told, and sets its wait status.
+  static std::string tellingsOf(const Program& program, int& status) {
     std::string told;
     char block[4096];
-    for (ssize_t count = 0; (count = ::read(ends[0], block, sizeof block)) > 0;) {
+    for (ssize_t count = 0; (count = ::read(program.pipe, block, sizeof block)) > 0;) {
       told.append(block, static_cast<std::size_t>(count));
     }
-    ::close(ends[0]);
-    ::waitpid(child, nullptr, 0);
+    ::close(program.pipe);
+    EXPECT_EQ(::waitpid(program.process, &status, 0), program.process);
     return told;
   }
 
+  // Starts a program and kills it at a random moment: early, while it starts, and else
+  // after it has started. Expects that it did not end by itself. Returns what it told.
+  std::string tellingsUntilKilled(unsigned seed, bool isEarly) {
+    const Program program = started(seed, Life::UntilKilled);
+    pollfd ready{program.pipe, POLLIN, 0};
+    if (!isEarly) ::poll(&ready, 1, -1);
+    std::mt19937 random(seed);
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(random() % (isEarly ? kLongestStartUp : kLongestLife)));
+    ::kill(program.process, SIGKILL);
+    int status = 0;
+    std::string told = tellingsOf(program, status);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL)
+        << "it ended by itself with status " << status << " after telling\n"
+        << told;
+    return told;
+  }
+
+  // Expects that the program starts and shows every recorded site.
+  void expectStart() {
+    int status = 0;
+    const std::string told = tellingsOf(started(0, Life::StartOnly), status);
+    EXPECT_EQ(told, "+\n");
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+    const auto faults = kept_.faultsOf(KeptRecords::onDisk(folder_.path()), std::nullopt);
+    EXPECT_EQ(faults, std::vector<std::string>{});
+  }
+
+  // `told` is empty if the program was killed while it started.
   void expectKept(const std::string& told) {
     std::optional<UserStep> interrupted;
     std::istringstream lines(told);
     std::string first;
     std::getline(lines, first);
-    EXPECT_EQ(first, "+") << "the program did not start";
+    if (told.empty()) {
+      ++killedEarly_;
+    } else {
+      EXPECT_EQ(first, "+") << "the program did not start";
+    }
     for (std::string line; std::getline(lines, line);) {
       if (line == ".") {
         kept_ = kept_.after(*interrupted);
@@ -207,6 +266,7 @@ class KillTest : public testing::Test {
   KeptRecords kept_;
   int steps_ = 0;
   int interrupted_ = 0;
+  int killedEarly_ = 0;
 };
 
 TEST_F(KillTest, LosesNoRecordThatWasReportedAsSaved) {
@@ -215,11 +275,16 @@ TEST_F(KillTest, LosesNoRecordThatWasReportedAsSaved) {
   std::cout << "measured: seed " << seed << std::endl;
   for (unsigned run = 0; run < runs && !HasFailure(); ++run) {
     SCOPED_TRACE("run " + std::to_string(run) + " of seed " + std::to_string(seed));
-    expectKept(tellingsOf(seed + run));
+    const bool isEarly = run % kRunsForAnEarlyKill == kRunsForAnEarlyKill - 1;
+    const std::string told = tellingsUntilKilled(seed + run, isEarly);
+    EXPECT_TRUE(isEarly || !told.empty()) << "it did not start";
+    expectKept(told);
     removeOldArchives();
   }
+  if (!HasFailure()) expectStart();
   std::cout << "measured: " << runs << " programs killed, " << steps_ << " steps reported as done, "
-            << interrupted_ << " interrupted\n";
+            << interrupted_ << " interrupted, " << killedEarly_
+            << " killed before they were ready\n";
 }
 
 }  // namespace

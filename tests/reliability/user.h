@@ -36,6 +36,7 @@ class User {
 
   [[nodiscard]] const Path& programFolder() const { return programFolder_; }
   [[nodiscard]] MainForm& form() { return program_.form(); }
+  [[nodiscard]] FakeClock& clock() { return program_.clock(); }
   [[nodiscard]] AgreeingMessageBox& messageBox() { return program_.messageBox(); }
 
   // Selects the site as a click does.
