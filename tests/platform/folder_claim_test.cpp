@@ -8,6 +8,12 @@
 #include "support/eventually.h"
 #include "support/temporary_folder.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <poll.h>
+#endif
+
 namespace quorrix {
 namespace {
 
@@ -34,6 +40,16 @@ Asked askWhileItAnswers(FolderClaim& first, const Path& folder) {
   EXPECT_TRUE(eventually([&] { return (asked.token = first.takeRequest()).has_value(); }));
   asked.result = result.get();
   return asked;
+}
+
+// Whether a later start waits for the answer of the program that has the folder.
+bool isAsked(const FolderClaim& claim) {
+#ifdef _WIN32
+  return ::WaitForSingleObject(reinterpret_cast<HANDLE>(claim.signal()), 0) == WAIT_OBJECT_0;
+#else
+  pollfd request{.fd = static_cast<int>(claim.signal()), .events = POLLIN, .revents = 0};
+  return ::poll(&request, 1, 0) == 1;
+#endif
 }
 
 TEST(FolderClaim, IsGrantedToTheFirstProgram) {
@@ -95,6 +111,7 @@ TEST(FolderClaim, IsTakenOverFromAProgramThatEndsInsteadOfAnswering) {
   FolderClaim second;
   auto result =
       std::async(std::launch::async, [&] { return second.claim(folder.path(), "", seconds(2)); });
+  EXPECT_TRUE(eventually([&] { return isAsked(*first); }));
   first.reset();
   EXPECT_EQ(result.get(), ClaimResult::Claimed);
 }
