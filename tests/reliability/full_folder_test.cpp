@@ -11,8 +11,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <string>
+#include <string_view>
 
 #include "platform/linux/posix_file_system.h"
 #include "records/record_file_stage.h"
@@ -26,7 +29,8 @@ namespace {
 using test::control;
 using test::User;
 
-constexpr std::size_t kRecords = 32'766;  // one less than fit, so that one can be added
+constexpr const char* kNow = "7/9/26 3:04:05 PM~";  // of the program's clock
+constexpr std::size_t kRecords = 32'766;            // one less than fit, so that one can be added
 
 std::size_t sitesWanted() {
   const char* const wanted = std::getenv("QUORRIX_SITES");
@@ -61,6 +65,31 @@ class FullFolder : public testing::Test {
     return std::filesystem::file_size(folder_ / file) / length;
   }
 
+  // Expects these bytes as the record of this number, counted from 0.
+  void expectRecord(const char* file, std::size_t number, const std::string& bytes) const {
+    std::string found(bytes.size(), '\0');
+    std::ifstream in(folder_ / file, std::ios::binary);
+    in.seekg(static_cast<std::streamoff>(number * bytes.size()));
+    in.read(found.data(), static_cast<std::streamsize>(found.size()));
+    EXPECT_EQ(found, bytes) << file;
+  }
+
+  // A digest of each data file in the folder. Of a million sites, the files are too large
+  // to keep in memory.
+  [[nodiscard]] std::map<std::string, std::size_t> digests(const std::string& folder) const {
+    std::map<std::string, std::size_t> digests;
+    for (const char* const name : {"nodes.dat", "notes.dat", "info.dat", "purchases.dat"}) {
+      std::ifstream file(folder_ / folder / name, std::ios::binary);
+      std::string block(1U << 20U, '\0');
+      std::size_t& digest = digests[name];
+      while (file.read(block.data(), static_cast<std::streamsize>(block.size())), file.gcount()) {
+        const std::string_view read(block.data(), static_cast<std::size_t>(file.gcount()));
+        digest = digest * 31 + std::hash<std::string_view>()(read);
+      }
+    }
+    return digests;
+  }
+
   // Runs a command, which must report no failure.
   template <typename Command>
   void timed(const char* what, Command command) {
@@ -77,6 +106,16 @@ class FullFolder : public testing::Test {
     user_.choose(entry, [&](QDialog& dialog) {
       control<FolderList>(dialog, "Dir1").setPath(folder_ / "Archives" / name);
       User::press(dialog, "OKButton");
+    });
+  }
+
+  // In the folder that the dialog shows first, Archives.
+  void makeFolder(const char* name) {
+    user_.choose("FileArchive", [&](QDialog& archive) {
+      User::press(archive, "NewButton", [&](QDialog& newArchive) {
+        User::type(newArchive, "Text1", name);
+        User::press(newArchive, "OKButton");
+      });
     });
   }
 
@@ -108,6 +147,8 @@ TEST_F(FullFolder, IsUsedByEveryCommand) {
   timed("a visit to a new site", [&] { user_.visit("http://one.two.three/a"); });
   timed("a visit to a known site", [&] { user_.visit("http://" + siteOf(sites_ - 1)); });
   EXPECT_EQ(recordsIn("Data/nodes.dat", 322), sites_ + 1);
+  expectRecord("Data/nodes.dat", sites_ - 1, test::siteRecord(siteOf(sites_ - 1), 'N', kNow));
+  expectRecord("Data/nodes.dat", sites_, test::siteRecord("one.two.three/a", 'N', kNow));
 
   const auto inPopup = [&](const std::string& site, const char* entry, const char* text,
                            const char* button) {
@@ -118,15 +159,27 @@ TEST_F(FullFolder, IsUsedByEveryCommand) {
     });
   };
   timed("replacing notes", [&] { inPopup(last, "PopUpNotes", "tulips", "OKButton"); });
+  expectRecord("Data/notes.dat", kRecords - 1, test::notesRecord(last, "tulips"));
   timed("adding notes", [&] { inPopup(without, "PopUpNotes", "tulips", "OKButton"); });
+  expectRecord("Data/notes.dat", kRecords, test::notesRecord(without, "tulips"));
   timed("deleting notes", [&] { inPopup(last, "PopUpNotes", nullptr, "DeleteButton"); });
+  expectRecord("Data/notes.dat", kRecords - 1, std::string(1324, ' '));
   EXPECT_EQ(recordsIn("Data/notes.dat", 1324), kRecords + 1);
   timed("replacing a user ID", [&] { inPopup(last, "PopUpPasswords", "otto", "OKButton"); });
+  expectRecord("Data/info.dat", kRecords - 1, test::userIDPasswordRecord(last, "secret", "otto"));
   timed("adding a user ID", [&] { inPopup(without, "PopUpPasswords", "otto", "OKButton"); });
+  expectRecord("Data/info.dat", kRecords, test::userIDPasswordRecord(without, "", "otto"));
   timed("deleting a user ID", [&] { inPopup(last, "PopUpPasswords", nullptr, "DeleteButton"); });
+  expectRecord("Data/info.dat", kRecords - 1, std::string(360, ' '));
   EXPECT_EQ(recordsIn("Data/info.dat", 360), kRecords + 1);
+  const std::string chair = test::purchaseRecord(last, {.dateStamp = kNow,
+                                                        .price = "~",
+                                                        .paymentMethod = "~",
+                                                        .item = "a chair~",
+                                                        .description = "~",
+                                                        .quantity = "~"});
   timed("adding a purchase", [&] { inPopup(last, "PopUpNewPurchase", "a chair", "OKButton"); });
-  EXPECT_EQ(recordsIn("Data/purchases.dat", 542), kRecords + 1);
+  expectRecord("Data/purchases.dat", kRecords, chair);
   timed("deleting a purchase", [&] {
     user_.select(last);
     user_.popUp("PopUpPurchases", [&](QDialog& purchases) {
@@ -136,6 +189,11 @@ TEST_F(FullFolder, IsUsedByEveryCommand) {
                   [](QDialog& purchase) { User::press(purchase, "DeleteButton"); });
     });
   });
+  expectRecord("Data/purchases.dat", kRecords - 1, std::string(542, ' '));
+  expectRecord("Data/purchases.dat", kRecords, chair);
+  EXPECT_EQ(recordsIn("Data/purchases.dat", 542), kRecords + 1);
+  timed("making a folder", [&] { makeFolder("June"); });
+  EXPECT_TRUE(std::filesystem::is_directory(folder_ / "Archives/June"));
 
   const auto byAddress = [](QDialog& dialog) { User::type(dialog, "Text3", "SITE-1.EXAMPLE"); };
   timed("a search by address", [&] { EXPECT_EQ(search(byAddress), 1000); });
@@ -154,26 +212,45 @@ TEST_F(FullFolder, IsUsedByEveryCommand) {
   });
   EXPECT_EQ(user_.form().tree().find(siteOf(1000)), kNoNode);
   EXPECT_EQ(folder_.bytesOf("Data/nodes.dat").find("www.site-1.example"), std::string::npos);
+  expectRecord("Data/nodes.dat", 999, test::siteRecord(siteOf(999)));
+  expectRecord("Data/nodes.dat", 1000, std::string(322, ' '));
+  expectRecord("Data/nodes.dat", 1999, std::string(322, ' '));
+  expectRecord("Data/notes.dat", 1999, std::string(1324, ' '));
+  expectRecord("Data/info.dat", 1999, std::string(360, ' '));
+  expectRecord("Data/purchases.dat", 1999, std::string(542, ' '));
+  expectRecord("Data/nodes.dat", 2000, test::siteRecord(siteOf(2000)));
+  const auto before = digests("Data");
   timed("clearing the display", [&] { user_.choose("FileClear"); });
+  EXPECT_EQ(user_.form().tree().find("one.two.three"), kNoNode);
+  EXPECT_EQ(digests("Data"), before);
 }
 
 TEST_F(FullFolder, IsArchivedLoadedAndDeleted) {
   ASSERT_TRUE(user_.start());
+  const auto given = digests("Data");
   timed("archiving to a new folder", [&] { inArchive("FileArchive", "May"); });
-  EXPECT_EQ(recordsIn("Archives/May/nodes.dat", 322), sites_);
+  EXPECT_EQ(digests("Archives/May"), given);
   EXPECT_EQ(recordsIn("Data/nodes.dat", 322), 0U);
   timed("loading an archive", [&] { inArchive("FileLoadArchive", "May"); });
   EXPECT_NE(user_.form().tree().find(siteOf(sites_ - 1)), kNoNode);
+  EXPECT_EQ(digests("Data"), given);
+  user_.visit("http://one.two.three/a");
+  const auto changed = digests("Data");
   timed("archiving to a used folder", [&] { inArchive("FileArchive", "May"); });
-  EXPECT_EQ(recordsIn("Archives/May/purchases.dat", 542), kRecords);
+  EXPECT_NE(changed, given);
+  EXPECT_EQ(digests("Archives/May"), changed);
   inArchive("FileLoadArchive", "May");
   timed("deleting an archive", [&] { inArchive("FileDeleteArchive", "May"); });
   EXPECT_FALSE(std::filesystem::exists(folder_ / "Archives/May/nodes.dat"));
+  EXPECT_EQ(digests("Data"), changed);
   timed("deleting the root", [&] {
     user_.select("ROOT");
     user_.choose("FileDelete");
   });
-  EXPECT_EQ(recordsIn("Data/nodes.dat", 322), 0U);
+  for (const char* const file :
+       {"Data/nodes.dat", "Data/notes.dat", "Data/info.dat", "Data/purchases.dat"}) {
+    EXPECT_EQ(std::filesystem::file_size(folder_ / file), 0U) << file;
+  }
 }
 
 }  // namespace
