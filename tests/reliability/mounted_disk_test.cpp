@@ -51,7 +51,7 @@ class MountedDisk : public testing::Test {
     return parent_.bytesOf("report");
   }
 
-  // Saves notes of the site; returns what the user is told and the length of the file.
+  // Each command returns what the user is told and the length of the file.
   static std::string saveNotes(test::User& user, char letter) {
     user.messageBox().sentences.clear();
     user.select(kSite);
@@ -59,10 +59,13 @@ class MountedDisk : public testing::Test {
       test::User::type(dialog, "Text1", std::string(1000, letter));
       test::User::press(dialog, "OKButton");
     });
-    std::string told;
-    for (const std::string& sentence : user.messageBox().sentences) told += sentence + " ";
-    const Path notes = user.programFolder() / "Data" / "notes.dat";
-    return told + std::to_string(std::filesystem::file_size(notes)) + "\n";
+    return toldAndLengthOf(user, "notes.dat");
+  }
+
+  static std::string visit(test::User& user, const std::string& site) {
+    user.messageBox().sentences.clear();
+    user.visit("http://" + site);
+    return toldAndLengthOf(user, "nodes.dat");
   }
 
   // Starts another program there; returns what the user is told.
@@ -76,6 +79,14 @@ class MountedDisk : public testing::Test {
   }
 
   test::TemporaryFolder parent_;
+
+ private:
+  static std::string toldAndLengthOf(test::User& user, const char* file) {
+    std::string told;
+    for (const std::string& sentence : user.messageBox().sentences) told += sentence + " ";
+    const Path path = user.programFolder() / "Data" / file;
+    return told + std::to_string(std::filesystem::file_size(path)) + "\n";
+  }
 };
 
 TEST_F(MountedDisk, ThatBecomesReadOnlyRefusesToSaveUntilItIsWritable) {
@@ -92,23 +103,28 @@ TEST_F(MountedDisk, ThatBecomesReadOnlyRefusesToSaveUntilItIsWritable) {
             "Path/file access error. Ending program.\n1324\n");
 }
 
-TEST_F(MountedDisk, ThatIsFullTakesNoRecordUntilThereIsRoom) {
+// A block of the disk takes twelve records of sites, so the twelfth still fits, and of the
+// thirteenth only a part.
+TEST_F(MountedDisk, ThatIsFullTakesOnlyWhatFitsUntilThereIsRoom) {
   const auto found = onADisk([](test::User& user) {
+    for (int i = 2; i <= 11; ++i) visit(user, "site" + std::to_string(i) + ".two.three");
     const Path ballast = user.programFolder() / "ballast";
     std::ofstream filling(ballast, std::ios::binary);
     while (filling.write(std::string(4096, 'x').data(), 4096).flush()) continue;
     filling.close();
     std::string report = saveNotes(user, 'a');
-    user.visit("http://seven.eight.nine/b");
-    report +=
-        std::to_string(std::filesystem::file_size(user.programFolder() / "Data" / "nodes.dat"));
-    report += "\n";
+    report += visit(user, "site12.two.three");
+    report += visit(user, "site13.two.three");
     std::filesystem::remove(ballast);
+    report += visit(user, "site13.two.three");
     report += saveNotes(user, 'b');
     return report;
   });
   if (!found) GTEST_SKIP() << "this system permits no mount of a small file system";
-  EXPECT_EQ(*found, "Unable to save notes. Unknown error. 0\n644\n1324\n");
+  EXPECT_EQ(*found,
+            "Unable to save notes. Unknown error. 0\n"
+            "3864\nDisk full. Stopping tracking. 3864\n"
+            "4186\n1324\n");
 }
 
 }  // namespace
