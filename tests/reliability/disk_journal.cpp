@@ -83,6 +83,9 @@ void DiskJournal::note(const SystemCallInfo& call, long result) {
     case SystemCall::Stat:
     case SystemCall::Lock:
     case SystemCall::Read:
+    case SystemCall::OpenFolder:
+    case SystemCall::ReadFolder:
+    case SystemCall::Access:
       return;
   }
 }

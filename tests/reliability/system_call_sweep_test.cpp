@@ -1,4 +1,6 @@
-// Every system call of every command fails once, under the real file system code.
+// Every system call of every command fails once, under the real file system code. Left out
+// are fstatat(), which the program calls only for links in a listed folder, and close(),
+// whose failure it ignores because it has synced everything before.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -14,6 +16,7 @@
 #include "platform/linux/posix_file_system.h"
 #include "reliability/program_folder.h"
 #include "reliability/swept_commands.h"
+#include "support/faulty_file_system.h"
 #include "support/linux/system_calls.h"
 
 namespace quorrix {
@@ -34,6 +37,7 @@ std::vector<Fault> faultsOf(SystemCall call) {
   constexpr Fault refused{EACCES, 75};
   switch (call) {
     case SystemCall::Open:
+    case SystemCall::OpenFolder:
       return {broken, refused, {EMFILE, 67}, {ENOMEM, 7}};
     case SystemCall::Write:
     case SystemCall::SyncData:
@@ -48,6 +52,8 @@ std::vector<Fault> faultsOf(SystemCall call) {
     case SystemCall::Lock:
     case SystemCall::Read:
     case SystemCall::Truncate:
+    case SystemCall::ReadFolder:
+    case SystemCall::Access:
       return {broken};
   }
   return {};
@@ -67,41 +73,78 @@ int openDescriptorsIn(const Path& folder) {
   return count;
 }
 
-// The step of a command whose n-th system call fails; 0 for none.
+// A system call that failed.
+struct FailedCall {
+  SystemCall kind;
+  Path path;
+  int fileCall;  // the call on the FileSystem that made it, counted from 1
+};
+
+// Which of its system calls fail is chosen for each of them.
 class FailingStep final : public test::SweptStep {
  public:
   using Choose = std::function<int(int number, const SystemCallInfo&)>;
 
   // `choose` is asked before each call, with its number counted from 1, for the errno
   // value with which it fails, or 0.
-  FailingStep(const Path& folder, Choose choose) : folder_(folder), choose_(std::move(choose)) {}
+  FailingStep(test::User& user, const test::FaultyFileSystem& files, const ProgramFolder& folder,
+              Choose choose)
+      : user_(user), files_(files), folder_(folder), choose_(std::move(choose)) {}
 
   void begin(QWidget&) override {
-    watch_ = std::make_unique<test::WatchedSystemCalls>(folder_);
+    callsBefore_ = files_.calls().size();
+    watch_ = std::make_unique<test::WatchedSystemCalls>(user_.programFolder());
     watch_->beforeEach([this](const SystemCallInfo& call) {
       ++calls_;
       const int code = choose_(calls_, call);
-      if (code != 0) failed = call.kind;
+      const auto fileCall = static_cast<int>(files_.calls().size() - callsBefore_);
+      if (code != 0) failed = FailedCall{call.kind, call.path, fileCall};
       return code;
     });
   }
 
-  void end() override { watch_.reset(); }
-  bool isToBeRepeated() override { return false; }
+  void end() override {
+    if (!watch_) return;
+    watch_.reset();
+    sentences = user_.messageBox().sentences;
+    state = folder_.state();
+  }
 
-  std::optional<SystemCall> failed;
+  bool isToBeRepeated() override {
+    if (sentences.empty()) return false;
+    user_.messageBox().sentences.clear();
+    isRepeated = true;
+    return true;
+  }
+
+  std::optional<FailedCall> failed;
+  std::vector<std::string> sentences;
+  State state;
+  bool isRepeated = false;
 
  private:
+  test::User& user_;
+  const test::FaultyFileSystem& files_;
+  const ProgramFolder& folder_;
+  std::size_t callsBefore_ = 0;
   int calls_ = 0;
-  Path folder_;
   Choose choose_;
   std::unique_ptr<test::WatchedSystemCalls> watch_;
 };
 
+bool isUnfinished(const std::string& path) { return path.ends_with(".quorrix-new"); }
+
+// A call that only looks at files may fail without effect: the program does without the
+// answer, or asks once more.
+bool onlyLooks(SystemCall call) {
+  return call == SystemCall::Open || call == SystemCall::Stat || call == SystemCall::Lock ||
+         call == SystemCall::Read || call == SystemCall::Access;
+}
+
 class SystemCallSweep : public testing::Test {
  protected:
   struct Outcome {
-    std::optional<SystemCall> failed;
+    std::optional<FailedCall> failed;
     std::vector<std::string> sentences;
     State state;
   };
@@ -109,61 +152,106 @@ class SystemCallSweep : public testing::Test {
   // Runs the command. Starts the program again on a state that no run left before.
   [[nodiscard]] Outcome run(const test::SweptCommand& command, const FailingStep::Choose& choose) {
     folder_.give(command.files);
-    PosixFileSystem files;
+    PosixFileSystem disk;
+    test::FaultyFileSystem files(disk);  // only counts
     test::User user(files, folder_.path());
     if (!command.isStartUp && !user.start()) ADD_FAILURE() << "the start failed";
-    FailingStep step(folder_.path(), choose);
+    FailingStep step(user, files, folder_, choose);
     command.run(user, step);
     step.end();
     EXPECT_EQ(openDescriptorsIn(folder_.path()), 0);
-    Outcome outcome{step.failed, user.messageBox().sentences, folder_.state()};
-    if (startedOn_.insert(outcome.state).second) {
-      test::User next(files, folder_.path());
+    if (!step.isRepeated && startedOn_.insert(step.state).second) {
+      test::User next(disk, folder_.path());
       EXPECT_TRUE(next.start());
     }
-    return outcome;
+    expectToSucceedNext(command, user, files, step);
+    return {step.failed, step.sentences, step.state};
+  }
+
+  // After a failure, the same command succeeds, unless the user has to do something before.
+  void expectToSucceedNext(const test::SweptCommand& command, test::User& user,
+                           const test::FaultyFileSystem& files, const FailingStep& failed) {
+    if (failed.sentences.empty() || command.isStartUp) return;
+    if (!failed.isRepeated) {
+      const int fileCall = failed.failed->fileCall;
+      if (needsRemedy(command, fileCall) || needsRemedy(command, fileCall + 1)) return;
+      user.messageBox().sentences.clear();
+      FailingStep again(user, files, folder_, [](int, const SystemCallInfo&) { return 0; });
+      command.run(user, again);
+      again.end();
+    }
+    EXPECT_EQ(user.messageBox().sentences, std::vector<std::string>{}) << "when repeated";
+    if (failed.state != stateAfter_) {
+      EXPECT_TRUE(folder_.state() == stateAfter_) << "when repeated";
+    }
+    ++repeated_;
+  }
+
+  static bool needsRemedy(const test::SweptCommand& command, int fileCall) {
+    const test::Stretch* const stretch = stretchOf(command, fileCall);
+    return stretch != nullptr && stretch->remedy != test::Remedy::None;
   }
 
   // The file states that the undisturbed command passes through.
   void runUndisturbed(const test::SweptCommand& command) {
     kinds_.clear();
-    seen_.clear();
-    const auto note = [this](const State& state) {
-      for (const auto& [path, bytes] : state) seen_[path].insert(bytes);
-    };
+    statesAt_.clear();
     const Outcome outcome = run(command, [&](int, const SystemCallInfo& call) {
       kinds_.push_back(call.kind);
-      note(folder_.state());
+      statesAt_.push_back(withoutUnfinished(folder_.state()));
       return 0;
     });
     EXPECT_EQ(outcome.sentences, std::vector<std::string>{});
-    note(outcome.state);
     stateAfter_ = outcome.state;
   }
 
-  // A failed look at a file may count as a missing one, which is told with its own number.
-  static bool isToldBy(const test::SweptCommand& command, const Outcome& outcome, int number) {
-    return std::ranges::any_of(command.stretches, [&](const test::Stretch& stretch) {
-      if (stretch.told == nullptr) return false;
-      for (std::size_t i = 0; i < test::kSweptNumbers.size(); ++i) {
-        const bool isMeant = test::kSweptNumbers[i] == number || outcome.failed == SystemCall::Stat;
-        if (isMeant && (*stretch.told)[i] == outcome.sentences.at(0)) return true;
-      }
-      return false;
-    });
+  static State withoutUnfinished(State state) {
+    std::erase_if(state, [](const auto& file) { return isUnfinished(file.first); });
+    return state;
   }
 
-  void expectFilesOfTheCommand(const Outcome& outcome) const {
+  static const test::Stretch* stretchOf(const test::SweptCommand& command, int fileCall) {
+    int last = 0;
+    for (const test::Stretch& stretch : command.stretches) {
+      last += stretch.calls;
+      if (fileCall <= last) return &stretch;
+    }
+    return nullptr;
+  }
+
+  // A failed look at a file may count as a missing one or as one in use, which is told
+  // with its own number.
+  static bool isToldAs(const std::string& sentence, const test::Sentences& told,
+                       const FailedCall& failed, int number) {
+    for (std::size_t i = 0; i < test::kSweptNumbers.size(); ++i) {
+      const int swept = test::kSweptNumbers[i];
+      const bool isMeant = swept == number || (failed.kind == SystemCall::Stat &&
+                                               (swept == 53 || swept == 75 || swept == 76));
+      if (isMeant && told[i] == sentence) return true;
+    }
+    return false;
+  }
+
+  // The command went on. It did everything, except that a start leaves it to the next
+  // operation on a missing file to create it.
+  void expectDone(const Outcome& outcome, const test::Stretch& stretch) const {
+    const bool isPassedOver = stretch.told == nullptr;
+    EXPECT_TRUE(isPassedOver || onlyLooks(outcome.failed->kind));
+    State expected = stateAfter_;
+    const std::string name = outcome.failed->path.lexically_relative(folder_.path()).string();
+    const auto file = expected.find(name);
+    const bool isEmpty = file != expected.end() && file->second.empty();
+    if (isPassedOver && isEmpty && !outcome.state.contains(name)) expected.erase(file);
+    EXPECT_TRUE(withoutUnfinished(outcome.state) == expected);
+  }
+
+  // An unfinished copy that could not be removed is removed by the next one.
+  static void expectUnfinishedOnlyIfNotRemoved(const Outcome& outcome) {
     for (const auto& [path, bytes] : outcome.state) {
-      const bool isUnfinished = path.ends_with(".quorrix-new");
-      if (isUnfinished) {
-        // The next copy removes it.
-        EXPECT_TRUE(outcome.failed == SystemCall::Unlink || outcome.failed == SystemCall::Stat)
-            << path;
-        continue;
-      }
-      const auto file = seen_.find(path);
-      EXPECT_TRUE(file != seen_.end() && file->second.contains(bytes)) << path;
+      if (!isUnfinished(path)) continue;
+      EXPECT_TRUE(outcome.failed->kind == SystemCall::Unlink ||
+                  outcome.failed->kind == SystemCall::Stat)
+          << path;
     }
   }
 
@@ -171,18 +259,30 @@ class SystemCallSweep : public testing::Test {
                                   const Fault& fault) {
     const Outcome outcome = run(
         command, [&](int call, const SystemCallInfo&) { return call == failing ? fault.code : 0; });
-    EXPECT_TRUE(outcome.failed);
-    expectFilesOfTheCommand(outcome);
-    if (outcome.sentences.empty()) return;
+    ASSERT_TRUE(outcome.failed);
+    const test::Stretch* const stretch = stretchOf(command, outcome.failed->fileCall);
+    ASSERT_NE(stretch, nullptr);
+    expectUnfinishedOnlyIfNotRemoved(outcome);
+    if (outcome.sentences.empty()) {
+      ++untold_;
+      return expectDone(outcome, *stretch);
+    }
+    ASSERT_NE(stretch->told, nullptr) << outcome.sentences[0];
     ASSERT_EQ(outcome.sentences.size(), 1U);
-    EXPECT_TRUE(isToldBy(command, outcome, fault.number)) << outcome.sentences[0];
+    EXPECT_TRUE(isToldAs(outcome.sentences[0], *stretch->told, *outcome.failed, fault.number))
+        << outcome.sentences[0];
+    const State& before = statesAt_[static_cast<std::size_t>(failing) - 1];
+    EXPECT_TRUE(withoutUnfinished(outcome.state) == before)
+        << "a file is not as it was when the call failed";
   }
 
   ProgramFolder folder_;
   std::vector<SystemCall> kinds_;  // of the calls of the undisturbed command
-  std::map<std::string, std::set<std::string>> seen_;
+  std::vector<State> statesAt_;    // before each of them
   std::set<State> startedOn_;
   State stateAfter_;
+  int untold_ = 0;    // failures without a message
+  int repeated_ = 0;  // commands that succeeded after a failure
 };
 
 TEST_F(SystemCallSweep, LeavesNoFileOpenAndNoneHalfWritten) {
@@ -193,15 +293,17 @@ TEST_F(SystemCallSweep, LeavesNoFileOpenAndNoneHalfWritten) {
     runUndisturbed(command);
     for (std::size_t call = 1; call <= kinds_.size(); ++call) {
       for (const Fault& fault : faultsOf(kinds_[call - 1])) {
-        SCOPED_TRACE(std::to_string(fault.code) + " at system call " + std::to_string(call));
+        SCOPED_TRACE(std::to_string(fault.code) + " at system call " + std::to_string(call) +
+                     " of kind " + std::to_string(static_cast<int>(kinds_[call - 1])));
         expectFailureWithoutDamage(command, static_cast<int>(call), fault);
         ++points;
       }
     }
   }
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-  std::cout << "measured: " << points << " system calls failed in turn, in " << taken.count()
-            << " s\n";
+  std::cout << "measured: " << points << " system calls failed in turn, " << untold_
+            << " of them without a message and without effect; " << repeated_
+            << " commands then succeeded; in " << taken.count() << " s\n";
 }
 
 // Signals interrupt these calls; the others are never interrupted.

@@ -1,5 +1,6 @@
 #include "support/linux/system_calls.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <strings.h>
@@ -14,6 +15,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace quorrix::test {
@@ -49,6 +51,16 @@ Path pathOf(int descriptor) {
   return length < 0 ? Path() : Path(std::string(target.data(), static_cast<std::size_t>(length)));
 }
 
+// What the C library returns for a failure.
+template <typename Result>
+Result failed() {
+  if constexpr (std::is_pointer_v<Result>) {
+    return nullptr;
+  } else {
+    return -1;
+  }
+}
+
 // Makes the call unless the test answers it. `makeInfo` is only called while a test
 // watches.
 template <typename MakeInfo, typename Call>
@@ -64,13 +76,17 @@ auto watchedCall(MakeInfo makeInfo, Call call) -> decltype(call()) {
   }
   if (code != 0) {
     errno = code;
-    return -1;
+    return failed<decltype(call())>();
   }
   const auto result = call();
-  if (result < 0) return result;
-  const Unwatched off;
-  watcher->noteDone(info, static_cast<long>(result));
-  return result;
+  if constexpr (std::is_pointer_v<decltype(call())>) {
+    return result;
+  } else {
+    if (result < 0) return result;
+    const Unwatched off;
+    watcher->noteDone(info, static_cast<long>(result));
+    return result;
+  }
 }
 
 // The path to hand to the system.
@@ -245,6 +261,31 @@ int mkdir(const char* path, mode_t mode) noexcept {
   return watchedCall(
       [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::MakeFolder, .path = path}; },
       [&] { return next(quorrix::test::found(path).c_str(), mode); });
+}
+
+DIR* opendir(const char* path) {
+  static auto* const next = nextFunction<DIR*(const char*)>("opendir");
+  return watchedCall(
+      [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::OpenFolder, .path = path}; },
+      [&] { return next(quorrix::test::found(path).c_str()); });
+}
+
+struct dirent* readdir(DIR* folder) {
+  static auto* const next = nextFunction<struct dirent*(DIR*)>("readdir");
+  return watchedCall(
+      [&] {
+        return quorrix::test::SystemCallInfo{.kind = SystemCall::ReadFolder,
+                                             .path = pathOf(::dirfd(folder)),
+                                             .descriptor = ::dirfd(folder)};
+      },
+      [&] { return next(folder); });
+}
+
+int faccessat(int folder, const char* path, int mode, int flags) noexcept {
+  static auto* const next = nextFunction<int(int, const char*, int, int)>("faccessat");
+  return watchedCall(
+      [&] { return quorrix::test::SystemCallInfo{.kind = SystemCall::Access, .path = path}; },
+      [&] { return next(folder, quorrix::test::found(path).c_str(), mode, flags); });
 }
 }
 // NOLINTEND

@@ -24,6 +24,9 @@ enum class SystemCall {
   Rename,
   Unlink,
   MakeFolder,
+  OpenFolder,  // opendir
+  ReadFolder,  // readdir
+  Access,      // faccessat
 };
 
 struct SystemCallInfo {
