@@ -31,7 +31,9 @@ struct stat statusOf(const Path& path) {
 }  // namespace
 
 DiskJournal::DiskJournal(const Path& folder) : calls_(folder) {
+  before_.folders.insert(folder.string());
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.is_directory()) before_.folders.insert(entry.path().string());
     if (!entry.is_regular_file()) continue;
     files_[statusOf(entry.path()).st_ino] = ++lastFile_;
     before_.names[entry.path().string()] = lastFile_;

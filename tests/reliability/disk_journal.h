@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct DiskStep {
 struct DiskContents {
   std::map<std::string, int> names;  // of the files, by path
   std::map<int, std::string> bytes;  // by number
+  std::set<std::string> folders;     // by path, without a separator at the end
 };
 
 class DiskJournal {

@@ -11,7 +11,7 @@ constexpr std::size_t kBlock = 512;  // bytes that a disk writes as a whole
 
 // Up to this number of blocks, every subset of them is tried; beyond it, every beginning
 // and every end.
-constexpr std::size_t kBlocksInAnyOrder = 5;
+constexpr std::size_t kBlocksInAnyOrder = 6;
 
 // The program syncs so soon that few steps are open at any time.
 constexpr std::size_t kMostCombinations = 20'000;
@@ -154,14 +154,28 @@ PowerCut::State PowerCut::stateOf(const Parts& parts) const {
       case DiskStep::Unlink:
         disk.names.erase(step.path.string());
         break;
+      case DiskStep::MakeFolder:
+        disk.folders.insert(step.path.string());
+        break;
       case DiskStep::SyncFile:
       case DiskStep::SyncFolder:
-      case DiskStep::MakeFolder:
         break;
     }
   }
+  return reachableIn(disk);
+}
+
+// A name that reached the disk is lost with its folder.
+PowerCut::State PowerCut::reachableIn(DiskContents& disk) const {
+  const auto folderOf = [](const std::string& path) { return Path(path).parent_path().string(); };
   State state;
-  for (const auto& [path, file] : disk.names) state[path] = disk.bytes[file];
+  for (const std::string& folder : disk.folders) {
+    const bool isOld = before_.folders.contains(folder);
+    if (isOld || state.contains(folderOf(folder) + "/")) state[folder + "/"] = "";
+  }
+  for (const auto& [path, file] : disk.names) {
+    if (state.contains(folderOf(path) + "/")) state[path] = disk.bytes[file];
+  }
   return state;
 }
 

@@ -14,7 +14,7 @@ namespace quorrix::test {
 
 class PowerCut {
  public:
-  // The bytes of each file, by path.
+  // The bytes of each file, by path. A path that ends in "/" is a folder.
   using State = std::map<std::string, std::string>;
 
   PowerCut(DiskContents before, std::vector<DiskStep> steps)
@@ -41,6 +41,7 @@ class PowerCut {
   [[nodiscard]] static Part wholeOf(const DiskStep& step);
   void addStates(Parts& chosen, std::size_t count, std::set<State>& states) const;
   [[nodiscard]] State stateOf(const Parts& parts) const;
+  [[nodiscard]] State reachableIn(DiskContents& disk) const;
 
   DiskContents before_;
   std::vector<DiskStep> steps_;

@@ -5,7 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <optional>
 
 #include "platform/linux/posix_file_system.h"
@@ -20,29 +23,37 @@ using State = test::PowerCut::State;
 
 constexpr const char* kDataFiles[] = {"nodes.dat", "notes.dat", "purchases.dat", "info.dat"};
 
+// Of the working data of the commands.
+constexpr const char* kSites[] = {"four.five.six",   "host1.two.three", "host2.two.three",
+                                  "host3.two.three", "host4.two.three", "host5.two.three",
+                                  "host6.two.three", "one.two.three/a"};
+
 // --- what the tests below rely on ------------------------------------------------------------
 
 using test::DiskStep;
 
-test::DiskContents oldFile() { return {.names = {{"/d/f", 1}}, .bytes = {{1, "old"}}}; }
+test::DiskContents oldFile() {
+  return {.names = {{"/d/f", 1}}, .bytes = {{1, "old"}}, .folders = {"/d"}};
+}
 
 TEST(PowerCut, LosesBytesThatWereNotSynced) {
   const test::PowerCut disk(oldFile(),
                             {{.kind = DiskStep::Write, .file = 1, .offset = 3, .bytes = "new"},
                              {.kind = DiskStep::SyncFile, .file = 1}});
-  const State old{{"/d/f", "old"}};
-  const State unwritten{{"/d/f", std::string("old\0\0\0", 6)}};
-  const State whole{{"/d/f", "oldnew"}};
+  const State old{{"/d/", ""}, {"/d/f", "old"}};
+  const State unwritten{{"/d/", ""}, {"/d/f", std::string("old\0\0\0", 6)}};
+  const State whole{{"/d/", ""}, {"/d/f", "oldnew"}};
   EXPECT_EQ(disk.statesAfter(1), (std::set<State>{old, unwritten, whole}));
   EXPECT_EQ(disk.statesAfter(2), std::set<State>{whole});
 }
 
 TEST(PowerCut, TearsAWriteBetweenBlocks) {
   const test::PowerCut disk(
-      {.names = {{"/d/f", 1}}, .bytes = {{1, std::string(1024, 'o')}}},
+      {.names = {{"/d/f", 1}}, .bytes = {{1, std::string(1024, 'o')}}, .folders = {"/d"}},
       {{.kind = DiskStep::Write, .file = 1, .offset = 500, .bytes = std::string(24, 'n')}});
   const auto bytes = [](char first, char second) {
-    return State{{"/d/f", std::string(500, 'o') + std::string(12, first) + std::string(12, second) +
+    return State{{"/d/", ""},
+                 {"/d/f", std::string(500, 'o') + std::string(12, first) + std::string(12, second) +
                               std::string(500, 'o')}};
   };
   EXPECT_EQ(disk.statesAfter(1),
@@ -52,8 +63,21 @@ TEST(PowerCut, TearsAWriteBetweenBlocks) {
 TEST(PowerCut, KeepsANameOnlyWhenItsFolderWasSynced) {
   const test::PowerCut disk(oldFile(), {{.kind = DiskStep::Unlink, .path = "/d/f"},
                                         {.kind = DiskStep::SyncFolder, .path = "/d"}});
-  EXPECT_EQ(disk.statesAfter(1), (std::set<State>{{{"/d/f", "old"}}, {}}));
-  EXPECT_EQ(disk.statesAfter(2), std::set<State>{State{}});
+  const State removed{{"/d/", ""}};
+  EXPECT_EQ(disk.statesAfter(1), (std::set<State>{{{"/d/", ""}, {"/d/f", "old"}}, removed}));
+  EXPECT_EQ(disk.statesAfter(2), std::set<State>{removed});
+}
+
+TEST(PowerCut, LosesTheFilesOfAFolderThatWasNotSynced) {
+  const test::PowerCut disk({.names = {}, .bytes = {}, .folders = {"/d"}},
+                            {{.kind = DiskStep::MakeFolder, .path = "/d/new"},
+                             {.kind = DiskStep::Create, .file = 1, .path = "/d/new/f"},
+                             {.kind = DiskStep::SyncFolder, .path = "/d/new"},
+                             {.kind = DiskStep::SyncFolder, .path = "/d"}});
+  const State lost{{"/d/", ""}};
+  const State whole{{"/d/", ""}, {"/d/new/", ""}, {"/d/new/f", ""}};
+  EXPECT_EQ(disk.statesAfter(3), (std::set<State>{lost, whole}));
+  EXPECT_EQ(disk.statesAfter(4), std::set<State>{whole});
 }
 
 TEST(PowerCut, MayRenameAFileBeforeItsBytesAreThere) {
@@ -61,7 +85,7 @@ TEST(PowerCut, MayRenameAFileBeforeItsBytesAreThere) {
       oldFile(), {{.kind = DiskStep::Create, .file = 2, .path = "/d/new"},
                   {.kind = DiskStep::Write, .file = 2, .bytes = "new"},
                   {.kind = DiskStep::Rename, .file = 2, .path = "/d/new", .to = "/d/f"}});
-  EXPECT_TRUE(disk.statesAfter(3).contains({{"/d/f", ""}}));
+  EXPECT_TRUE(disk.statesAfter(3).contains({{"/d/", ""}, {"/d/f", ""}}));
 }
 
 // --- the commands ------------------------------------------------------------------------------
@@ -78,14 +102,30 @@ class JournaledStep final : public test::SweptStep {
     before = journal_->before();
     steps = journal_->steps();
     journal_.reset();
+    after = contentsOf(folder_);
   }
 
   bool isToBeRepeated() override { return false; }
 
   test::DiskContents before;
   std::vector<test::DiskStep> steps;
+  State after;  // what is really in the folder
 
  private:
+  static State contentsOf(const Path& folder) {
+    State contents{{folder.string() + "/", ""}};
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      const std::string path = entry.path().string();
+      if (entry.is_directory()) {
+        contents[path + "/"] = "";
+      } else {
+        std::ifstream file(path, std::ios::binary);
+        contents[path].assign(std::istreambuf_iterator<char>(file), {});
+      }
+    }
+    return contents;
+  }
+
   Path folder_;
   std::optional<test::DiskJournal> journal_;
 };
@@ -104,7 +144,9 @@ class PowerCutOfCommands : public testing::Test {
     step.end();
     EXPECT_EQ(user.messageBox().sentences, std::vector<std::string>{});
     steps_ = step.steps;
-    return {step.before, step.steps};
+    test::PowerCut disk(step.before, step.steps);
+    EXPECT_TRUE(disk.seenAfter(steps_.size()) == step.after) << "a step was not recorded";
+    return disk;
   }
 
   // The files of the state, without what is left of an unfinished copy.
@@ -139,13 +181,26 @@ class PowerCutOfCommands : public testing::Test {
     }
   }
 
-  // Every file is as it was after one of the steps, so none is half there.
+  // Every file is as it was before the command or as it is afterwards, so none is half
+  // there. One that the command creates or removes on its way may be missing.
   static void expectWholeFiles(const State& state, const std::vector<State>& seen) {
-    for (const auto& [path, bytes] : state) {
-      EXPECT_TRUE(std::ranges::any_of(seen, [&, name = path, found = bytes](const State& moment) {
-        const auto file = moment.find(name);
-        return file != moment.end() && file->second == found;
-      })) << path;
+    std::set<std::string> paths;
+    for (const State& moment : seen) {
+      for (const auto& [path, bytes] : moment) paths.insert(path);
+    }
+    for (const auto& [path, bytes] : state) EXPECT_TRUE(paths.contains(path)) << path;
+    for (const std::string& path : paths) {
+      if (!state.contains(path)) {
+        EXPECT_TRUE(std::ranges::any_of(
+            seen, [&path](const State& moment) { return !moment.contains(path); }))
+            << path << " is missing";
+        continue;
+      }
+      const auto holds = [&path, &bytes = state.at(path)](const State& moment) {
+        const auto file = moment.find(path);
+        return file != moment.end() && file->second == bytes;
+      };
+      EXPECT_TRUE(holds(seen.front()) || holds(seen.back())) << path;
     }
   }
 
@@ -167,12 +222,17 @@ class PowerCutOfCommands : public testing::Test {
   void expectToStartOn(const State& state, const State& before, const State& after) {
     test::MemoryFileSystem memory;
     for (const auto& [path, bytes] : state) {
-      memory.givenAFile("/Quorrix" + path.substr(program_.size()), bytes);
+      const std::string name = "/Quorrix" + path.substr(program_.size());
+      if (path.ends_with('/')) {
+        memory.givenAFolder(name.substr(0, name.size() - 1));
+      } else {
+        memory.givenAFile(name, bytes);
+      }
     }
     test::User user(memory, "/Quorrix");
     EXPECT_TRUE(user.start());
     const std::string nodes = program_ + "/Data/nodes.dat";
-    for (const char* const site : {"four.five.six", "one.two.three/a"}) {
+    for (const char* const site : kSites) {
       const auto isIn = [&](const State& files) {
         const auto file = files.find(nodes);
         return file != files.end() && file->second.find(site) != std::string::npos;
@@ -189,7 +249,8 @@ class PowerCutOfCommands : public testing::Test {
 
 // An empty file that is missing is created by the next start.
 State withoutEmpty(State state) {
-  std::erase_if(state, [](const auto& file) { return file.second.empty(); });
+  std::erase_if(state,
+                [](const auto& file) { return file.second.empty() && !file.first.ends_with('/'); });
   return state;
 }
 
@@ -203,7 +264,7 @@ TEST_F(PowerCutOfCommands, LosesNoRecordAndLeavesNoHalfCopy) {
     const State after = disk.seenAfter(steps_.size());
     std::vector<State> seen;
     for (std::size_t count = 0; count <= steps_.size(); ++count) {
-      seen.push_back(disk.seenAfter(count));
+      seen.push_back(withoutUnfinished(disk.seenAfter(count)));
     }
     std::set<State> found;
     for (std::size_t count = 0; count <= steps_.size(); ++count, ++cuts) {
