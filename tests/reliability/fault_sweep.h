@@ -37,7 +37,7 @@ class FaultSweep {
   [[nodiscard]] int pointsWith(std::size_t number, bool isAfterwards);
   [[nodiscard]] bool strikes(const Fault& fault);
   void expectTold(Stage& stage, const Step& step, const Fault& fault);
-  void expectPassedOver(const Stage& stage, const Step& step);
+  void expectPassedOver(Stage& stage, const Step& step);
   void expectToSucceedNext(std::unique_ptr<Stage> stage, Remedy remedy, const State& afterFailure);
   [[nodiscard]] const Stretch& stretchOf(int call) const;
   [[nodiscard]] const State& stateAt(const Fault& fault) const;

@@ -1,5 +1,6 @@
 #include "reliability/swept_commands.h"
 
+#include "archives/drive_list.h"
 #include "archives/folder_list.h"
 #include "records/record_file_stage.h"
 #include "support/site_record_bytes.h"
@@ -132,16 +133,36 @@ Run pressingOKInMay(const char* entry) {
   };
 }
 
-void openFolder(User& user, SweptStep& step) {
+Run openingFolder(const char* entry) {
+  return [entry](User& user, SweptStep& step) {
+    user.choose(entry, [&step](QDialog& dialog) {
+      auto& folders = control<FolderList>(dialog, "Dir1");
+      const auto openLast = [&] {
+        emit folders.itemDoubleClicked(folders.item(folders.count() - 1));
+      };
+      step.begin(dialog);
+      openLast();
+      step.end();
+      if (step.isToBeRepeated()) openLast();
+    });
+  };
+}
+
+// Chooses the first drive. After a failure, the user has to choose another one before
+// choosing the same again.
+void changeDrive(User& user, SweptStep& step) {
   user.choose("FileLoadArchive", [&step](QDialog& dialog) {
-    auto& folders = control<FolderList>(dialog, "Dir1");
-    const auto openLast = [&] {
-      emit folders.itemDoubleClicked(folders.item(folders.count() - 1));
+    auto& drives = control<DriveList>(dialog, "Drive1");
+    const auto choose = [&drives](int row) {
+      drives.setCurrentIndex(row);
+      emit drives.activated(row);
     };
     step.begin(dialog);
-    openLast();
+    choose(0);
     step.end();
-    if (step.isToBeRepeated()) openLast();
+    if (!step.isToBeRepeated()) return;
+    choose(drives.count() - 1);
+    choose(0);
   });
 }
 
@@ -319,10 +340,25 @@ std::vector<SweptCommand> sweptCommands() {
        openingByMenu("FileLoadArchive"),
        {{3, kPassedOver}, {2, &kOpenLoadArchiveSentences, "LoadArchiveDialog"}},
        "LoadArchiveDialog"},
-      {"opening a folder",
+      {"opening a folder to archive to",
        withAnArchive(),
-       openFolder,
+       openingFolder("FileArchive"),
+       {{2, &kOpenFolderSentences, "ArchiveDialog"}},
+       "ArchiveDialog"},
+      {"opening a folder to load",
+       withAnArchive(),
+       openingFolder("FileLoadArchive"),
        {{2, &kOpenFolderSentences, "LoadArchiveDialog"}},
+       "LoadArchiveDialog"},
+      {"opening a folder to delete",
+       withAnArchive(),
+       openingFolder("FileDeleteArchive"),
+       {{2, &kOpenFolderSentences, "DeleteArchiveDialog"}},
+       "DeleteArchiveDialog"},
+      {"changing the drive",
+       withAnArchive(),
+       changeDrive,
+       {{2, &kChooseDriveSentences, "LoadArchiveDialog"}},
        "LoadArchiveDialog"},
       {"loading an archive",
        withAnArchive(),

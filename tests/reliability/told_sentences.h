@@ -144,4 +144,8 @@ inline const Sentences kOpenFolderSentences = {
     "Disk full.",      "Too many files open.",    "Device not ready.",
     "Disk not ready.", "Path/file access error.", "Path not found."};
 
+// Of another drive that the user chooses.
+inline const Sentences kChooseDriveSentences =
+    memoryOrOther("Device not ready.", "Device not ready.");
+
 }  // namespace quorrix::test
