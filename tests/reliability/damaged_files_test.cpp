@@ -134,7 +134,7 @@ TEST_F(DamagedFiles, OfTenMillionBlanksOrNulsShowNothing) {
   }
 }
 
-TEST_F(DamagedFiles, NamedLoadTxtShowTheirFirstLineUpToTheDamage) {
+TEST_F(DamagedFiles, NamedLoadTxtShowTheFirstLineThatIsLeft) {
   const std::string line = kArchive + "\r\n";
   for (std::size_t length = 0; length <= line.size(); ++length) {
     const std::string left = kArchive.substr(0, length);
@@ -142,9 +142,12 @@ TEST_F(DamagedFiles, NamedLoadTxtShowTheirFirstLineUpToTheDamage) {
         << length;
   }
   for (std::size_t at = 0; at < line.size(); ++at) {
-    std::string flipped = line;
-    flipped[at] = static_cast<char>(flipped[at] ^ 0xFF);
-    expectOthersShown("load.txt", flipped);
+    for (const int flipped : {0xFF, 0x20}) {
+      std::string bytes = line;
+      bytes[at] = static_cast<char>(bytes[at] ^ flipped);
+      const std::string left = bytes.substr(0, bytes.find_first_of("\r\n"));
+      EXPECT_TRUE(expectOthersShown("load.txt", bytes).contains("load.txt: " + left)) << at;
+    }
   }
 }
 

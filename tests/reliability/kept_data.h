@@ -51,15 +51,17 @@ inline std::vector<DataFile> keptData() {
   return {sites, notes, passwords, purchases};
 }
 
-// What the program shows. An operation that fails shows nothing, as behind its message.
+// What the program shows. An operation that fails shows nothing.
 class ShownData : private SiteDisplay {
  public:
   ShownData(FileSystem& files, const Path& programFolder)
       : sites_(files, clock_, AppPaths(programFolder), *this), files_(files) {}
 
-  // Each fact as in DataFile, and "load.txt: " with its text.
+  // Each fact as in DataFile, and "load.txt: " with its text. Nothing if the start fails,
+  // because the program then ends.
   std::set<std::string> read() {
     tryTo("start", [this] { sites_.load(); });
+    if (failureOf("start") != 0) return {};
     for (const std::string address : kAddresses) {
       if (sites_.tree().find(address) != kNoNode) facts_.insert("site " + address);
       tryTo("notes", [&] { readNotes(address); });
