@@ -83,7 +83,8 @@ class FileSystem {
 
   // Whether deleting `one` would delete the file that `other` leads to. The two paths may
   // differ in spelling and pass through links to folders. False if `one` is itself a link
-  // that `other` does not name, and if either is missing.
+  // that `other` does not name, and if either is missing. On Linux, throws if either cannot
+  // be looked at; on Windows, that counts as missing.
   [[nodiscard]] virtual bool isSameFile(const Path& one, const Path& other) = 0;
 
   // Makes `to` a byte-for-byte copy of `from`, private to the user. Returns once the copy

@@ -16,6 +16,7 @@
 #include "platform/linux/posix_file_system.h"
 #include "reliability/program_folder.h"
 #include "reliability/swept_commands.h"
+#include "support/failure_number.h"
 #include "support/faulty_file_system.h"
 #include "support/linux/system_calls.h"
 
@@ -219,17 +220,18 @@ class SystemCallSweep : public testing::Test {
     return nullptr;
   }
 
-  // A failed look at a file may count as a missing one or as one in use, which is told
-  // with its own number.
+  // A failed look at a file that is to be replaced counts as one that is there, and opening
+  // it then fails. A failed look at an unfinished copy counts as one that another program
+  // is writing.
   static bool isToldAs(const std::string& sentence, const test::Sentences& told,
                        const FailedCall& failed, int number) {
-    for (std::size_t i = 0; i < test::kSweptNumbers.size(); ++i) {
-      const int swept = test::kSweptNumbers[i];
-      const bool isMeant = swept == number || (failed.kind == SystemCall::Stat &&
-                                               (swept == 53 || swept == 75 || swept == 76));
-      if (isMeant && told[i] == sentence) return true;
-    }
-    return false;
+    const auto isSentenceOf = [&](int meant) {
+      const auto swept = std::ranges::find(test::kSweptNumbers, meant);
+      return told[static_cast<std::size_t>(swept - test::kSweptNumbers.begin())] == sentence;
+    };
+    if (isSentenceOf(number)) return true;
+    if (failed.kind != SystemCall::Stat) return false;
+    return isSentenceOf(isUnfinished(failed.path.string()) ? 75 : 53);
   }
 
   // The command went on. It did everything, except that a start leaves it to the next
@@ -304,6 +306,24 @@ TEST_F(SystemCallSweep, LeavesNoFileOpenAndNoneHalfWritten) {
   std::cout << "measured: " << points << " system calls failed in turn, " << untold_
             << " of them without a message and without effect; " << repeated_
             << " commands then succeeded; in " << taken.count() << " s\n";
+}
+
+// Otherwise an earlier archive that is the working file under another name would be
+// deleted.
+TEST_F(SystemCallSweep, TakesNoFilesForDifferentOnesThatItCannotLookAt) {
+  folder_.give({{"Data/nodes.dat", "record"}});
+  const Path file = folder_.path() / "Data" / "nodes.dat";
+  const Path link = folder_.path() / "link";
+  std::filesystem::create_symlink(file, link);
+  PosixFileSystem files;
+  for (int failing = 1; failing <= 3; ++failing) {
+    SCOPED_TRACE(failing);
+    test::WatchedSystemCalls calls(folder_.path());
+    calls.beforeEach([failing, count = 0](const SystemCallInfo&) mutable {
+      return ++count == failing ? EIO : 0;
+    });
+    EXPECT_EQ(test::failureNumberOf([&] { return files.isSameFile(file, link); }), 57);
+  }
 }
 
 // Signals interrupt these calls; the others are never interrupted.

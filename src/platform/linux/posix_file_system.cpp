@@ -66,6 +66,14 @@ Path withoutLinks(const Path& path) {
   return leadsNowhere ? path : target;
 }
 
+// Whether lstat() or stat() found anything. Throws if it failed for another reason than
+// that nothing is there.
+bool isFound(int result, const Path& path) {
+  if (result == 0) return true;
+  if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP) return false;
+  failWithErrno(path);
+}
+
 // False if openRandomAccess() would create a new file. True if something exists at
 // `path`, or if opening it would fail.
 bool isAnythingAt(const Path& path) {
@@ -143,10 +151,10 @@ bool PosixFileSystem::isSameFile(const Path& one, const Path& other) {
   struct stat entry {};
   struct stat otherEntry {};
   struct stat target {};
-  if (::lstat(one.c_str(), &entry) != 0) return false;
-  if (::lstat(other.c_str(), &otherEntry) != 0) return false;
+  if (!isFound(::lstat(one.c_str(), &entry), one)) return false;
+  if (!isFound(::lstat(other.c_str(), &otherEntry), other)) return false;
   if (quorrix::isSameFile(entry, otherEntry)) return true;
-  return ::stat(other.c_str(), &target) == 0 && quorrix::isSameFile(entry, target);
+  return isFound(::stat(other.c_str(), &target), other) && quorrix::isSameFile(entry, target);
 }
 
 void PosixFileSystem::replaceByLine(const Path& path, std::string_view line) {
