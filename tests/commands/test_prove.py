@@ -35,6 +35,13 @@ class Prove(unittest.TestCase):
         self.assertEqual(["5 files", "skipped: MountedDisk.IsFull"],
                          list(prove.figures_in(output, prove.tests("logic", "*"))))
 
+    def test_it_prints_ranges_of_repeated_figures(self):
+        prove = script("prove")
+        output = "measured: 5 sites, 8 notes\nmeasured: 7.5 sites, 8 notes\nmeasured: none lost\n"
+        self.assertEqual(["5 to 7.5 sites, 8 notes", "none lost"],
+                         list(prove.figures_in(output, prove.tests("process", "*",
+                                                                   "--gtest_repeat=2"))))
+
     def test_every_filter_finds_tests(self):
         checked = 0
         for title, commands in script("prove").POINTS:
