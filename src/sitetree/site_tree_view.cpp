@@ -228,7 +228,7 @@ void SiteTreeView::changeEvent(QEvent* event) {
 void SiteTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (!current.isValid()) return;
-  const NodeId node = model_.nodeOf(current);
+  const NodeId node = SiteTreeModel::nodeOf(current);
   if (node == tree_.selected()) return;
   tree_.select(node);
   emit nodeChosen();
